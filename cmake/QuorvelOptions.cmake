@@ -1,0 +1,38 @@
+# What every target of the project is compiled and linked with.
+
+if(NOT QUORVEL_VENDOR_ID MATCHES "^0[xX][0-9a-fA-F]+$")
+    message(FATAL_ERROR "QUORVEL_VENDOR_ID is '${QUORVEL_VENDOR_ID}': write a hexadecimal number such as 0x5156")
+endif()
+math(EXPR quorvel_vendor "${QUORVEL_VENDOR_ID}")
+if(quorvel_vendor LESS 1 OR quorvel_vendor GREATER 65535)
+    message(FATAL_ERROR "QUORVEL_VENDOR_ID is '${QUORVEL_VENDOR_ID}': a USB vendor id lies between 0x0001 and 0xFFFF")
+endif()
+
+set(QUORVEL_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
+option(QUORVEL_HARDEN "Compile and link with fortified library calls, stack protector, PIE and full RELRO" OFF)
+option(QUORVEL_COVERAGE "Compile for gcov" OFF)
+
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual
+                    -Wcast-align -Wformat=2 -Wundef -Werror)
+add_compile_definitions(QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CONTEXTLESS_CONNECT
+                        QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_URL_CAST_FROM_STRING
+                        QT_STRICT_ITERATORS)
+add_link_options(-Wl,--as-needed)
+
+if(QUORVEL_HARDEN)
+    add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong
+                        -fstack-clash-protection -fcf-protection)
+    add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+endif()
+if(QUORVEL_SANITIZE)
+    add_compile_options(-fsanitize=${QUORVEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${QUORVEL_SANITIZE})
+endif()
+if(QUORVEL_COVERAGE)
+    add_compile_options(--coverage)
+    add_link_options(--coverage)
+endif()

@@ -1,0 +1,12 @@
+#include "pacing.h"
+
+#include <thread>
+
+void Pacer::sleep(std::chrono::milliseconds duration)
+{
+    const auto now = Clock::now();
+    if (now > due + duration)
+        due = now;
+    due += duration;
+    std::this_thread::sleep_until(due);
+}

@@ -1,0 +1,3 @@
+#include "struct.h"
+
+HID_VER hidver;
