@@ -116,9 +116,9 @@ inline constexpr UCHAR Reset = 0x00;
 // Class Firmware; the offsets are those of the reply.
 namespace firmware {
 inline constexpr UCHAR Query = 0x00;
-inline constexpr int Revision = 5;    // 24 bits
-inline constexpr int Checksum = 8;    // 32 bits
-inline constexpr int ProductNum = 12; // 20 bits: two bytes and the low half of a third
+inline constexpr int Revision = 5;     // 24 bits
+inline constexpr int Checksum = 8;     // 32 bits
+inline constexpr int ProductNum = 12;  // 20 bits: two bytes and the low half of a third
 inline constexpr int ProductDate = 14; // 16 bits: the high half of that byte and 12 bits more
 inline constexpr int ProductFamily = 17;
 } // namespace firmware
@@ -128,8 +128,8 @@ namespace scan {
 inline constexpr UCHAR Counts = 0x00;
 inline constexpr UCHAR AxisX = 0x01;
 inline constexpr UCHAR AxisY = 0x02;
-inline constexpr int CountX = 5; // 16 bits
-inline constexpr int CountY = 7; // 16 bits
+inline constexpr int CountX = 5;     // 16 bits
+inline constexpr int CountY = 7;     // 16 bits
 inline constexpr int FirstLight = 5; // 16 bits, 0-based
 inline constexpr int Levels = 7;
 // After a counts request a page carries one byte a light, after an ADC settings read two

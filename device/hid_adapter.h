@@ -22,7 +22,8 @@ class HID_Adapter
 public:
     virtual bool DeviceNotification(void *window) = 0;
     virtual bool IsDevOpened() = 0;
-    // Sends bytes 1 to 63 of a 64-byte buffer. False after a successful send, true after a failed one.
+    // Sends bytes 1 to 63 of a 64-byte buffer. False after a successful send, true after a failed
+    // one.
     virtual bool SendReport(UCHAR reportId, UCHAR *buf) = 0;
     // Fills a 64-byte buffer; byte 0 becomes the report id. Takes 64 ms. Negative when it failed.
     virtual int ReadReport(UCHAR reportId, UCHAR *buf) = 0;

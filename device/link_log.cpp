@@ -1,0 +1,3 @@
+#include "link_log.h"
+
+Q_LOGGING_CATEGORY(lcLink, "quorvel.link", QtWarningMsg)

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QLoggingCategory>
+
+// What goes wrong on the way to the touch frame.
+Q_DECLARE_LOGGING_CATEGORY(lcLink)

@@ -1,0 +1,93 @@
+#include "readreportthread.h"
+
+#include "link_log.h"
+#include "malvoutil.h"
+
+#include <QMutexLocker>
+
+using namespace std::chrono_literals;
+
+namespace {
+constexpr auto CyclePause = 3ms;
+constexpr QChar CycleFinished(1);
+} // namespace
+
+ReadReportThread::ReadReportThread(UCHAR *readBuf)
+    : ReadBuf(readBuf)
+{
+}
+
+ReadReportThread::~ReadReportThread()
+{
+    {
+        const QMutexLocker lock(&mutex);
+        terminate();
+    }
+    finish();
+}
+
+void ReadReportThread::setHIDAdapter(HID_AdpterPacket::HID_Adapter *adapter, UCHAR reportId)
+{
+    HID_Util = adapter;
+    reportID = reportId;
+}
+
+void ReadReportThread::setReadBuf(UCHAR *readBuf)
+{
+    ReadBuf = readBuf;
+}
+
+bool ReadReportThread::takeFrame()
+{
+    const std::lock_guard lock(waitingLock);
+    if (waiting.empty())
+        return false;
+    MALVOUTIL::Buf_util::CopyBuf(waiting.front().data(), ReadBuf, FrameSize);
+    waiting.pop_front();
+    return true;
+}
+
+void ReadReportThread::discardWaiting()
+{
+    const std::lock_guard lock(waitingLock);
+    waiting.clear();
+}
+
+quint64 ReadReportThread::droppedFrames() const
+{
+    const std::lock_guard lock(waitingLock);
+    return dropped;
+}
+
+void ReadReportThread::run()
+{
+    while (!stopRequested()) {
+        mutex.lock();
+        mutex.unlock();
+        Frame frame{};
+        HID_Util->ReadReport(reportID, frame.data());
+        enqueue(frame);
+        emit ReadOver(CycleFinished);
+        pause(CyclePause);
+    }
+}
+
+void ReadReportThread::enqueue(const Frame &frame)
+{
+    bool report = false;
+    {
+        const std::lock_guard lock(waitingLock);
+        if (waiting.size() < MaxWaiting) {
+            dropping = false;
+        } else {
+            waiting.pop_front();
+            ++dropped;
+            report = !dropping;
+            dropping = true;
+        }
+        waiting.push_back(frame);
+    }
+    if (report)
+        qCWarning(lcLink, "%zu reports of the touch frame wait unread: the oldest are dropped",
+                  MaxWaiting);
+}

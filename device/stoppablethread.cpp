@@ -1,0 +1,53 @@
+#include "stoppablethread.h"
+
+#include "link_log.h"
+
+StoppableThread::~StoppableThread() = default;
+
+void StoppableThread::start(Priority priority)
+{
+    {
+        const std::lock_guard lock(stopLock);
+        stop = false;
+    }
+    QThread::start(priority);
+}
+
+void StoppableThread::terminate()
+{
+    {
+        const std::lock_guard lock(stopLock);
+        stop = true;
+    }
+    stopChanged.notify_all();
+}
+
+bool StoppableThread::wait()
+{
+    if (QThread::wait(QDeadlineTimer(StopBudget)))
+        return true;
+    qCWarning(lcLink, "%s has been stuck in one call for %lld ms and is killed",
+              metaObject()->className(), static_cast<long long>(StopBudget.count()));
+    QThread::terminate();
+    return QThread::wait(QDeadlineTimer(StopBudget));
+}
+
+bool StoppableThread::stopRequested() const
+{
+    const std::lock_guard lock(stopLock);
+    return stop;
+}
+
+bool StoppableThread::pause(std::chrono::milliseconds duration)
+{
+    const auto end = std::chrono::steady_clock::now() + duration;
+    std::unique_lock lock(stopLock);
+    return !stopChanged.wait_until(lock, end, [this] { return stop; });
+}
+
+void StoppableThread::finish()
+{
+    terminate();
+    emit terminated();
+    wait();
+}

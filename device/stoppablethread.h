@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QThread>
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+// A thread that is asked to end instead of being killed: terminate() lets the call that it is in
+// finish and ends its pauses at once. A subclass ends its run() when stopRequested(), and calls
+// finish() in its destructor.
+class StoppableThread : public QThread
+{
+    Q_OBJECT
+public:
+    // Longer than the kernel's five seconds for a control transfer.
+    static constexpr auto StopBudget = std::chrono::milliseconds(6000);
+
+    StoppableThread() = default;
+    ~StoppableThread() override;
+
+    void start(Priority priority = InheritPriority);
+    virtual void terminate();
+    // True when the thread has ended. One that is still busy after the budget is killed.
+    bool wait();
+
+signals:
+    void terminated();
+
+protected:
+    bool stopRequested() const;
+    // Sleeps for duration; returns false, at once, when the thread is to end.
+    bool pause(std::chrono::milliseconds duration);
+    void finish();
+
+private:
+    mutable std::mutex stopLock; // protects stop
+    std::condition_variable stopChanged;
+    bool stop = false;
+};

@@ -1,0 +1,45 @@
+#include "writereportthread.h"
+
+#include "malvoutil.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+constexpr auto PauseBeforeSend = 50ms;
+constexpr auto PauseAfterFailure = 2ms;
+constexpr QChar SendFailed(1);
+constexpr QChar SendSucceeded(2);
+} // namespace
+
+writereportthread::writereportthread(UCHAR *writeBuf)
+    : WriteBuf(writeBuf)
+{
+}
+
+writereportthread::~writereportthread()
+{
+    finish();
+}
+
+void writereportthread::setHIDAdapter(HID_AdpterPacket::HID_Adapter *adapter, UCHAR reportId)
+{
+    HID_Util = adapter;
+    reportID = reportId;
+}
+
+void writereportthread::setWriteBuf(UCHAR *writeBuf)
+{
+    WriteBuf = writeBuf;
+}
+
+void writereportthread::run()
+{
+    Frame frame;
+    MALVOUTIL::Buf_util::CopyBuf(WriteBuf, frame.data(), FrameSize);
+    if (!pause(PauseBeforeSend))
+        return;
+    const bool failed = HID_Util->SendReport(reportID, frame.data());
+    if (failed)
+        pause(PauseAfterFailure);
+    emit WriteOver(failed ? SendFailed : SendSucceeded);
+}
