@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QString>
+
+#include <chrono>
+#include <optional>
+#include <vector>
+
+namespace sim {
+
+// What goes wrong with a transfer.
+struct Fault
+{
+    enum class Kind {
+        None,
+        Stall,  // hangs for duration, then fails
+        Late,   // succeeds after duration
+        Torn,   // bytes 32 to 63 are zero
+        Repeat, // a command arrives twice; a report is the last one again, the next one waits
+        Silent, // commands are taken and lost, reports are the last one again
+        Unplug, // the transfer fails, and the device is gone
+    };
+
+    Kind kind = Kind::None;
+    quint64 first = 0;                             // number of the transfer that it begins at
+    quint64 count = 1;                             // transfers that it spoils
+    std::chrono::milliseconds duration{};          // Stall, Late
+    std::optional<std::chrono::milliseconds> back; // Unplug: plugged again this much later
+
+    bool operator==(const Fault &) const = default;
+};
+
+// What goes wrong on a link, and when: a list of faults by the number of the transfer.
+//
+// Transfers are commands sent and reports read, counted together from 1. The count begins with
+// the plan and goes on when the device is unplugged and plugged again, so each line happens once.
+// Durations are written as 250ms or 2s, up to ten minutes.
+//
+//     at 4 stall 500ms
+//     at 9 late 2s
+//     at 12 torn
+//     at 13 repeat
+//     at 20 silent 5
+//     at 40 unplug back 3s
+class FaultPlan
+{
+    Q_DECLARE_TR_FUNCTIONS(sim::FaultPlan)
+
+public:
+    FaultPlan() = default;
+
+    // Reads such lines; '#' starts a comment. Returns nothing for a text that is wrong, and tells
+    // file, line and reason in problem.
+    static std::optional<FaultPlan> parse(const QString &text, const QString &file,
+                                          QString *problem);
+    static std::optional<FaultPlan> load(const QString &path, QString *problem);
+
+    const std::vector<Fault> &faults() const { return list; }
+    // The fault of this transfer, or one of the kind None.
+    Fault at(quint64 transfer) const;
+
+private:
+    std::vector<Fault> list; // by first, none overlaps another
+};
+
+} // namespace sim

@@ -1,0 +1,175 @@
+#pragma once
+
+#include "device/commands.h"
+#include "sim/profile.h"
+
+#include <QPoint>
+
+#include <array>
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <random>
+#include <vector>
+
+namespace sim {
+
+using Clock = std::function<std::chrono::milliseconds()>;
+
+// Where a screen lies in the desktop, in native pixels, as the check of a calibration tells it.
+struct ScreenGeometry
+{
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    int desktopWidth = 0;
+    int desktopHeight = 0;
+
+    bool operator==(const ScreenGeometry &) const = default;
+};
+
+// A calibration that the device keeps.
+struct KeptCalibration
+{
+    ScreenGeometry screen;
+    int deviationX = 0; // percent of the screen's width, 0 to 127
+    int deviationY = 0;
+
+    bool operator==(const KeptCalibration &) const = default;
+};
+
+struct GestureSettings
+{
+    int allEnabled = 0;
+    int rightButtonEnabled = 0;
+    int rightButtonDuration = 0; // ms
+    int rightButtonRange = 0;
+    int wheelEnabled = 0;
+    int wheelSensitivity = 0;
+
+    bool operator==(const GestureSettings &) const = default;
+};
+
+struct AdcSettings
+{
+    int min = 3800;
+    int max = 4000;
+    int minEdge = 3000;
+    int maxEdge = 3200;
+    int threshold = 1000;
+    int edgeThreshold = 600;
+
+    bool operator==(const AdcSettings &) const = default;
+};
+
+struct LightState
+{
+    int offset = 0; // of the AGC, -128 to 127
+    bool off = false;
+
+    bool operator==(const LightState &) const = default;
+};
+
+// The controller's firmware: takes command frames and queues reply frames, touch by touch and
+// call by call. The same profile and the same calls give the same bytes.
+//
+// What the device keeps through a reset and without power: a saved calibration, the rotation, the
+// ADC settings, the lights' offsets and switches, the serial rate. All else starts anew: queued
+// replies, the last report, a calibration in progress, the gestures, the layout of scan pages.
+//
+// No threads and no locks: its owner sees to that.
+class Firmware
+{
+public:
+    enum class Calibration {
+        Idle,
+        Offered, // told the host a step and waits for its echo
+        Waiting, // waits for a touch
+        Ended,   // told the host the deviations and waits for save or reset
+    };
+
+    Firmware(Profile profile, Clock clock);
+
+    // Takes a command; bytes 1 to 63 matter. A command that is unknown or makes no sense changes
+    // nothing and is counted.
+    void command(const Frame &frame);
+    // The input report: the next reply, or the last one again. Byte 0 is always the report id.
+    Frame report();
+    // A finger at a native pixel of the desktop.
+    void touch(QPoint pixel);
+    // What happens at a reset and when power comes back.
+    void restart();
+    // Queues a report as it stands: for replies that no real device gives.
+    void say(const Frame &frame) { replies.push_back(frame); }
+
+    const Profile &profile() const { return frame; }
+    bool hasReply() const { return !replies.empty(); }
+    int queuedReplies() const { return int(replies.size()); }
+    int unknownCommands() const { return unknown; }
+    std::chrono::milliseconds uptime() const { return clock() - startedAt; }
+
+    Calibration calibration() const { return state; }
+    // The step that the device offered or waits at, 1 to 5; 0 while idle.
+    int calibrationStep() const { return step; }
+    bool calibrationKept() const { return kept.has_value(); }
+    std::optional<KeptCalibration> keptCalibration() const { return kept; }
+
+    std::optional<GestureSettings> gestures() const { return gestureSettings; }
+    AdcSettings adcSettings() const { return adc; }
+    // The axis is command::settings::AxisX or AxisY, the number is 0-based and in range.
+    LightState light(UCHAR axis, int number) const;
+    int rotation() const { return turn; }
+    std::optional<int> baudCode() const { return baud; }
+
+private:
+    struct Reading
+    {
+        int adc; // 12 bits
+        int agc;
+        int org; // 12 bits
+    };
+
+    bool execute(const Frame &request);
+    bool calibrate(const Frame &request);
+    bool check(const Frame &request);
+    bool set(const Frame &request);
+    bool setLight(const Frame &request);
+    void sayFirmware();
+    void sayAdc();
+    void sayLight(UCHAR axis, int number);
+    void sayCounts();
+    void sayScan(UCHAR axis);
+    void sayRotation(UCHAR sub, UCHAR code);
+    void sayCalibration(UCHAR sub);
+
+    void answer(const std::vector<Frame> &pages);
+    void dropReplies(UCHAR cls);
+    int lights(UCHAR axis) const;
+    Reading measure(UCHAR axis, int number);
+
+    Profile frame;
+    Clock clock;
+    std::chrono::milliseconds startedAt;
+    std::mt19937 generator;
+    std::deque<Frame> replies;
+    Frame last{};
+    int unknown = 0;
+
+    Calibration state = Calibration::Idle;
+    int step = 0;
+    std::array<QPoint, command::calibration::Targets> touches;
+    KeptCalibration measured; // of the check that ended the calibration
+    std::optional<KeptCalibration> kept;
+
+    std::optional<GestureSettings> gestureSettings;
+    AdcSettings adc;
+    std::vector<LightState> lightsX;
+    std::vector<LightState> lightsY;
+    bool pairs = false; // scan pages carry two bytes a light
+    UCHAR turn;
+    std::optional<int> baud;
+};
+
+} // namespace sim
