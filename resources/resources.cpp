@@ -1,0 +1,9 @@
+#include "resources.h"
+
+#include <QDir>
+
+// Q_INIT_RESOURCE works only outside any namespace.
+void initResources()
+{
+    Q_INIT_RESOURCE(resources);
+}
