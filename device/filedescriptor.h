@@ -1,0 +1,36 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <utility>
+
+// Owns one descriptor and closes it once.
+class FileDescriptor
+{
+public:
+    FileDescriptor() = default;
+    explicit FileDescriptor(int descriptor)
+        : fd(descriptor)
+    {
+    }
+    FileDescriptor(FileDescriptor &&other) noexcept
+        : fd(std::exchange(other.fd, -1))
+    {
+    }
+    FileDescriptor &operator=(FileDescriptor &&other) noexcept
+    {
+        std::swap(fd, other.fd);
+        return *this;
+    }
+    ~FileDescriptor()
+    {
+        if (isValid())
+            ::close(fd);
+    }
+
+    int get() const { return fd; }
+    bool isValid() const { return fd >= 0; }
+
+private:
+    int fd = -1;
+};

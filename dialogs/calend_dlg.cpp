@@ -1,0 +1,61 @@
+#include "calend_dlg.h"
+
+#include "ui_calend_dlg.h"
+
+#include <QLoggingCategory>
+#include <QTimer>
+
+using namespace std::chrono_literals;
+
+Q_LOGGING_CATEGORY(lcCalibration, "quorvel.calibration", QtWarningMsg)
+
+namespace {
+constexpr int LargestGoodDeviation = 5;
+}
+
+CalEnd_dlg::CalEnd_dlg(QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::CalEnd_dlg>())
+    , timer(new QTimer(this))
+{
+    ui->setupUi(this);
+    connect(timer, &QTimer::timeout, this, &CalEnd_dlg::ontimer);
+    timer->start(1s);
+}
+
+CalEnd_dlg::~CalEnd_dlg() = default;
+
+QString CalEnd_dlg::accuracyText(int deviation)
+{
+    if (deviation > LargestGoodDeviation)
+        return tr("Calibration error is too large.We recommend calibrate it again.");
+    return tr("Calibration accuracy: ") + QString::number(100 - deviation) + tr("%.");
+}
+
+bool CalEnd_dlg::CalEnd(int deviation)
+{
+    // The question stays short: the accuracy is for whoever turns this category on.
+    qCInfo(lcCalibration).noquote() << accuracyText(deviation);
+    ui->L1_lab->hide();
+    exec();
+    return save;
+}
+
+void CalEnd_dlg::on_Nobtn_clicked()
+{
+    close();
+}
+
+void CalEnd_dlg::on_pushButton_clicked()
+{
+    save = true;
+    close();
+}
+
+void CalEnd_dlg::ontimer()
+{
+    if (time == 0)
+        close();
+    --time;
+    ui->Nobtn->setText(tr("No = ") + QString::number(time));
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+namespace Ui {
+class CalEnd_dlg;
+}
+class QTimer;
+
+// Asks whether to save a finished calibration; unanswered, it says No after eleven seconds.
+class CalEnd_dlg : public QDialog
+{
+    Q_OBJECT
+public:
+    // The countdown runs from here.
+    explicit CalEnd_dlg(QWidget *parent);
+    ~CalEnd_dlg() override;
+
+    // Asks, and returns true for Yes. The deviation is in per cent, 0 or more.
+    bool CalEnd(int deviation);
+
+    // What there is to say about a deviation.
+    static QString accuracyText(int deviation);
+
+private slots:
+    void on_Nobtn_clicked();
+    void on_pushButton_clicked();
+    void ontimer();
+
+private:
+    std::unique_ptr<Ui::CalEnd_dlg> ui;
+    bool save = false; // the answer
+    int time = 10;     // seconds left on the No button
+    QTimer *timer;     // child
+};

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "device/struct.h"
+#include "screenlayout.h"
+
+#include <QDialog>
+#include <QMutex>
+#include <QPixmap>
+#include <QPointer>
+
+#include <array>
+#include <memory>
+
+namespace Ui {
+class Calibration_Dlg;
+}
+class CalEnd_dlg;
+class QTimer;
+
+// The full-screen window with the four targets that the user touches one after the other.
+//
+// The device leads: it says which step it is ready for, and the window echoes the step and moves
+// the target. At the end the user is asked whether to save. However the window is left, the device
+// is told to save or to reset, unless it is gone (OnDeviceLost).
+class Calibration_Dlg : public QDialog
+{
+    Q_OBJECT
+public:
+    explicit Calibration_Dlg(QWidget *parent = nullptr);
+    ~Calibration_Dlg() override;
+
+    // Chooses the screen, an index of QGuiApplication::screens(). Before every showing.
+    void setPrimaryScr(int screen);
+    // The same for a given layout.
+    void setPrimaryScr(int screen, const ScreenLayout &layout);
+
+    void SendCalStep(int step); // 0 begins, 1 to 4 echo, 5 is the check
+    void SendCalSave();
+    void SendCalReset();
+    // Acts on a calibration reply of FrameSize bytes; repeated and out-of-order ones do nothing.
+    void DoOldCalibration(unsigned char *buf);
+
+    // An estimate of the deviation from four touched points, in the order of the targets. The
+    // calibration itself goes by what the device reports.
+    int GetDeviation() const;
+    std::array<int, 4> cal_x{};
+    std::array<int, 4> cal_y{};
+
+    UCHAR m_IsCali = 0; // 1 while the window is shown
+
+    // The calibrated screen in native pixels of the desktop.
+    QRect calibratedScreen() const;
+
+signals:
+    void Write03(UCHAR *WriteBuf);
+
+public slots:
+    void ontimer();
+    void DoRecv03(UCHAR *RecvBuf);
+    // The device is gone: until the next showing nothing is sent and nothing asked, and a question
+    // that is being asked goes away.
+    void OnDeviceLost();
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    void placeTargets(int width, int height);
+    void finishSession();
+
+    std::unique_ptr<Ui::Calibration_Dlg> ui;
+    bool cal_end = false;    // the device has reported the end
+    bool deviceLost = false; // since the last showing
+    int point_step = 0;      // the target shown, 0 to 3
+    int ellipse_step = 0;    // animation phase, 0 to 2
+    std::array<int, 4> ellipse_x{}; // target centres, native pixels of the calibrated screen
+    std::array<int, 4> ellipse_y{};
+    int time_step = 0; // half-seconds since the showing
+    int deviation = 0; // per cent, as the device reported it
+    QTimer *timer;     // child
+    QPixmap mainmap;   // everything is drawn here first; native size of the calibrated screen
+    QMutex mutex;      // held while a reply is handled
+    UCHAR awaited = 0; // the one reply of the device that is acted on next
+    int scrCnt = 0;     // number of screens
+    int primaryScr = 0; // index of the calibrated one
+    QRect rect;         // where the window goes, in Qt's coordinates
+    int gWidth = 0;     // the whole desktop, native pixels
+    int gHeight = 0;
+    int cWidth = 0; // the calibrated screen, native pixels
+    int cHeight = 0;
+    int cStartX = 0; // its top left corner within the desktop
+    int cStartY = 0;
+    QPointer<CalEnd_dlg> question; // while it is being asked
+};

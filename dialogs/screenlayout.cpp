@@ -1,0 +1,100 @@
+#include "screenlayout.h"
+
+#include <QGuiApplication>
+#include <QHash>
+#include <QScreen>
+
+#include <xcb/randr.h>
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+struct Monitor
+{
+    QString name;
+    QRect geometry;
+};
+
+template <typename Reply>
+std::unique_ptr<Reply, decltype(&std::free)> owned(Reply *reply)
+{
+    return {reply, &std::free};
+}
+
+QRect scaledUp(const QScreen *screen)
+{
+    // The origin of a screen is in native pixels already; only its size is scaled.
+    return {screen->geometry().topLeft(),
+            (QSizeF(screen->geometry().size()) * screen->devicePixelRatio()).toSize()};
+}
+
+QString atomName(xcb_connection_t *connection, xcb_atom_t atom)
+{
+    const auto reply = owned(
+        xcb_get_atom_name_reply(connection, xcb_get_atom_name(connection, atom), nullptr));
+    if (!reply)
+        return {};
+    return QString::fromUtf8(xcb_get_atom_name_name(reply.get()),
+                             xcb_get_atom_name_name_length(reply.get()));
+}
+
+QList<Monitor> monitorsOf(xcb_connection_t *connection, xcb_window_t root)
+{
+    QList<Monitor> monitors;
+    const auto reply = owned(xcb_randr_get_monitors_reply(
+        connection, xcb_randr_get_monitors(connection, root, 1), nullptr));
+    if (!reply)
+        return monitors;
+    for (auto it = xcb_randr_get_monitors_monitors_iterator(reply.get()); it.rem;
+         xcb_randr_monitor_info_next(&it)) {
+        monitors.append({atomName(connection, it.data->name),
+                         QRect(it.data->x, it.data->y, it.data->width, it.data->height)});
+    }
+    return monitors;
+}
+
+// The monitor that a Qt screen stands for: by name, else by origin.
+QRect nativeGeometry(const QScreen *screen, const QList<Monitor> &monitors)
+{
+    for (const Monitor &monitor : monitors) {
+        if (monitor.name == screen->name())
+            return monitor.geometry;
+    }
+    for (const Monitor &monitor : monitors) {
+        if (monitor.geometry.topLeft() == screen->geometry().topLeft())
+            return monitor.geometry;
+    }
+    return scaledUp(screen);
+}
+
+} // namespace
+
+ScreenLayout ScreenLayout::current()
+{
+    ScreenLayout layout;
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    QList<Monitor> monitors;
+
+    auto *x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11) {
+        xcb_connection_t *connection = x11->connection();
+        const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+        monitors = monitorsOf(connection, root);
+        const auto geometry = owned(
+            xcb_get_geometry_reply(connection, xcb_get_geometry(connection, root), nullptr));
+        if (geometry)
+            layout.desktop = QSize(geometry->width, geometry->height);
+    }
+
+    QRect all;
+    for (const QScreen *screen : screens) {
+        layout.screens.append(nativeGeometry(screen, monitors));
+        all |= layout.screens.last();
+    }
+    if (layout.desktop.isEmpty())
+        layout.desktop = all.size();
+    return layout;
+}
