@@ -1,0 +1,68 @@
+# What scripts/demo, scripts/test and tests/kernel/run-in-vm have in common. Sourced, not run.
+# shellcheck shell=bash disable=SC2034
+
+project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
+
+# What the project is built with, what the windows under test need around them, what the style
+# lane looks with and what the emulated kernel runs on. These names hold on Debian 12 and 13.
+build_packages=(g++ cmake ninja-build qt6-base-dev qt6-serialport-dev qt6-tools-dev qt6-l10n-tools)
+desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
+                  xcompmgr fonts-dejavu-core procps)
+style_packages=(clang-format clang-tidy shellcheck)
+kernel_packages=(qemu-system-x86 busybox-static udev xz-utils procps)
+
+say() { printf '== %s\n' "$*"; }
+complain() { printf '%s: %s\n' "${0##*/}" "$*" >&2; }
+
+as_root() {
+    if [ "$(id -u)" = 0 ]; then
+        "$@"
+    elif ! command -v sudo >/dev/null; then
+        complain "not root and no sudo to become root with"
+        return 1
+    elif [ -t 0 ]; then
+        sudo "$@"
+    else
+        sudo -n "$@"
+    fi
+}
+
+# missing_packages PACKAGE...: prints those that are not installed, one a line.
+missing_packages() {
+    local package
+    for package in "$@"; do
+        # shellcheck disable=SC2016 # the braces are dpkg-query's
+        [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] ||
+            printf '%s\n' "$package"
+    done
+}
+
+# install_missing PURPOSE PACKAGE...: installs what is not there yet and nothing else. The lists
+# are fetched only when they know nothing of a package or prove too old.
+install_missing() {
+    local purpose=$1 missing
+    shift
+    mapfile -t missing < <(missing_packages "$@")
+    [ ${#missing[@]} -gt 0 ] || return 0
+    say "installing for $purpose: ${missing[*]}"
+    if command -v apt-get >/dev/null &&
+        { apt_knows "${missing[@]}" || as_root apt-get -q update; } &&
+        { apt_install "${missing[@]}" ||
+            { as_root apt-get -q update && apt_install "${missing[@]}"; }; }; then
+        return 0
+    fi
+    complain "missing for $purpose and not installable here; install by hand: ${missing[*]}"
+    return 1
+}
+
+apt_knows() {
+    local package
+    for package in "$@"; do
+        apt-cache show "$package" >/dev/null 2>&1 || return 1
+    done
+}
+
+apt_install() {
+    as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get -q -y --no-install-recommends -o Dpkg::Use-Pty=0 install "$@" </dev/null
+}
