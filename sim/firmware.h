@@ -104,7 +104,7 @@ public:
     // Queues a report as it stands: for replies that no real device gives.
     void say(const Frame &frame) { replies.push_back(frame); }
 
-    const Profile &profile() const { return frame; }
+    const Profile &profile() const { return features; }
     bool hasReply() const { return !replies.empty(); }
     int queuedReplies() const { return int(replies.size()); }
     int unknownCommands() const { return unknown; }
@@ -149,7 +149,7 @@ private:
     int lights(UCHAR axis) const;
     Reading measure(UCHAR axis, int number);
 
-    Profile frame;
+    Profile features;
     Clock clock;
     std::chrono::milliseconds startedAt;
     std::mt19937 generator;

@@ -64,15 +64,19 @@ public:
 
 private:
     class Look;
+    struct Completed
+    {
+    };
 
-    // Waits out a stall or a delay. False when an unplug ended it.
-    bool waitOut(std::unique_lock<std::mutex> &lock, const Fault &fault, quint64 session);
+    SimAdapter(Profile profile, FaultPlan faults, const SimOptions &options, Completed);
+
+    bool transfer(Look &look, UCHAR reportId, const std::function<void(const Fault &)> &exchange);
     bool usable() const;
     void note(const QStringList &lines);
     void flushLog();
 
     const bool paced;
-    mutable std::mutex modelLock; // protects all below up to problem
+    mutable std::mutex modelLock; // protects all below up to lastProblem
     std::condition_variable unplugged;
     FaultyFrame model;
     FrameLog frameLog;
@@ -80,6 +84,7 @@ private:
     bool opened = false;
     quint64 openedSession = 0;
     HID_AdpterPacket::NodeProblem problem;
+    HID_AdpterPacket::NodeProblem lastProblem; // of the last search
     std::mutex logLock; // protects log; taken before modelLock, never after it
     std::function<void(const QString &line)> log;
 };

@@ -1,0 +1,166 @@
+#include "sim/faultplan.h"
+
+#include "sim/datafile.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+using std::chrono::milliseconds;
+
+namespace sim {
+
+namespace {
+
+constexpr qint64 MaxDurationMs = 10LL * 60 * 1000;
+constexpr qint64 MaxTransfer = 1'000'000'000;
+constexpr qint64 MsPerSecond = 1000;
+
+std::optional<milliseconds> durationOf(const QString &word)
+{
+    const bool inMs = word.endsWith("ms"_L1);
+    if (!inMs && !word.endsWith(u's'))
+        return std::nullopt;
+    bool isNumber = false;
+    const qint64 value = word.chopped(inMs ? 2 : 1).toLongLong(&isNumber, 10);
+    const qint64 unit = inMs ? 1 : MsPerSecond;
+    if (!isNumber || value < 0 || value > MaxDurationMs / unit)
+        return std::nullopt;
+    return milliseconds(value * unit);
+}
+
+// Reads one line of a plan.
+class FaultReader
+{
+    Q_DECLARE_TR_FUNCTIONS(sim::FaultPlan)
+
+public:
+    // Returns an empty text, or why the line is refused.
+    QString take(const QStringList &words);
+
+    Fault fault;
+
+private:
+    QString takeValues(const QString &name, const QStringList &values);
+    QString takeDuration(const QString &name, const QStringList &values, milliseconds *duration);
+};
+
+QString FaultReader::take(const QStringList &words)
+{
+    if (words.first() != "at"_L1)
+        return tr("%1 is not how a fault begins: write at N and a fault").arg(words.first());
+    if (words.size() < 3)
+        return tr("write at N and a fault, such as: at 12 torn");
+    const std::optional<qint64> transfer = DataFile::number(words[1]);
+    if (!transfer)
+        return tr("%1 is not a number").arg(words[1]);
+    if (*transfer < 1 || *transfer > MaxTransfer) {
+        return tr("the transfer is %1: it lies between 1 and %2")
+            .arg(words[1], QString::number(MaxTransfer));
+    }
+    fault.first = quint64(*transfer);
+    return takeValues(words[2], words.mid(3));
+}
+
+QString FaultReader::takeValues(const QString &name, const QStringList &values)
+{
+    if (name == "stall"_L1 || name == "late"_L1) {
+        fault.kind = name == "stall"_L1 ? Fault::Kind::Stall : Fault::Kind::Late;
+        return takeDuration(name, values, &fault.duration);
+    }
+    if (name == "torn"_L1 || name == "repeat"_L1) {
+        fault.kind = name == "torn"_L1 ? Fault::Kind::Torn : Fault::Kind::Repeat;
+        return values.isEmpty() ? QString() : tr("%1 takes no value").arg(name);
+    }
+    if (name == "silent"_L1) {
+        fault.kind = Fault::Kind::Silent;
+        if (values.isEmpty())
+            return tr("silent has no count of transfers, such as: at 12 silent 5");
+        const std::optional<qint64> count = DataFile::number(values.first());
+        if (values.size() > 1)
+            return tr("silent takes one value, not %1").arg(values.size());
+        if (!count)
+            return tr("%1 is not a number").arg(values.first());
+        if (*count < 1 || *count > MaxTransfer) {
+            return tr("the count is %1: it lies between 1 and %2")
+                .arg(values.first(), QString::number(MaxTransfer));
+        }
+        fault.count = quint64(*count);
+        return {};
+    }
+    if (name == "unplug"_L1) {
+        fault.kind = Fault::Kind::Unplug;
+        if (values.isEmpty())
+            return {};
+        if (values.first() != "back"_L1)
+            return tr("%1 does not follow unplug: write back and a duration").arg(values.first());
+        fault.back = milliseconds(0);
+        return takeDuration(u"back"_s, values.mid(1), &*fault.back);
+    }
+    return tr("%1 is not a fault: there are stall, late, torn, repeat, silent and unplug")
+        .arg(name);
+}
+
+QString FaultReader::takeDuration(const QString &name, const QStringList &values,
+                                  milliseconds *duration)
+{
+    if (values.isEmpty())
+        return tr("%1 has no duration, such as 250ms or 2s").arg(name);
+    if (values.size() > 1)
+        return tr("%1 takes one value, not %2").arg(name).arg(values.size());
+    const std::optional<milliseconds> value = durationOf(values.first());
+    if (!value) {
+        return tr("%1 is not a duration such as 250ms or 2s, at most 600s").arg(values.first());
+    }
+    *duration = *value;
+    return {};
+}
+
+bool overlap(const Fault &a, const Fault &b)
+{
+    return a.first < b.first + b.count && b.first < a.first + a.count;
+}
+
+} // namespace
+
+std::optional<FaultPlan> FaultPlan::parse(const QString &text, const QString &file,
+                                          QString *problem)
+{
+    FaultPlan plan;
+    std::vector<int> lineOf;
+    for (const DataFile::Line &line : DataFile::lines(text)) {
+        FaultReader reader;
+        QString reason = reader.take(line.words);
+        for (size_t i = 0; reason.isEmpty() && i < plan.list.size(); ++i) {
+            if (overlap(plan.list[i], reader.fault))
+                reason = tr("line %1 has a fault for this transfer already").arg(lineOf[i]);
+        }
+        if (!reason.isEmpty()) {
+            *problem = DataFile::refusal(file, line.number, reason);
+            return std::nullopt;
+        }
+        plan.list.push_back(reader.fault);
+        lineOf.push_back(line.number);
+    }
+    std::sort(plan.list.begin(), plan.list.end(),
+              [](const Fault &a, const Fault &b) { return a.first < b.first; });
+    return plan;
+}
+
+std::optional<FaultPlan> FaultPlan::load(const QString &path, QString *problem)
+{
+    const std::optional<QString> text = DataFile::read(path, problem);
+    return text ? parse(*text, path, problem) : std::nullopt;
+}
+
+Fault FaultPlan::at(quint64 transfer) const
+{
+    const auto after =
+        std::upper_bound(list.begin(), list.end(), transfer,
+                         [](quint64 number, const Fault &fault) { return number < fault.first; });
+    if (after == list.begin())
+        return {};
+    const Fault &fault = *std::prev(after);
+    return transfer < fault.first + fault.count ? fault : Fault();
+}
+
+} // namespace sim

@@ -1,0 +1,90 @@
+#include "sim/faultyframe.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace sim {
+
+namespace {
+
+constexpr int TornFrom = FrameSize / 2;
+
+Frame torn(Frame frame)
+{
+    std::fill(frame.begin() + TornFrom, frame.end(), UCHAR(0));
+    return frame;
+}
+
+} // namespace
+
+FaultyFrame::FaultyFrame(Profile profile, FaultPlan faults, Clock theClock, bool startsPlugged)
+    : plan(std::move(faults))
+    , clock(theClock)
+    , model(std::move(profile), std::move(theClock))
+    , in(startsPlugged)
+    , plugs(startsPlugged ? 1 : 0)
+{
+    lastReport[command::offset::ReportId] = command::ReportId;
+}
+
+Fault FaultyFrame::beginTransfer()
+{
+    ++count;
+    const Fault fault = plan.at(count);
+    if (fault.kind == Fault::Kind::Unplug)
+        unplug(fault.back);
+    return fault;
+}
+
+Frame FaultyFrame::write(const Frame &frame, const Fault &fault)
+{
+    const Frame arrived = fault.kind == Fault::Kind::Torn ? torn(frame) : frame;
+    if (fault.kind != Fault::Kind::Silent)
+        model.command(arrived);
+    if (fault.kind == Fault::Kind::Repeat)
+        model.command(arrived);
+    return arrived;
+}
+
+FaultyFrame::Report FaultyFrame::read(const Fault &fault)
+{
+    if (fault.kind == Fault::Kind::Silent || fault.kind == Fault::Kind::Repeat)
+        return {lastReport, false};
+    const bool fresh = model.hasReply();
+    const Frame report = model.report();
+    lastReport = fault.kind == Fault::Kind::Torn ? torn(report) : report;
+    return {lastReport, fresh};
+}
+
+bool FaultyFrame::plug()
+{
+    backAt.reset();
+    if (in)
+        return false;
+    in = true;
+    ++plugs;
+    model.restart();
+    lastReport = {};
+    lastReport[command::offset::ReportId] = command::ReportId;
+    return true;
+}
+
+bool FaultyFrame::unplug(std::optional<std::chrono::milliseconds> back)
+{
+    backAt = back ? std::optional(clock() + *back) : std::nullopt;
+    return std::exchange(in, false);
+}
+
+bool FaultyFrame::comeBack()
+{
+    return backAt && clock() >= *backAt && plug();
+}
+
+std::optional<std::chrono::milliseconds> FaultyFrame::untilBack() const
+{
+    if (!backAt)
+        return std::nullopt;
+    return std::max(*backAt - clock(), std::chrono::milliseconds(0));
+}
+
+} // namespace sim
