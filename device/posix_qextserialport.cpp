@@ -6,6 +6,8 @@
 #include <QFileInfo>
 
 #include <asm/termbits.h>
+#include <fcntl.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -23,6 +25,8 @@ namespace {
 // Bytes pass through an adapter's own buffers after the kernel has let go of them.
 constexpr std::chrono::nanoseconds AdapterLatency = 3ms;
 constexpr auto DrainPoll = 1ms;
+// More errors in a row than this, and the line is as good as gone.
+constexpr int MaxStrayErrors = 100;
 // Receivers cope with rates this far apart.
 constexpr int RateTolerancePercent = 2;
 
@@ -126,9 +130,11 @@ Posix_QextSerialPort::Posix_QextSerialPort(const QString &portName, const PortSe
 {
     port.setReadBufferSize(MaxWaiting);
     connect(&port, &QSerialPort::readyRead, this, &Posix_QextSerialPort::announce);
+    connect(&port, &QSerialPort::readyRead, this, [this] { strayErrors = 0; });
+    connect(&port, &QSerialPort::bytesWritten, this, [this] { strayErrors = 0; });
     connect(&port, &QSerialPort::errorOccurred, this, [this](QSerialPort::SerialPortError error) {
         if (error == QSerialPort::ReadError || error == QSerialPort::ResourceError)
-            loseLine();
+            judgeError();
     });
     setBaudRate(wanted.BaudRate);
     setDataBits(wanted.DataBits);
@@ -159,8 +165,10 @@ bool Posix_QextSerialPort::open(QIODevice::OpenMode openMode)
     if (!port.open(openMode))
         return refuse(whyNotOpened());
 
+    pass(settings, Setting::Parity); // once more, see dropStickParity()
     openings++;
     lineFree = {};
+    strayErrors = 0;
     reason.clear();
     QStringList silentlyOther;
     for (const Setting setting : {Setting::BaudRate, Setting::DataBits, Setting::Parity,
@@ -261,7 +269,11 @@ qint64 Posix_QextSerialPort::readData(char *data, qint64 maxSize)
         refuse(tr("The serial port is not open."));
         return -1;
     }
-    return port.read(data, maxSize);
+    const bool full = size() >= MaxWaiting;
+    const qint64 got = port.read(data, maxSize);
+    if (full)
+        port.setReadBufferSize(MaxWaiting); // a full port has stopped listening, this wakes it
+    return got;
 }
 
 qint64 Posix_QextSerialPort::writeData(const char *data, qint64 length)
@@ -275,13 +287,15 @@ qint64 Posix_QextSerialPort::writeData(const char *data, qint64 length)
                    .arg(port.portName()));
         return -1;
     }
+    const bool lineFull = port.bytesToWrite() > 0;
     const qint64 taken = port.write(data, length);
     if (taken > 0) {
         const std::chrono::nanoseconds start =
             lineFree.hasExpired() ? AdapterLatency : lineFree.remainingTimeAsDuration();
         lineFree.setRemainingTime(start + taken * microsecondsPerByte() * 1us, Qt::PreciseTimer);
         // A caller may block its event loop next, waiting for the answer.
-        port.flush();
+        if (!lineFull)
+            port.flush();
     }
     return taken;
 }
@@ -314,6 +328,7 @@ bool Posix_QextSerialPort::pass(const PortSettings &wanted, Setting setting)
     case Setting::DataBits:
         return port.setDataBits(toQt(wanted.DataBits).value());
     case Setting::Parity:
+        dropStickParity();
         return port.setParity(toQt(wanted.Parity).value());
     case Setting::StopBits:
         return port.setStopBits(toQt(wanted.StopBits).value());
@@ -321,6 +336,16 @@ bool Posix_QextSerialPort::pass(const PortSettings &wanted, Setting setting)
         return port.setFlowControl(toQt(wanted.FlowControl).value());
     }
     return false;
+}
+
+// QSerialPort never clears this bit, which turns odd parity into mark and even into space.
+void Posix_QextSerialPort::dropStickParity()
+{
+    termios2 t{};
+    if (!port.isOpen() || ioctl(port.handle(), TCGETS2, &t) != 0 || !(t.c_cflag & CMSPAR))
+        return;
+    t.c_cflag &= ~tcflag_t(CMSPAR);
+    ioctl(port.handle(), TCSETS2, &t);
 }
 
 // What an open port does instead of a setting that it was given; empty when it took it. Drivers
@@ -375,7 +400,7 @@ QString Posix_QextSerialPort::whyNotOpened() const
         return tr("There is no serial port %1. Check the cable and the name, such as ttyUSB0.")
             .arg(node);
     case QSerialPort::PermissionError:
-        if (::access(QFile::encodeName(node).constData(), R_OK | W_OK) == 0)
+        if (faccessat(AT_FDCWD, QFile::encodeName(node).constData(), R_OK | W_OK, AT_EACCESS) == 0)
             return tr("The serial port %1 is in use by another program. Close it there.").arg(node);
         return tr("This user may not open the serial port %1. Join the group %2, then log in "
                   "again.")
@@ -445,6 +470,15 @@ void Posix_QextSerialPort::deliver()
     emit readyRead();
     if (const qint64 left = size(); left > 0 && left < before)
         announce();
+}
+
+// QSerialPort reports a full line and a hung up one alike; the kernel knows which it is.
+void Posix_QextSerialPort::judgeError()
+{
+    pollfd line{.fd = port.handle(), .events = 0, .revents = 0};
+    const bool gone = poll(&line, 1, 0) == 1;
+    if (gone || ++strayErrors > MaxStrayErrors)
+        loseLine();
 }
 
 // A line that hung up reports its error for as long as the port is open, hundreds of thousands

@@ -20,8 +20,8 @@ public:
     enum QueryMode { Polling = 0, EventDriven = 1 };
 
     // Most bytes kept that nobody has read, and most that the line has not taken.
-    static constexpr qint64 MaxWaiting = 65536;
-    static constexpr int MaxDrainMs = 5000;
+    static constexpr qint64 MaxWaiting = 16384;
+    static constexpr int MaxDrainMs = 3000;
 
     // Opens nothing. Settings that cannot be are left at their defaults.
     Posix_QextSerialPort(const QString &portName, const PortSettings &wanted,
@@ -71,6 +71,7 @@ private:
 
     bool change(const PortSettings &wanted, Setting setting);
     bool pass(const PortSettings &wanted, Setting setting);
+    void dropStickParity();
     QString mismatch(const PortSettings &wanted, Setting setting) const;
     QString whyNotOpened() const;
     bool drain();
@@ -78,6 +79,7 @@ private:
     int microsecondsPerByte() const;
     void announce();
     void deliver();
+    void judgeError();
     void loseLine();
     bool refuse(const QString &why);
 
@@ -88,6 +90,7 @@ private:
     QString reason;
     QDeadlineTimer lineFree; // when the bytes written so far can have left at the earliest
     int openings = 0;        // tells a late hang-up from one of the present opening
+    int strayErrors = 0;     // in a row, without a byte between them
     bool hangingUp = false;
     bool announced = false;
 };

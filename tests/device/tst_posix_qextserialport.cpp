@@ -1,0 +1,760 @@
+#include "device/posix_qextserialport.h"
+
+#include "device/filedescriptor.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <asm/termbits.h>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <ctime>
+#include <functional>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+// The far end of a serial line; the near end is a pseudo-terminal's node.
+struct FarEnd
+{
+    FarEnd()
+        : fd(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC))
+    {
+        std::array<char, 64> path{};
+        if (grantpt(fd.get()) == 0 && unlockpt(fd.get()) == 0 &&
+            ptsname_r(fd.get(), path.data(), path.size()) == 0)
+            node = QString::fromLatin1(path.data());
+    }
+
+    // What the near end is set to; the far end of a pseudo-terminal answers for it.
+    termios2 settings() const
+    {
+        termios2 t{};
+        if (ioctl(fd.get(), TCGETS2, &t) != 0)
+            qFatal("TCGETS2 failed");
+        return t;
+    }
+
+    int waiting() const
+    {
+        int n = -1;
+        if (ioctl(fd.get(), FIONREAD, &n) != 0)
+            qFatal("FIONREAD failed");
+        return n;
+    }
+
+    // Takes what comes within the time, up to size bytes.
+    QByteArray take(qsizetype size, int milliseconds = 2000) const
+    {
+        QByteArray all;
+        QDeadlineTimer deadline(milliseconds);
+        while (all.size() < size && !deadline.hasExpired()) {
+            pollfd p{.fd = fd.get(), .events = POLLIN, .revents = 0};
+            if (poll(&p, 1, int(deadline.remainingTime())) != 1 || !(p.revents & POLLIN))
+                break;
+            QByteArray part(size - all.size(), Qt::Uninitialized);
+            const ssize_t n = ::read(fd.get(), part.data(), size_t(part.size()));
+            if (n <= 0)
+                break;
+            all += part.first(n);
+        }
+        return all;
+    }
+
+    void give(const QByteArray &bytes) const
+    {
+        if (::write(fd.get(), bytes.constData(), size_t(bytes.size())) != bytes.size())
+            qFatal("the near end takes no bytes");
+    }
+
+    FileDescriptor fd;
+    QString node;
+};
+
+std::chrono::nanoseconds processorTime()
+{
+    timespec t{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
+    return std::chrono::seconds(t.tv_sec) + std::chrono::nanoseconds(t.tv_nsec);
+}
+
+QByteArray read(Posix_QextSerialPort &port, qint64 maxSize)
+{
+    QByteArray bytes(maxSize, Qt::Uninitialized);
+    const qint64 n = port.readData(bytes.data(), maxSize);
+    return n < 0 ? "failed"_qba : bytes.first(n);
+}
+
+qint64 write(Posix_QextSerialPort &port, const QByteArray &bytes)
+{
+    return port.writeData(bytes.constData(), bytes.size());
+}
+
+} // namespace
+
+class tst_Posix_QextSerialPort : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void every_number_names_its_rate_data();
+    void every_number_names_its_rate();
+    void a_number_out_of_the_list_names_no_rate();
+    void a_new_port_is_closed_and_empty();
+    void an_absolute_and_a_bare_name_open_the_same_port();
+    void a_rate_set_before_open_is_in_force();
+    void bytes_travel_both_ways();
+    void bytes_are_told_in_both_query_modes_data();
+    void bytes_are_told_in_both_query_modes();
+    void bytes_that_remain_are_told_again_while_some_are_read();
+    void bytes_that_nobody_reads_are_told_once();
+    void bytes_are_never_told_inside_a_setter();
+    void written_bytes_leave_without_an_event_loop();
+    void bytes_have_left_before_the_rate_changes();
+    void a_rate_waits_for_a_slow_reader();
+    void a_line_that_takes_nothing_keeps_its_rate();
+    void a_line_that_takes_nothing_is_closed_soon();
+    void writing_to_a_line_that_takes_nothing_ends();
+    void a_full_line_goes_on_when_its_reader_does();
+    void unread_bytes_are_kept_up_to_a_bound();
+    void what_cannot_be_set_is_refused_with_a_reason_data();
+    void what_cannot_be_set_is_refused_with_a_reason();
+    void a_setting_that_the_port_drops_is_refused();
+    void settings_that_the_port_drops_at_open_are_named();
+    void stop_bits_and_flow_control_reach_the_port();
+    void settings_of_no_meaning_leave_the_defaults();
+    void an_absent_port_is_refused_with_a_reason_data();
+    void an_absent_port_is_refused_with_a_reason();
+    void a_port_open_elsewhere_is_refused_with_a_reason();
+    void a_port_of_another_user_is_refused_with_a_reason();
+    void a_second_open_is_refused_and_changes_nothing();
+    void a_closed_port_takes_and_gives_nothing();
+    void a_hang_up_closes_once_and_rests();
+    void a_hang_up_seen_while_writing_closes_once();
+    void a_port_reopened_before_its_hang_up_is_told_stays_open();
+    void a_port_opens_again_after_a_hang_up();
+};
+
+void tst_Posix_QextSerialPort::every_number_names_its_rate_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<int>("rate");
+    const std::array<int, 22> rates = {50,    75,    110,   134,    150,    200,   300,   600,
+                                       1200,  1800,  2400,  4800,   9600,   14400, 19200, 38400,
+                                       56000, 57600, 76800, 115200, 128000, 256000};
+    for (int number = 0; number < 22; number++)
+        QTest::addRow("%d", rates[unsigned(number)]) << number << rates[unsigned(number)];
+}
+
+void tst_Posix_QextSerialPort::every_number_names_its_rate()
+{
+    QFETCH(int, number);
+    QFETCH(int, rate);
+    QCOMPARE(bitsPerSecond(BaudRateType(number)), rate);
+
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY2(port.open(QIODevice::ReadWrite), qPrintable(port.errorString()));
+    QCOMPARE(int(far.settings().c_ospeed), 9600);
+    QVERIFY2(port.setBaudRate(BaudRateType(number)), qPrintable(port.errorString()));
+    QCOMPARE(int(far.settings().c_ospeed), rate);
+    QCOMPARE(int(far.settings().c_ispeed), rate);
+}
+
+void tst_Posix_QextSerialPort::a_number_out_of_the_list_names_no_rate()
+{
+    QCOMPARE(bitsPerSecond(BaudRateType(-1)), 0);
+    QCOMPARE(bitsPerSecond(BaudRateType(22)), 0);
+    QCOMPARE(bitsPerSecond(BaudRateType(9600)), 0);
+}
+
+void tst_Posix_QextSerialPort::a_new_port_is_closed_and_empty()
+{
+    Posix_QextSerialPort port(u"COM1"_s, {});
+    QVERIFY(!port.isOpen());
+    QCOMPARE(port.size(), 0);
+    QCOMPARE(port.mode(), Posix_QextSerialPort::Polling);
+    QCOMPARE(port.errorString(), QString());
+    port.close();
+    QCOMPARE(port.errorString(), QString());
+}
+
+void tst_Posix_QextSerialPort::an_absolute_and_a_bare_name_open_the_same_port()
+{
+    FarEnd far;
+    QVERIFY(far.node.startsWith(u"/dev/"));
+    for (const QString &name : {far.node, far.node.sliced(5)}) {
+        Posix_QextSerialPort port({}, {});
+        port.setPortName(name);
+        QVERIFY2(port.open(QIODevice::ReadWrite), qPrintable(port.errorString()));
+        QVERIFY(port.isOpen());
+        QCOMPARE(write(port, "name"_qba), 4);
+        QCOMPARE(far.take(4), "name"_qba);
+    }
+}
+
+void tst_Posix_QextSerialPort::a_rate_set_before_open_is_in_force()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD57600, .StopBits = STOP_2});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(int(far.settings().c_ospeed), 57600);
+    QVERIFY(far.settings().c_cflag & CSTOPB);
+    port.close();
+    QVERIFY(port.setBaudRate(BAUD14400));
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(int(far.settings().c_ospeed), 14400);
+    QVERIFY(far.settings().c_cflag & CSTOPB);
+}
+
+void tst_Posix_QextSerialPort::bytes_travel_both_ways()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD115200});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+
+    QByteArray all;
+    for (int value = 0; value < 256; value++)
+        all += char(value);
+    QCOMPARE(write(port, all), 256);
+    QCOMPARE(far.take(256), all);
+
+    far.give(all);
+    QTRY_COMPARE(port.size(), 256);
+    QCOMPARE(read(port, 5), all.first(5));
+    QCOMPARE(port.size(), 251);
+    QCOMPARE(read(port, 1000), all.sliced(5));
+    QCOMPARE(port.size(), 0);
+    QCOMPARE(read(port, 1), QByteArray());
+}
+
+void tst_Posix_QextSerialPort::bytes_are_told_in_both_query_modes_data()
+{
+    QTest::addColumn<Posix_QextSerialPort::QueryMode>("mode");
+    QTest::newRow("polling") << Posix_QextSerialPort::Polling;
+    QTest::newRow("event driven") << Posix_QextSerialPort::EventDriven;
+}
+
+void tst_Posix_QextSerialPort::bytes_are_told_in_both_query_modes()
+{
+    QFETCH(Posix_QextSerialPort::QueryMode, mode);
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {}, mode);
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QSignalSpy told(&port, &Posix_QextSerialPort::readyRead);
+    far.give("\x51"_qba);
+    QVERIFY(told.wait(2000));
+    QCOMPARE(port.size(), 1);
+}
+
+void tst_Posix_QextSerialPort::bytes_that_remain_are_told_again_while_some_are_read()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QByteArray got;
+    QList<qint64> sizes;
+    connect(&port, &Posix_QextSerialPort::readyRead, this, [&] {
+        sizes += port.size();
+        got += read(port, 2);
+    });
+    far.give("abcdefg"_qba);
+    QTRY_COMPARE(got, "abcdefg"_qba);
+    QCOMPARE(sizes, (QList<qint64>{7, 5, 3, 1}));
+}
+
+void tst_Posix_QextSerialPort::bytes_that_nobody_reads_are_told_once()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QSignalSpy told(&port, &Posix_QextSerialPort::readyRead);
+    far.give("abc"_qba);
+    QVERIFY(told.wait(2000));
+    QTest::qWait(100);
+    QCOMPARE(told.count(), 1);
+    far.give("d"_qba);
+    QVERIFY(told.wait(2000));
+    QCOMPARE(port.size(), 4);
+}
+
+void tst_Posix_QextSerialPort::bytes_are_never_told_inside_a_setter()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    bool inside = false;
+    int toldInside = 0;
+    QSignalSpy told(&port, &Posix_QextSerialPort::readyRead);
+    connect(&port, &Posix_QextSerialPort::readyRead, this, [&] { toldInside += inside ? 1 : 0; });
+    far.give("abc"_qba);
+    QCOMPARE(write(port, QByteArray(100, 'x')), 100);
+    inside = true;
+    QVERIFY(port.setBaudRate(BAUD57600));
+    inside = false;
+    QTRY_COMPARE(told.count(), 1);
+    QCOMPARE(toldInside, 0);
+}
+
+void tst_Posix_QextSerialPort::written_bytes_leave_without_an_event_loop()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(write(port, "request"_qba), 7);
+    QCOMPARE(far.take(7), "request"_qba);
+}
+
+// As the window does it: the same command at three rates, then the rate asked for.
+void tst_Posix_QextSerialPort::bytes_have_left_before_the_rate_changes()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    const QByteArray command = QByteArray::fromHex("5156fcb100030013000000");
+    int left = 0;
+    QElapsedTimer clock;
+    clock.start();
+    for (const BaudRateType rate : {BAUD9600, BAUD57600, BAUD115200}) {
+        QVERIFY(port.setBaudRate(rate));
+        QCOMPARE(far.waiting(), left);
+        QCOMPARE(write(port, command), 11);
+        left += 11;
+    }
+    QVERIFY(port.setBaudRate(BAUD256000));
+    QCOMPARE(far.waiting(), 33);
+    // 110 bits at 9600, 57600 and 115200 baud take 14.3 ms on a wire.
+    QVERIFY2(clock.nsecsElapsed() >= 14'300'000, QByteArray::number(clock.nsecsElapsed()));
+    QVERIFY2(clock.elapsed() < 1000, QByteArray::number(clock.elapsed()));
+    QCOMPARE(far.take(33), command + command + command);
+}
+
+void tst_Posix_QextSerialPort::a_rate_waits_for_a_slow_reader()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 4000});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    // More than a pseudo-terminal holds, so that most of it waits for the reader.
+    const QByteArray bytes(Posix_QextSerialPort::MaxWaiting, 'x');
+    QCOMPARE(write(port, bytes), bytes.size());
+    QVERIFY(far.waiting() < bytes.size() / 2);
+
+    qsizetype taken = 0;
+    qsizetype takenWhenRateChanged = -1;
+    std::thread reader([&] {
+        while (taken < bytes.size()) {
+            if (takenWhenRateChanged < 0 && far.settings().c_ospeed != 256000)
+                takenWhenRateChanged = taken + far.waiting();
+            const QByteArray part = far.take(1024, 3000);
+            if (part.isEmpty())
+                return;
+            taken += part.size();
+            std::this_thread::sleep_for(2ms);
+        }
+    });
+    const bool set = port.setBaudRate(BAUD9600);
+    reader.join();
+    QVERIFY2(set, qPrintable(port.errorString()));
+    QCOMPARE(taken, bytes.size());
+    QCOMPARE(int(far.settings().c_ospeed), 9600);
+    // Never before all bytes were on the line; after the last one the reader looks no more.
+    QVERIFY2(takenWhenRateChanged == -1 || takenWhenRateChanged == bytes.size(),
+             QByteArray::number(takenWhenRateChanged));
+}
+
+void tst_Posix_QextSerialPort::a_line_that_takes_nothing_keeps_its_rate()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 100});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(write(port, QByteArray(Posix_QextSerialPort::MaxWaiting, 'x')),
+             Posix_QextSerialPort::MaxWaiting);
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(!port.setBaudRate(BAUD9600));
+    QVERIFY2(clock.elapsed() < Posix_QextSerialPort::MaxDrainMs + 500,
+             QByteArray::number(clock.elapsed()));
+    QVERIFY(port.errorString().contains(u"does not take the bytes that wait"));
+    QCOMPARE(int(far.settings().c_ospeed), 256000);
+    QVERIFY(port.isOpen());
+}
+
+void tst_Posix_QextSerialPort::a_line_that_takes_nothing_is_closed_soon()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 100});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    write(port, QByteArray(Posix_QextSerialPort::MaxWaiting, 'x'));
+    QElapsedTimer clock;
+    clock.start();
+    port.close();
+    QVERIFY(!port.isOpen());
+    QVERIFY2(clock.elapsed() < Posix_QextSerialPort::MaxDrainMs + 500,
+             QByteArray::number(clock.elapsed()));
+}
+
+void tst_Posix_QextSerialPort::writing_to_a_line_that_takes_nothing_ends()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 0});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    const QByteArray part(64, 'x');
+    qint64 accepted = 0;
+    qint64 answer = 0;
+    while (accepted < 20 * Posix_QextSerialPort::MaxWaiting && (answer = write(port, part)) > 0)
+        accepted += answer;
+    QCOMPARE(answer, -1);
+    QVERIFY(accepted >= Posix_QextSerialPort::MaxWaiting);
+    QVERIFY2(port.errorString().contains(u"takes no more bytes"), qPrintable(port.errorString()));
+    QVERIFY(port.isOpen());
+}
+
+void tst_Posix_QextSerialPort::a_full_line_goes_on_when_its_reader_does()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QSignalSpy hungUp(&port, &Posix_QextSerialPort::hangUp);
+    QByteArray all;
+    for (int n = 0; n < 1000; n++) {
+        const QByteArray part = QByteArray::number(n).rightJustified(32, '.');
+        if (write(port, part) < 0)
+            break;
+        all += part;
+    }
+    QVERIFY(all.size() > far.waiting());
+    QTest::qWait(50);
+    QVERIFY(port.isOpen());
+    QByteArray got;
+    QDeadlineTimer deadline(5s);
+    while (got.size() < all.size() && !deadline.hasExpired()) {
+        got += far.take(all.size() - got.size(), 10);
+        QTest::qWait(1);
+    }
+    QCOMPARE(got, all);
+    QCOMPARE(hungUp.count(), 0);
+}
+
+void tst_Posix_QextSerialPort::unread_bytes_are_kept_up_to_a_bound()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    fcntl(far.fd.get(), F_SETFL, O_NONBLOCK);
+    const QByteArray part(1024, 'y');
+    QDeadlineTimer deadline(20s);
+    qint64 given = 0;
+    // Until the line takes nothing for a while.
+    for (int refused = 0; refused < 50 && !deadline.hasExpired();) {
+        const ssize_t n = ::write(far.fd.get(), part.constData(), size_t(part.size()));
+        given += n > 0 ? n : 0;
+        refused = n > 0 ? 0 : refused + 1;
+        QTest::qWait(1);
+    }
+    QVERIFY(given > Posix_QextSerialPort::MaxWaiting);
+    QCOMPARE(port.size(), Posix_QextSerialPort::MaxWaiting);
+    // Reading makes room for the rest.
+    qint64 got = 0;
+    connect(&port, &Posix_QextSerialPort::readyRead, this,
+            [&] { got += read(port, Posix_QextSerialPort::MaxWaiting).size(); });
+    got += read(port, 1).size();
+    QTRY_COMPARE(got, given);
+}
+
+void tst_Posix_QextSerialPort::what_cannot_be_set_is_refused_with_a_reason_data()
+{
+    using Port = Posix_QextSerialPort;
+    QTest::addColumn<std::function<bool(Port &)>>("set");
+    QTest::addColumn<QString>("reason");
+    const auto row = [](const char *name, std::function<bool(Port &)> set, const QString &reason) {
+        QTest::newRow(name) << std::move(set) << reason;
+    };
+    row(
+        "rate -1", [](Port &p) { return p.setBaudRate(BaudRateType(-1)); },
+        u"no baud rate number -1"_s);
+    row(
+        "rate 22", [](Port &p) { return p.setBaudRate(BaudRateType(22)); },
+        u"no baud rate number 22"_s);
+    row(
+        "data bits 4", [](Port &p) { return p.setDataBits(DataBitsType(4)); },
+        u"no data bits setting number 4"_s);
+    row(
+        "parity 5", [](Port &p) { return p.setParity(ParityType(5)); }, u"no parity number 5"_s);
+    row(
+        "1.5 stop bits", [](Port &p) { return p.setStopBits(STOP_1_5); },
+        u"1.5 stop bits cannot be set"_s);
+    row(
+        "stop bits 3", [](Port &p) { return p.setStopBits(StopBitsType(3)); },
+        u"no stop bits setting number 3"_s);
+    row(
+        "flow control 3", [](Port &p) { return p.setFlowControl(FlowType(3)); },
+        u"no flow control number 3"_s);
+    row(
+        "time-out -1", [](Port &p) { return p.setTimeout(-1); }, u"time-out of -1 ms cannot be"_s);
+}
+
+void tst_Posix_QextSerialPort::what_cannot_be_set_is_refused_with_a_reason()
+{
+    QFETCH(std::function<bool(Posix_QextSerialPort &)>, set);
+    QFETCH(QString, reason);
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(!set(port));
+    QVERIFY2(port.errorString().contains(reason), qPrintable(port.errorString()));
+
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(port.errorString(), QString());
+    const termios2 before = far.settings();
+    QVERIFY(!set(port));
+    QVERIFY2(port.errorString().contains(reason), qPrintable(port.errorString()));
+    QCOMPARE(far.settings().c_ospeed, before.c_ospeed);
+    QCOMPARE(far.settings().c_cflag, before.c_cflag);
+    QCOMPARE(far.settings().c_iflag, before.c_iflag);
+}
+
+// A pseudo-terminal always has eight bits and no parity, and reports success nevertheless.
+void tst_Posix_QextSerialPort::a_setting_that_the_port_drops_is_refused()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    for (const DataBitsType bits : {DATA_5, DATA_6, DATA_7}) {
+        QVERIFY(!port.setDataBits(bits));
+        QVERIFY2(!port.errorString().isEmpty(), qPrintable(port.errorString()));
+    }
+    QVERIFY2(port.setDataBits(DATA_8), qPrintable(port.errorString()));
+    for (const ParityType parity : {PAR_ODD, PAR_EVEN, PAR_MARK, PAR_SPACE}) {
+        QVERIFY(!port.setParity(parity));
+        QVERIFY2(!port.errorString().isEmpty(), qPrintable(port.errorString()));
+    }
+    QVERIFY2(port.setParity(PAR_NONE), qPrintable(port.errorString()));
+    QCOMPARE(far.settings().c_cflag & tcflag_t(CSIZE | PARENB | PARODD | CMSPAR), tcflag_t(CS8));
+
+    port.close();
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(port.errorString(), QString());
+}
+
+void tst_Posix_QextSerialPort::settings_that_the_port_drops_at_open_are_named()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.DataBits = DATA_7, .Parity = PAR_EVEN});
+    QCOMPARE(port.errorString(), QString());
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QVERIFY2(port.errorString().contains(u"7 data bits"), qPrintable(port.errorString()));
+    QVERIFY2(port.errorString().contains(u"parity"), qPrintable(port.errorString()));
+    // What the port does take can still be set.
+    QVERIFY2(port.setBaudRate(BAUD115200), qPrintable(port.errorString()));
+    QVERIFY2(port.setStopBits(STOP_2), qPrintable(port.errorString()));
+}
+
+void tst_Posix_QextSerialPort::stop_bits_and_flow_control_reach_the_port()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QVERIFY(!(far.settings().c_cflag & tcflag_t(CSTOPB | CRTSCTS)));
+    QVERIFY(!(far.settings().c_iflag & IXON));
+    QVERIFY(port.setStopBits(STOP_2));
+    QVERIFY(far.settings().c_cflag & CSTOPB);
+    QVERIFY(port.setStopBits(STOP_1));
+    QVERIFY(!(far.settings().c_cflag & CSTOPB));
+    QVERIFY(port.setFlowControl(FLOW_HARDWARE));
+    QVERIFY(far.settings().c_cflag & CRTSCTS);
+    QVERIFY(port.setFlowControl(FLOW_XONXOFF));
+    QVERIFY(!(far.settings().c_cflag & CRTSCTS));
+    QVERIFY(far.settings().c_iflag & IXON);
+    QVERIFY(port.setFlowControl(FLOW_OFF));
+    QVERIFY(!(far.settings().c_iflag & IXON));
+}
+
+void tst_Posix_QextSerialPort::settings_of_no_meaning_leave_the_defaults()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BaudRateType(99),
+                                         .DataBits = DataBitsType(-7),
+                                         .Parity = ParityType(1000),
+                                         .StopBits = STOP_1_5,
+                                         .FlowControl = FlowType(3),
+                                         .Timeout_Millisec = -1});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(int(far.settings().c_ospeed), 9600);
+    QCOMPARE(far.settings().c_cflag & tcflag_t(CSIZE | PARENB | CSTOPB | CRTSCTS), tcflag_t(CS8));
+}
+
+void tst_Posix_QextSerialPort::an_absent_port_is_refused_with_a_reason_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("default") << u"COM1"_s << u"There is no serial port /dev/COM1."_s;
+    QTest::newRow("absolute") << u"/nowhere/ttyS0"_s << u"no serial port /nowhere/ttyS0"_s;
+    QTest::newRow("empty") << QString() << u"No serial port is chosen."_s;
+    QTest::newRow("file") << u"/etc/passwd"_s << u"/etc/passwd is not a serial port."_s;
+    QTest::newRow("directory") << u"/dev/pts"_s << u"/dev/pts cannot be opened"_s;
+}
+
+void tst_Posix_QextSerialPort::an_absent_port_is_refused_with_a_reason()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, reason);
+    Posix_QextSerialPort port(name, {});
+    QVERIFY(!port.open(QIODevice::ReadWrite));
+    QVERIFY(!port.isOpen());
+    QVERIFY2(port.errorString().contains(reason), qPrintable(port.errorString()));
+}
+
+void tst_Posix_QextSerialPort::a_port_open_elsewhere_is_refused_with_a_reason()
+{
+    FarEnd far;
+    Posix_QextSerialPort first(far.node, {});
+    QVERIFY(first.open(QIODevice::ReadWrite));
+    Posix_QextSerialPort second(far.node, {});
+    QVERIFY(!second.open(QIODevice::ReadWrite));
+    QVERIFY2(second.errorString().contains(far.node + u" is in use by another program."_s),
+             qPrintable(second.errorString()));
+    first.close();
+    QVERIFY2(second.open(QIODevice::ReadWrite), qPrintable(second.errorString()));
+    QCOMPARE(second.errorString(), QString());
+}
+
+void tst_Posix_QextSerialPort::a_port_of_another_user_is_refused_with_a_reason()
+{
+    if (geteuid() != 0)
+        QFAIL("needs root, to make a port that this user may not open");
+    FarEnd far;
+    const QByteArray node = far.node.toLocal8Bit();
+    QCOMPARE(chmod(node.constData(), 0600), 0);
+    // The test itself may open everything as root; for this one attempt it may not.
+    QCOMPARE(seteuid(65534), 0);
+    Posix_QextSerialPort port(far.node, {});
+    const bool opened = port.open(QIODevice::ReadWrite);
+    const QString reason = port.errorString();
+    QCOMPARE(seteuid(0), 0);
+    QVERIFY(!opened);
+    QVERIFY2(reason.contains(u"This user may not open the serial port "_s + far.node),
+             qPrintable(reason));
+    QVERIFY2(reason.contains(u"Join the group "), qPrintable(reason));
+}
+
+void tst_Posix_QextSerialPort::a_second_open_is_refused_and_changes_nothing()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    port.setPortName(u"COM1"_s);
+    QVERIFY(!port.open(QIODevice::ReadWrite));
+    QVERIFY(port.errorString().contains(u"is open already"));
+    QVERIFY(port.isOpen());
+    QCOMPARE(write(port, "still"_qba), 5);
+    QCOMPARE(far.take(5), "still"_qba);
+    port.close();
+    QVERIFY(!port.open(QIODevice::ReadWrite));
+    QVERIFY(port.errorString().contains(u"/dev/COM1"));
+}
+
+void tst_Posix_QextSerialPort::a_closed_port_takes_and_gives_nothing()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QCOMPARE(write(port, "x"_qba), -1);
+    QCOMPARE(read(port, 1), "failed"_qba);
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    far.give("abc"_qba);
+    QTRY_COMPARE(port.size(), 3);
+    port.close();
+    QCOMPARE(port.size(), 0);
+    QCOMPARE(write(port, "x"_qba), -1);
+    QVERIFY(port.errorString().contains(u"not open"));
+    QCOMPARE(read(port, 1), "failed"_qba);
+    QCOMPARE(far.waiting(), 0);
+}
+
+void tst_Posix_QextSerialPort::a_hang_up_closes_once_and_rests()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QSignalSpy hungUp(&port, &Posix_QextSerialPort::hangUp);
+    bool openWhenTold = true;
+    connect(&port, &Posix_QextSerialPort::hangUp, this, [&] { openWhenTold = port.isOpen(); });
+    far.fd = {};
+    QVERIFY(hungUp.wait(2000));
+    QVERIFY(!openWhenTold);
+    const auto before = processorTime();
+    QTest::qWait(300);
+    const auto spent = processorTime() - before;
+    QVERIFY2(spent < 100ms, QByteArray::number(qint64(spent.count())));
+    QCOMPARE(hungUp.count(), 1);
+    QVERIFY(!port.isOpen());
+    QVERIFY2(port.errorString().contains(u"is gone"), qPrintable(port.errorString()));
+    QCOMPARE(write(port, "x"_qba), -1);
+}
+
+void tst_Posix_QextSerialPort::a_hang_up_seen_while_writing_closes_once()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QSignalSpy hungUp(&port, &Posix_QextSerialPort::hangUp);
+    far.fd = {};
+    // Before the event loop could tell.
+    write(port, "x"_qba);
+    QCOMPARE(write(port, "y"_qba), -1);
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(!port.setBaudRate(BAUD115200));
+    QVERIFY2(clock.elapsed() < 500, QByteArray::number(clock.elapsed()));
+    QTRY_COMPARE(hungUp.count(), 1);
+    QTest::qWait(50);
+    QCOMPARE(hungUp.count(), 1);
+    QVERIFY(!port.isOpen());
+}
+
+void tst_Posix_QextSerialPort::a_port_reopened_before_its_hang_up_is_told_stays_open()
+{
+    FarEnd lost;
+    FarEnd fresh;
+    Posix_QextSerialPort port(lost.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QSignalSpy hungUp(&port, &Posix_QextSerialPort::hangUp);
+    lost.fd = {};
+    write(port, "x"_qba);
+    port.close();
+    port.setPortName(fresh.node);
+    QVERIFY2(port.open(QIODevice::ReadWrite), qPrintable(port.errorString()));
+    QTest::qWait(100);
+    QCOMPARE(hungUp.count(), 0);
+    QVERIFY(port.isOpen());
+    QCOMPARE(write(port, "fresh"_qba), 5);
+    QCOMPARE(fresh.take(5), "fresh"_qba);
+}
+
+void tst_Posix_QextSerialPort::a_port_opens_again_after_a_hang_up()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD19200});
+    QSignalSpy hungUp(&port, &Posix_QextSerialPort::hangUp);
+    for (int times = 1; times <= 3; times++) {
+        port.setPortName(far.node);
+        QVERIFY2(port.open(QIODevice::ReadWrite), qPrintable(port.errorString()));
+        QCOMPARE(int(far.settings().c_ospeed), 19200);
+        far.give("back"_qba);
+        QTRY_COMPARE(port.size(), 4);
+        QCOMPARE(read(port, 4), "back"_qba);
+        far.fd = {};
+        QTRY_COMPARE(hungUp.count(), times);
+        far = FarEnd();
+    }
+}
+
+Q_DECLARE_METATYPE(std::function<bool(Posix_QextSerialPort &)>)
+QTEST_GUILESS_MAIN(tst_Posix_QextSerialPort)
+#include "tst_posix_qextserialport.moc"
