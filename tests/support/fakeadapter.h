@@ -1,0 +1,130 @@
+#pragma once
+
+#include "device/hid_adapter.h"
+#include "device/pacing.h"
+
+#include <QByteArray>
+#include <QList>
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+// A touch frame of the test's: hands out numbered reports and records what is sent.
+class FakeAdapter final : public HID_AdpterPacket::HID_Adapter
+{
+public:
+    using Clock = std::chrono::steady_clock;
+
+    std::atomic<bool> present{true};
+    std::atomic<bool> paced{false};    // 64 pauses of 1 ms a read, as the real one makes
+    std::atomic<bool> sendFails{false};
+    std::atomic<int> reads{0};
+    std::atomic<int> closes{0};
+    std::atomic<quint32> version{0x3010};
+    std::atomic<int> nowReading{0};
+
+    struct Sent
+    {
+        QByteArray frame; // 64 bytes
+        Clock::time_point when;
+    };
+
+    // Every report reads so, with its number in bytes 60 to 62; without one, class and sub are 0.
+    void setReport(const QByteArray &bytes)
+    {
+        const std::lock_guard guard(lock);
+        report = bytes;
+    }
+    QList<Sent> sent()
+    {
+        const std::lock_guard guard(lock);
+        return frames;
+    }
+    // Bytes 1 to count of each frame sent, as hexadecimal text.
+    QList<QByteArray> sentBytes(int count = 8)
+    {
+        QList<QByteArray> bytes;
+        for (const Sent &one : sent())
+            bytes.append(one.frame.mid(1, count).toHex(' '));
+        return bytes;
+    }
+    void forgetSent()
+    {
+        const std::lock_guard guard(lock);
+        frames.clear();
+    }
+    // Reads hang from now on, until released or closed.
+    void stallReads(bool stall)
+    {
+        {
+            const std::lock_guard guard(lock);
+            stalled = stall;
+        }
+        unstalled.notify_all();
+    }
+    void setProblem(const HID_AdpterPacket::NodeProblem &now) { problem = now; }
+
+    static int numberOf(const UCHAR *frame)
+    {
+        return frame[60] | frame[61] << 8 | frame[62] << 16;
+    }
+
+    bool DeviceNotification(void *window) override { return window != nullptr; }
+    bool IsDevOpened() override { return opened; }
+    bool SendReport(UCHAR, UCHAR *buf) override
+    {
+        const std::lock_guard guard(lock);
+        frames.append({QByteArray(reinterpret_cast<char *>(buf), FrameSize), Clock::now()});
+        return sendFails;
+    }
+    int ReadReport(UCHAR reportId, UCHAR *buf) override
+    {
+        ++nowReading;
+        if (paced) {
+            Pacer pacer;
+            for (int i = 0; i < FrameSize; ++i)
+                pacer.sleep(std::chrono::milliseconds(1));
+        }
+        std::unique_lock guard(lock);
+        unstalled.wait(guard, [this] { return !stalled; });
+        std::fill_n(buf, FrameSize, UCHAR(0));
+        std::copy_n(report.cbegin(), std::min<qsizetype>(report.size(), FrameSize), buf);
+        const int number = ++reads;
+        buf[60] = UCHAR(number);
+        buf[61] = UCHAR(number >> 8);
+        buf[62] = UCHAR(number >> 16);
+        buf[0] = reportId;
+        --nowReading;
+        return 0;
+    }
+    void CloseDevice() override
+    {
+        opened = false;
+        ++closes;
+    }
+    bool DoFindDev(QString, bool open) override
+    {
+        if (present && open)
+            opened = true;
+        return present;
+    }
+    bool GetVersion() override
+    {
+        hidver.VendorID = 0x5156;
+        hidver.ProductID = 1;
+        hidver.VersionNumber = version;
+        return false;
+    }
+    HID_AdpterPacket::NodeProblem LastProblem() const override { return problem; }
+
+private:
+    std::mutex lock; // protects report, frames and stalled
+    std::condition_variable unstalled;
+    QByteArray report;
+    QList<Sent> frames;
+    bool stalled = false;
+    bool opened = false;
+    HID_AdpterPacket::NodeProblem problem;
+};
