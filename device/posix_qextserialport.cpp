@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <optional>
 #include <thread>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -122,10 +123,10 @@ tcflag_t sizeFlags(DataBitsType bits)
 
 } // namespace
 
-Posix_QextSerialPort::Posix_QextSerialPort(const QString &portName, const PortSettings &wanted,
+Posix_QextSerialPort::Posix_QextSerialPort(QString portName, const PortSettings &wanted,
                                            QueryMode queryMode, QObject *parent)
     : QObject(parent)
-    , name(portName)
+    , name(std::move(portName))
     , askedMode(queryMode)
 {
     port.setReadBufferSize(MaxWaiting);
@@ -136,6 +137,10 @@ Posix_QextSerialPort::Posix_QextSerialPort(const QString &portName, const PortSe
         if (error == QSerialPort::ReadError || error == QSerialPort::ResourceError)
             judgeError();
     });
+    connect(this, &Posix_QextSerialPort::bytesWait, this, &Posix_QextSerialPort::deliver,
+            Qt::QueuedConnection);
+    connect(this, &Posix_QextSerialPort::lineLost, this, &Posix_QextSerialPort::sayFarewell,
+            Qt::QueuedConnection);
     setBaudRate(wanted.BaudRate);
     setDataBits(wanted.DataBits);
     setParity(wanted.Parity);
@@ -449,7 +454,7 @@ int Posix_QextSerialPort::microsecondsPerByte() const
     // start bit, data, parity, stop bits
     const int bits = 1 + int(settings.DataBits) + 5 + (settings.Parity == PAR_NONE ? 0 : 1) +
                      (settings.StopBits == STOP_1 ? 1 : 2);
-    return bits * 1'000'000 / bitsPerSecond(settings.BaudRate) + 1;
+    return bits * 1'000'000 / std::max(bitsPerSecond(settings.BaudRate), 1) + 1;
 }
 
 void Posix_QextSerialPort::announce()
@@ -458,7 +463,7 @@ void Posix_QextSerialPort::announce()
         return;
     announced = true;
     // Queued, so that bytes which arrive while a setter waits do not reach a receiver inside it.
-    QMetaObject::invokeMethod(this, &Posix_QextSerialPort::deliver, Qt::QueuedConnection);
+    emit bytesWait(QPrivateSignal());
 }
 
 void Posix_QextSerialPort::deliver()
@@ -490,15 +495,15 @@ void Posix_QextSerialPort::loseLine()
     hangingUp = true;
     refuse(tr("The serial port %1 is gone (%2). Plug it in and open it again.")
                .arg(port.portName(), port.errorString()));
-    QMetaObject::invokeMethod(
-        this,
-        [this, opening = openings] {
-            if (!hangingUp || opening != openings)
-                return;
-            close();
-            emit hangUp();
-        },
-        Qt::QueuedConnection);
+    emit lineLost(openings, QPrivateSignal());
+}
+
+void Posix_QextSerialPort::sayFarewell(int opening)
+{
+    if (!hangingUp || opening != openings)
+        return;
+    close();
+    emit hangUp();
 }
 
 bool Posix_QextSerialPort::refuse(const QString &why)

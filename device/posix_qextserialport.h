@@ -24,7 +24,7 @@ public:
     static constexpr int MaxDrainMs = 3000;
 
     // Opens nothing. Settings that cannot be are left at their defaults.
-    Posix_QextSerialPort(const QString &portName, const PortSettings &wanted,
+    Posix_QextSerialPort(QString portName, const PortSettings &wanted,
                          QueryMode queryMode = Polling, QObject *parent = nullptr);
     ~Posix_QextSerialPort() override;
 
@@ -66,6 +66,10 @@ signals:
     // The other end is gone and the port is closed.
     void hangUp();
 
+    // To itself, queued.
+    void bytesWait(QPrivateSignal);
+    void lineLost(int opening, QPrivateSignal);
+
 private:
     enum class Setting { BaudRate, DataBits, Parity, StopBits, FlowControl };
 
@@ -81,6 +85,7 @@ private:
     void deliver();
     void judgeError();
     void loseLine();
+    void sayFarewell(int opening);
     bool refuse(const QString &why);
 
     QSerialPort port;
