@@ -50,6 +50,11 @@ public:
 
     // The calibrated screen in native pixels of the desktop.
     QRect calibratedScreen() const;
+    // Centres of the targets in native pixels of that screen: top left, top right, bottom right,
+    // bottom left.
+    const std::array<int, 4> &targetsX() const { return ellipse_x; }
+    const std::array<int, 4> &targetsY() const { return ellipse_y; }
+    int currentTarget() const { return point_step; }
 
 signals:
     void Write03(UCHAR *WriteBuf);
@@ -71,18 +76,18 @@ private:
     void finishSession();
 
     std::unique_ptr<Ui::Calibration_Dlg> ui;
-    bool cal_end = false;    // the device has reported the end
-    bool deviceLost = false; // since the last showing
-    int point_step = 0;      // the target shown, 0 to 3
-    int ellipse_step = 0;    // animation phase, 0 to 2
+    bool cal_end = false;           // the device has reported the end
+    bool deviceLost = false;        // since the last showing
+    int point_step = 0;             // the target shown, 0 to 3
+    int ellipse_step = 0;           // animation phase, 0 to 2
     std::array<int, 4> ellipse_x{}; // target centres, native pixels of the calibrated screen
     std::array<int, 4> ellipse_y{};
-    int time_step = 0; // half-seconds since the showing
-    int deviation = 0; // per cent, as the device reported it
-    QTimer *timer;     // child
-    QPixmap mainmap;   // everything is drawn here first; native size of the calibrated screen
-    QMutex mutex;      // held while a reply is handled
-    UCHAR awaited = 0; // the one reply of the device that is acted on next
+    int time_step = 0;  // half-seconds since the showing
+    int deviation = 0;  // per cent, as the device reported it
+    QTimer *timer;      // child
+    QPixmap mainmap;    // everything is drawn here first; native size of the calibrated screen
+    QMutex mutex;       // held while a reply is handled
+    UCHAR awaited = 0;  // the one reply of the device that is acted on next
     int scrCnt = 0;     // number of screens
     int primaryScr = 0; // index of the calibrated one
     QRect rect;         // where the window goes, in Qt's coordinates

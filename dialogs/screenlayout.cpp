@@ -33,8 +33,8 @@ QRect scaledUp(const QScreen *screen)
 
 QString atomName(xcb_connection_t *connection, xcb_atom_t atom)
 {
-    const auto reply = owned(
-        xcb_get_atom_name_reply(connection, xcb_get_atom_name(connection, atom), nullptr));
+    const auto reply =
+        owned(xcb_get_atom_name_reply(connection, xcb_get_atom_name(connection, atom), nullptr));
     if (!reply)
         return {};
     return QString::fromUtf8(xcb_get_atom_name_name(reply.get()),
@@ -83,8 +83,8 @@ ScreenLayout ScreenLayout::current()
         xcb_connection_t *connection = x11->connection();
         const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
         monitors = monitorsOf(connection, root);
-        const auto geometry = owned(
-            xcb_get_geometry_reply(connection, xcb_get_geometry(connection, root), nullptr));
+        const auto geometry =
+            owned(xcb_get_geometry_reply(connection, xcb_get_geometry(connection, root), nullptr));
         if (geometry)
             layout.desktop = QSize(geometry->width, geometry->height);
     }

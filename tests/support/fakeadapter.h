@@ -18,7 +18,7 @@ public:
     using Clock = std::chrono::steady_clock;
 
     std::atomic<bool> present{true};
-    std::atomic<bool> paced{false};    // 64 pauses of 1 ms a read, as the real one makes
+    std::atomic<bool> paced{false}; // 64 pauses of 1 ms a read, as the real one makes
     std::atomic<bool> sendFails{false};
     std::atomic<int> reads{0};
     std::atomic<int> closes{0};
@@ -66,10 +66,7 @@ public:
     }
     void setProblem(const HID_AdpterPacket::NodeProblem &now) { problem = now; }
 
-    static int numberOf(const UCHAR *frame)
-    {
-        return frame[60] | frame[61] << 8 | frame[62] << 16;
-    }
+    static int numberOf(const UCHAR *frame) { return frame[60] | frame[61] << 8 | frame[62] << 16; }
 
     bool DeviceNotification(void *window) override { return window != nullptr; }
     bool IsDevOpened() override { return opened; }

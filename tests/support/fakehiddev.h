@@ -158,8 +158,8 @@ private:
             call.usageIndex = int(usage->usage_index);
             call.value = usage->value;
             call.usageCode = usage->usage_code;
-        } else if (request == HIDIOCSREPORT || request == HIDIOCGREPORT
-                   || request == HIDIOCGREPORTINFO) {
+        } else if (request == HIDIOCSREPORT || request == HIDIOCGREPORT ||
+                   request == HIDIOCGREPORTINFO) {
             const auto *info = static_cast<const hiddev_report_info *>(argument);
             call.reportType = info->report_type;
             call.reportId = info->report_id;

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QStringList>
+
+// What a start was asked to do.
+struct CommandLine
+{
+    Q_DECLARE_TR_FUNCTIONS(CommandLine)
+
+public:
+    bool help = false;
+    bool version = false;
+    bool demo = false;   // run on a simulated touch frame
+    QString profile;     // of the simulated frame; a file
+    QString faults;      // of the simulated frame; a file
+    bool close = false;  // ask the running instance to quit
+    bool hidden = false; // start in the tray
+
+    // arguments: all behind the program's name. "-close" and "-s" count anywhere inside an
+    // argument, and "-close" ends their search; the other options are whole arguments.
+    static CommandLine parse(const QStringList &arguments);
+    static QString helpText();
+};

@@ -1,0 +1,58 @@
+#include "demo.h"
+
+#include "dialogs/calibration_dlg.h"
+#include "mainwindow.h"
+
+#include <QCoreApplication>
+#include <QMouseEvent>
+
+#include <cstdio>
+
+std::unique_ptr<Demo> Demo::create(const QString &profileFile, const QString &faultsFile,
+                                   QString *problem)
+{
+    std::optional<sim::Profile> profile(std::in_place);
+    if (!profileFile.isEmpty())
+        profile = sim::Profile::load(profileFile, problem);
+    std::optional<sim::FaultPlan> faults(std::in_place);
+    if (!faultsFile.isEmpty())
+        faults = sim::FaultPlan::load(faultsFile, problem);
+    if (!profile || !faults)
+        return nullptr;
+    return std::unique_ptr<Demo>(
+        new Demo(std::make_shared<sim::SimAdapter>(std::move(*profile), std::move(*faults))));
+}
+
+Demo::Demo(std::shared_ptr<sim::SimAdapter> simulated)
+    : frame(std::move(simulated))
+{
+    frame->setLog([](const QString &line) { std::printf("%s\n", qPrintable(line)); });
+}
+
+Demo::~Demo()
+{
+    frame->onPlugChange = nullptr;
+}
+
+void Demo::attachTo(MainWindow &window)
+{
+    window.setWindowTitle(tr("Quorvel (simulated touch frame)"));
+    frame->onPlugChange = [window = &window](bool plugged) {
+        QMetaObject::invokeMethod(
+            window, plugged ? &MainWindow::OnDeviceAdded : &MainWindow::OnDeviceRemoved,
+            Qt::QueuedConnection);
+    };
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool Demo::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress) {
+        if (const auto *screen = qobject_cast<Calibration_Dlg *>(watched)) {
+            const QPointF onScreen =
+                static_cast<QMouseEvent *>(event)->position() * screen->devicePixelRatioF();
+            frame->touch(screen->calibratedScreen().topLeft() + onScreen.toPoint());
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}

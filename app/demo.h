@@ -1,0 +1,34 @@
+#pragma once
+
+#include "sim/sim_adapter.h"
+
+#include <QObject>
+
+#include <memory>
+
+class MainWindow;
+
+// The tool on a simulated touch frame: clicks on the calibration screen are touches of the frame,
+// and every frame is told on standard output.
+class Demo : public QObject
+{
+    Q_OBJECT
+public:
+    // Reads the files that are named; without a name, the usual frame on a good cable. Returns
+    // nothing and the reason in problem when a file is wrong.
+    static std::unique_ptr<Demo> create(const QString &profileFile, const QString &faultsFile,
+                                        QString *problem);
+    ~Demo() override;
+
+    std::shared_ptr<sim::SimAdapter> adapter() const { return frame; }
+    void attachTo(MainWindow &window);
+    bool calibrationKept() const { return frame->calibrationKept(); }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    explicit Demo(std::shared_ptr<sim::SimAdapter> simulated);
+
+    std::shared_ptr<sim::SimAdapter> frame;
+};

@@ -1,0 +1,550 @@
+#include "mainwindow.h"
+
+#include "device/link_log.h"
+#include "device/linux_hid_adapter.h"
+#include "device/malvoutil.h"
+#include "device/posix_qextserialport.h"
+#include "device/readreportthread.h"
+#include "device/writereportthread.h"
+#include "dialogs/calibration_dlg.h"
+#include "readhotplug.h"
+#include "ui_mainwindow.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMutexLocker>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QTimer>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <thread>
+
+using namespace std::chrono_literals;
+using namespace Qt::StringLiterals;
+using HID_AdpterPacket::NodeProblem;
+
+namespace {
+
+constexpr auto CheckPeriod = 500ms;
+// The kernel tells of a new device before its node exists.
+constexpr auto RetryPeriod = 20ms;
+constexpr int RetriesAfterPlug = 75;
+// A new node gets its final permissions a moment after it appears.
+constexpr qint64 ProblemSettlesMs = 400;
+constexpr auto PauseBetweenResets = 500us;
+
+constexpr QSize WindowSize(350, 272);
+constexpr Qt::WindowFlags CalibrationFlags(Qt::SubWindow);
+constexpr QChar ReadFinished(1);
+constexpr QChar WriteFailed(1);
+
+// States of serial reception.
+constexpr int HuntSync1 = 4;
+constexpr int HuntSync2 = 1;
+constexpr int ReadHeader = 2;
+constexpr int ReadBody = 3;
+constexpr int UartHeaderSize = 5; // frame bytes 0 to 4
+
+Frame commandFrame(UCHAR commandClass, UCHAR sub)
+{
+    Frame frame{};
+    frame[command::offset::Class] = commandClass;
+    frame[command::offset::Sub] = sub;
+    return frame;
+}
+
+QString advice(const NodeProblem &problem)
+{
+    const QString cause = QString::fromLocal8Bit(std::strerror(problem.error));
+    if (problem.error == EACCES || problem.error == EPERM) {
+        return MainWindow::tr("A touch frame is at %1 but this user may not open it (%2). Install "
+                              "the udev rule 70-quorvel.rules, or join the group plugdev if the "
+                              "rule is there, and plug the frame in again.")
+            .arg(problem.node, cause);
+    }
+    return MainWindow::tr("A touch frame is at %1 but it cannot be opened (%2). Unplug it and plug "
+                          "it in again.")
+        .arg(problem.node, cause);
+}
+
+} // namespace
+
+MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
+    : ui(std::make_unique<Ui::MainWindow>())
+    , HID_Util03(std::move(adapter))
+    , Uart_step(HuntSync1)
+    , timer(new QTimer(this))
+    , retryTimer(new QTimer(this))
+{
+    ui->setupUi(this);
+    if (!HID_Util03)
+        HID_Util03 = std::make_shared<HID_AdpterPacket::OP_HID_Adapter>();
+    readThread03 = std::make_unique<ReadReportThread>(RecvBuf03.data());
+    writeThread03 = std::make_unique<writereportthread>(SendBuf03.data());
+    doRegisterForDevNotification();
+
+    DefUartData();
+    hotplugThread = std::make_unique<ReadHotplugThread>();
+    myCOM = new Posix_QextSerialPort(u"COM1"_s, defUartData, Posix_QextSerialPort::Polling, this);
+
+    connect(readThread03.get(), &ReadReportThread::ReadOver, this, &MainWindow::OnRecv03);
+    connect(myCOM, &Posix_QextSerialPort::readyRead, this, &MainWindow::OnRecvUart);
+    connect(myCOM, &Posix_QextSerialPort::hangUp, this, &MainWindow::CLoseUart);
+    connect(this, &MainWindow::Recv03, this, &MainWindow::DoRecv03);
+    connect(this, &MainWindow::Write03, this, &MainWindow::OnWrite03);
+    connect(writeThread03.get(), &writereportthread::WriteOver, this, &MainWindow::OnWriteOver);
+
+    calibrationdlg = std::make_unique<Calibration_Dlg>();
+    connect(calibrationdlg.get(), &Calibration_Dlg::Write03, this, &MainWindow::OnWrite03);
+    connect(this, &MainWindow::Recv03, calibrationdlg.get(), &Calibration_Dlg::DoRecv03);
+
+    connect(hotplugThread.get(), &ReadHotplugThread::DeviceAdd, this, &MainWindow::OnDeviceAdded);
+    connect(hotplugThread.get(), &ReadHotplugThread::DeviceRemove, this,
+            &MainWindow::OnDeviceRemoved);
+    connect(hotplugThread.get(), &ReadHotplugThread::EventsLost, this, &MainWindow::OnEventsLost);
+
+    connect(timer, &QTimer::timeout, this, &MainWindow::ontimer);
+    timer->start(CheckPeriod);
+    retryTimer->setInterval(RetryPeriod);
+    connect(retryTimer, &QTimer::timeout, this, &MainWindow::retrySearch);
+
+    addTray();
+    setStringFont();
+    setPictures();
+    hotplugThread->start(QThread::InheritPriority);
+    CheckUSBDevCon();
+}
+
+MainWindow::~MainWindow()
+{
+    // Leaving a calibration that is under way tells the frame so; let that frame out.
+    calibrationdlg->close();
+    writeThread03->wait();
+    if (connect_sta == UsbConnected)
+        endUsb();
+    hotplugThread.reset();
+}
+
+bool MainWindow::CheckUSBDevCon()
+{
+    if (connect_sta == UsbConnected)
+        return false;
+    const bool found = HID_Util03->DoFindDev(u"col03"_s, true);
+    announceProblem();
+    if (!found || !HID_Util03->IsDevOpened())
+        return false;
+
+    UiWhenCon();
+    readThread03->setHIDAdapter(HID_Util03.get(), command::ReportId);
+    readThread03->start(QThread::InheritPriority);
+    writeThread03->setHIDAdapter(HID_Util03.get(), command::ReportId);
+    connect_sta = UsbConnected;
+    emit USBConnect();
+    GetHIDver();
+    return true;
+}
+
+bool MainWindow::CheckUSBDevRem(bool force)
+{
+    if (connect_sta == UsbConnected && (force || !HID_Util03->DoFindDev(u"col03"_s, false))) {
+        // First of all, so that nothing that closes now sends to the next device.
+        calibrationdlg->OnDeviceLost();
+        if (!isHidden())
+            UiWhenUncon();
+        endUsb();
+    }
+    return connect_sta != 0;
+}
+
+// Stops the threads and closes the device; nothing that it said is delivered any more.
+void MainWindow::endUsb()
+{
+    readThread03->terminate();
+    readThread03->wait();
+    writeThread03->terminate();
+    writeThread03->wait();
+    HID_Util03->CloseDevice();
+    readThread03->discardWaiting();
+    // A receiver may be in an event loop of its own, with the others still to be handed this frame.
+    RecvBuf03.fill(0);
+    connect_sta = NotConnected;
+}
+
+void MainWindow::OnDeviceAdded()
+{
+    if (CheckUSBDevCon() || connect_sta == UsbConnected)
+        return;
+    retriesLeft = RetriesAfterPlug;
+    retryTimer->start();
+}
+
+void MainWindow::retrySearch()
+{
+    if (CheckUSBDevCon() || connect_sta == UsbConnected || --retriesLeft <= 0)
+        retryTimer->stop();
+}
+
+void MainWindow::OnDeviceRemoved()
+{
+    CheckUSBDevRem(true);
+}
+
+void MainWindow::OnEventsLost()
+{
+    CheckUSBDevRem(false);
+    OnDeviceAdded();
+}
+
+void MainWindow::ontimer()
+{
+    CheckUSBDevCon();
+}
+
+// Tells the user what keeps a frame from being opened: once for each change, and only when it
+// stays so.
+void MainWindow::announceProblem()
+{
+    const NodeProblem problem = HID_Util03->LastProblem();
+    if (problem != seenProblem) {
+        seenProblem = problem;
+        problemSince.start();
+    }
+    if (problem == announcedProblem)
+        return;
+    if (!problem.node.isEmpty() && !problemSince.hasExpired(ProblemSettlesMs))
+        return;
+    announcedProblem = problem;
+    const QString text = problem.node.isEmpty() ? QString() : advice(problem);
+    ui->stalab->setToolTip(text);
+    ui->stalab->setAccessibleDescription(text);
+    if (!text.isEmpty())
+        std::fprintf(stderr, "%s\n", qPrintable(text));
+}
+
+void MainWindow::OnWrite03(UCHAR *WriteBuf)
+{
+    const QMutexLocker lock(&mutexWrite03);
+    if (connect_sta == UsbConnected) {
+        if (!writeThread03->wait())
+            return;
+        MALVOUTIL::Buf_util::CopyBuf(WriteBuf, SendBuf03.data(), FrameSize);
+        writeThread03->start(QThread::InheritPriority);
+    } else if (connect_sta == SerialOpen) {
+        SendBufUart[0] = command::serial::Sync1;
+        SendBufUart[1] = command::serial::Sync2;
+        MALVOUTIL::Buf_util::CopyBuf(WriteBuf, &SendBufUart[command::serial::SyncSize], FrameSize);
+        // The calibration class has data where others have their length.
+        const int length = std::min(command::serial::wireLength(WriteBuf[command::offset::Length]),
+                                    command::serial::BufferSize);
+        myCOM->writeData(reinterpret_cast<const char *>(SendBufUart.data()), length);
+    }
+}
+
+void MainWindow::OnRecv03(QChar status)
+{
+    // A receiver that runs an event loop gets this far again: its frame goes to everybody first.
+    if (status != ReadFinished || delivering)
+        return;
+    const QScopedValueRollback guard(delivering, true);
+    while (readThread03->takeFrame()) {
+        if (RecvBuf03[command::offset::ReportId] == command::ReportId)
+            emit Recv03(RecvBuf03.data());
+    }
+}
+
+void MainWindow::OnWriteOver(QChar status)
+{
+    if (connect_sta == UsbConnected && status == WriteFailed)
+        qCWarning(lcLink, "a frame could not be sent to the touch frame");
+}
+
+void MainWindow::DoRecv03(UCHAR *RecvBuf)
+{
+    if (connect_sta != UsbConnected)
+        return;
+    Frame frame;
+    MALVOUTIL::Buf_util::CopyBuf(RecvBuf, frame.data(), FrameSize);
+    if (frame[command::offset::Class] != command::Firmware ||
+        frame[command::offset::Sub] != command::replyTo(command::firmware::Query))
+        return;
+    const auto byte = [&frame](int offset) { return quint32(frame[size_t(offset)]); };
+    using namespace command::firmware;
+    hidver.SVNNUM = byte(Revision) | byte(Revision + 1) << 8 | byte(Revision + 2) << 16;
+    hidver.CHECKSUM = byte(Checksum) | byte(Checksum + 1) << 8 | byte(Checksum + 2) << 16 |
+                      byte(Checksum + 3) << 24;
+    hidver.P_FID = byte(ProductFamily);
+    hidver.P_DATE =
+        (byte(ProductDate + 2) & 0x0F) << 12 | byte(ProductDate + 1) << 4 | byte(ProductDate) >> 4;
+    hidver.P_NUM =
+        byte(ProductNum) | byte(ProductNum + 1) << 8 | (byte(ProductNum + 2) & 0x0F) << 16;
+}
+
+void MainWindow::GetHIDver()
+{
+    HID_Util03->GetVersion();
+    if (isCurrentGeneration(hidver.VersionNumber)) {
+        Frame frame = commandFrame(command::Firmware, command::firmware::Query);
+        emit Write03(frame.data());
+    } else {
+        hidver.SVNNUM = hidver.CHECKSUM = hidver.P_FID = hidver.P_DATE = hidver.P_NUM = 0;
+    }
+}
+
+void MainWindow::on_calbtn_clicked()
+{
+    calibrationdlg->setPrimaryScr(int(QGuiApplication::screens().indexOf(screen())));
+    calibrationdlg->setWindowFlags(CalibrationFlags);
+    calibrationdlg->show();
+}
+
+void MainWindow::on_pushButton_2_clicked()
+{
+    QMessageBox::about(this, tr("Reset"), tr("Reset the device"));
+    Frame frame = isCurrentGeneration(hidver.VersionNumber)
+                      ? commandFrame(command::Settings, command::settings::Reset)
+                      : commandFrame(command::OldReset, command::oldreset::Reset);
+    emit Write03(frame.data());
+    std::this_thread::sleep_for(PauseBetweenResets);
+    frame = commandFrame(command::OldReset, command::oldreset::Reset);
+    emit Write03(frame.data());
+}
+
+void MainWindow::doRegisterForDevNotification()
+{
+    HID_Util03->DeviceNotification(this);
+}
+
+// Serial link
+
+void MainWindow::DefUartData()
+{
+    defUartData.BaudRate = BAUD9600;
+    defUartData.DataBits = DATA_8;
+    defUartData.StopBits = STOP_1;
+    defUartData.Parity = PAR_NONE;
+    defUartData.FlowControl = FLOW_OFF;
+    defUartData.Timeout_Millisec = 500;
+}
+
+bool MainWindow::OpenUart(const QString &portName, const PortSettings &settings)
+{
+    if (connect_sta == UsbConnected)
+        CheckUSBDevRem(true);
+    myCOM->setPortName(portName);
+    if (!myCOM->open(QIODevice::ReadWrite)) {
+        UiWhenUncon();
+        connect_sta = SerialFailed;
+        return false;
+    }
+    connect_sta = SerialOpen;
+    UiWhenCon();
+    toMyComSetting(settings);
+    return true;
+}
+
+void MainWindow::CLoseUart()
+{
+    myCOM->close();
+    if (connect_sta != SerialOpen)
+        return;
+    calibrationdlg->OnDeviceLost();
+    connect_sta = SerialClosed;
+    updateUi();
+}
+
+void MainWindow::toMyComSetting(const PortSettings &settings)
+{
+    // The device may be listening at any of these.
+    for (const BaudRateType rate : {BAUD9600, BAUD57600, BAUD115200}) {
+        myCOM->setBaudRate(rate);
+        UartSetBaud(settings.BaudRate);
+    }
+    myCOM->setBaudRate(settings.BaudRate);
+    myCOM->setDataBits(settings.DataBits);
+    myCOM->setStopBits(settings.StopBits);
+    myCOM->setParity(settings.Parity);
+}
+
+void MainWindow::UartSetBaud(int code)
+{
+    Frame frame = commandFrame(command::SerialBaud, command::serialbaud::Set);
+    frame[command::offset::Length] = command::serialbaud::SetLength;
+    command::putLe16(&frame[command::serialbaud::Code], code);
+    frame[command::serialbaud::Code + 2] = UCHAR(code / 0x10000 & 0xFF);
+    emit Write03(frame.data());
+}
+
+void MainWindow::OnRecvUart()
+{
+    // Notifications come when bytes arrive, not while bytes remain.
+    while (!delivering && recvUartStep()) {
+    }
+}
+
+// Takes the reception one state further; false when it must wait for more bytes.
+bool MainWindow::recvUartStep()
+{
+    const qint64 available = myCOM->size();
+    const auto read = [this](int at, int count) {
+        return myCOM->readData(reinterpret_cast<char *>(&RecvBufUart[size_t(at)]), count) == count;
+    };
+    switch (Uart_step) {
+    case HuntSync1:
+    case HuntSync2: {
+        if (available < 1)
+            return false;
+        char byte = 0;
+        const bool gotOne = myCOM->readData(&byte, 1) == 1;
+        const UCHAR wanted =
+            Uart_step == HuntSync1 ? command::serial::Sync1 : command::serial::Sync2;
+        const int next = Uart_step == HuntSync1 ? HuntSync2 : ReadHeader;
+        Uart_step = gotOne && UCHAR(byte) == wanted ? next : HuntSync1;
+        return gotOne;
+    }
+    case ReadHeader:
+        if (available < UartHeaderSize)
+            return false;
+        Uart_step = read(0, UartHeaderSize) ? ReadBody : HuntSync1;
+        return true;
+    case ReadBody: {
+        const int need = RecvBufUart[command::offset::Length] + 1;
+        if (UartHeaderSize + need > int(RecvBufUart.size())) {
+            Uart_step = HuntSync1; // no frame is that long: this was noise
+            return true;
+        }
+        if (available < need || !read(UartHeaderSize, need))
+            return false;
+        Uart_step = HuntSync1;
+        if (RecvBufUart[command::offset::ReportId] == command::ReportId) {
+            const QScopedValueRollback guard(delivering, true);
+            emit Recv03(RecvBufUart.data());
+        }
+        return true;
+    }
+    default:
+        return false;
+    }
+}
+
+// Window and tray
+
+// In code, since a pixmap named in the form comes without its version for high-dpi screens.
+void MainWindow::setPictures()
+{
+    const std::pair<QLabel *, QString> pictures[] = {{ui->label_6, u"icon1"_s},
+                                                     {ui->label_7, u"icon2"_s},
+                                                     {ui->label_8, u"icon3"_s},
+                                                     {ui->label_10, u"iconrotation"_s}};
+    for (const auto &[label, name] : pictures) {
+        const QIcon icon(u":/new/ico/image/%1.png"_s.arg(name));
+        label->setPixmap(icon.pixmap(label->size(), devicePixelRatioF()));
+    }
+}
+
+void MainWindow::setStringFont()
+{
+    const QFont font(u"Tahoma"_s, 9);
+    for (QWidget *widget : std::initializer_list<QWidget *>{
+             ui->label_3, ui->label_4, ui->label_5, ui->label_9, ui->calbtn, ui->setbtn, ui->conbtn,
+             ui->pushButton_2, ui->rotationButton})
+        widget->setFont(font);
+    ui->groupBox_2->hide();
+    ui->groupBox_3->hide();
+    ui->pushButton_2->move(10, 221);
+    ui->pushButton->move(170, 221);
+    ui->pushButton->resize(170, 26);
+    setFixedSize(WindowSize);
+}
+
+void MainWindow::addTray()
+{
+    iTraymenu = std::make_unique<QMenu>();
+    iTraymenu->addAction(tr("Show"), this, &MainWindow::show);
+    iTraymenu->addSeparator();
+    iTraymenu->addAction(tr("Exit"), this, &MainWindow::OnExit);
+
+    iTrayIcon =
+        std::make_unique<QSystemTrayIcon>(QIcon(u":/new/ico/image/MalvoTouch Tool Menu.png"_s));
+    iTrayIcon->setToolTip(tr("Quorvel"));
+    iTrayIcon->setContextMenu(iTraymenu.get());
+    connect(iTrayIcon.get(), &QSystemTrayIcon::activated, this, &MainWindow::iconActivated);
+    iTrayIcon->show();
+}
+
+void MainWindow::iconActivated(QSystemTrayIcon::ActivationReason reason)
+{
+    if (reason != QSystemTrayIcon::Trigger)
+        return;
+    show();
+    updateUi();
+}
+
+void MainWindow::setDeviceButtonsEnabled(bool enabled)
+{
+    for (QPushButton *button : {ui->calbtn, ui->setbtn, ui->pushButton_2, ui->rotationButton})
+        button->setEnabled(enabled);
+}
+
+void MainWindow::UiWhenCon()
+{
+    setDeviceButtonsEnabled(true);
+    ui->stalab->setText(tr("Already link equipment"));
+}
+
+void MainWindow::UiWhenUncon()
+{
+    setDeviceButtonsEnabled(false);
+    ui->stalab->setText(tr("Have not linked equipment"));
+    calibrationdlg->close();
+}
+
+void MainWindow::updateUi()
+{
+    if (connect_sta == UsbConnected || connect_sta == SerialOpen)
+        UiWhenCon();
+    else
+        UiWhenUncon();
+}
+
+void MainWindow::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    // What happened while the window was hidden has not been shown yet.
+    if (!event->spontaneous())
+        updateUi();
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    if (!isHidden()) {
+        hide();
+        event->ignore();
+        return;
+    }
+    iTrayIcon->hide();
+    event->accept();
+    QCoreApplication::exit(0);
+}
+
+void MainWindow::OnExit()
+{
+    hide();
+    close();
+}
+
+void MainWindow::handleMessage(const QString &message)
+{
+    if (message.contains("-C"_L1))
+        OnExit();
+    if (message.contains("-W"_L1)) {
+        show();
+        raise();
+        activateWindow();
+    }
+}

@@ -1,0 +1,133 @@
+#pragma once
+
+#include "device/commands.h"
+#include "device/hid_adapter.h"
+#include "device/portsettings.h"
+#include "device/struct.h"
+
+#include <QElapsedTimer>
+#include <QMainWindow>
+#include <QMutex>
+#include <QSystemTrayIcon>
+
+#include <array>
+#include <memory>
+
+namespace Ui {
+class MainWindow;
+}
+class Calibration_Dlg;
+class Posix_QextSerialPort;
+class QAction;
+class QMenu;
+class QTimer;
+class ReadHotplugThread;
+class ReadReportThread;
+class writereportthread;
+
+// The hub of the program: owns the link to the touch frame and every dialog, routes frames between
+// them, and shows whether a frame is connected. Everything here runs on the main thread.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+public:
+    enum ConnectState {
+        UsbConnected = 1,
+        NotConnected = 2,
+        SerialOpen = 3,
+        SerialClosed = 4,
+        SerialFailed = 5,
+    };
+
+    // Without an adapter of the caller's, looks for frames behind the kernel's hiddev nodes.
+    explicit MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter = nullptr);
+    ~MainWindow() override;
+
+    ConnectState connectState() const { return connect_sta; }
+
+    // Looks for a frame and connects it; true when one became connected just now.
+    bool CheckUSBDevCon();
+    // Disconnects when the frame is gone, or in any case when forced. True while the state is set.
+    bool CheckUSBDevRem(bool force);
+    // Opens a serial port; false, with the state SerialFailed, when that fails.
+    bool OpenUart(const QString &portName, const PortSettings &settings);
+    void CLoseUart();
+
+signals:
+    void Write03(UCHAR *WriteBuf);
+    void Recv03(UCHAR *RecvBuf); // valid during the call only
+    void USBConnect();           // once each time a USB frame becomes connected
+
+public slots:
+    void OnWrite03(UCHAR *WriteBuf);
+    void OnRecv03(QChar status);
+    void OnWriteOver(QChar status);
+    void OnRecvUart();
+    void DoRecv03(UCHAR *RecvBuf);
+    void ontimer();
+    void iconActivated(QSystemTrayIcon::ActivationReason reason);
+    void OnDeviceAdded();
+    void OnDeviceRemoved();
+    void OnEventsLost();
+    void OnExit();
+    void handleMessage(const QString &message);
+
+private slots:
+    void on_calbtn_clicked();
+    void on_pushButton_2_clicked();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void addTray();
+    void doRegisterForDevNotification();
+    void setStringFont();
+    void setPictures();
+    void UiWhenCon();
+    void UiWhenUncon();
+    void updateUi();
+    void setDeviceButtonsEnabled(bool enabled);
+    void GetHIDver();
+    void DefUartData();
+    void toMyComSetting(const PortSettings &settings);
+    void UartSetBaud(int code); // of BaudRateType
+    bool recvUartStep();
+    void retrySearch();
+    void announceProblem();
+    void endUsb();
+
+    std::unique_ptr<Ui::MainWindow> ui;
+    std::shared_ptr<HID_AdpterPacket::HID_Adapter> HID_Util03;
+
+    // Written by takeFrame() on this thread; what a Recv03 receiver is handed.
+    std::array<UCHAR, FrameSize> RecvBuf03{};
+    std::array<UCHAR, FrameSize> SendBuf03{}; // read by the writer, changed while it does not run
+    std::array<UCHAR, command::serial::BufferSize> RecvBufUart{}; // without the sync bytes
+    std::array<UCHAR, command::serial::BufferSize> SendBufUart{};
+    bool delivering = false; // a Recv03 receiver is at work, perhaps in an event loop of its own
+    QMutex mutexWrite03;     // held for a whole send
+
+    // The threads use the adapter, so they stand behind it and go first.
+    std::unique_ptr<ReadReportThread> readThread03;
+    std::unique_ptr<writereportthread> writeThread03;
+    std::unique_ptr<ReadHotplugThread> hotplugThread;
+
+    PortSettings defUartData;
+    Posix_QextSerialPort *myCOM = nullptr; // child
+    int Uart_step;                         // state of reception
+
+    ConnectState connect_sta = NotConnected;
+    QTimer *timer;      // child; looks for a frame twice a second
+    QTimer *retryTimer; // child; looks again soon after a plug event
+    int retriesLeft = 0;
+
+    HID_AdpterPacket::NodeProblem seenProblem;      // of the last search
+    HID_AdpterPacket::NodeProblem announcedProblem; // the one that the user has been told
+    QElapsedTimer problemSince;
+
+    std::unique_ptr<QMenu> iTraymenu;
+    std::unique_ptr<QSystemTrayIcon> iTrayIcon;
+    std::unique_ptr<Calibration_Dlg> calibrationdlg; // a window of its own
+};
