@@ -120,6 +120,7 @@ private slots:
     void written_bytes_leave_without_an_event_loop();
     void bytes_have_left_before_the_rate_changes();
     void a_rate_waits_for_a_slow_reader();
+    void bytes_have_left_before_the_port_closes();
     void a_line_that_takes_nothing_keeps_its_rate();
     void a_line_that_takes_nothing_is_closed_soon();
     void writing_to_a_line_that_takes_nothing_ends();
@@ -370,6 +371,21 @@ void tst_Posix_QextSerialPort::a_rate_waits_for_a_slow_reader()
              QByteArray::number(takenWhenRateChanged));
 }
 
+void tst_Posix_QextSerialPort::bytes_have_left_before_the_port_closes()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 2000});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    const QByteArray bytes(Posix_QextSerialPort::MaxWaiting, 'x');
+    QCOMPARE(write(port, bytes), bytes.size());
+    QByteArray got;
+    std::thread reader([&] { got = far.take(bytes.size(), 3000); });
+    port.close();
+    reader.join();
+    QCOMPARE(got.size(), bytes.size());
+    QVERIFY(!port.isOpen());
+}
+
 void tst_Posix_QextSerialPort::a_line_that_takes_nothing_keeps_its_rate()
 {
     FarEnd far;
@@ -534,6 +550,8 @@ void tst_Posix_QextSerialPort::a_setting_that_the_port_drops_is_refused()
         QVERIFY(!port.setParity(parity));
         QVERIFY2(!port.errorString().isEmpty(), qPrintable(port.errorString()));
     }
+    // Refused and taken back, not left half set.
+    QVERIFY(!(far.settings().c_cflag & CMSPAR));
     QVERIFY2(port.setParity(PAR_NONE), qPrintable(port.errorString()));
     QCOMPARE(far.settings().c_cflag & tcflag_t(CSIZE | PARENB | PARODD | CMSPAR), tcflag_t(CS8));
 
