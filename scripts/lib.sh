@@ -1,11 +1,14 @@
 # What scripts/demo, scripts/test and tests/kernel/run-in-vm have in common. Sourced, not run.
 # shellcheck shell=bash disable=SC2034
 
+export LC_ALL=C.UTF-8 PATH=$PATH:/usr/sbin:/sbin
+
 project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What the project is built with, what the windows under test need around them, what the style
 # lane looks with and what the emulated kernel runs on. These names hold on Debian 12 and 13.
-build_packages=(g++ cmake ninja-build qt6-base-dev qt6-serialport-dev qt6-tools-dev qt6-l10n-tools)
+build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
+                qt6-l10n-tools libxcb1-dev libxcb-randr0-dev)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core procps)
 style_packages=(clang-format clang-tidy shellcheck)
@@ -65,4 +68,20 @@ apt_knows() {
 apt_install() {
     as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get -q -y --no-install-recommends -o Dpkg::Use-Pty=0 install "$@" </dev/null
+}
+
+# build PRESET [TARGET...]: configures and builds; what the tools say goes to
+# build/logs/build-PRESET.log and comes out here only if they fail.
+build() {
+    local preset=$1 log=$project/build/logs/build-$1.log code=0
+    shift
+    say "building preset $preset${1:+ ($*)}"
+    mkdir -p "$project/build/logs"
+    if [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ] && command -v ccache >/dev/null; then
+        export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+    fi
+    (cd "$project" && cmake --preset "$preset" &&
+        cmake --build --preset "$preset" ${1:+--target "$@"}) </dev/null >"$log" 2>&1 || code=$?
+    [ $code = 0 ] || { tail -n 60 "$log"; complain "preset $preset does not build; all of it is in $log"; }
+    return $code
 }
