@@ -153,7 +153,7 @@ QString scanReport(const Frame &frame)
     }
     if (sub == replyTo(scan::AxisX) || sub == replyTo(scan::AxisY)) {
         const int bytes = frame[offset::Length] + offset::Payload - scan::Levels;
-        return u"scan: %1 page from light %2, %3 bytes of levels"_s
+        return u"scan: %1 page from light %2, level bytes: %3"_s
             .arg(sub == replyTo(scan::AxisX) ? u"X"_s : u"Y"_s)
             .arg(le16(&frame[scan::FirstLight]))
             .arg(std::max(bytes, 0));
@@ -305,7 +305,7 @@ QStringList FrameLog::report(const Frame &frame, bool fresh)
     }
     QStringList lines;
     if (repeats > 0)
-        lines += stamped(u"frame > host  the same %1 times more"_s.arg(repeats));
+        lines += stamped(u"frame > host  the same again, %1 x"_s.arg(repeats));
     repeats = 0;
     any = true;
     last = frame;

@@ -49,8 +49,8 @@ public:
 
     // A node that is there but may not be opened; an empty one takes the problem away.
     void setProblem(const HID_AdpterPacket::NodeProblem &problem);
-    // Every frame and fault in words, one line a call; called without the model's lock, one
-    // line at a time, from whichever thread transferred.
+    // Every frame and fault in words, one line a call and one call at a time, from whichever
+    // thread transferred. What is called must not call this object.
     void setLog(std::function<void(const QString &line)> log);
     // Shows or changes the model under its lock; what is called must not call this object.
     void inspect(const std::function<void(const Firmware &)> &look) const;
