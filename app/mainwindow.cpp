@@ -110,6 +110,7 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
     connect(hotplugThread.get(), &ReadHotplugThread::EventsLost, this, &MainWindow::OnEventsLost);
 
     connect(timer, &QTimer::timeout, this, &MainWindow::ontimer);
+    timer->setObjectName(u"checkTimer"_s);
     timer->start(CheckPeriod);
     retryTimer->setInterval(RetryPeriod);
     connect(retryTimer, &QTimer::timeout, this, &MainWindow::retrySearch);

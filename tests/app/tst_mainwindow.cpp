@@ -1,0 +1,920 @@
+#include "app/mainwindow.h"
+#include "device/readreportthread.h"
+#include "dialogs/calend_dlg.h"
+#include "dialogs/calibration_dlg.h"
+#include "resources/resources.h"
+#include "tests/support/capture.h"
+#include "tests/support/fakeadapter.h"
+#include "tests/support/pty.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QEventLoop>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString Linked = u"Already link equipment"_s;
+const QString Unlinked = u"Have not linked equipment"_s;
+
+Calibration_Dlg *calibrationScreen()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *screen = qobject_cast<Calibration_Dlg *>(widget))
+            return screen;
+    }
+    return nullptr;
+}
+
+// Text that does not fit into its widget.
+QStringList clippedTexts(const QWidget &window)
+{
+    QStringList clipped;
+    for (const QLabel *label : window.findChildren<QLabel *>()) {
+        if (!label->isVisibleTo(&window) || label->text().isEmpty())
+            continue;
+        const int height =
+            label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
+        const bool tooWide = !label->wordWrap() && label->sizeHint().width() > label->width();
+        if (height > label->height() || tooWide)
+            clipped.append(label->objectName());
+    }
+    for (const QAbstractButton *button : window.findChildren<QAbstractButton *>()) {
+        if (button->isVisibleTo(&window) &&
+            button->fontMetrics().horizontalAdvance(button->text()) + 8 > button->width())
+            clipped.append(button->objectName());
+    }
+    return clipped;
+}
+
+} // namespace
+
+class tst_mainwindow : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::shared_ptr<FakeAdapter> frame;
+    std::unique_ptr<MainWindow> window;
+
+    template <typename Widget = QPushButton>
+    Widget *child(const char *name) const
+    {
+        return window->findChild<Widget *>(QString::fromLatin1(name));
+    }
+    QString status() const { return child<QLabel>("stalab")->text(); }
+    bool deviceButtonsEnabled(bool enabled) const
+    {
+        for (const char *name : {"calbtn", "setbtn", "pushButton_2", "rotationButton"}) {
+            if (child(name)->isEnabled() != enabled)
+                return false;
+        }
+        return true;
+    }
+    void connectFrame()
+    {
+        frame->present = true;
+        window->OnDeviceAdded();
+        QCOMPARE(window->connectState(), MainWindow::UsbConnected);
+        // The version query goes out first.
+        QTRY_COMPARE(frame->sent().size(), frame->version > 0x2FFF ? 1 : 0);
+        frame->forgetSent();
+    }
+    void removeFrame()
+    {
+        frame->present = false;
+        window->OnDeviceRemoved();
+        QCOMPARE(window->connectState(), MainWindow::NotConnected);
+    }
+    void send(const QByteArray &bytes)
+    {
+        UCHAR buffer[64] = {};
+        memcpy(buffer, bytes.constData(), size_t(bytes.size()));
+        emit window->Write03(buffer);
+    }
+    // Numbers of the reports that a receiver has been handed.
+    QList<int> *received(QObject *context)
+    {
+        auto numbers = std::make_shared<QList<int>>();
+        connect(window.get(), &MainWindow::Recv03, context,
+                [numbers](UCHAR *buf) { numbers->append(FakeAdapter::numberOf(buf)); });
+        return numbers.get();
+    }
+    // The program's event loop; TooLate when nothing ends it.
+    static constexpr int TooLate = 77;
+    int runAtMost(std::chrono::milliseconds time)
+    {
+        QTimer end;
+        connect(&end, &QTimer::timeout, this, [] { QCoreApplication::exit(TooLate); });
+        end.start(time);
+        return QApplication::exec();
+    }
+    void dismissReset()
+    {
+        QTimer::singleShot(100, this, [] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            QVERIFY(box);
+            QCOMPARE(box->windowTitle(), u"Reset"_s);
+            QCOMPARE(box->text(), u"Reset the device"_s);
+            box->accept();
+        });
+        QTest::mouseClick(child("pushButton_2"), Qt::LeftButton);
+    }
+
+private slots:
+    void initTestCase() { initResources(); }
+    void init()
+    {
+        hidver = {};
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+        frame = std::make_shared<FakeAdapter>();
+        frame->present = false;
+        window = std::make_unique<MainWindow>(frame);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    }
+    void cleanup()
+    {
+        window.reset();
+        frame.reset();
+    }
+
+    // The window
+
+    void the_form_says_what_it_should()
+    {
+        QCOMPARE(window->windowTitle(), u"Quorvel"_s);
+        const std::pair<const char *, QString> texts[] = {
+            {"calbtn", u"&Calibration"_s},
+            {"setbtn", u"Setting"_s},
+            {"conbtn", u"Connect"_s},
+            {"rotationButton", u"&Rotation"_s},
+            {"pushButton", u"Quorvel v3.0.1.0"_s},
+            {"pushButton_2", u"Reset"_s},
+        };
+        for (const auto &[name, text] : texts)
+            QCOMPARE(child(name)->text(), text);
+        const std::pair<const char *, QString> labels[] = {
+            {"label_3", u"Calibrate your touch device, make it more suitable for your screen."_s},
+            {"label_4", u"Set your touch device, make it more suitable for your custom."_s},
+            {"label_5", u"Choose USB or UART mode, and set the TUIO options."_s},
+            {"label_9", u"Rotate your touch device,\nmake it more suitable for your\nscreen"_s},
+            {"label_2", u"Quorvel"_s},
+            {"stalab", Unlinked},
+        };
+        for (const auto &[name, text] : labels)
+            QCOMPARE(child<QLabel>(name)->text(), text);
+        for (const char *name : {"label_6", "label_7", "label_8", "label_10"})
+            QCOMPARE(child<QLabel>(name)->pixmap().size(), QSize(48, 48));
+        QVERIFY(child("pushButton")->styleSheet().contains(u"color: rgb(75, 76, 161);"_s));
+    }
+
+    void fonts_places_and_hidden_groups_are_as_described()
+    {
+        for (const char *name : {"label_3", "label_4", "label_5", "label_9", "calbtn", "setbtn",
+                                 "conbtn", "pushButton_2", "rotationButton"}) {
+            const QFont font = child<QWidget>(name)->font();
+            QCOMPARE(font.family(), u"Tahoma"_s);
+            QCOMPARE(font.pointSize(), 9);
+        }
+        QVERIFY(child<QGroupBox>("groupBox")->isVisible());
+        QVERIFY(!child<QGroupBox>("groupBox_2")->isVisible());
+        QVERIFY(!child<QGroupBox>("groupBox_3")->isVisible());
+        QVERIFY(child<QGroupBox>("groupBoxRotation")->isVisible());
+        QCOMPARE(child("pushButton_2")->pos(), QPoint(10, 221));
+        QCOMPARE(child("pushButton")->geometry(), QRect(170, 221, 170, 26));
+    }
+
+    void the_window_cannot_be_resized()
+    {
+        QCOMPARE(window->size(), QSize(350, 272));
+        window->resize(500, 400);
+        QTest::qWait(50);
+        QCOMPARE(window->size(), QSize(350, 272));
+        QCOMPARE(window->minimumSize(), window->maximumSize());
+    }
+
+    void nothing_is_clipped() { QCOMPARE(clippedTexts(*window), QStringList()); }
+
+    void everything_is_reachable_by_keyboard_and_named()
+    {
+        connectFrame();
+        QStringList reached;
+        child("calbtn")->setFocus();
+        for (int i = 0; i < 4; ++i) {
+            reached.append(QApplication::focusWidget()->objectName());
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        QCOMPARE(reached, QStringList({u"calbtn"_s, u"rotationButton"_s, u"pushButton_2"_s,
+                                       u"pushButton"_s}));
+        QCOMPARE(child<QLabel>("stalab")->accessibleName(), u"Status"_s);
+    }
+
+    // Connecting
+
+    void before_the_first_connection_the_device_buttons_are_disabled()
+    {
+        QCOMPARE(window->connectState(), MainWindow::NotConnected);
+        QVERIFY(deviceButtonsEnabled(false));
+        QVERIFY(child("conbtn")->isEnabled());
+        QVERIFY(child("pushButton")->isEnabled());
+        QCOMPARE(status(), Unlinked);
+    }
+
+    void a_frame_that_is_there_at_start_is_connected_at_once()
+    {
+        window.reset();
+        frame->present = true;
+        window = std::make_unique<MainWindow>(frame);
+        QCOMPARE(window->connectState(), MainWindow::UsbConnected);
+        QVERIFY(deviceButtonsEnabled(true));
+        QCOMPARE(status(), Linked);
+    }
+
+    void connecting_enables_the_buttons_and_tells_once()
+    {
+        QSignalSpy connected(window.get(), &MainWindow::USBConnect);
+        connectFrame();
+        QVERIFY(deviceButtonsEnabled(true));
+        QCOMPARE(status(), Linked);
+        for (int i = 0; i < 5; ++i) {
+            window->OnDeviceAdded();
+            window->ontimer();
+        }
+        QCOMPARE(connected.size(), 1);
+    }
+
+    void after_every_removal_the_device_buttons_are_disabled()
+    {
+        for (int round = 0; round < 3; ++round) {
+            connectFrame();
+            removeFrame();
+            QVERIFY(deviceButtonsEnabled(false));
+            QCOMPARE(status(), Unlinked);
+        }
+    }
+
+    void the_timer_finds_a_frame_without_any_event()
+    {
+        frame->present = true;
+        QTRY_COMPARE_WITH_TIMEOUT(window->connectState(), MainWindow::UsbConnected, 2000);
+    }
+
+    void a_frame_whose_node_comes_after_the_event_is_found_soon()
+    {
+        window->findChild<QTimer *>(u"checkTimer"_s)->stop();
+        window->OnDeviceAdded();
+        QCOMPARE(window->connectState(), MainWindow::NotConnected);
+        std::this_thread::sleep_for(30ms);
+        frame->present = true;
+        QTRY_COMPARE_WITH_TIMEOUT(window->connectState(), MainWindow::UsbConnected, 100);
+    }
+
+    void a_forced_removal_disconnects_a_frame_that_is_still_there_until_the_next_tick()
+    {
+        connectFrame();
+        window->OnDeviceRemoved();
+        QCOMPARE(window->connectState(), MainWindow::NotConnected);
+        QCOMPARE(status(), Unlinked);
+        QTRY_COMPARE_WITH_TIMEOUT(window->connectState(), MainWindow::UsbConnected, 2000);
+    }
+
+    void an_unforced_check_leaves_a_frame_that_is_still_there()
+    {
+        connectFrame();
+        QVERIFY(window->CheckUSBDevRem(false));
+        QCOMPARE(window->connectState(), MainWindow::UsbConnected);
+        frame->present = false;
+        QVERIFY(window->CheckUSBDevRem(false));
+        QCOMPARE(window->connectState(), MainWindow::NotConnected);
+    }
+
+    void lost_events_are_looked_up()
+    {
+        connectFrame();
+        frame->present = false;
+        window->OnEventsLost();
+        QCOMPARE(window->connectState(), MainWindow::NotConnected);
+        frame->present = true;
+        window->OnEventsLost();
+        QCOMPARE(window->connectState(), MainWindow::UsbConnected);
+    }
+
+    void a_removal_while_hidden_shows_when_the_window_does_data()
+    {
+        QTest::addColumn<bool>("byTray");
+        QTest::newRow("tray icon") << true;
+        QTest::newRow("second start") << false;
+    }
+    void a_removal_while_hidden_shows_when_the_window_does()
+    {
+        QFETCH(const bool, byTray);
+        connectFrame();
+        window->hide();
+        removeFrame();
+        if (byTray)
+            window->iconActivated(QSystemTrayIcon::Trigger);
+        else
+            window->handleMessage(u"-W"_s);
+        QVERIFY(window->isVisible());
+        QCOMPARE(status(), Unlinked);
+        QVERIFY(deviceButtonsEnabled(false));
+    }
+
+    void a_node_that_may_not_be_opened_is_told_once_and_taken_back()
+    {
+        const auto *label = child<QLabel>("stalab");
+        Capture errors(stderr);
+        frame->setProblem({u"/dev/usb/hiddev3"_s, EACCES});
+        QTRY_VERIFY_WITH_TIMEOUT(!label->toolTip().isEmpty(), 3000);
+        QCOMPARE(label->toolTip(),
+                 u"A touch frame is at /dev/usb/hiddev3 but this user may not open it (Permission "
+                 "denied). Install the udev rule 70-quorvel.rules, or join the group plugdev if "
+                 "the rule is there, and plug the frame in again."_s);
+        QCOMPARE(label->accessibleDescription(), label->toolTip());
+        QCOMPARE(status(), Unlinked);
+        for (int i = 0; i < 5; ++i)
+            window->ontimer();
+        QCOMPARE(errors.text(), label->toolTip().toLocal8Bit() + '\n');
+
+        frame->setProblem({});
+        connectFrame();
+        QCOMPARE(label->toolTip(), QString());
+        removeFrame();
+        frame->setProblem({u"/dev/usb/hiddev3"_s, EACCES});
+        QTRY_VERIFY_WITH_TIMEOUT(!label->toolTip().isEmpty(), 3000);
+        QCOMPARE(errors.text().count('\n'), 2);
+    }
+
+    void permissions_that_come_a_moment_late_are_not_complained_about()
+    {
+        Capture errors(stderr);
+        frame->setProblem({u"/dev/usb/hiddev3"_s, EACCES});
+        window->OnDeviceAdded();
+        QTest::qWait(100);
+        frame->setProblem({});
+        connectFrame();
+        QTest::qWait(600);
+        QCOMPARE(errors.text(), "");
+        QCOMPARE(child<QLabel>("stalab")->toolTip(), QString());
+    }
+
+    // Versions and reset
+
+    void the_version_query_goes_to_current_devices_only_data()
+    {
+        QTest::addColumn<quint32>("version");
+        QTest::addColumn<QByteArrayList>("sent");
+        QTest::newRow("0x2FFF is older") << 0x2FFFu << QByteArrayList();
+        QTest::newRow("0x3000 is current")
+            << 0x3000u << QByteArrayList({"a3 00 00 00 00 00 00 00"});
+        QTest::newRow("0x3010 is current")
+            << 0x3010u << QByteArrayList({"a3 00 00 00 00 00 00 00"});
+    }
+    void the_version_query_goes_to_current_devices_only()
+    {
+        QFETCH(const quint32, version);
+        QFETCH(const QByteArrayList, sent);
+        hidver.SVNNUM = hidver.CHECKSUM = hidver.P_FID = hidver.P_DATE = hidver.P_NUM = 77;
+        frame->version = version;
+        frame->present = true;
+        window->OnDeviceAdded();
+        QTest::qWait(120);
+        QCOMPARE(frame->sentBytes(), sent);
+        const quint32 expected = sent.isEmpty() ? 0 : 77;
+        QCOMPARE(hidver.SVNNUM, expected);
+        QCOMPARE(hidver.CHECKSUM, expected);
+        QCOMPARE(hidver.P_FID, expected);
+        QCOMPARE(hidver.P_DATE, expected);
+        QCOMPARE(hidver.P_NUM, expected);
+    }
+
+    void a_version_reply_is_decoded()
+    {
+        frame->setReport(
+            QByteArray::fromHex("FC A3 80 0E 00 12 38 01 78 56 34 92 BC 9A 7E 5D F6 02"));
+        connectFrame();
+        QTRY_COMPARE(hidver.P_FID, 2u);
+        QCOMPARE(hidver.SVNNUM, 0x013812u);
+        QCOMPARE(hidver.CHECKSUM, 0x92345678u);
+        QCOMPARE(hidver.P_NUM, 0xE9ABCu);
+        QCOMPARE(hidver.P_DATE, 0x65D7u);
+    }
+
+    void a_report_with_another_id_is_dropped()
+    {
+        UCHAR foreign[64] = {0xFB, 0xA3, 0x80};
+        connectFrame();
+        QSignalSpy received(window.get(), &MainWindow::Recv03);
+        removeFrame();
+        // Nothing is connected: a late completion of a cycle finds no frame.
+        window->OnRecv03(QChar(1));
+        window->OnRecv03(QChar(2));
+        QCOMPARE(received.size(), 0);
+        window->DoRecv03(foreign);
+        QCOMPARE(hidver.SVNNUM, 0u);
+    }
+
+    void reset_sends_the_command_of_the_generation_and_then_the_older_one_data()
+    {
+        QTest::addColumn<quint32>("version");
+        QTest::addColumn<QByteArray>("first");
+        QTest::newRow("current") << 0x3010u << QByteArray("a2 03 00 00 00 00 00 00");
+        QTest::newRow("older") << 0x2FFFu << QByteArray("10 00 00 00 00 00 00 00");
+    }
+    void reset_sends_the_command_of_the_generation_and_then_the_older_one()
+    {
+        QFETCH(const quint32, version);
+        QFETCH(const QByteArray, first);
+        frame->version = version;
+        connectFrame();
+        dismissReset();
+        QTRY_COMPARE(frame->sentBytes(), QByteArrayList({first, "10 00 00 00 00 00 00 00"}));
+    }
+
+    // Frames
+
+    void two_frames_in_quick_succession_go_out_one_after_the_other()
+    {
+        connectFrame();
+        const auto begin = FakeAdapter::Clock::now();
+        send(QByteArray::fromHex("00 A7 00 02 00 02"));
+        send(QByteArray::fromHex("00 A7 02"));
+        const auto blocked = FakeAdapter::Clock::now() - begin;
+        QVERIFY(blocked >= 50ms);
+        QTRY_COMPARE(frame->sent().size(), 2);
+        QCOMPARE(frame->sentBytes(5), QByteArrayList({"a7 00 02 00 02", "a7 02 00 00 00"}));
+        const auto sent = frame->sent();
+        QVERIFY(sent[0].when - begin >= 50ms);
+        QVERIFY(sent[1].when - sent[0].when >= 50ms);
+    }
+
+    void a_caller_may_reuse_its_buffer_at_once()
+    {
+        connectFrame();
+        UCHAR buffer[64] = {0x00, 0xA5, 0x01};
+        emit window->Write03(buffer);
+        memset(buffer, 0xEE, sizeof buffer);
+        QTRY_COMPARE(frame->sent().size(), 1);
+        QCOMPARE(frame->sentBytes(3), QByteArrayList({"a5 01 00"}));
+    }
+
+    void waiting_for_the_writer_burns_no_processor()
+    {
+        connectFrame();
+        const auto used = [] {
+            timespec time{};
+            ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+            return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+        };
+        const auto before = used();
+        for (int i = 0; i < 10; ++i)
+            send(QByteArray::fromHex("00 A7 02"));
+        QVERIFY(used() - before < 100ms); // of some 500 that it waited
+    }
+
+    void a_frame_without_a_device_is_dropped_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::newRow("not connected") << int(MainWindow::NotConnected);
+        QTest::newRow("serial closed") << int(MainWindow::SerialClosed);
+        QTest::newRow("serial failed") << int(MainWindow::SerialFailed);
+    }
+    void a_frame_without_a_device_is_dropped()
+    {
+        QFETCH(const int, state);
+        Pty line;
+        if (state == MainWindow::SerialClosed) {
+            QVERIFY(window->OpenUart(line.path(), {}));
+            window->CLoseUart();
+        } else if (state == MainWindow::SerialFailed) {
+            QVERIFY(!window->OpenUart(u"/dev/no-such-port"_s, {}));
+        }
+        QCOMPARE(int(window->connectState()), state);
+        line.received();
+        send(QByteArray::fromHex("00 A7 02"));
+        QTest::qWait(120);
+        QCOMPARE(frame->sent().size(), 0);
+        QCOMPARE(line.received(), QByteArray());
+    }
+
+    void the_same_report_is_delivered_every_cycle()
+    {
+        frame->setReport(QByteArray::fromHex("FC A7 82 02 00 01"));
+        connectFrame();
+        QByteArrayList seen;
+        connect(window.get(), &MainWindow::Recv03, this, [&seen](UCHAR *buf) {
+            seen.append(QByteArray(reinterpret_cast<char *>(buf), 6).toHex(' '));
+        });
+        QTRY_VERIFY(seen.size() >= 5);
+        for (const QByteArray &report : seen)
+            QCOMPARE(report, QByteArray("fc a7 82 02 00 01"));
+    }
+
+    void every_report_reaches_every_receiver_once_through_a_blocked_window()
+    {
+        QObject first;
+        QObject second;
+        QList<int> *ones = received(&first);
+        QList<int> *twos = received(&second);
+        connectFrame();
+        QTRY_VERIFY(ones->size() >= 3);
+        const int before = frame->reads;
+        std::this_thread::sleep_for(2s);
+        const int after = frame->reads;
+        QVERIFY(after - before > 100);
+        QTRY_VERIFY(ones->size() >= after);
+        for (int i = 0; i < after; ++i) {
+            QCOMPARE(ones->at(i), i + 1);
+            QCOMPARE(twos->at(i), i + 1);
+        }
+    }
+
+    void a_receiver_with_an_event_loop_of_its_own_changes_nothing_for_the_others()
+    {
+        QList<int> *before = received(this);
+        int depth = 0;
+        bool once = false;
+        QObject context;
+        connect(window.get(), &MainWindow::Recv03, &context, [&] {
+            QCOMPARE(depth, 0);
+            if (std::exchange(once, true))
+                return;
+            ++depth;
+            QEventLoop nested;
+            QTimer::singleShot(300, &nested, &QEventLoop::quit);
+            nested.exec();
+            --depth;
+        });
+        QList<int> *behind = received(this);
+        connectFrame();
+        QTRY_VERIFY_WITH_TIMEOUT(behind->size() > 50, 10000);
+        QVERIFY(once);
+        for (int i = 0; i < 50; ++i) {
+            QCOMPARE(before->at(i), i + 1);
+            QCOMPARE(behind->at(i), i + 1);
+        }
+    }
+
+    void reports_of_a_removed_device_are_never_delivered()
+    {
+        connectFrame();
+        QSignalSpy delivered(window.get(), &MainWindow::Recv03);
+        std::this_thread::sleep_for(200ms); // reports wait, and so do their signals
+        removeFrame();
+        QTest::qWait(200);
+        QCOMPARE(delivered.size(), 0);
+
+        QList<int> *numbers = received(this);
+        const int readBefore = frame->reads;
+        connectFrame();
+        QTRY_VERIFY(numbers->size() >= 5);
+        for (int i = 0; i < 5; ++i)
+            QCOMPARE(numbers->at(i), readBefore + i + 1);
+    }
+
+    void a_removal_inside_a_receivers_event_loop_spares_the_next_receiver_the_report()
+    {
+        frame->setReport(QByteArray::fromHex("FC A7 82"));
+        bool removed = false;
+        connect(window.get(), &MainWindow::Recv03, this, [&] {
+            if (std::exchange(removed, true))
+                return;
+            QEventLoop nested;
+            QTimer::singleShot(50, this, [&] {
+                removeFrame();
+                nested.quit();
+            });
+            nested.exec();
+        });
+        QByteArrayList seenBehind;
+        connect(window.get(), &MainWindow::Recv03, this, [&seenBehind](UCHAR *buf) {
+            seenBehind.append(QByteArray(reinterpret_cast<char *>(buf), 64));
+        });
+        connectFrame();
+        QTRY_VERIFY(removed && window->connectState() == MainWindow::NotConnected);
+        QTRY_COMPARE(seenBehind.size(), 1);
+        QCOMPARE(seenBehind.first(), QByteArray(64, '\0'));
+    }
+
+    void a_stalled_device_keeps_nobody_from_ending()
+    {
+        connectFrame();
+        frame->stallReads(true);
+        QTRY_COMPARE(frame->nowReading.load(), 1);
+        std::thread later([this] {
+            std::this_thread::sleep_for(300ms);
+            frame->stallReads(false);
+        });
+        removeFrame();
+        later.join();
+        QCOMPARE(frame->nowReading.load(), 0);
+        QCOMPARE(frame->closes.load(), 1);
+    }
+
+    void the_window_ends_cleanly_while_a_device_is_read()
+    {
+        connectFrame();
+        QTRY_VERIFY(frame->reads > 3);
+        send(QByteArray::fromHex("00 A7 02"));
+        window.reset();
+        QCOMPARE(frame->nowReading.load(), 0);
+        QCOMPARE(frame->closes.load(), 1);
+        QCOMPARE(frame->sentBytes(2), QByteArrayList({"a7 02"})); // what was under way went out
+        const int reads = frame->reads;
+        std::this_thread::sleep_for(100ms);
+        QCOMPARE(frame->reads.load(), reads);
+    }
+
+    // Tray and closing
+
+    void closing_the_visible_window_hides_it()
+    {
+        QVERIFY(!window->close());
+        QVERIFY(!window->isVisible());
+        QVERIFY(window->findChild<QTimer *>(u"checkTimer"_s)->isActive());
+    }
+
+    void exit_ends_the_event_loop_data()
+    {
+        QTest::addColumn<bool>("shown");
+        QTest::newRow("from a shown window") << true;
+        QTest::newRow("from the tray") << false;
+    }
+    void exit_ends_the_event_loop()
+    {
+        QFETCH(const bool, shown);
+        window->setVisible(shown);
+        QTimer::singleShot(0, window.get(), &MainWindow::OnExit);
+        QCOMPARE(runAtMost(5s), 0);
+        QVERIFY(!window->isVisible());
+    }
+
+    void exit_works_for_a_window_that_was_never_shown()
+    {
+        window = std::make_unique<MainWindow>(frame);
+        QTimer::singleShot(0, window.get(), &MainWindow::OnExit);
+        QCOMPARE(runAtMost(5s), 0);
+    }
+
+    void closing_the_last_other_window_leaves_the_tray_alone()
+    {
+        connectFrame();
+        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        window->hide();
+        QTimer::singleShot(100, this, [] { calibrationScreen()->close(); });
+        QCOMPARE(runAtMost(600ms), TooLate);
+    }
+
+    void a_click_on_the_tray_icon_shows_the_window_and_a_double_click_does_not()
+    {
+        window->hide();
+        for (const auto reason : {QSystemTrayIcon::DoubleClick, QSystemTrayIcon::Context,
+                                  QSystemTrayIcon::MiddleClick, QSystemTrayIcon::Unknown}) {
+            window->iconActivated(reason);
+            QVERIFY(!window->isVisible());
+        }
+        window->iconActivated(QSystemTrayIcon::Trigger);
+        QVERIFY(window->isVisible());
+    }
+
+    void the_tray_menu_shows_and_exits()
+    {
+        QMenu *menu = nullptr;
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (auto *candidate = qobject_cast<QMenu *>(widget))
+                menu = candidate;
+        }
+        QVERIFY(menu);
+        const QList<QAction *> actions = menu->actions();
+        QCOMPARE(actions.size(), 3);
+        QCOMPARE(actions[0]->text(), u"Show"_s);
+        QVERIFY(actions[1]->isSeparator());
+        QCOMPARE(actions[2]->text(), u"Exit"_s);
+        window->hide();
+        actions[0]->trigger();
+        QVERIFY(window->isVisible());
+        QTimer::singleShot(0, actions[2], &QAction::trigger);
+        QCOMPARE(runAtMost(5s), 0);
+    }
+
+    void messages_are_searched_for_both_texts_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<bool>("visible");
+        QTest::newRow("show") << u"-W"_s << true;
+        QTest::newRow("show, inside other text") << u"abc -W def"_s << true;
+        QTest::newRow("nothing known") << u"-w -c"_s << false;
+        QTest::newRow("empty") << QString() << false;
+        QTest::newRow("both") << u"-W-C"_s << true;
+    }
+    void messages_are_searched_for_both_texts()
+    {
+        QFETCH(const QString, message);
+        window->hide();
+        window->handleMessage(message);
+        QTEST(window->isVisible(), "visible");
+    }
+
+    // Calibration
+
+    void calibration_opens_full_screen_and_tells_the_frame()
+    {
+        connectFrame();
+        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        Calibration_Dlg *screen = calibrationScreen();
+        QTRY_VERIFY(screen->isVisible());
+        QTRY_COMPARE(screen->geometry(), QRect(0, 0, 1280, 800));
+        QTRY_COMPARE(frame->sentBytes(3), QByteArrayList({"01 00 00"}));
+    }
+
+    void unplugging_closes_the_calibration_at_once_and_sends_nothing()
+    {
+        connectFrame();
+        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        QTRY_COMPARE(frame->sent().size(), 1);
+        frame->forgetSent();
+        removeFrame();
+        QVERIFY(!calibrationScreen()->isVisible());
+        connectFrame();
+        QTest::qWait(150);
+        QCOMPARE(frame->sent().size(), 0);
+    }
+
+    void unplugging_behind_a_hidden_window_leaves_the_calibration_to_its_time_out()
+    {
+        connectFrame();
+        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        QTRY_COMPARE(frame->sent().size(), 1);
+        frame->forgetSent();
+        window->hide();
+        removeFrame();
+        Calibration_Dlg *screen = calibrationScreen();
+        QVERIFY(screen->isVisible());
+        connectFrame();
+        for (int tick = 0; tick < 60; ++tick)
+            screen->ontimer();
+        QVERIFY(!screen->isVisible());
+        QTest::qWait(150);
+        QCOMPARE(frame->sentBytes(), QByteArrayList()); // the new device is not told to reset
+    }
+
+    void unplugging_takes_the_question_away_and_saves_nothing()
+    {
+        connectFrame();
+        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        QTRY_COMPARE(frame->sent().size(), 1);
+        for (const char *step : {"01", "02", "03", "04", "05", "FF"}) {
+            frame->setReport(QByteArray::fromHex(QByteArray("FC 01 ") + step));
+            if (QByteArray(step) == "FF")
+                break;
+            QTRY_COMPARE(frame->sentBytes(2).last(), QByteArray("01 ") + step);
+        }
+        // The question runs an event loop of its own, so this happens inside of it.
+        bool asked = false;
+        QTimer poll;
+        connect(&poll, &QTimer::timeout, this, [&] {
+            if (!qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget()))
+                return;
+            poll.stop();
+            asked = true;
+            frame->forgetSent();
+            removeFrame();
+            frame->setReport({});
+        });
+        poll.start(10);
+        QTRY_VERIFY_WITH_TIMEOUT(asked, 3000);
+        QVERIFY(!QApplication::activeModalWidget());
+        connectFrame();
+        QTest::qWait(150);
+        QCOMPARE(frame->sent().size(), 0);
+    }
+
+    void ending_the_program_during_a_calibration_resets_the_frame()
+    {
+        connectFrame();
+        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        QTRY_COMPARE(frame->sent().size(), 1);
+        frame->forgetSent();
+        window.reset();
+        QCOMPARE(frame->sentBytes(3), QByteArrayList({"01 06 00"}));
+    }
+
+    // Serial
+
+    void a_serial_connection_enables_the_device_buttons()
+    {
+        Pty line;
+        QVERIFY(window->OpenUart(line.path(), {}));
+        QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+        QVERIFY(deviceButtonsEnabled(true));
+        QCOMPARE(status(), Linked);
+        window->CLoseUart();
+        QCOMPARE(window->connectState(), MainWindow::SerialClosed);
+        QVERIFY(deviceButtonsEnabled(false));
+    }
+
+    void opening_tells_the_device_its_rate_at_three_rates()
+    {
+        Pty line;
+        PortSettings settings;
+        settings.BaudRate = BAUD115200;
+        QVERIFY(window->OpenUart(line.path(), settings));
+        const QByteArray command = QByteArray::fromHex("51 56 00 B1 00 03 00 13 00 00 00");
+        QByteArray bytes;
+        QTRY_COMPARE((bytes += line.received()), command + command + command);
+    }
+
+    void a_frame_without_payload_travels_as_eight_bytes()
+    {
+        Pty line;
+        QVERIFY(window->OpenUart(line.path(), {}));
+        QTest::qWait(100);
+        line.received();
+        send(QByteArray::fromHex("00 A3 00 00 00 00 EE"));
+        QByteArray bytes;
+        QTRY_COMPARE((bytes += line.received()), QByteArray::fromHex("51 56 00 A3 00 00 00 00"));
+        QTest::qWait(50);
+        QCOMPARE(line.received(), QByteArray());
+    }
+
+    void on_a_single_screen_the_serial_check_is_cut_after_byte_5()
+    {
+        Pty line;
+        QVERIFY(window->OpenUart(line.path(), {}));
+        QTest::qWait(100);
+        line.received();
+        calibrationScreen()->setPrimaryScr(0);
+        calibrationScreen()->SendCalStep(5);
+        QByteArray bytes;
+        QTRY_COMPARE((bytes += line.received()), QByteArray::fromHex("51 56 00 01 05 00 00 00"));
+    }
+
+    void the_longest_serial_frame_is_the_whole_buffer()
+    {
+        Pty line;
+        QVERIFY(window->OpenUart(line.path(), {}));
+        QTest::qWait(100);
+        line.received();
+        send(QByteArray::fromHex("00 01 05 FF"));
+        QByteArray bytes;
+        QTRY_COMPARE((bytes += line.received()).size(), 66);
+        QTest::qWait(50);
+        QCOMPARE(line.received(), QByteArray());
+    }
+
+    void a_version_reply_over_the_serial_line_changes_nothing()
+    {
+        Pty line;
+        QVERIFY(window->OpenUart(line.path(), {}));
+        hidver.SVNNUM = 5;
+        QSignalSpy delivered(window.get(), &MainWindow::Recv03);
+        line.send(QByteArray::fromHex("51 56 FC A3 80 02 00 12 38 01"));
+        QTRY_COMPARE(delivered.size(), 1);
+        QCOMPARE(hidver.SVNNUM, 5u);
+    }
+
+    void a_usb_frame_takes_over_from_the_serial_line()
+    {
+        Pty line;
+        QVERIFY(window->OpenUart(line.path(), {}));
+        connectFrame();
+        QCOMPARE(status(), Linked);
+    }
+
+    void opening_a_serial_line_ends_the_usb_link_first()
+    {
+        connectFrame();
+        frame->present = false;
+        Pty line;
+        QVERIFY(window->OpenUart(line.path(), {}));
+        QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+        QCOMPARE(frame->nowReading.load(), 0);
+        QCOMPARE(frame->closes.load(), 1);
+    }
+
+    void a_serial_hang_up_shows()
+    {
+        Pty line;
+        QVERIFY(window->OpenUart(line.path(), {}));
+        line.hangUp();
+        QTRY_COMPARE(window->connectState(), MainWindow::SerialClosed);
+        QCOMPARE(status(), Unlinked);
+        QVERIFY(deviceButtonsEnabled(false));
+    }
+};
+
+QTEST_MAIN(tst_mainwindow)
+#include "tst_mainwindow.moc"
