@@ -1,6 +1,7 @@
 #include "sim/firmware.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <utility>
@@ -47,6 +48,11 @@ Frame reply(UCHAR cls, UCHAR sub, UCHAR length = 0)
 bool sameKind(const Frame &a, const Frame &b)
 {
     return a[offset::Class] == b[offset::Class] && a[offset::Sub] == b[offset::Sub];
+}
+
+int signedByte(UCHAR byte)
+{
+    return byte <= SCHAR_MAX ? byte : byte - (UCHAR_MAX + 1);
 }
 
 int percent(double part, int whole)
@@ -148,9 +154,8 @@ bool Firmware::execute(const Frame &request)
     const bool current = isCurrentGeneration(features.release);
     if (cls == command::Firmware && sub == firmware::Query && current)
         sayFirmware();
-    else if (cls == Settings && sub == settings::Reset && current)
-        restart();
-    else if (cls == OldReset && sub == oldreset::Reset)
+    else if ((cls == Settings && sub == settings::Reset && current) ||
+             (cls == OldReset && sub == oldreset::Reset))
         restart();
     else if (cls == Settings && sub == settings::GetAdc)
         sayAdc();
@@ -275,7 +280,7 @@ bool Firmware::setLight(const Frame &request)
         return false;
     LightState &light = (axis == settings::AxisX ? lightsX : lightsY)[size_t(number)];
     if (request[offset::Sub] == settings::SetLight)
-        light.offset = qint8(request[settings::LightOffset]);
+        light.offset = signedByte(request[settings::LightOffset]);
     else if (request[offset::Sub] == settings::SwitchLight)
         light.off = request[settings::LightSwitch] != 0;
     sayLight(axis, number);

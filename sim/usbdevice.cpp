@@ -412,12 +412,17 @@ void UsbDevice::exchange(const Urb &request, const Setup &setup, const Fault &fa
 void UsbDevice::endLater(const Urb &request, std::chrono::milliseconds delay,
                          std::function<void()> end)
 {
+    auto *timer = new QTimer(this);
+    timer->setSingleShot(true);
+    timer->setTimerType(Qt::PreciseTimer);
     const quint64 ticket = pending.value(request.sequence);
-    QTimer::singleShot(delay, Qt::PreciseTimer, this,
-                       [this, sequence = request.sequence, ticket, end = std::move(end)] {
-                           if (!dead && pending.value(sequence) == ticket)
-                               end();
-                       });
+    connect(timer, &QTimer::timeout, this,
+            [this, timer, sequence = request.sequence, ticket, end = std::move(end)] {
+                timer->deleteLater();
+                if (!dead && pending.value(sequence) == ticket)
+                    end();
+            });
+    timer->start(delay);
 }
 
 // Answers a URB: data for IN transfers; an OUT transfer that succeeds took all of its data.
