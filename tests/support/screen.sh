@@ -1,0 +1,75 @@
+# Eyes and a finger on an X desktop, for scripts. Sourced, not run.
+# shellcheck shell=bash
+
+# until_true SECONDS COMMAND...: tries again and again; false when the time is over.
+until_true() {
+    local end=$((SECONDS + $1 + 1))
+    shift
+    until "$@"; do
+        [ "$SECONDS" -lt "$end" ] || return 1
+        sleep 0.05
+    done
+}
+
+# until_false SECONDS COMMAND...
+until_false() {
+    local end=$((SECONDS + $1 + 1))
+    shift
+    while "$@"; do
+        [ "$SECONDS" -lt "$end" ] || return 1
+        sleep 0.05
+    done
+}
+
+# window_sized TITLE W H: prints the visible window with that title and inner size.
+window_sized() {
+    local id WIDTH HEIGHT
+    for id in $(xdotool search --onlyvisible --name "^$1\$" 2>/dev/null); do
+        WIDTH=
+        eval "$(xdotool getwindowgeometry --shell "$id" 2>/dev/null | grep -E '^(WIDTH|HEIGHT)=')"
+        if [ "$WIDTH" = "$2" ] && [ "${HEIGHT:-}" = "$3" ]; then
+            printf '%s\n' "$id"
+            return 0
+        fi
+    done
+    return 1
+}
+
+has_window() { window_sized "$@" >/dev/null; }
+
+# is_painted WINDOW: it shows more than one colour.
+is_painted() { [ "$(import -window "$1" -format %k info:- 2>/dev/null || echo 0)" -gt 1 ]; }
+
+# press WINDOW X Y: a click at a place in a window.
+press() { xdotool mousemove --window "$1" "$2" "$3" click 1; }
+
+# touch_screen X Y: a click at a place on the screen.
+touch_screen() { xdotool mousemove "$1" "$2" click 1; }
+
+take_picture() { import -window root -depth 8 "$1"; }
+
+# picture_of X Y W H: the pixels of a part of the screen as one word.
+picture_of() { import -window root -crop "$3x$4+$1+$2" -depth 8 rgb:- | md5sum | cut -d ' ' -f 1; }
+
+# The four targets of a screen W x H, in order: target_x NUMBER W, target_y NUMBER H.
+# shellcheck disable=SC2034 # for who sources this
+target_names=(top-left top-right bottom-right bottom-left)
+target_x() { case $1 in 0 | 3) echo $(($2 / 8)) ;; *) echo $(($2 / 8 * 7)) ;; esac; }
+target_y() { case $1 in 0 | 1) echo $(($2 / 8)) ;; *) echo $(($2 / 8 * 7)) ;; esac; }
+
+# is_white X Y: whether something white passes within two pixels. The ground is blue.
+is_white() {
+    [ "$(import -window root -crop "5x5+$(($1 - 2))+$(($2 - 2))" -depth 8 -format '%[fx:maxima.r>0.9]' info:-)" = 1 ]
+}
+
+# is_blue X Y
+is_blue() {
+    [ "$(import -window root -crop "1x1+$1+$2" -depth 8 -format '%[fx:maxima.b>0.9&&maxima.r<0.1]' info:-)" = 1 ]
+}
+
+# shows_target X Y: a target's cross stands there: both arms are seen between its rings, whose
+# radii are 16, 24 and 32 or more, and the ground beside it.
+shows_target() {
+    is_white $(($1 + 20)) $(($2 + 20)) && is_white $(($1 - 20)) $(($2 + 20)) &&
+        is_white $(($1 + 20)) $(($2 - 20)) && is_blue $(($1 + 46)) "$2"
+}
