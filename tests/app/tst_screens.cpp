@@ -83,10 +83,8 @@ private:
 
         const int left = native.width() / 8;
         const int top = native.height() / 8;
-        const QPoint targets[] = {{left, top},
-                                  {left * 7, top},
-                                  {left * 7, top * 7},
-                                  {left, top * 7}};
+        const QPoint targets[] = {
+            {left, top}, {left * 7, top}, {left * 7, top * 7}, {left, top * 7}};
         for (int step = 1; step <= 4; ++step) {
             frame->setReport(QByteArray("\xFC\x01", 2) + char(step));
             QTRY_COMPARE(frame->sentBytes(2).last(), "01 0" + QByteArray::number(step));
@@ -96,8 +94,8 @@ private:
             const QPoint ring(qRound(24 * ratio), 0);
             QTRY_COMPARE(photograph(native).pixelColor(target), QColor(Qt::white));
             const QImage glass = photograph(native);
-            QVERIFY(glass.pixelColor(target + ring) == QColor(Qt::white)
-                    || glass.pixelColor(target + ring - QPoint(1, 0)) == QColor(Qt::white));
+            QVERIFY(glass.pixelColor(target + ring) == QColor(Qt::white) ||
+                    glass.pixelColor(target + ring - QPoint(1, 0)) == QColor(Qt::white));
             QCOMPARE(glass.pixelColor(target + QPoint(qRound(4 * ratio), 0)), QColor(Qt::blue));
             QCOMPARE(glass.pixelColor(native.width() - 1, native.height() - 1), QColor(Qt::blue));
             QCOMPARE(glass.pixelColor(0, 0), QColor(Qt::blue));

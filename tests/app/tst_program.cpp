@@ -1,0 +1,298 @@
+// The real program, started as a user starts it.
+
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <memory>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString Program = QStringLiteral(QUORVEL_PROGRAM);
+
+// Windows on the screen with this title, as the X server knows them.
+int visibleWindows(const QString &title)
+{
+    QProcess xdotool;
+    xdotool.start(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, title});
+    if (!xdotool.waitForFinished(5000))
+        return -1;
+    return int(xdotool.readAllStandardOutput().count('\n'));
+}
+
+bool shown()
+{
+    return visibleWindows(u"^Quorvel$"_s) == 1;
+}
+
+bool demoShown()
+{
+    return visibleWindows(u"^Quorvel .simulated touch frame.$"_s) == 1;
+}
+
+struct Result
+{
+    int code = -1;
+    QByteArray output;
+    QByteArray errors;
+};
+
+} // namespace
+
+class tst_program : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::vector<std::unique_ptr<QProcess>> running;
+
+    QProcess *start(const QStringList &arguments, const QString &directory = QDir::tempPath())
+    {
+        auto process = std::make_unique<QProcess>();
+        process->setWorkingDirectory(directory);
+        process->start(Program, arguments);
+        process->waitForStarted();
+        running.push_back(std::move(process));
+        return running.back().get();
+    }
+    Result run(const QStringList &arguments, const QString &directory = QDir::tempPath())
+    {
+        QProcess *process = start(arguments, directory);
+        if (!process->waitForFinished(20000) || process->exitStatus() != QProcess::NormalExit)
+            return {};
+        return {process->exitCode(), process->readAllStandardOutput(),
+                process->readAllStandardError()};
+    }
+    static bool endsWith(QProcess *process, int code)
+    {
+        return process->waitForFinished(10000) && process->exitStatus() == QProcess::NormalExit &&
+               process->exitCode() == code;
+    }
+    // A start in the tray has no window to wait for: it is there when it can be shown.
+    QProcess *startHidden(const QStringList &arguments)
+    {
+        QProcess *process = start(arguments);
+        QTest::qWait(1000);
+        return process;
+    }
+
+private slots:
+    void cleanup()
+    {
+        for (const auto &process : running) {
+            process->kill();
+            process->waitForFinished();
+        }
+        running.clear();
+    }
+
+    void a_start_shows_the_window_and_close_ends_it()
+    {
+        QProcess *first = start({});
+        QTRY_VERIFY(shown());
+        QCOMPARE(run({u"-close"_s}).code, 0);
+        QVERIFY(endsWith(first, 0));
+    }
+
+    void close_anywhere_inside_an_argument_counts()
+    {
+        QProcess *first = start({});
+        QTRY_VERIFY(shown());
+        QCOMPARE(run({u"please-close-now"_s}).code, 0);
+        QVERIFY(endsWith(first, 0));
+    }
+
+    void close_without_a_running_instance_ends_with_0()
+    {
+        QElapsedTimer time;
+        time.start();
+        QCOMPARE(run({u"-close"_s}).code, 0);
+        QVERIFY(time.elapsed() < 8000);
+    }
+
+    void an_argument_that_merely_contains_the_option_starts_silently()
+    {
+        QProcess *first = startHidden({u"-silent"_s});
+        QCOMPARE(first->state(), QProcess::Running);
+        QVERIFY(!shown());
+    }
+
+    void a_second_start_shows_the_first_window_even_when_silent()
+    {
+        QProcess *first = startHidden({u"-s"_s});
+        QVERIFY(!shown());
+        QCOMPARE(run({u"-s"_s}).code, 0);
+        QTRY_VERIFY(shown());
+        QCOMPARE(first->state(), QProcess::Running);
+    }
+
+    void a_killed_first_instance_is_replaced()
+    {
+        QProcess *first = start({});
+        QTRY_VERIFY(shown());
+        first->kill();
+        first->waitForFinished();
+        QProcess *second = start({});
+        QTRY_VERIFY(shown());
+        QCOMPARE(second->state(), QProcess::Running);
+    }
+
+    void a_start_right_after_close_stays()
+    {
+        QProcess *first = start({});
+        QTRY_VERIFY(shown());
+        QCOMPARE(run({u"-close"_s}).code, 0);
+        QProcess *second = start({});
+        QVERIFY(endsWith(first, 0));
+        QTest::qWait(1500);
+        QCOMPARE(second->state(), QProcess::Running);
+        QVERIFY(shown());
+    }
+
+    void qt_options_do_not_start_silently()
+    {
+        start({u"-style"_s, u"fusion"_s});
+        QTRY_VERIFY(shown());
+    }
+
+    void the_demonstration_leaves_a_running_instance_alone()
+    {
+        QProcess *real = start({});
+        QTRY_VERIFY(shown());
+        QProcess *demo = start({u"--demo"_s});
+        QTRY_VERIFY(demoShown());
+        QCOMPARE(run({u"--demo"_s, u"-close"_s}).code, 0);
+        QVERIFY(endsWith(demo, 0));
+        QCOMPARE(real->state(), QProcess::Running);
+        QVERIFY(shown());
+    }
+
+    void the_demonstration_leaves_no_settings_behind()
+    {
+        const auto files = [] {
+            QStringList found;
+            QDirIterator all(QDir::homePath(),
+                             QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                             QDirIterator::Subdirectories);
+            while (all.hasNext()) {
+                const QString path = all.next();
+                if (!path.contains("/.cache/"_L1))
+                    found.append(path);
+            }
+            found.sort();
+            return found;
+        };
+        QVERIFY(QDir::home().mkpath(u".config"_s));
+        const QStringList before = files();
+        QProcess *demo = start({u"--demo"_s});
+        QTRY_VERIFY(demoShown());
+        QCOMPARE(run({u"--demo"_s, u"-close"_s}).code, 0);
+        QVERIFY(endsWith(demo, 0));
+        QCOMPARE(files(), before);
+        QVERIFY(demo->readAllStandardOutput().endsWith("calibration: not kept\n"));
+    }
+
+    void the_demonstration_finds_its_frame_and_asks_for_the_version()
+    {
+        QProcess *demo = start({u"--demo"_s});
+        QByteArray output;
+        QTRY_VERIFY((output += demo->readAllStandardOutput()).contains("[A3 80 "));
+        QVERIFY(output.contains("[A3 00 00]"));
+    }
+
+    void a_wrong_profile_is_refused_with_file_line_and_reason()
+    {
+        QTemporaryDir directory;
+        QFile profile(directory.filePath(u"wrong.profile"_s));
+        QVERIFY(profile.open(QIODevice::WriteOnly));
+        profile.write("# a frame\nlights-x 600\n");
+        profile.close();
+        const Result result = run({u"--demo"_s, u"--profile="_s + profile.fileName()});
+        QCOMPARE(result.code, 2);
+        QVERIFY(result.errors.startsWith(profile.fileName().toLocal8Bit() + ":2: lights-x"));
+        QCOMPARE(result.errors.count('\n'), 1);
+    }
+
+    void a_missing_fault_plan_is_refused()
+    {
+        const Result result = run({u"--demo"_s, u"--faults=/no/such/plan"_s});
+        QCOMPARE(result.code, 2);
+        QVERIFY(result.errors.contains("/no/such/plan"));
+        QVERIFY(result.errors.contains("No such file"));
+    }
+
+    void an_unplugged_demonstration_comes_back()
+    {
+        QTemporaryDir directory;
+        QFile plan(directory.filePath(u"plan"_s));
+        QVERIFY(plan.open(QIODevice::WriteOnly));
+        plan.write("at 20 unplug back 1s\n");
+        plan.close();
+        QProcess *demo = start({u"--demo"_s, u"--faults="_s + plan.fileName()});
+        QByteArray output;
+        QTRY_VERIFY_WITH_TIMEOUT((output += demo->readAllStandardOutput()).count("[A3 00 00]") == 2,
+                                 10000);
+    }
+
+    void help_and_version_need_no_display_data()
+    {
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("help") << u"--help"_s << QByteArray("Usage: quorvel [options]\n");
+        QTest::newRow("version") << u"--version"_s << QByteArray("quorvel 3.0.1.0\n");
+    }
+    void help_and_version_need_no_display()
+    {
+        QFETCH(const QString, option);
+        QFETCH(const QByteArray, text);
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(u"DISPLAY"_s);
+        process.setProcessEnvironment(environment);
+        process.start(Program, {option});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 0);
+        QVERIFY(process.readAllStandardOutput().startsWith(text));
+        QCOMPARE(process.readAllStandardError(), QByteArray());
+    }
+
+    void no_option_of_ours_contains_a_described_one()
+    {
+        const Result help = run({u"--help"_s});
+        QCOMPARE(help.code, 0);
+        int options = 0;
+        for (const QByteArray &line : help.output.split('\n')) {
+            const QByteArray option = line.trimmed().split(' ').first();
+            if (!option.startsWith("--"))
+                continue;
+            ++options;
+            QVERIFY2(!option.contains("-close") && !option.contains("-s"), option.constData());
+        }
+        QCOMPARE(options, 5);
+    }
+
+    void plug_ins_that_others_could_have_written_are_left_out()
+    {
+        QTemporaryDir directory;
+        QVERIFY(QDir(directory.path()).mkdir(u"plugins"_s));
+        const QByteArray path = directory.filePath(u"plugins"_s).toLocal8Bit();
+        QCOMPARE(::chmod(path.constData(), 0777), 0);
+        const Result refused = run({u"-close"_s}, directory.path());
+        QCOMPARE(refused.code, 0);
+        QVERIFY2(refused.errors.contains("plug-in folder ./plugins is left out"),
+                 refused.errors.constData());
+        QCOMPARE(::chmod(path.constData(), 0755), 0);
+        const Result accepted = run({u"-close"_s}, directory.path());
+        QVERIFY2(!accepted.errors.contains("plug-in"), accepted.errors.constData());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_program)
+#include "tst_program.moc"
