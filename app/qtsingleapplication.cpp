@@ -303,12 +303,13 @@ void QtSingleApplication::admitPeers()
             peers--;
             admitPeers();
         });
-        const int patience = peers > MaxPeers / 2 ? CrowdedPatienceMs : PeerPatienceMs;
-        QTimer::singleShot(patience, peer, [peer] {
+        auto *patience = new QTimer(peer);
+        connect(patience, &QTimer::timeout, peer, [peer] {
             // What came while this thread was busy counts.
             peer->waitForReadyRead(0);
             peer->abort();
         });
+        patience->start(peers > MaxPeers / 2 ? CrowdedPatienceMs : PeerPatienceMs);
         hear(peer);
         if (peer->state() == QLocalSocket::UnconnectedState) // it left before it was admitted
             peer->deleteLater();
@@ -331,7 +332,8 @@ void QtSingleApplication::hear(QLocalSocket *peer)
         return;
 
     peer->skip(HeaderSize);
-    QStringDecoder utf8(QStringDecoder::Utf8);
+    QStringDecoder utf8(QStringDecoder::Utf8,
+                        QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     const QString message = utf8(peer->read(length));
     if (utf8.hasError()) {
         peer->abort();

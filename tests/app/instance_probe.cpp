@@ -1,6 +1,7 @@
 // One start of a single-instance application, for tests that need real processes.
 //
 //   instance_probe ID serve             become the first, or hand "-W" over and end
+//   instance_probe ID linger MS         serve, and take so long to end afterwards
 //   instance_probe ID send TEXT MS      only send; never become the first
 //   instance_probe ID sendlong BYTES MS
 //   instance_probe ID self              become the first and send to oneself
@@ -13,6 +14,7 @@
 
 #include <QCryptographicHash>
 #include <QElapsedTimer>
+#include <QThread>
 
 #include <cstdio>
 
@@ -68,6 +70,12 @@ int main(int argc, char **argv)
     const QString &step = arguments.at(2);
     if (step == u"serve")
         return serve(app);
+    if (step == u"linger" && argc == 4) {
+        const int result = serve(app);
+        say(u"lingering"_s);
+        QThread::msleep(arguments.at(3).toULong());
+        return result;
+    }
     if (step == u"send" && argc == 5)
         return send(app, arguments.at(3), arguments.at(4).toInt());
     if (step == u"sendlong" && argc == 5)

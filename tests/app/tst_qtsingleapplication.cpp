@@ -176,7 +176,7 @@ private slots:
     void an_unreadable_lock_is_taken_in_the_end();
     void of_fifty_starts_one_stays_data();
     void of_fifty_starts_one_stays();
-    void a_start_right_after_the_request_to_quit_hands_over_or_stays();
+    void a_start_during_the_owners_shutdown_stays();
     void a_stopped_owner_costs_the_sender_its_time_out();
     void garbage_does_no_harm_data();
     void garbage_does_no_harm();
@@ -231,6 +231,7 @@ void tst_QtSingleApplication::init()
     environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"XDG_RUNTIME_DIR"_s, home->filePath(u"run"_s));
     environment.insert(u"HOME"_s, home->path());
+    environment.insert(u"TMPDIR"_s, home->path()); // where Qt makes what it misses
     environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
     environment.remove(u"XDG_CACHE_HOME"_s);
 }
@@ -275,7 +276,6 @@ void tst_QtSingleApplication::a_message_arrives_as_it_is_data()
     QTest::newRow("show") << u"-W"_s;
     QTest::newRow("a part of a longer word") << u"please -Wait"_s;
     QTest::newRow("empty") << QString();
-    QTest::newRow("byte order mark") << u"\uFEFF-W"_s;
     QTest::newRow("other scripts") << u"Größe 触摸 \U0001F446"_s;
 }
 
@@ -500,6 +500,7 @@ void tst_QtSingleApplication::of_fifty_starts_one_stays()
         QCOMPARE(killed->result(), -1);
     }
     std::vector<std::unique_ptr<Start>> all;
+    all.reserve(50);
     for (int i = 0; i < 50; i++)
         all.push_back(start({u"serve"_s}));
     Start *first = nullptr;
@@ -523,23 +524,22 @@ void tst_QtSingleApplication::of_fifty_starts_one_stays()
     QCOMPARE(first->line(200), QString());
 }
 
-// Whichever comes first, the quit or the start: afterwards nobody hangs and the name is usable.
-void tst_QtSingleApplication::a_start_right_after_the_request_to_quit_hands_over_or_stays()
+void tst_QtSingleApplication::a_start_during_the_owners_shutdown_stays()
 {
-    for (int i = 0; i < 5; i++) {
-        const auto first = start({u"serve"_s});
-        QCOMPARE(first->line(), u"first"_s);
-        const RawPeer quitter(socketPath());
-        QVERIFY(quitter.send(framed("-C"_qba)));
-        const auto next = start({u"serve"_s});
-        QCOMPARE(first->line(), u"got -C"_s);
-        QCOMPARE(quitter.answer(5000), "\x06"_qba);
-        QCOMPARE(first->result(), 0);
-        QCOMPARE(next->line(), u"first"_s);
-        const auto last = start({u"send"_s, u"-C"_s, u"5000"_s});
-        QVERIFY(last->line().startsWith(u"sent"));
-        QCOMPARE(next->result(), 0);
-    }
+    const auto slow = start({u"linger"_s, u"3000"_s});
+    QCOMPARE(slow->line(), u"first"_s);
+    const auto quitter = start({u"send"_s, u"-C"_s, u"5000"_s});
+    QVERIFY(quitter->line().startsWith(u"sent"));
+    QCOMPARE(slow->line(), u"got -C"_s);
+    QCOMPARE(slow->line(), u"lingering"_s);
+    const auto next = start({u"serve"_s});
+    QCOMPARE(next->line(), u"first"_s);
+    QVERIFY(slow->runs());
+    // The old owner's end takes nothing away from the new one.
+    QCOMPARE(slow->result(), 0);
+    const auto second = start({u"serve"_s});
+    QVERIFY(second->line().startsWith(u"sent"));
+    QCOMPARE(next->line(), u"got -W"_s);
 }
 
 void tst_QtSingleApplication::a_stopped_owner_costs_the_sender_its_time_out()
@@ -602,12 +602,12 @@ void tst_QtSingleApplication::a_message_in_pieces_is_whole()
     const auto first = start({u"serve"_s});
     QCOMPARE(first->line(), u"first"_s);
     const RawPeer peer(socketPath());
-    for (const char c : framed("piece by piece"_qba)) {
+    for (const char c : framed("\xef\xbb\xbfpiece by piece"_qba)) {
         QVERIFY(peer.send(QByteArray(1, c)));
         QTest::qSleep(5);
     }
     QCOMPARE(peer.answer(2000), "\x06"_qba);
-    QCOMPARE(first->line(), u"got piece by piece"_s);
+    QCOMPARE(first->line(), u"got \uFEFFpiece by piece"_s);
 }
 
 void tst_QtSingleApplication::a_silent_peer_is_dropped()
@@ -659,6 +659,7 @@ void tst_QtSingleApplication::many_silent_peers_keep_nobody_out()
     const auto first = start({u"serve"_s});
     QCOMPARE(first->line(), u"first"_s);
     std::vector<std::unique_ptr<RawPeer>> silent;
+    silent.reserve(200);
     for (int i = 0; i < 200; i++) {
         silent.push_back(std::make_unique<RawPeer>(socketPath()));
         QVERIFY(silent.back()->isConnected());
