@@ -6,7 +6,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <linux/sockios.h>
+#include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
+#include <thread>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -15,6 +19,11 @@ using namespace std::chrono_literals;
 namespace sim {
 
 namespace {
+
+// Longer than a host that polls leaves between two transfers.
+constexpr auto PauseBudget = 150ms;
+constexpr auto HeardBudget = 200ms;
+constexpr int PollMs = 10;
 
 // URB messages: a 48-byte header of big-endian words, then the data of a submitted OUT transfer
 // or of an answered IN transfer.
@@ -202,6 +211,46 @@ UsbDevice::UsbDevice(FaultyFrame &theFrame, FrameLog &theLog, FileDescriptor the
     connect(&writable, &QSocketNotifier::activated, this, &UsbDevice::flush);
 }
 
+void UsbDevice::hangUp()
+{
+    pullOut();
+    // From here to the hub's notice the kernel's virtual host controller answers nothing, and a
+    // transfer that begins in between holds up the whole unplug for ten seconds. A host that polls
+    // leaves a pause after each transfer: that is the moment to wait for.
+    const auto pauseBy = std::chrono::steady_clock::now() + PauseBudget;
+    pollfd host{socket.get(), POLLIN, 0};
+    while (!hostGone && failures == 0 && std::chrono::steady_clock::now() < pauseBy) {
+        if (::poll(&host, 1, PollMs) > 0)
+            receive();
+    }
+    const auto heardBy = std::chrono::steady_clock::now() + HeardBudget;
+    int unheard = 0;
+    while (!hostGone && ::ioctl(socket.get(), SIOCOUTQ, &unheard) == 0 && unheard > 0 &&
+           std::chrono::steady_clock::now() < heardBy)
+        std::this_thread::sleep_for(1ms);
+    hostGone = true;
+    readable.setEnabled(false);
+    writable.setEnabled(false);
+}
+
+void UsbDevice::pullOut()
+{
+    out = true;
+    // Completing a transfer takes it off the list.
+    const QHash<quint32, Waiting> left = pending;
+    for (const Waiting &waiting : left) {
+        if (waiting.urb.endpoint == 0)
+            failForAbsence(waiting.urb);
+    }
+}
+
+// A host controller reports a device that does not answer as a protocol error.
+void UsbDevice::failForAbsence(const Urb &request)
+{
+    ++failures;
+    complete(request, -EPROTO);
+}
+
 void UsbDevice::receive()
 {
     std::array<char, 16 * 1024> chunk; // NOLINT(cppcoreguidelines-pro-type-member-init)
@@ -215,7 +264,7 @@ void UsbDevice::receive()
         return;
     }
     incoming.append(chunk.data(), count);
-    while (!dead && takeMessage()) {
+    while (!hostGone && takeMessage()) {
     }
 }
 
@@ -256,7 +305,11 @@ bool UsbDevice::takeMessage()
 
 void UsbDevice::submit(const Urb &request)
 {
-    pending.insert(request.sequence, ++tickets);
+    pending.insert(request.sequence, {request, ++tickets});
+    if (out && request.endpoint == 0) {
+        failForAbsence(request);
+        return;
+    }
     if (request.endpoint == 0) {
         control(request);
         return;
@@ -375,9 +428,7 @@ void UsbDevice::transferReport(const Urb &request, const Setup &setup)
         emit logged(lines);
     switch (fault.kind) {
     case Fault::Kind::Unplug:
-        dead = true;
-        readable.setEnabled(false);
-        writable.setEnabled(false);
+        pullOut();
         emit pulled();
         return;
     case Fault::Kind::Stall:
@@ -415,11 +466,11 @@ void UsbDevice::endLater(const Urb &request, std::chrono::milliseconds delay,
     auto *timer = new QTimer(this);
     timer->setSingleShot(true);
     timer->setTimerType(Qt::PreciseTimer);
-    const quint64 ticket = pending.value(request.sequence);
+    const quint64 ticket = pending.value(request.sequence).ticket;
     connect(timer, &QTimer::timeout, this,
             [this, timer, sequence = request.sequence, ticket, end = std::move(end)] {
                 timer->deleteLater();
-                if (!dead && pending.value(sequence) == ticket)
+                if (pending.value(sequence).ticket == ticket)
                     end();
             });
     timer->start(delay);
@@ -444,7 +495,7 @@ void UsbDevice::send(const QByteArray &message)
 
 void UsbDevice::flush()
 {
-    if (dead)
+    if (hostGone)
         return;
     while (!outgoing.isEmpty()) {
         const ssize_t count = ::send(socket.get(), outgoing.constData(), size_t(outgoing.size()),
@@ -465,8 +516,9 @@ void UsbDevice::flush()
 
 void UsbDevice::lose(const QString &reason)
 {
-    if (std::exchange(dead, true))
+    if (std::exchange(hostGone, true))
         return;
+    pending.clear();
     readable.setEnabled(false);
     writable.setEnabled(false);
     emit lost(reason);

@@ -29,9 +29,14 @@ public:
     // The frame and its log outlive this.
     UsbDevice(FaultyFrame &frame, FrameLog &log, FileDescriptor socket, QObject *parent = nullptr);
 
+    // What the host sees before its hub notices that the cable came out: transfers fail. Returns
+    // within half a second, at a moment when the host has just heard of that if it transfers at
+    // all; says nothing more from then on.
+    void hangUp();
+
 signals:
     void logged(const QStringList &lines);
-    // A fault of the plan pulled the plug; nothing is answered any more.
+    // A fault of the plan pulled the plug; every transfer fails from now on.
     void pulled();
     // The host's end closed, or sent what is no URB message.
     void lost(const QString &reason);
@@ -71,6 +76,8 @@ private:
     void send(const QByteArray &message);
     void flush();
     void lose(const QString &reason);
+    void pullOut();
+    void failForAbsence(const Urb &urb);
 
     FaultyFrame &frame;
     FrameLog &log;
@@ -79,11 +86,18 @@ private:
     QSocketNotifier writable;
     QByteArray incoming;
     QByteArray outgoing;
-    // URBs that the host still waits for, with a number of their own: a timer that finds another
-    // number, or none, comes too late.
-    QHash<quint32, quint64> pending;
+    // URBs that the host still waits for, by their sequence number.
+    struct Waiting
+    {
+        Urb urb;
+        // A number of its own: a timer that finds another number, or none, comes too late.
+        quint64 ticket = 0;
+    };
+    QHash<quint32, Waiting> pending;
     quint64 tickets = 0;
-    bool dead = false;
+    bool out = false; // the cable is out: control transfers fail
+    int failures = 0; // transfers that failed for that
+    bool hostGone = false;
 
     quint8 configuration = 0;
     quint8 idleRate = 0;

@@ -154,6 +154,8 @@ QString UsbSession::attach()
 
 void UsbSession::release()
 {
+    if (device)
+        device->hangUp();
     vhci.detach();
     device.reset();
 }

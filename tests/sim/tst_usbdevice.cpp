@@ -6,6 +6,7 @@
 #include <QTest>
 
 #include <sys/socket.h>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -105,8 +106,9 @@ public:
 
 namespace {
 
-// Answers begin with the status: 0, or -EPIPE for a stall.
+// Answers begin with the status: 0, -EPIPE for a stall, -EPROTO for a device that is gone.
 constexpr auto Stall = "ffffffe0 ";
+constexpr auto Absent = "ffffffb9 ";
 constexpr auto Fine = "00000000 ";
 
 constexpr auto SetReport = "21 09 FC 02 00 00 40 00";
@@ -144,7 +146,10 @@ private slots:
     void a_torn_report_ends_in_zeros();
     void a_repeated_command_arrives_twice();
     void a_silent_device_loses_commands();
-    void an_unplug_answers_nothing_and_tells();
+    void an_unplug_by_plan_fails_every_transfer_and_tells();
+    void hanging_up_fails_control_transfers_under_way();
+    void hanging_up_waits_for_the_next_transfer_of_a_host_that_polls();
+    void hanging_up_on_a_silent_host_takes_a_moment_only();
     void frames_are_logged_both_ways();
 };
 
@@ -494,19 +499,68 @@ void TestUsbDevice::a_silent_device_loses_commands()
     QCOMPARE(host.frame.firmware().rotation(), 0);
 }
 
-void TestUsbDevice::an_unplug_answers_nothing_and_tells()
+void TestUsbDevice::an_unplug_by_plan_fails_every_transfer_and_tells()
 {
     Host host(plan(u"at 1 unplug back 3s"_s));
     QSignalSpy pulled(host.device.get(), &sim::UsbDevice::pulled);
     QSignalSpy lost(host.device.get(), &sim::UsbDevice::lost);
     host.submit("00000001", SetReport, outputReport("A7 02"));
-    QVERIFY(host.hear(1, 50).isEmpty());
+    // -EPROTO: nobody is there.
+    QCOMPARE(host.answer(), QByteArray(Absent));
     QCOMPARE(pulled.size(), 1);
     QCOMPARE(lost.size(), 0);
     QVERIFY(!host.frame.plugged());
     QCOMPARE(host.frame.untilBack(), std::optional(3000ms));
     host.submit("00000002", GetReport);
+    QCOMPARE(host.answer(), QByteArray(Absent));
+    host.submit("00000003", "80 00 00 00 00 00 02 00");
+    QCOMPARE(host.answer(), QByteArray(Absent));
+    QCOMPARE(pulled.size(), 1);
+    QCOMPARE(host.frame.transfers(), 1U);
+    QVERIFY(!host.frame.firmware().hasReply());
+}
+
+void TestUsbDevice::hanging_up_fails_control_transfers_under_way()
+{
+    Host host(plan(u"at 1 stall 60s"_s));
+    // Number 7 waits on the interrupt endpoint, number 8 hangs.
+    host.say(QByteArray::fromHex("00000001 00000007 00010002 00000001 00000001"
+                                 "00000200 00000040 00000000 00000000 0000000A"
+                                 "0000000000000000"));
+    host.submit("00000008", GetReport);
     QVERIFY(host.hear(1, 50).isEmpty());
+    host.device->hangUp();
+    const QByteArray heard = host.hear(96, 50);
+    QCOMPARE(heard.size(), 48);
+    QCOMPARE(heard.left(28).toHex(),
+             QByteArray("0000000300000008000000000000000000000000ffffffb900000000"));
+    QSignalSpy lost(host.device.get(), &sim::UsbDevice::lost);
+    host.submit("0000000A", GetReport);
+    host.hang_up();
+    QTest::qWait(20);
+    QCOMPARE(lost.size(), 0);
+}
+
+void TestUsbDevice::hanging_up_waits_for_the_next_transfer_of_a_host_that_polls()
+{
+    Host host;
+    std::thread polling([&host] {
+        std::this_thread::sleep_for(40ms);
+        host.submit("00000008", GetReport);
+    });
+    host.device->hangUp();
+    polling.join();
+    QCOMPARE(host.answer(), QByteArray(Absent));
+}
+
+void TestUsbDevice::hanging_up_on_a_silent_host_takes_a_moment_only()
+{
+    Host host;
+    QElapsedTimer timer;
+    timer.start();
+    host.device->hangUp();
+    QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(host.hear(1, 20).isEmpty());
 }
 
 void TestUsbDevice::frames_are_logged_both_ways()
