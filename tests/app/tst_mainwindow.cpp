@@ -53,7 +53,8 @@ QStringList clippedTexts(const QWidget &window)
     }
     for (const QAbstractButton *button : window.findChildren<QAbstractButton *>()) {
         if (button->isVisibleTo(&window) &&
-            button->fontMetrics().horizontalAdvance(button->text()) + 8 > button->width())
+            button->fontMetrics().horizontalAdvance(QString(button->text()).remove(u'&')) + 8 >
+                button->width())
             clipped.append(button->objectName());
     }
     return clipped;
@@ -149,6 +150,7 @@ private slots:
     {
         window.reset();
         frame.reset();
+        runAtMost(0ms); // a request to end that no event loop has taken lasts until the next one
     }
 
     // The window
