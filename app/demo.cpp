@@ -26,6 +26,12 @@ std::unique_ptr<Demo> Demo::create(const QString &profileFile, const QString &fa
 Demo::Demo(std::shared_ptr<sim::SimAdapter> simulated)
     : frame(std::move(simulated))
 {
+    frame->onPlugChange = [this](bool in) {
+        if (in)
+            emit plugged();
+        else
+            emit unplugged();
+    };
     frame->setLog([](const QString &line) { std::printf("%s\n", qPrintable(line)); });
 }
 
@@ -37,11 +43,9 @@ Demo::~Demo()
 void Demo::attachTo(MainWindow &window)
 {
     window.setWindowTitle(tr("Quorvel (simulated touch frame)"));
-    frame->onPlugChange = [window = &window](bool plugged) {
-        QMetaObject::invokeMethod(
-            window, plugged ? &MainWindow::OnDeviceAdded : &MainWindow::OnDeviceRemoved,
-            Qt::QueuedConnection);
-    };
+    // Queued, since the change is told from inside whatever call on the frame noticed it.
+    connect(this, &Demo::plugged, &window, &MainWindow::OnDeviceAdded, Qt::QueuedConnection);
+    connect(this, &Demo::unplugged, &window, &MainWindow::OnDeviceRemoved, Qt::QueuedConnection);
     QCoreApplication::instance()->installEventFilter(this);
 }
 

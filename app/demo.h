@@ -24,6 +24,11 @@ public:
     void attachTo(MainWindow &window);
     bool calibrationKept() const { return frame->calibrationKept(); }
 
+signals:
+    // The simulated cable; emitted on whichever thread noticed.
+    void plugged();
+    void unplugged();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 

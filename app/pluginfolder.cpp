@@ -108,6 +108,9 @@ private:
             if (lstat(place.c_str(), &above) != 0)
                 return fail(cannotBeRead(place));
             const fs::path next = place / name;
+            struct stat entry
+            {
+            };
             if (lstat(next.c_str(), &entry) != 0) {
                 if (errno != ENOENT && errno != ENOTDIR)
                     return fail(cannotBeRead(next));
@@ -115,8 +118,6 @@ private:
                     checkWritable(place, above);
                 return {};
             }
-            if (!checkOwner(place, above))
-                return {};
             // Where the sticky bit is set, nobody can exchange what belongs to somebody else.
             if (!(above.st_mode & S_ISVTX) && !checkWritable(place, above))
                 return {};

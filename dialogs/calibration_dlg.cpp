@@ -165,7 +165,7 @@ void Calibration_Dlg::paintEvent(QPaintEvent *)
         }
 
         painter.resetTransform();
-        painter.translate(cWidth / 2, cHeight / 2);
+        painter.translate(QPoint(cWidth / 2, cHeight / 2));
         painter.scale(scale, scale);
         QFont font = painter.font();
         font.setPointSize(CountdownPoints);
