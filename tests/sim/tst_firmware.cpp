@@ -713,9 +713,9 @@ void TestFirmware::noise_stays_within_its_bounds()
     for (int i = 0; i < 20; ++i) {
         firmware.command(hostFrame("A5 01"));
         const Frame page = firmware.report();
-        for (int light = 0; light < 55; ++light) {
-            lowest = std::min(lowest, int(page[size_t(7 + light)]));
-            highest = std::max(highest, int(page[size_t(7 + light)]));
+        for (auto level = page.begin() + 7; level != page.begin() + 62; ++level) {
+            lowest = std::min(lowest, int(*level));
+            highest = std::max(highest, int(*level));
         }
     }
     QVERIFY2(lowest >= 95 && lowest <= 96, qPrintable(QString::number(lowest)));
