@@ -13,8 +13,8 @@ class StoppableThread : public QThread
 {
     Q_OBJECT
 public:
-    // Longer than the kernel's five seconds for a control transfer.
-    static constexpr auto StopBudget = std::chrono::milliseconds(6000);
+    // Longer than the ten seconds that hiddev gives a transfer.
+    static constexpr auto StopBudget = std::chrono::milliseconds(12000);
 
     StoppableThread() = default;
     ~StoppableThread() override;

@@ -1,0 +1,264 @@
+// The whole tool on a simulated frame, from the button to what the frame keeps.
+
+#include "app/demo.h"
+#include "app/mainwindow.h"
+#include "dialogs/calend_dlg.h"
+#include "dialogs/calibration_dlg.h"
+#include "resources/resources.h"
+#include "sim/sim_adapter.h"
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+Calibration_Dlg *calibrationScreen()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *screen = qobject_cast<Calibration_Dlg *>(widget))
+            return screen;
+    }
+    return nullptr;
+}
+
+const QPoint Targets[] = {{160, 100}, {1120, 100}, {1120, 700}, {160, 700}};
+
+// Presses a button of the question when it comes up; it runs an event loop of its own.
+class Answer : public QObject
+{
+public:
+    explicit Answer(const QString &buttonName)
+        : button(buttonName)
+    {
+        startTimer(20);
+    }
+    int asked = 0;
+
+protected:
+    void timerEvent(QTimerEvent *) override
+    {
+        if (auto *question = qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget())) {
+            ++asked;
+            QTest::mouseClick(question->findChild<QPushButton *>(button), Qt::LeftButton);
+        }
+    }
+
+private:
+    QString button;
+};
+
+} // namespace
+
+class tst_simulated : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::shared_ptr<sim::SimAdapter> frame;
+    std::unique_ptr<MainWindow> window;
+
+    void start(const sim::Profile &profile = {}, const QString &faults = {})
+    {
+        QString problem;
+        const auto plan = sim::FaultPlan::parse(faults, u"plan"_s, &problem);
+        QVERIFY2(plan, qPrintable(problem));
+        frame = std::make_shared<sim::SimAdapter>(profile, *plan);
+        window = std::make_unique<MainWindow>(frame);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        QCOMPARE(window->connectState(), MainWindow::UsbConnected);
+    }
+    void beginCalibration()
+    {
+        QTest::mouseClick(window->findChild<QPushButton *>(u"calbtn"_s), Qt::LeftButton);
+        QTRY_VERIFY(calibrationScreen()->isVisible());
+    }
+    int step() const
+    {
+        int now = 0;
+        frame->inspect([&now](const sim::Firmware &firmware) {
+            now = firmware.calibration() == sim::Firmware::Calibration::Waiting
+                      ? firmware.calibrationStep()
+                      : 0;
+        });
+        return now;
+    }
+    void touchTargets(int count, QPoint missedBy = {})
+    {
+        for (int i = 0; i < count; ++i) {
+            QTRY_COMPARE(step(), i + 1);
+            QTRY_COMPARE(calibrationScreen()->currentTarget(), i);
+            frame->touch(Targets[i] + missedBy);
+        }
+    }
+    std::optional<sim::KeptCalibration> kept() const
+    {
+        std::optional<sim::KeptCalibration> calibration;
+        frame->inspect(
+            [&](const sim::Firmware &firmware) { calibration = firmware.keptCalibration(); });
+        return calibration;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        initResources();
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+    }
+    void cleanup()
+    {
+        window.reset();
+        frame.reset();
+    }
+
+    void four_touches_and_yes_calibrate_the_frame()
+    {
+        start();
+        beginCalibration();
+        Answer answer(u"pushButton"_s);
+        touchTargets(4);
+        QTRY_VERIFY(kept());
+        QCOMPARE(answer.asked, 1);
+        QCOMPARE(kept()->screen, (sim::ScreenGeometry{0, 0, 1280, 800, 1280, 800}));
+        QCOMPARE(kept()->deviationX, 0);
+        QVERIFY(!calibrationScreen()->isVisible());
+    }
+
+    void four_touches_and_no_keep_nothing()
+    {
+        start();
+        beginCalibration();
+        Answer answer(u"Nobtn"_s);
+        touchTargets(4, QPoint(40, 40));
+        QTRY_COMPARE(answer.asked, 1);
+        QTest::qWait(200);
+        QVERIFY(!kept());
+        QCOMPARE(step(), 0);
+    }
+
+    void a_second_calibration_follows_the_first()
+    {
+        start();
+        for (int round = 0; round < 2; ++round) {
+            beginCalibration();
+            Answer answer(u"pushButton"_s);
+            touchTargets(4, QPoint(round * 26, 0));
+            QTRY_COMPARE(answer.asked, 1);
+            QTRY_VERIFY(kept() && kept()->deviationX == 2 * round);
+        }
+    }
+
+    void an_unplug_in_the_middle_leaves_nothing_half_saved()
+    {
+        start();
+        beginCalibration();
+        touchTargets(2);
+        frame->unplug();
+        window->OnDeviceRemoved();
+        QVERIFY(!calibrationScreen()->isVisible());
+        QVERIFY(!QApplication::activeModalWidget());
+        frame->plug();
+        QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
+        QTest::qWait(300);
+        QVERIFY(!kept());
+        QCOMPARE(step(), 0);
+
+        beginCalibration();
+        Answer answer(u"pushButton"_s);
+        touchTargets(4);
+        QTRY_VERIFY(kept());
+    }
+
+    void escape_in_the_middle_lets_the_frame_go()
+    {
+        start();
+        beginCalibration();
+        touchTargets(1);
+        QTRY_COMPARE(step(), 2);
+        QTest::keyClick(calibrationScreen(), Qt::Key_Escape);
+        QTRY_COMPARE(step(), 0);
+        QVERIFY(!kept());
+    }
+
+    void a_bad_cable_only_slows_the_calibration_down()
+    {
+        start({}, u"at 12 late 200ms\nat 25 repeat\nat 40 torn\nat 55 late 300ms\n"_s);
+        beginCalibration();
+        Answer answer(u"pushButton"_s);
+        touchTargets(4);
+        QTRY_VERIFY(kept());
+    }
+
+    void every_page_of_a_scan_arrives_through_a_window_blocked_for_two_seconds()
+    {
+        sim::Profile largest;
+        largest.lightsX = 500;
+        start(largest);
+        QList<int> pages;
+        connect(window.get(), &MainWindow::Recv03, this, [&pages](UCHAR *buf) {
+            const int first = buf[5] | buf[6] << 8;
+            if (buf[1] == 0xA5 && buf[2] == 0x81 && (pages.isEmpty() || pages.last() != first))
+                pages.append(first);
+        });
+        UCHAR counts[64] = {0x00, 0xA5, 0x00};
+        emit window->Write03(counts);
+        UCHAR scan[64] = {0x00, 0xA5, 0x01};
+        emit window->Write03(scan);
+        std::this_thread::sleep_for(2s);
+        QTRY_COMPARE(pages, QList<int>({0, 55, 110, 165, 220, 275, 330, 385, 440, 495}));
+    }
+
+    void versions_come_from_the_frame()
+    {
+        sim::Profile profile;
+        profile.revision = 0x123456;
+        profile.checksum = 0x89ABCDEF;
+        profile.date = 0x1605;
+        profile.number = 0x54321;
+        profile.family = 2;
+        start(profile);
+        QTRY_COMPARE(hidver.P_FID, 2u);
+        QCOMPARE(hidver.VersionNumber, 0x3010u);
+        QCOMPARE(hidver.SVNNUM, 0x123456u);
+        QCOMPARE(hidver.CHECKSUM, 0x89ABCDEFu);
+        QCOMPARE(hidver.P_DATE, 0x1605u);
+        QCOMPARE(hidver.P_NUM, 0x54321u);
+    }
+
+    void clicks_on_the_calibration_screen_are_touches_in_a_demonstration()
+    {
+        QString problem;
+        const auto demo = Demo::create({}, {}, &problem);
+        QVERIFY2(demo, qPrintable(problem));
+        frame = demo->adapter();
+        window = std::make_unique<MainWindow>(frame);
+        demo->attachTo(*window);
+        QCOMPARE(window->windowTitle(), u"Quorvel (simulated touch frame)"_s);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        beginCalibration();
+        Answer answer(u"pushButton"_s);
+        for (int i = 0; i < 4; ++i) {
+            QTRY_COMPARE(step(), i + 1);
+            QTest::mouseClick(calibrationScreen(), Qt::LeftButton, {}, Targets[i]);
+        }
+        QTRY_VERIFY(demo->calibrationKept());
+        QCOMPARE(kept()->deviationX, 0);
+        QCOMPARE(kept()->deviationY, 0);
+
+        frame->unplug();
+        QTRY_COMPARE(window->connectState(), MainWindow::NotConnected);
+        frame->plug();
+        QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
+    }
+};
+
+QTEST_MAIN(tst_simulated)
+#include "tst_simulated.moc"
