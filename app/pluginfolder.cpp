@@ -22,6 +22,7 @@
 
 using namespace Qt::StringLiterals;
 namespace fs = std::filesystem;
+using Stat = struct stat;
 
 namespace {
 
@@ -43,7 +44,7 @@ bool isTrusted(uid_t user)
     return user == 0 || user == geteuid();
 }
 
-bool othersCanWrite(const struct stat &entry)
+bool othersCanWrite(const Stat &entry)
 {
     return (entry.st_mode & (S_IWGRP | S_IWOTH)) != 0;
 }
@@ -86,11 +87,6 @@ private:
     std::optional<fs::path> resolve(const fs::path &path, Missing missing)
     {
         fs::path place = "/";
-        struct stat entry
-        {
-        };
-        if (lstat("/", &entry) != 0)
-            return fail(cannotBeRead(place));
         std::deque<fs::path> ahead(path.begin(), path.end());
         int links = 0;
         while (!ahead.empty()) {
@@ -102,15 +98,11 @@ private:
                 place = place.parent_path();
                 continue;
             }
-            struct stat above
-            {
-            };
+            Stat above{};
             if (lstat(place.c_str(), &above) != 0)
                 return fail(cannotBeRead(place));
             const fs::path next = place / name;
-            struct stat entry
-            {
-            };
+            Stat entry{};
             if (lstat(next.c_str(), &entry) != 0) {
                 if (errno != ENOENT && errno != ENOTDIR)
                     return fail(cannotBeRead(next));
@@ -140,9 +132,7 @@ private:
 
     void visit(const fs::path &place)
     {
-        struct stat entry
-        {
-        };
+        Stat entry{};
         if (lstat(place.c_str(), &entry) != 0) {
             fail(cannotBeRead(place));
             return;
@@ -177,7 +167,7 @@ private:
                      .arg(printable(place), QString::fromStdString(error.message())));
     }
 
-    bool checkOwner(const fs::path &place, const struct stat &entry)
+    bool checkOwner(const fs::path &place, const Stat &entry)
     {
         if (isTrusted(entry.st_uid))
             return true;
@@ -186,7 +176,7 @@ private:
         return false;
     }
 
-    bool checkWritable(const fs::path &place, const struct stat &entry)
+    bool checkWritable(const fs::path &place, const Stat &entry)
     {
         if (!othersCanWrite(entry))
             return true;

@@ -26,6 +26,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using Stat = struct stat;
 
 namespace {
 
@@ -176,9 +177,7 @@ bool QtSingleApplication::isSafe(const QString &folder) const
 {
     const QByteArray path = QFile::encodeName(folder);
     const int socketLength = int(path.size()) + 1 + int(name.size()) + int(SocketSuffix.size());
-    struct stat entry
-    {
-    };
+    Stat entry{};
     QString objection;
     if (lstat(path.constData(), &entry) != 0)
         objection = tr("it cannot be used (%1)").arg(qt_error_string(errno));

@@ -23,6 +23,7 @@
 #include <vector>
 
 using namespace Qt::StringLiterals;
+using Stat = struct stat;
 
 namespace {
 
@@ -724,9 +725,7 @@ void tst_QtSingleApplication::without_a_run_time_folder_starts_meet_in_the_tempo
     environment.remove(u"XDG_RUNTIME_DIR"_s);
     const auto first = start({u"serve"_s});
     QCOMPARE(first->line(), u"first"_s);
-    struct stat entry
-    {
-    };
+    Stat entry{};
     QCOMPARE(lstat(temporary().toLocal8Bit().constData(), &entry), 0);
     QCOMPARE(entry.st_mode, mode_t(S_IFDIR | 0700));
     const auto second = start({u"serve"_s});
@@ -773,9 +772,7 @@ void tst_QtSingleApplication::a_folder_that_is_not_this_users_alone_is_left_alon
     // Nothing was put there, and the meeting place is in the home directory.
     QVERIFY(what == u"file" || QDir(temporary()).isEmpty());
     const QString place = home->filePath(u".cache/%1-%2"_s.arg(id, QSysInfo::machineHostName()));
-    struct stat entry
-    {
-    };
+    Stat entry{};
     QCOMPARE(lstat(place.toLocal8Bit().constData(), &entry), 0);
     QCOMPARE(entry.st_mode, mode_t(S_IFDIR | 0700));
     QVERIFY(QFile::exists(place + u'/' + id + u".socket"_s));
