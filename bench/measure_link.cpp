@@ -1,0 +1,237 @@
+#include "app/mainwindow.h"
+#include "app/readhotplug.h"
+#include "device/readreportthread.h"
+#include "figure.h"
+#include "resources/resources.h"
+#include "sim/sim_adapter.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QEventLoop>
+#include <QLabel>
+#include <QTimer>
+
+#include <sys/socket.h>
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Ms = std::chrono::duration<double, std::milli>;
+
+constexpr int PlugTrials = 20; // for each delay
+constexpr auto TextLimit = 5s;
+constexpr auto BetweenTrials = 100ms;
+constexpr double PlugBarMs = 150;
+
+constexpr size_t Cycles = 100;
+constexpr Ms Cycle = 67ms;
+constexpr double CycleBar = 1.02;
+constexpr auto CyclesLimit = 60s;
+
+[[noreturn]] void giveUp(const char *sentence)
+{
+    std::fprintf(stderr, "%s\n", sentence);
+    std::_Exit(EXIT_FAILURE);
+}
+
+// Until the loop is told to quit, or limit is over.
+void handleEvents(QEventLoop &loop, std::chrono::milliseconds limit)
+{
+    QTimer bound;
+    bound.setSingleShot(true);
+    QObject::connect(&bound, &QTimer::timeout, &loop, &QEventLoop::quit);
+    bound.start(limit);
+    loop.exec();
+}
+
+// Knows when a label was last painted, and with which text.
+class PaintWatch : public QObject
+{
+public:
+    explicit PaintWatch(QLabel *watched)
+        : label(watched)
+    {
+        label->installEventFilter(this);
+    }
+
+    // Handles events until the label shows text; when that was.
+    Clock::time_point waitFor(const QString &text)
+    {
+        if (shownText != text)
+            handleEvents(loop, TextLimit);
+        if (shownText != text)
+            giveUp("the main window's status text did not change");
+        return shownAt;
+    }
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && label->text() != shownText) {
+            shownText = label->text();
+            shownAt = Clock::now();
+            loop.quit();
+        }
+        return false;
+    }
+
+private:
+    QLabel *label; // not owned
+    QEventLoop loop;
+    QString shownText;
+    Clock::time_point shownAt;
+};
+
+// The kernel's side of the event socket.
+class Events
+{
+public:
+    Events()
+    {
+        int both[2] = {};
+        if (::socketpair(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0, both) != 0)
+            giveUp("no socket pair");
+        here = FileDescriptor(both[0]);
+        there = FileDescriptor(both[1]);
+    }
+
+    FileDescriptor takeOtherEnd() { return std::move(there); }
+    // What the kernel says of the USB device; "add" comes before the device has a node.
+    void send(const char *action)
+    {
+        const QByteArray product = QByteArray::number(VendorId, 16);
+        QByteArray message = QByteArray(action) + "@/devices/pci0000:00/usb1/1-1";
+        message.append('\0').append("ACTION=").append(action);
+        message.append('\0').append("SUBSYSTEM=usb");
+        message.append('\0').append("PRODUCT=").append(product).append("/1/3010");
+        message.append('\0');
+        if (::send(here.get(), message.constData(), size_t(message.size()), 0) != message.size())
+            giveUp("the event socket does not take a message");
+    }
+
+private:
+    FileDescriptor here;
+    FileDescriptor there;
+};
+
+bool measurePlug(int &argc, char **argv)
+{
+    const QApplication app(argc, argv);
+    initResources();
+    const auto frame = std::make_shared<sim::SimAdapter>(
+        sim::Profile(), sim::FaultPlan(), sim::SimOptions{.plugged = false, .clock = {}});
+    MainWindow window(frame);
+    // The event alone has to do it.
+    auto *timer = window.findChild<QTimer *>(u"checkTimer"_s);
+    auto *label = window.findChild<QLabel *>(u"stalab"_s);
+    if (!timer || !label)
+        giveUp("the main window has no checkTimer or no stalab");
+    timer->stop();
+
+    Events events;
+    ReadHotplugThread hotplug(events.takeOtherEnd());
+    QObject::connect(&hotplug, &ReadHotplugThread::DeviceAdd, &window, &MainWindow::OnDeviceAdded);
+    QObject::connect(&hotplug, &ReadHotplugThread::DeviceRemove, &window,
+                     &MainWindow::OnDeviceRemoved);
+    hotplug.start();
+
+    const QString connected = MainWindow::tr("Already link equipment");
+    const QString unconnected = MainWindow::tr("Have not linked equipment");
+    PaintWatch status(label);
+    window.show();
+    status.waitFor(unconnected);
+
+    struct Row
+    {
+        std::chrono::milliseconds delay;
+        std::vector<double> samples;
+    };
+    Row rows[] = {{5ms, {}}, {30ms, {}}, {80ms, {}}};
+    for (int i = 0; i < PlugTrials; ++i) {
+        for (Row &row : rows) {
+            QEventLoop rest;
+            handleEvents(rest, BetweenTrials);
+            Clock::time_point nodeExists;
+            events.send("add");
+            std::thread kernel([&frame, &nodeExists, due = Clock::now() + row.delay] {
+                std::this_thread::sleep_until(due);
+                nodeExists = Clock::now();
+                frame->plug();
+            });
+            const Clock::time_point shown = status.waitFor(connected);
+            kernel.join();
+            row.samples.push_back(Ms(shown - nodeExists).count());
+
+            frame->unplug();
+            events.send("remove");
+            status.waitFor(unconnected);
+        }
+    }
+    bool holds = true;
+    for (const Row &row : rows) {
+        const std::string name = "node to status text, event " + std::to_string(row.delay.count()) +
+                                 " ms before the node, ms";
+        if (!print({name, PlugBarMs, Figure::HeldBy::Maximum, row.samples}))
+            holds = false;
+    }
+    return holds;
+}
+
+bool measureReader()
+{
+    sim::SimAdapter frame{sim::Profile()};
+    if (!frame.DoFindDev(u"col03"_s, true))
+        giveUp("the simulated frame cannot be opened");
+
+    std::array<Clock::time_point, Cycles + 1> ends;
+    std::atomic<size_t> finished = 0;
+    std::array<UCHAR, FrameSize> buf{};
+    ReadReportThread reader(buf.data());
+    reader.setHIDAdapter(&frame, command::ReportId);
+    QObject::connect(
+        &reader, &ReadReportThread::ReadOver, &reader,
+        [&ends, &finished] {
+            if (finished < ends.size()) {
+                ends[finished] = Clock::now();
+                ++finished;
+            }
+        },
+        Qt::DirectConnection);
+    reader.start();
+    const auto deadline = Clock::now() + CyclesLimit;
+    while (finished < ends.size()) {
+        if (Clock::now() > deadline)
+            giveUp("the reader does not finish its cycles");
+        std::this_thread::sleep_for(BetweenTrials);
+    }
+    reader.terminate();
+    reader.wait();
+
+    std::vector<double> shares;
+    for (size_t i = 1; i < ends.size(); ++i)
+        shares.push_back(Ms(ends[i] - ends[i - 1]) / Cycle);
+    return print({"reader cycle / 67 ms", CycleBar, Figure::HeldBy::Median, shares});
+}
+
+} // namespace
+
+// measure_link plug|reader: measures the program's own parts on a simulated frame. "plug" needs
+// an X server. Prints lines of the table; the exit code is 0 when every bar holds.
+int main(int argc, char **argv)
+{
+    const std::string_view figure = argc == 2 ? argv[1] : "";
+    if (figure == "plug")
+        return measurePlug(argc, argv) ? 0 : 1;
+    if (figure == "reader")
+        return measureReader() ? 0 : 1;
+    giveUp("use: measure_link plug|reader");
+}
