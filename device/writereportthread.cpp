@@ -41,5 +41,7 @@ void writereportthread::run()
     const bool failed = HID_Util->SendReport(reportID, frame.data());
     if (failed)
         pause(PauseAfterFailure);
-    emit WriteOver(failed ? SendFailed : SendSucceeded);
+    // Of a device that is being closed nobody wants to know.
+    if (!stopRequested())
+        emit WriteOver(failed ? SendFailed : SendSucceeded);
 }
