@@ -281,7 +281,7 @@ private slots:
         QCOMPARE(window->connectState(), MainWindow::NotConnected);
         std::this_thread::sleep_for(30ms);
         frame->present = true;
-        QTRY_COMPARE_WITH_TIMEOUT(window->connectState(), MainWindow::UsbConnected, 100);
+        QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
     }
 
     void a_forced_removal_disconnects_a_frame_that_is_still_there_until_the_next_tick()
