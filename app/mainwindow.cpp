@@ -526,6 +526,11 @@ void MainWindow::closeEvent(QCloseEvent *event)
     if (!isHidden()) {
         hide();
         event->ignore();
+        if (!QSystemTrayIcon::isSystemTrayAvailable())
+            std::fprintf(
+                stderr, "%s\n",
+                qPrintable(tr("This desktop has no tray to hide in. Start quorvel again to "
+                              "show its window, or quorvel -close to end it.")));
         return;
     }
     iTrayIcon->hide();
