@@ -38,6 +38,9 @@ constexpr int RetriesAfterPlug = 75;
 // A new node gets its final permissions a moment after it appears.
 constexpr qint64 ProblemSettlesMs = 400;
 constexpr auto PauseBetweenResets = 500us;
+// Many times what a send takes.
+constexpr auto SendPatience = 500ms;
+constexpr size_t MaxOutbox = 64;
 
 constexpr QSize WindowSize(350, 272);
 constexpr Qt::WindowFlags CalibrationFlags(Qt::SubWindow);
@@ -99,6 +102,7 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
     connect(this, &MainWindow::Recv03, this, &MainWindow::DoRecv03);
     connect(this, &MainWindow::Write03, this, &MainWindow::OnWrite03);
     connect(writeThread03.get(), &writereportthread::WriteOver, this, &MainWindow::OnWriteOver);
+    connect(writeThread03.get(), &QThread::finished, this, &MainWindow::OnWriterFinished);
 
     calibrationdlg = std::make_unique<Calibration_Dlg>();
     connect(calibrationdlg.get(), &Calibration_Dlg::Write03, this, &MainWindow::OnWrite03);
@@ -172,6 +176,7 @@ void MainWindow::endUsb()
     writeThread03->wait();
     HID_Util03->CloseDevice();
     readThread03->discardWaiting();
+    outbox.clear();
     // A receiver may be in an event loop of its own, with the others still to be handed this frame.
     RecvBuf03.fill(0);
     connect_sta = NotConnected;
@@ -232,10 +237,16 @@ void MainWindow::OnWrite03(UCHAR *WriteBuf)
 {
     const QMutexLocker lock(&mutexWrite03);
     if (connect_sta == UsbConnected) {
-        if (!writeThread03->wait())
+        if (outbox.size() >= MaxOutbox) {
+            qCWarning(lcLink, "%zu frames wait for the touch frame: one more is dropped",
+                      MaxOutbox);
             return;
-        MALVOUTIL::Buf_util::CopyBuf(WriteBuf, SendBuf03.data(), FrameSize);
-        writeThread03->start(QThread::InheritPriority);
+        }
+        // The next frame waits for the last one to be out, but not for a device that hangs.
+        const bool hanging = !outbox.empty();
+        MALVOUTIL::Buf_util::CopyBuf(WriteBuf, outbox.emplace_back().data(), FrameSize);
+        if (!hanging && writeThread03->waitFor(SendPatience))
+            sendNext();
     } else if (connect_sta == SerialOpen) {
         SendBufUart[0] = command::serial::Sync1;
         SendBufUart[1] = command::serial::Sync2;
@@ -245,6 +256,21 @@ void MainWindow::OnWrite03(UCHAR *WriteBuf)
                                     command::serial::BufferSize);
         myCOM->writeData(reinterpret_cast<const char *>(SendBufUart.data()), length);
     }
+}
+
+// Hands the first waiting frame to the writer, which has ended.
+void MainWindow::sendNext()
+{
+    SendBuf03 = outbox.front();
+    outbox.pop_front();
+    writeThread03->start(QThread::InheritPriority);
+}
+
+void MainWindow::OnWriterFinished()
+{
+    const QMutexLocker lock(&mutexWrite03);
+    if (!outbox.empty() && writeThread03->waitFor(SendPatience))
+        sendNext();
 }
 
 void MainWindow::OnRecv03(QChar status)

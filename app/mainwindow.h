@@ -11,6 +11,7 @@
 #include <QSystemTrayIcon>
 
 #include <array>
+#include <deque>
 #include <memory>
 
 namespace Ui {
@@ -62,6 +63,7 @@ public slots:
     void OnWrite03(UCHAR *WriteBuf);
     void OnRecv03(QChar status);
     void OnWriteOver(QChar status);
+    void OnWriterFinished();
     void OnRecvUart();
     void DoRecv03(UCHAR *RecvBuf);
     void ontimer();
@@ -97,13 +99,15 @@ private:
     void retrySearch();
     void announceProblem();
     void endUsb();
+    void sendNext();
 
     std::unique_ptr<Ui::MainWindow> ui;
     std::shared_ptr<HID_AdpterPacket::HID_Adapter> HID_Util03;
 
     // Written by takeFrame() on this thread; what a Recv03 receiver is handed.
-    std::array<UCHAR, FrameSize> RecvBuf03{};
-    std::array<UCHAR, FrameSize> SendBuf03{}; // read by the writer, changed while it does not run
+    Frame RecvBuf03{};
+    Frame SendBuf03{};        // read by the writer, changed while it does not run
+    std::deque<Frame> outbox; // frames behind one that the device takes long to accept
     std::array<UCHAR, command::serial::BufferSize> RecvBufUart{}; // without the sync bytes
     std::array<UCHAR, command::serial::BufferSize> SendBufUart{};
     bool delivering = false; // a Recv03 receiver is at work, perhaps in an event loop of its own

@@ -22,18 +22,24 @@ void StoppableThread::terminate()
     stopChanged.notify_all();
 }
 
+bool StoppableThread::waitFor(std::chrono::milliseconds time)
+{
+    if (!QThread::wait(QDeadlineTimer(time)))
+        return false;
+    // What the thread did is seen here through this lock too, which the thread sanitizer knows;
+    // it cannot see Qt's.
+    const std::lock_guard lock(stopLock);
+    return true;
+}
+
 bool StoppableThread::wait()
 {
-    if (QThread::wait(QDeadlineTimer(StopBudget))) {
-        // What the thread did is seen here through this lock too, which the thread sanitizer
-        // knows; it cannot see Qt's.
-        const std::lock_guard lock(stopLock);
+    if (waitFor(StopBudget))
         return true;
-    }
     qCWarning(lcLink, "%s has been stuck in one call for %lld ms and is killed",
               metaObject()->className(), static_cast<long long>(StopBudget.count()));
     QThread::terminate();
-    return QThread::wait(QDeadlineTimer(StopBudget));
+    return waitFor(StopBudget);
 }
 
 bool StoppableThread::stopRequested() const

@@ -21,6 +21,8 @@ public:
 
     void start(Priority priority = InheritPriority);
     virtual void terminate();
+    // True when the thread has ended by itself in this time, or did not run.
+    bool waitFor(std::chrono::milliseconds time);
     // True when the thread has ended. One that is still busy after the budget is killed.
     bool wait();
 

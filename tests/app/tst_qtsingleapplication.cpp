@@ -794,7 +794,7 @@ void tst_QtSingleApplication::a_run_time_folder_that_will_not_do_is_left_alone()
     QFETCH(QString, folder);
     QFETCH(QString, complaint);
     folder.replace(u'@', home->path());
-    if (folder.endsWith(u'l'))
+    if (folder.startsWith(home->path()) && !QFile::exists(folder))
         QCOMPARE(mkdir(folder.toLocal8Bit().constData(), 0700), 0);
     environment.insert(u"XDG_RUNTIME_DIR"_s, folder);
     const auto first = start({u"serve"_s});

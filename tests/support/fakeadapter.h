@@ -64,6 +64,15 @@ public:
         }
         unstalled.notify_all();
     }
+    // Sends hang from now on, until released.
+    void stallSends(bool stall)
+    {
+        {
+            const std::lock_guard guard(lock);
+            sendsStalled = stall;
+        }
+        unstalled.notify_all();
+    }
     void setProblem(const HID_AdpterPacket::NodeProblem &now) { problem = now; }
 
     static int numberOf(const UCHAR *frame) { return frame[60] | frame[61] << 8 | frame[62] << 16; }
@@ -72,7 +81,8 @@ public:
     bool IsDevOpened() override { return opened; }
     bool SendReport(UCHAR, UCHAR *buf) override
     {
-        const std::lock_guard guard(lock);
+        std::unique_lock guard(lock);
+        unstalled.wait(guard, [this] { return !sendsStalled; });
         frames.append({QByteArray(reinterpret_cast<char *>(buf), FrameSize), Clock::now()});
         return sendFails;
     }
@@ -117,11 +127,12 @@ public:
     HID_AdpterPacket::NodeProblem LastProblem() const override { return problem; }
 
 private:
-    std::mutex lock; // protects report, frames and stalled
+    std::mutex lock; // protects report, frames and both stalls
     std::condition_variable unstalled;
     QByteArray report;
     QList<Sent> frames;
     bool stalled = false;
+    bool sendsStalled = false;
     bool opened = false;
     HID_AdpterPacket::NodeProblem problem;
 };
