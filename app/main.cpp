@@ -22,14 +22,6 @@ QStringList argumentsOf(int argc, char **argv)
     return arguments;
 }
 
-// A process that only hands a request over.
-int handOver(QtSingleApplication &app, MainWindow &window, const QString &message)
-{
-    app.sendMessage(message, MessageTimeoutMs);
-    window.OnExit();
-    return 0;
-}
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -69,10 +61,16 @@ int main(int argc, char **argv)
     if (demo)
         demo->attachTo(window);
 
-    if (asked.close)
-        return handOver(app, window, u"-C"_s);
-    if (app.isRunning())
-        return handOver(app, window, u"-W"_s);
+    if (asked.close) {
+        app.sendMessage(u"-C"_s, MessageTimeoutMs);
+        window.OnExit();
+        return 0;
+    }
+    // An instance that was just ending leaves its place to this one.
+    if (app.isRunning() && (app.sendMessage(u"-W"_s, MessageTimeoutMs) || app.isRunning())) {
+        window.OnExit();
+        return 0;
+    }
     QObject::connect(&app, &QtSingleApplication::messageReceived, &window,
                      &MainWindow::handleMessage);
     if (!asked.hidden)
