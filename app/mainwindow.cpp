@@ -501,7 +501,8 @@ void MainWindow::addTray()
     iTrayIcon->setToolTip(tr("Quorvel"));
     iTrayIcon->setContextMenu(iTraymenu.get());
     connect(iTrayIcon.get(), &QSystemTrayIcon::activated, this, &MainWindow::iconActivated);
-    iTrayIcon->show();
+    // From the event loop, which a start that only hands over never runs: it shows no icon.
+    QMetaObject::invokeMethod(iTrayIcon.get(), &QSystemTrayIcon::show, Qt::QueuedConnection);
 }
 
 void MainWindow::iconActivated(QSystemTrayIcon::ActivationReason reason)
