@@ -1,9 +1,11 @@
 #include "app/mainwindow.h"
 #include "app/readhotplug.h"
 #include "device/readreportthread.h"
+#include "device/writereportthread.h"
 #include "figure.h"
 #include "resources/resources.h"
 #include "sim/sim_adapter.h"
+#include "tests/support/fakeadapter.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -36,6 +38,9 @@ constexpr size_t Cycles = 100;
 constexpr Ms Cycle = 67ms;
 constexpr double CycleBar = 1.02;
 constexpr auto CyclesLimit = 60s;
+
+constexpr int Frames = 60;
+constexpr double WriteBarMs = 52;
 
 [[noreturn]] void giveUp(const char *sentence)
 {
@@ -222,10 +227,29 @@ bool measureReader()
     return print({"reader cycle / 67 ms", CycleBar, Figure::HeldBy::Median, shares});
 }
 
+// From the moment a frame is asked to be sent until the adapter has it.
+bool measureWriter()
+{
+    FakeAdapter device;
+    Frame frame{};
+    writereportthread writer(frame.data());
+    writer.setHIDAdapter(&device, command::ReportId);
+    std::vector<double> delays;
+    for (int i = 0; i < Frames; ++i) {
+        const auto asked = Clock::now();
+        writer.start();
+        if (!writer.wait())
+            giveUp("the writer does not end");
+        delays.push_back(Ms(device.sent().last().when - asked).count());
+    }
+    return print(
+        {"frame sent after it was asked for, ms", WriteBarMs, Figure::HeldBy::Median, delays});
+}
+
 } // namespace
 
-// measure_link plug|reader: measures the program's own parts on a simulated frame. "plug" needs
-// an X server. Prints lines of the table; the exit code is 0 when every bar holds.
+// measure_link plug|reader|writer: measures the program's own parts on a simulated frame. "plug"
+// needs an X server. Prints lines of the table; the exit code is 0 when every bar holds.
 int main(int argc, char **argv)
 {
     const std::string_view figure = argc == 2 ? argv[1] : "";
@@ -233,5 +257,7 @@ int main(int argc, char **argv)
         return measurePlug(argc, argv) ? 0 : 1;
     if (figure == "reader")
         return measureReader() ? 0 : 1;
-    giveUp("use: measure_link plug|reader");
+    if (figure == "writer")
+        return measureWriter() ? 0 : 1;
+    giveUp("use: measure_link plug|reader|writer");
 }
