@@ -193,7 +193,9 @@ void Calibration_Dlg::showEvent(QShowEvent *)
     awaited = cal::Step1;
     if (rect.isValid())
         setGeometry(rect);
-    showFullScreen();
+    // Not showFullScreen(), which shows a window that is being shown already: newer toolkits take
+    // that for another showing.
+    setWindowState(windowState() | Qt::WindowFullScreen);
     SendCalStep(cal::Begin);
     timer->start(TickPeriod);
 }
