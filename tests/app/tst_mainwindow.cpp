@@ -747,7 +747,8 @@ private slots:
             if (auto *candidate = qobject_cast<QMenu *>(widget))
                 menu = candidate;
         }
-        QVERIFY(menu);
+        if (!menu)
+            QFAIL("the tray icon has no menu");
         const QList<QAction *> actions = menu->actions();
         QCOMPARE(actions.size(), 3);
         QCOMPARE(actions[0]->text(), u"Show"_s);

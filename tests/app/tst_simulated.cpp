@@ -34,8 +34,8 @@ const QPoint Targets[] = {{160, 100}, {1120, 100}, {1120, 700}, {160, 700}};
 class Answer : public QObject
 {
 public:
-    explicit Answer(const QString &buttonName)
-        : button(buttonName)
+    explicit Answer(QString buttonName)
+        : button(std::move(buttonName))
     {
         startTimer(20);
     }

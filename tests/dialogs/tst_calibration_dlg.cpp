@@ -52,7 +52,7 @@ ScreenLayout oneScreen(int width, int height)
 
 QList<int> list(const std::array<int, 4> &numbers)
 {
-    return QList<int>(numbers.begin(), numbers.end());
+    return {numbers.begin(), numbers.end()};
 }
 
 // The picture as it must be at scale 1, drawn from its description alone.
