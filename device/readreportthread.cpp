@@ -3,8 +3,6 @@
 #include "link_log.h"
 #include "malvoutil.h"
 
-#include <QMutexLocker>
-
 using namespace std::chrono_literals;
 
 namespace {
@@ -19,10 +17,6 @@ ReadReportThread::ReadReportThread(UCHAR *readBuf)
 
 ReadReportThread::~ReadReportThread()
 {
-    {
-        const QMutexLocker lock(&mutex);
-        terminate();
-    }
     finish();
 }
 
@@ -62,8 +56,6 @@ quint64 ReadReportThread::droppedFrames() const
 void ReadReportThread::run()
 {
     while (!stopRequested()) {
-        mutex.lock();
-        mutex.unlock();
         Frame frame{};
         HID_Util->ReadReport(reportID, frame.data());
         enqueue(frame);

@@ -4,7 +4,6 @@
 #include "stoppablethread.h"
 
 #include <QChar>
-#include <QMutex>
 
 #include <deque>
 #include <mutex>
@@ -46,7 +45,6 @@ private:
     HID_AdpterPacket::HID_Adapter *HID_Util = nullptr; // not owned
     UCHAR *ReadBuf; // FrameSize bytes, not owned, receiver's thread
     UCHAR reportID = 0;
-    QMutex mutex; // a cycle begins only while nobody holds it
 
     mutable std::mutex waitingLock; // protects the three below
     std::deque<Frame> waiting;

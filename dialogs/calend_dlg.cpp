@@ -9,10 +9,6 @@ using namespace std::chrono_literals;
 
 Q_LOGGING_CATEGORY(lcCalibration, "quorvel.calibration", QtWarningMsg)
 
-namespace {
-constexpr int LargestGoodDeviation = 5;
-}
-
 CalEnd_dlg::CalEnd_dlg(QWidget *parent)
     : QDialog(parent)
     , ui(std::make_unique<Ui::CalEnd_dlg>())

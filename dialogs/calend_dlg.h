@@ -14,6 +14,8 @@ class CalEnd_dlg : public QDialog
 {
     Q_OBJECT
 public:
+    static constexpr int LargestGoodDeviation = 5; // per cent
+
     // The countdown runs from here.
     explicit CalEnd_dlg(QWidget *parent);
     ~CalEnd_dlg() override;

@@ -21,7 +21,6 @@ namespace {
 
 constexpr auto TickPeriod = 500ms;
 constexpr int TicksUntilTimeOut = 60;
-constexpr int LargestGoodDeviation = 5;
 constexpr UCHAR Nothing = cal::Begin; // as the awaited reply
 
 // Rings of the target per animation phase, radii in pixels.
@@ -66,14 +65,13 @@ void Calibration_Dlg::setPrimaryScr(int screen)
 
 void Calibration_Dlg::setPrimaryScr(int screen, const ScreenLayout &layout)
 {
-    primaryScr = screen;
-    scrCnt = int(layout.screens.size());
-    if (scrCnt == 0)
+    if (layout.screens.isEmpty())
         return;
     gWidth = layout.desktop.width();
     gHeight = layout.desktop.height();
-    const QRect chosen = scrCnt == 1 ? QRect(QPoint(0, 0), layout.desktop)
-                                     : layout.screens.value(screen, layout.screens.first());
+    const QRect chosen = layout.screens.size() == 1
+                             ? QRect(QPoint(0, 0), layout.desktop)
+                             : layout.screens.value(screen, layout.screens.first());
     cStartX = chosen.x();
     cStartY = chosen.y();
     cWidth = chosen.width();
@@ -285,7 +283,7 @@ void Calibration_Dlg::DoOldCalibration(unsigned char *buf)
         qDebug("CAL_END\n");
         deviation =
             (std::abs(qint8(frame[cal::DeviationX])) + std::abs(qint8(frame[cal::DeviationY]))) / 2;
-        if (deviation <= LargestGoodDeviation)
+        if (deviation <= CalEnd_dlg::LargestGoodDeviation)
             qDebug("%s\n", qPrintable(tr("Calibration accuracy: %1%").arg(100 - deviation)));
         cal_end = true;
         awaited = Nothing;

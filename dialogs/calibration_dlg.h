@@ -82,16 +82,14 @@ private:
     int ellipse_step = 0;           // animation phase, 0 to 2
     std::array<int, 4> ellipse_x{}; // target centres, native pixels of the calibrated screen
     std::array<int, 4> ellipse_y{};
-    int time_step = 0;  // half-seconds since the showing
-    int deviation = 0;  // per cent, as the device reported it
-    QTimer *timer;      // child
-    QPixmap mainmap;    // everything is drawn here first; native size of the calibrated screen
-    QMutex mutex;       // held while a reply is handled
-    UCHAR awaited = 0;  // the one reply of the device that is acted on next
-    int scrCnt = 0;     // number of screens
-    int primaryScr = 0; // index of the calibrated one
-    QRect rect;         // where the window goes, in Qt's coordinates
-    int gWidth = 0;     // the whole desktop, native pixels
+    int time_step = 0; // half-seconds since the showing
+    int deviation = 0; // per cent, as the device reported it
+    QTimer *timer;     // child
+    QPixmap mainmap;   // everything is drawn here first; native size of the calibrated screen
+    QMutex mutex;      // held while a reply is handled
+    UCHAR awaited = 0; // the one reply of the device that is acted on next
+    QRect rect;        // where the window goes, in Qt's coordinates
+    int gWidth = 0;    // the whole desktop, native pixels
     int gHeight = 0;
     int cWidth = 0; // the calibrated screen, native pixels
     int cHeight = 0;
