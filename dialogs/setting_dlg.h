@@ -1,0 +1,61 @@
+#pragma once
+
+#include "config/xml_class.h"
+#include "device/struct.h"
+
+#include <QDialog>
+#include <QMutex>
+
+#include <memory>
+
+namespace Ui {
+class Setting_dlg;
+}
+
+// Chooses what the screen is mainly used for and what surrounds it. The two blue texts are the
+// pending choice; OK and Apply keep it in the settings file, leaving in any other way drops it.
+// Nothing is sent: no command carries a preset.
+class Setting_dlg : public QDialog
+{
+    Q_OBJECT
+public:
+    explicit Setting_dlg(QWidget *parent);
+    ~Setting_dlg() override;
+
+signals:
+    void Write03(UCHAR *WriteBuf); // never emitted
+
+public slots:
+    void DoRecv03(UCHAR *RecvBuf); // FrameSize bytes
+    void OnUSBConnect();
+
+protected:
+    void hideEvent(QHideEvent *event) override;
+
+private slots:
+    void on_Operatebtn_clicked();
+    void on_Writebtn_clicked();
+    void on_Percussionbtn_clicked();
+    void on_Multipointbtn_clicked();
+    void on_Indoorbtn_clicked();
+    void on_Rainbtn_clicked();
+    void on_Sunshinebtn_clicked();
+    void on_Shockbtn_clicked();
+    void on_okbtn_clicked();
+    void on_canbtn_clicked();
+    void on_applybtn_clicked();
+    void on_AdvBtn_clicked();
+
+private:
+    void Get_Data();     // file to form
+    void Easyset_Data(); // form to file
+    void Data2Easysetting();
+    void Easysetting2Data();
+    void SendSettingData();
+    void setStringFont();
+
+    std::unique_ptr<Ui::Setting_dlg> ui;
+    _EASYSETTING_DATA EasysettingData; // as last read or kept
+    XML_CLASS xmlclass;
+    QMutex mutex; // held while a report is taken
+};

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "config/xml_class.h"
+#include "device/struct.h"
+
+#include <QDialog>
+#include <QMutex>
+
+#include <memory>
+
+class QSlider;
+namespace Ui {
+class useradv_dlg;
+}
+
+// Sets how gestures of a finger become mouse actions. OK and Apply keep the settings in the
+// settings file and send them; leaving in any other way drops what was changed. The stored
+// settings are sent on every connection, so what was kept without a frame arrives with the next.
+// Double-click settings are only stored.
+class useradv_dlg : public QDialog
+{
+    Q_OBJECT
+public:
+    explicit useradv_dlg(QWidget *parent);
+    ~useradv_dlg() override;
+
+    // Whether a frame would receive what is sent; not at first.
+    void setConnected(bool connected);
+
+signals:
+    void Write03(UCHAR *WriteBuf); // FrameSize bytes, valid during the call
+
+public slots:
+    void DoRecv03(UCHAR *RecvBuf); // FrameSize bytes; no reply is awaited
+    void OnUSBConnect();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private slots:
+    void on_pushButton_4_clicked();
+    void on_pushButton_5_clicked();
+    void on_pushButton_6_clicked();
+    void on_pushButton_7_clicked();
+    void on_pushButton_8_clicked();
+    void on_pushButton_9_clicked();
+    void on_pushButton_10_clicked();
+    void on_pushButton_11_clicked();
+    void on_pushButton_12_clicked();
+    void on_pushButton_15_clicked();
+    void on_applybtn_clicked();
+    void on_resbtn_clicked();
+    void on_okbtn_clicked();
+    void on_canbtn_clicked();
+
+private:
+    void Get_Data(); // file to form
+    void Set_Data(); // form to file
+    void Data2Setting();
+    void Setting2Data();
+    void SendSettingData();
+    void applySettings();
+    void setNotice(const QString &text);
+
+    std::unique_ptr<Ui::useradv_dlg> ui;
+    _SETTING_DATA SettingData; // as last read, kept or defaulted
+    XML_CLASS xmlclass;
+    QMutex mutex; // held while a report is taken
+    bool isConnected = false;
+};
