@@ -1,0 +1,66 @@
+#pragma once
+
+#include "device/struct.h"
+
+#include <QDialog>
+#include <QMutex>
+#include <QTime>
+
+#include <memory>
+#include <optional>
+
+namespace Ui {
+class Rotation_dlg;
+}
+
+// Turns the coordinates that the touch frame reports by quarter turns, and shows the rotation that
+// the frame says it has. Nothing is kept here: each showing and each button asks the frame anew.
+//
+// While a question is unanswered, the tool tip of the shown rotation says since when.
+class Rotation_dlg : public QDialog
+{
+    Q_OBJECT
+public:
+    explicit Rotation_dlg(QWidget *parent);
+    ~Rotation_dlg() override;
+
+    // Sends the rotation chosen last and asks which one the frame has.
+    void SendRotationData();
+    // Asks, then blocks for a second: the frame's time to answer. The answer comes to DoRecv03.
+    void getCurrentRotation();
+    void updateCurrentRotationLab();
+
+    // What the frame turns by after a reset, in quarter turns; UnknownRotation before it said so.
+    UCHAR reportedDefaultRotation() const { return defaultRotation; }
+
+    static constexpr UCHAR UnknownRotation = 0xFF;
+
+signals:
+    void Write03(UCHAR *WriteBuf);
+
+public slots:
+    // Takes a report of FrameSize bytes, of any command class.
+    void DoRecv03(UCHAR *RecvBuf);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private slots:
+    void on_okbtn_clicked();
+    void on_rotation0btn_clicked();
+    void on_rotation90btn_clicked();
+    void on_rotation180btn_clicked();
+    void on_rotation270btn_clicked();
+
+private:
+    void setRotation(UCHAR code);
+    void setUnansweredSince(std::optional<QTime> time);
+
+    std::unique_ptr<Ui::Rotation_dlg> ui;
+    UCHAR defaultRotation = UnknownRotation; // quarter turns, as reported
+    UCHAR currentRotation = UnknownRotation; // quarter turns, as reported
+    UCHAR tosetRotation = 0;                 // quarter turns, of the next set command
+    QMutex mutex;                            // held while a report is handled
+    std::optional<QTime> unansweredSince;    // the first question without an answer
+    std::optional<Frame> lastReport;         // the report delivered last
+};

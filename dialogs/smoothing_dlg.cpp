@@ -1,0 +1,85 @@
+#include "smoothing_dlg.h"
+
+#include "device/malvoutil.h"
+#include "ui_smoothing_dlg.h"
+
+#include <QHideEvent>
+#include <QMutexLocker>
+
+using namespace MALVOUTIL;
+
+smoothing_dlg::smoothing_dlg(QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::smoothing_dlg>())
+{
+    ui->setupUi(this);
+    Get_Data();
+}
+
+smoothing_dlg::~smoothing_dlg() = default;
+
+void smoothing_dlg::Get_Data()
+{
+    SmoothingData = xmlclass.read_smoothing();
+    Data2Smoothing();
+}
+
+void smoothing_dlg::Set_Data()
+{
+    Smoothing2Data();
+    xmlclass.write_smoothing(SmoothingData);
+}
+
+void smoothing_dlg::Data2Smoothing()
+{
+    ui->smo_lv->setValue(SmoothingData.smo_lv);
+    ui->checkBox->setChecked(SmoothingData.smo_en != 0);
+}
+
+void smoothing_dlg::Smoothing2Data()
+{
+    SmoothingData.smo_lv = ui->smo_lv->value();
+    SmoothingData.smo_en = ui->checkBox->isChecked() ? 1 : 0;
+}
+
+void smoothing_dlg::SendSmoothingData()
+{
+    Frame frame{};
+    emit Write03(frame.data());
+}
+
+void smoothing_dlg::DoRecv04(UCHAR *RecvBuf)
+{
+    const QMutexLocker locker(&mutex);
+    Frame report;
+    Buf_util::CopyBuf(RecvBuf, report.data(), FrameSize);
+}
+
+void smoothing_dlg::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    // A minimised window keeps what was not saved yet.
+    if (!event->spontaneous())
+        Get_Data();
+}
+
+void smoothing_dlg::on_pushButton_clicked()
+{
+    Set_Data();
+    close();
+}
+
+void smoothing_dlg::on_pushButton_2_clicked()
+{
+    close();
+}
+
+void smoothing_dlg::on_pushButton_3_clicked()
+{
+    ui->smo_lv->setValue(ui->smo_lv->value() - 1);
+}
+
+void smoothing_dlg::on_pushButton_4_clicked()
+{
+    ui->smo_lv->setValue(ui->smo_lv->value() + 1);
+}

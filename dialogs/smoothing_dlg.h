@@ -1,0 +1,53 @@
+#pragma once
+
+#include "config/xml_class.h"
+#include "device/struct.h"
+
+#include <QDialog>
+#include <QMutex>
+
+#include <memory>
+
+namespace Ui {
+class smoothing_dlg;
+}
+
+// Smoothing of written strokes: on or off, and its level. The choice goes to the settings file with
+// OK and nowhere else; however else the window is closed, it shows the file's values again.
+class smoothing_dlg : public QDialog
+{
+    Q_OBJECT
+public:
+    explicit smoothing_dlg(QWidget *parent);
+    ~smoothing_dlg() override;
+
+    // Sends an empty frame: no command for smoothing is known, so nothing calls this.
+    void SendSmoothingData();
+
+signals:
+    void Write03(UCHAR *WriteBuf);
+
+public slots:
+    // Takes a report of FrameSize bytes and drops it.
+    void DoRecv04(UCHAR *RecvBuf);
+
+protected:
+    void hideEvent(QHideEvent *event) override;
+
+private slots:
+    void on_pushButton_clicked();
+    void on_pushButton_2_clicked();
+    void on_pushButton_3_clicked();
+    void on_pushButton_4_clicked();
+
+private:
+    void Get_Data();
+    void Set_Data();
+    void Data2Smoothing();
+    void Smoothing2Data();
+
+    std::unique_ptr<Ui::smoothing_dlg> ui;
+    _SMOOTHING_DATA SmoothingData; // as the file or the window had it last
+    XML_CLASS xmlclass;
+    QMutex mutex; // held while a report is copied
+};

@@ -1,0 +1,84 @@
+#include "version_dlg.h"
+
+#include "device/struct.h"
+#include "fittext.h"
+#include "ui_version_dlg.h"
+
+#include <QDebug>
+#include <QDir>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QPoint OkPlace(60, 145);
+constexpr int FontPoints = 9;
+constexpr int ThreadWaitMs = 1000;
+
+// Product families.
+constexpr quint32 Orva = 1;
+constexpr quint32 Telma = 2;
+
+QString hex(quint32 value, int digits = 1)
+{
+    return QString::number(value, 16).toUpper().rightJustified(digits, u'0');
+}
+
+} // namespace
+
+Version_Dlg::Version_Dlg(QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::Version_Dlg>())
+{
+    ui->setupUi(this);
+    setStringFont();
+    ui->pushButton_upgrade->hide();
+    ui->pushButton->move(OkPlace);
+}
+
+Version_Dlg::~Version_Dlg() = default;
+
+void Version_Dlg::setStringFont()
+{
+    setFont(QFont(u"Tahoma"_s, FontPoints));
+}
+
+void Version_Dlg::showEvent(QShowEvent *event)
+{
+    const quint32 version = hidver.VersionNumber;
+    ui->label_3->setText(tr("Device version: ") + hex(version >> 12) + tr(".") +
+                         hex((version & 0xFFF) >> 8) + tr(".") + hex((version & 0xFF) >> 4) +
+                         tr(".") + hex(version & 0xF));
+    ui->label_4->setText(tr("Hardware: ") + hex(hidver.VendorID, 4) + tr(" - ") +
+                         hex(hidver.ProductID, 4));
+    ui->label_5->setText(tr("SID: ") + hex(hidver.CHECKSUM, 8) + tr(" - ") + hex(hidver.SVNNUM, 6));
+    const QString type = hidver.P_FID == Orva    ? tr("ORVA")
+                         : hidver.P_FID == Telma ? tr("TELMA")
+                                                 : tr("UNDEF");
+    ui->label_6->setText(tr("PID: ") + type + tr(" - ") + hex(hidver.P_DATE, 4) +
+                         hex(hidver.P_NUM, 5));
+    for (QLabel *label : {ui->label_2, ui->label_3, ui->label_4, ui->label_5, ui->label_6})
+        fitText(label, label->width());
+    QDialog::showEvent(event);
+}
+
+void Version_Dlg::on_pushButton_upgrade_clicked()
+{
+    const QDir working(QDir::currentPath());
+    const QString backup = working.path() + u"/backup"_s;
+    if (QDir().mkdir(backup))
+        qDebug().noquote() << backup;
+    for (const QString &name : working.entryList()) {
+        const QString source = working.path() + u'/' + name;
+        // A link may lead to a pipe or a device, which would be read for ever.
+        if (QFileInfo(source).isFile())
+            QFile::copy(source, backup + u'/' + name);
+    }
+    auto *thread = new MyThread(this);
+    thread->start();
+    thread->wait(ThreadWaitMs);
+    if (QWidget *window = parentWidget()) {
+        window->hide();
+        window->close();
+    }
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QDialog>
+#include <QThread>
+
+#include <memory>
+
+namespace Ui {
+class Version_Dlg;
+}
+
+// Where an update would do its work; it has none yet.
+class MyThread : public QThread
+{
+public:
+    using QThread::QThread;
+
+protected:
+    void run() override {}
+};
+
+// Shows the versions of this tool and of the connected touch frame (hidver), anew at each showing.
+//
+// Its hidden button prepares a firmware update: it copies the files of the working directory to a
+// directory "backup" there and closes the parent window.
+class Version_Dlg : public QDialog
+{
+    Q_OBJECT
+public:
+    explicit Version_Dlg(QWidget *parent);
+    ~Version_Dlg() override;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private slots:
+    void on_pushButton_upgrade_clicked();
+
+private:
+    void setStringFont();
+
+    std::unique_ptr<Ui::Version_Dlg> ui;
+};
