@@ -1,0 +1,146 @@
+#include "setting_dlg.h"
+
+#include "ui_setting_dlg.h"
+#include "useradv_dlg.h"
+
+#include <QHideEvent>
+#include <QMutexLocker>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+Setting_dlg::Setting_dlg(QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::Setting_dlg>())
+{
+    ui->setupUi(this);
+    setWindowFlags(Qt::Drawer);
+    // Only one environment can be chosen so far; the others are there to be seen.
+    for (QPushButton *button : {ui->Rainbtn, ui->Sunshinebtn, ui->Shockbtn})
+        button->setEnabled(false);
+    setStringFont();
+    Get_Data();
+}
+
+Setting_dlg::~Setting_dlg() = default;
+
+void Setting_dlg::DoRecv03(UCHAR *RecvBuf)
+{
+    const QMutexLocker lock(&mutex);
+    Frame report;
+    std::copy_n(RecvBuf, FrameSize, report.begin());
+}
+
+void Setting_dlg::OnUSBConnect()
+{
+    Get_Data();
+    SendSettingData();
+}
+
+void Setting_dlg::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    if (!event->spontaneous())
+        Get_Data();
+}
+
+void Setting_dlg::on_Operatebtn_clicked()
+{
+    ui->UseLab->setText(ui->Operatebtn->text());
+}
+
+void Setting_dlg::on_Writebtn_clicked()
+{
+    ui->UseLab->setText(ui->Writebtn->text());
+}
+
+void Setting_dlg::on_Percussionbtn_clicked()
+{
+    ui->UseLab->setText(ui->Percussionbtn->text());
+}
+
+void Setting_dlg::on_Multipointbtn_clicked()
+{
+    ui->UseLab->setText(ui->Multipointbtn->text());
+}
+
+void Setting_dlg::on_Indoorbtn_clicked()
+{
+    ui->EnvironmentLab->setText(ui->Indoorbtn->text());
+}
+
+void Setting_dlg::on_Rainbtn_clicked()
+{
+    ui->EnvironmentLab->setText(ui->Rainbtn->text());
+}
+
+void Setting_dlg::on_Sunshinebtn_clicked()
+{
+    ui->EnvironmentLab->setText(ui->Sunshinebtn->text());
+}
+
+void Setting_dlg::on_Shockbtn_clicked()
+{
+    ui->EnvironmentLab->setText(ui->Shockbtn->text());
+}
+
+void Setting_dlg::on_okbtn_clicked()
+{
+    on_applybtn_clicked();
+    close();
+}
+
+void Setting_dlg::on_canbtn_clicked()
+{
+    close();
+}
+
+void Setting_dlg::on_applybtn_clicked()
+{
+    Easyset_Data();
+    SendSettingData();
+}
+
+void Setting_dlg::on_AdvBtn_clicked()
+{
+    if (parentWidget() == nullptr)
+        return;
+    if (auto *advanced = parentWidget()->findChild<useradv_dlg *>()) {
+        advanced->show();
+        advanced->raise();
+        advanced->activateWindow();
+    }
+}
+
+void Setting_dlg::Get_Data()
+{
+    EasysettingData = xmlclass.read_easysetting();
+    Data2Easysetting();
+}
+
+void Setting_dlg::Easyset_Data()
+{
+    Easysetting2Data();
+    xmlclass.write_easysetting(EasysettingData);
+}
+
+void Setting_dlg::Data2Easysetting()
+{
+    ui->EnvironmentLab->setText(EasysettingData.Environment);
+    ui->UseLab->setText(EasysettingData.Use);
+}
+
+void Setting_dlg::Easysetting2Data()
+{
+    EasysettingData.Environment = ui->EnvironmentLab->text();
+    EasysettingData.Use = ui->UseLab->text();
+}
+
+// Empty until there is a command that carries the preset.
+void Setting_dlg::SendSettingData() {}
+
+void Setting_dlg::setStringFont()
+{
+    setFont(QFont(u"Tahoma"_s, 9));
+}

@@ -1,0 +1,239 @@
+#include "useradv_dlg.h"
+
+#include "device/commands.h"
+#include "ui_useradv_dlg.h"
+
+#include <QHideEvent>
+#include <QKeyEvent>
+#include <QMutexLocker>
+#include <QToolTip>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Sets a slider to its value plus a step, within its range.
+void moveBy(QSlider *slider, int step)
+{
+    slider->setValue(slider->value() + step);
+}
+
+// The other way round within the range of the slider, and within it for any value.
+int inverted(const QSlider *slider, int value)
+{
+    return slider->maximum() + slider->minimum() -
+           std::clamp(value, slider->minimum(), slider->maximum());
+}
+
+} // namespace
+
+useradv_dlg::useradv_dlg(QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::useradv_dlg>())
+{
+    ui->setupUi(this);
+    setWindowFlags(Qt::Drawer);
+    // A slider does not tell by itself what it stands at.
+    for (QSlider *slider : {ui->rbspeed, ui->rbran, ui->dbspeed, ui->dbran, ui->WheelSen}) {
+        const QString shown = slider == ui->rbspeed ? tr("%1 ms", "duration") : u"%1"_s;
+        const auto tell = [slider, shown] { slider->setToolTip(shown.arg(slider->value())); };
+        connect(slider, &QSlider::valueChanged, slider, tell);
+        tell();
+    }
+    Get_Data();
+}
+
+useradv_dlg::~useradv_dlg() = default;
+
+void useradv_dlg::setConnected(bool connected)
+{
+    isConnected = connected;
+}
+
+void useradv_dlg::DoRecv03(UCHAR *RecvBuf)
+{
+    const QMutexLocker lock(&mutex);
+    Frame report;
+    std::copy_n(RecvBuf, FrameSize, report.begin());
+}
+
+void useradv_dlg::OnUSBConnect()
+{
+    Get_Data();
+    SendSettingData();
+    setNotice(QString());
+}
+
+// No key but one has an effect here, Escape included.
+void useradv_dlg::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() != Qt::Key_C || !ui->dbran->hasFocus() || parentWidget() == nullptr)
+        return;
+    if (auto *diagnostics = parentWidget()->findChild<QDialog *>(u"advset_dlg"_s)) {
+        diagnostics->show();
+        diagnostics->raise();
+        diagnostics->activateWindow();
+    }
+}
+
+void useradv_dlg::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    if (!event->spontaneous())
+        Get_Data();
+}
+
+void useradv_dlg::on_pushButton_4_clicked()
+{
+    moveBy(ui->dbspeed, -100);
+}
+
+void useradv_dlg::on_pushButton_5_clicked()
+{
+    moveBy(ui->dbran, -10);
+}
+
+void useradv_dlg::on_pushButton_6_clicked()
+{
+    moveBy(ui->dbran, 10);
+}
+
+void useradv_dlg::on_pushButton_7_clicked()
+{
+    moveBy(ui->dbspeed, 100);
+}
+
+void useradv_dlg::on_pushButton_8_clicked()
+{
+    moveBy(ui->rbspeed, 500);
+}
+
+void useradv_dlg::on_pushButton_9_clicked()
+{
+    moveBy(ui->rbran, 1);
+}
+
+void useradv_dlg::on_pushButton_10_clicked()
+{
+    moveBy(ui->rbran, -1);
+}
+
+void useradv_dlg::on_pushButton_11_clicked()
+{
+    moveBy(ui->rbspeed, -500);
+}
+
+void useradv_dlg::on_pushButton_12_clicked()
+{
+    moveBy(ui->WheelSen, 1);
+}
+
+void useradv_dlg::on_pushButton_15_clicked()
+{
+    moveBy(ui->WheelSen, -1);
+}
+
+void useradv_dlg::on_applybtn_clicked()
+{
+    applySettings();
+    // Touch screens do not hover.
+    if (!isConnected)
+        QToolTip::showText(ui->applybtn->mapToGlobal(ui->applybtn->rect().center()),
+                           ui->applybtn->toolTip(), ui->applybtn);
+}
+
+void useradv_dlg::on_resbtn_clicked()
+{
+    SettingData = {.all_en = 1,
+                   .rb_en = 1,
+                   .rb_duration = 1500,
+                   .rb_ran = 3,
+                   .db_speed = 600,
+                   .db_ran = 40, // not what a new settings file says
+                   .wheel_en = 1,
+                   .wheel_sen = 2};
+    Data2Setting();
+}
+
+void useradv_dlg::on_okbtn_clicked()
+{
+    applySettings();
+    close();
+}
+
+void useradv_dlg::on_canbtn_clicked()
+{
+    close();
+}
+
+void useradv_dlg::Get_Data()
+{
+    SettingData = xmlclass.read_setting();
+    Data2Setting();
+}
+
+void useradv_dlg::Set_Data()
+{
+    Setting2Data();
+    xmlclass.write_setting(SettingData);
+}
+
+void useradv_dlg::Data2Setting()
+{
+    ui->checkBox->setChecked(SettingData.all_en != 0);
+    ui->checkBox_2->setChecked(SettingData.rb_en != 0);
+    ui->rbspeed->setValue(SettingData.rb_duration);
+    ui->rbran->setValue(SettingData.rb_ran);
+    ui->dbspeed->setValue(SettingData.db_speed);
+    ui->dbran->setValue(SettingData.db_ran);
+    ui->WheelEn->setChecked(SettingData.wheel_en != 0);
+    ui->WheelSen->setValue(inverted(ui->WheelSen, SettingData.wheel_sen));
+}
+
+void useradv_dlg::Setting2Data()
+{
+    SettingData.all_en = ui->checkBox->isChecked() ? 1 : 0;
+    SettingData.rb_en = ui->checkBox_2->isChecked() ? 1 : 0;
+    SettingData.rb_duration = ui->rbspeed->value();
+    SettingData.rb_ran = ui->rbran->value();
+    SettingData.db_speed = ui->dbspeed->value();
+    SettingData.db_ran = ui->dbran->value();
+    SettingData.wheel_en = ui->WheelEn->isChecked() ? 1 : 0;
+    SettingData.wheel_sen = inverted(ui->WheelSen, ui->WheelSen->value());
+}
+
+void useradv_dlg::SendSettingData()
+{
+    Frame frame{};
+    frame[command::offset::Class] = command::Settings;
+    frame[command::offset::Sub] = command::settings::SetGestures;
+    frame[command::offset::Length] = command::settings::GesturesLength;
+    frame[command::settings::AllEnabled] = UCHAR(SettingData.all_en);
+    frame[command::settings::RightButtonEnabled] = UCHAR(SettingData.rb_en);
+    command::putLe16(&frame[command::settings::RightButtonDuration], SettingData.rb_duration);
+    frame[command::settings::RightButtonRange] = UCHAR(SettingData.rb_ran);
+    frame[command::settings::WheelEnabled] = UCHAR(SettingData.wheel_en);
+    frame[command::settings::WheelSensitivity] = UCHAR(SettingData.wheel_sen);
+    emit Write03(frame.data());
+}
+
+void useradv_dlg::applySettings()
+{
+    Set_Data();
+    SendSettingData();
+    setNotice(isConnected ? QString()
+                          : tr("No touch frame is connected. The settings are kept and will be "
+                               "sent when one is connected by USB."));
+}
+
+// What there is to know about the last Apply; empty when all went as expected.
+void useradv_dlg::setNotice(const QString &text)
+{
+    if (text.isEmpty() && !ui->applybtn->toolTip().isEmpty() &&
+        QToolTip::text() == ui->applybtn->toolTip())
+        QToolTip::hideText();
+    ui->applybtn->setToolTip(text);
+    ui->applybtn->setAccessibleDescription(text);
+}
