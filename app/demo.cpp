@@ -1,12 +1,16 @@
 #include "demo.h"
 
+#include "config/xml_class.h"
 #include "dialogs/calibration_dlg.h"
 #include "mainwindow.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QMouseEvent>
 
 #include <cstdio>
+
+using namespace Qt::StringLiterals;
 
 std::unique_ptr<Demo> Demo::create(const QString &profileFile, const QString &faultsFile,
                                    QString *problem)
@@ -19,8 +23,15 @@ std::unique_ptr<Demo> Demo::create(const QString &profileFile, const QString &fa
         faults = sim::FaultPlan::load(faultsFile, problem);
     if (!profile || !faults)
         return nullptr;
-    return std::unique_ptr<Demo>(
+    std::unique_ptr<Demo> demo(
         new Demo(std::make_shared<sim::SimAdapter>(std::move(*profile), std::move(*faults))));
+    if (!demo->home.isValid() || !QDir(demo->home.path()).mkdir(u".config"_s)) {
+        *problem = tr("Cannot make a directory for the settings of the demonstration: %1")
+                       .arg(demo->home.errorString());
+        return nullptr;
+    }
+    XML_CLASS::useHome(demo->home.path());
+    return demo;
 }
 
 Demo::Demo(std::shared_ptr<sim::SimAdapter> simulated)

@@ -3,19 +3,21 @@
 #include "sim/sim_adapter.h"
 
 #include <QObject>
+#include <QTemporaryDir>
 
 #include <memory>
 
 class MainWindow;
 
 // The tool on a simulated touch frame: clicks on the calibration screen are touches of the frame,
-// and every frame is told on standard output.
+// and every frame is told on standard output. Settings are kept until the end, and not among the
+// user's.
 class Demo : public QObject
 {
     Q_OBJECT
 public:
     // Reads the files that are named; without a name, the usual frame on a good cable. Returns
-    // nothing and the reason in problem when a file is wrong.
+    // nothing and the reason in problem when a file is wrong or settings can be kept nowhere.
     static std::unique_ptr<Demo> create(const QString &profileFile, const QString &faultsFile,
                                         QString *problem);
     ~Demo() override;
@@ -36,4 +38,5 @@ private:
     explicit Demo(std::shared_ptr<sim::SimAdapter> simulated);
 
     std::shared_ptr<sim::SimAdapter> frame;
+    QTemporaryDir home;
 };

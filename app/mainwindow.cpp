@@ -7,16 +7,23 @@
 #include "device/readreportthread.h"
 #include "device/writereportthread.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/rotation_dlg.h"
+#include "dialogs/setting_dlg.h"
+#include "dialogs/smoothing_dlg.h"
+#include "dialogs/useradv_dlg.h"
+#include "dialogs/version_dlg.h"
 #include "readhotplug.h"
 #include "ui_mainwindow.h"
 
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QMessageBox>
 #include <QMutexLocker>
 #include <QScopedValueRollback>
 #include <QScreen>
+#include <QShortcut>
 #include <QTimer>
 
 #include <algorithm>
@@ -76,6 +83,13 @@ QString advice(const NodeProblem &problem)
         .arg(problem.node, cause);
 }
 
+void present(QWidget *window)
+{
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
 } // namespace
 
 MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
@@ -104,9 +118,8 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
     connect(writeThread03.get(), &writereportthread::WriteOver, this, &MainWindow::OnWriteOver);
     connect(writeThread03.get(), &QThread::finished, this, &MainWindow::OnWriterFinished);
 
-    calibrationdlg = std::make_unique<Calibration_Dlg>();
-    connect(calibrationdlg.get(), &Calibration_Dlg::Write03, this, &MainWindow::OnWrite03);
-    connect(this, &MainWindow::Recv03, calibrationdlg.get(), &Calibration_Dlg::DoRecv03);
+    addDialogs();
+    addContextMenu();
 
     connect(hotplugThread.get(), &ReadHotplugThread::DeviceAdd, this, &MainWindow::OnDeviceAdded);
     connect(hotplugThread.get(), &ReadHotplugThread::DeviceRemove, this,
@@ -149,7 +162,7 @@ bool MainWindow::CheckUSBDevCon()
     readThread03->setHIDAdapter(HID_Util03.get(), command::ReportId);
     readThread03->start(QThread::InheritPriority);
     writeThread03->setHIDAdapter(HID_Util03.get(), command::ReportId);
-    connect_sta = UsbConnected;
+    setState(UsbConnected);
     emit USBConnect();
     GetHIDver();
     return true;
@@ -167,6 +180,12 @@ bool MainWindow::CheckUSBDevRem(bool force)
     return connect_sta != 0;
 }
 
+void MainWindow::setState(ConnectState state)
+{
+    connect_sta = state;
+    useradvdlg->setConnected(state == UsbConnected || state == SerialOpen);
+}
+
 // Stops the threads and closes the device; nothing that it said is delivered any more.
 void MainWindow::endUsb()
 {
@@ -179,7 +198,7 @@ void MainWindow::endUsb()
     outbox.clear();
     // A receiver may be in an event loop of its own, with the others still to be handed this frame.
     RecvBuf03.fill(0);
-    connect_sta = NotConnected;
+    setState(NotConnected);
 }
 
 void MainWindow::OnDeviceAdded()
@@ -323,11 +342,53 @@ void MainWindow::GetHIDver()
     }
 }
 
+// The order decides who hears of a connection first, so what is sent then comes in that order too.
+void MainWindow::addDialogs()
+{
+    smoothingdlg = new smoothing_dlg(this);
+    connect(smoothingdlg, &smoothing_dlg::Write03, this, &MainWindow::OnWrite03);
+
+    settingdlg = new Setting_dlg(this);
+    connect(settingdlg, &Setting_dlg::Write03, this, &MainWindow::OnWrite03);
+    connect(this, &MainWindow::Recv03, settingdlg, &Setting_dlg::DoRecv03);
+    connect(this, &MainWindow::USBConnect, settingdlg, &Setting_dlg::OnUSBConnect);
+
+    useradvdlg = new useradv_dlg(this);
+    connect(useradvdlg, &useradv_dlg::Write03, this, &MainWindow::OnWrite03);
+    connect(this, &MainWindow::Recv03, useradvdlg, &useradv_dlg::DoRecv03);
+    connect(this, &MainWindow::USBConnect, useradvdlg, &useradv_dlg::OnUSBConnect);
+
+    calibrationdlg = std::make_unique<Calibration_Dlg>();
+    connect(calibrationdlg.get(), &Calibration_Dlg::Write03, this, &MainWindow::OnWrite03);
+    connect(this, &MainWindow::Recv03, calibrationdlg.get(), &Calibration_Dlg::DoRecv03);
+
+    versiondlg = new Version_Dlg(this);
+
+    rotationdlg = new Rotation_dlg(this);
+    connect(rotationdlg, &Rotation_dlg::Write03, this, &MainWindow::OnWrite03);
+    connect(this, &MainWindow::Recv03, rotationdlg, &Rotation_dlg::DoRecv03);
+}
+
 void MainWindow::on_calbtn_clicked()
 {
     calibrationdlg->setPrimaryScr(int(QGuiApplication::screens().indexOf(screen())));
     calibrationdlg->setWindowFlags(CalibrationFlags);
     calibrationdlg->show();
+}
+
+void MainWindow::on_setbtn_clicked()
+{
+    present(settingdlg);
+}
+
+void MainWindow::on_pushButton_clicked()
+{
+    present(versiondlg);
+}
+
+void MainWindow::on_rotationButton_clicked()
+{
+    rotationdlg->exec();
 }
 
 void MainWindow::on_pushButton_2_clicked()
@@ -366,10 +427,10 @@ bool MainWindow::OpenUart(const QString &portName, const PortSettings &settings)
     myCOM->setPortName(portName);
     if (!myCOM->open(QIODevice::ReadWrite)) {
         UiWhenUncon();
-        connect_sta = SerialFailed;
+        setState(SerialFailed);
         return false;
     }
-    connect_sta = SerialOpen;
+    setState(SerialOpen);
     UiWhenCon();
     toMyComSetting(settings);
     return true;
@@ -381,7 +442,7 @@ void MainWindow::CLoseUart()
     if (connect_sta != SerialOpen)
         return;
     calibrationdlg->OnDeviceLost();
-    connect_sta = SerialClosed;
+    setState(SerialClosed);
     updateUi();
 }
 
@@ -489,6 +550,38 @@ void MainWindow::setStringFont()
     setFixedSize(WindowSize);
 }
 
+void MainWindow::addContextMenu()
+{
+    contextMenu = new QMenu(this);
+    settingAction = contextMenu->addAction(tr("&Setting"), this, &MainWindow::on_setbtn_clicked);
+    settingAction->setEnabled(ui->setbtn->isEnabled());
+    contextMenu->addAction(tr("S&moothing"), this, [this] { present(smoothingdlg); });
+    contextMenu->addAction(tr("&Connect"))->setEnabled(false);
+
+    // Disabled buttons swallow the event.
+    for (QPushButton *button : deviceButtons())
+        button->installEventFilter(this);
+    // Qt knows the Menu key only.
+    const auto *shiftF10 = new QShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F10), this);
+    connect(shiftF10, &QShortcut::activated, this, [this] {
+        const QWidget *at = focusWidget() ? focusWidget() : this;
+        contextMenu->popup(at->mapToGlobal(at->rect().center()));
+    });
+}
+
+void MainWindow::contextMenuEvent(QContextMenuEvent *event)
+{
+    contextMenu->popup(event->globalPos());
+}
+
+bool MainWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::ContextMenu)
+        return QMainWindow::eventFilter(watched, event);
+    contextMenuEvent(static_cast<QContextMenuEvent *>(event));
+    return true;
+}
+
 void MainWindow::addTray()
 {
     iTraymenu = std::make_unique<QMenu>();
@@ -513,10 +606,17 @@ void MainWindow::iconActivated(QSystemTrayIcon::ActivationReason reason)
     updateUi();
 }
 
+// Those that make sense with a frame only.
+QList<QPushButton *> MainWindow::deviceButtons() const
+{
+    return {ui->calbtn, ui->setbtn, ui->pushButton_2, ui->rotationButton};
+}
+
 void MainWindow::setDeviceButtonsEnabled(bool enabled)
 {
-    for (QPushButton *button : {ui->calbtn, ui->setbtn, ui->pushButton_2, ui->rotationButton})
+    for (QPushButton *button : deviceButtons())
         button->setEnabled(enabled);
+    settingAction->setEnabled(enabled);
 }
 
 void MainWindow::UiWhenCon()
@@ -529,7 +629,9 @@ void MainWindow::UiWhenUncon()
 {
     setDeviceButtonsEnabled(false);
     ui->stalab->setText(tr("Have not linked equipment"));
-    calibrationdlg->close();
+    for (QWidget *dialog : std::initializer_list<QWidget *>{smoothingdlg, settingdlg, useradvdlg,
+                                                            versiondlg, calibrationdlg.get()})
+        dialog->close();
 }
 
 void MainWindow::updateUi()
@@ -575,9 +677,6 @@ void MainWindow::handleMessage(const QString &message)
 {
     if (message.contains("-C"_L1))
         OnExit();
-    if (message.contains("-W"_L1)) {
-        show();
-        raise();
-        activateWindow();
-    }
+    if (message.contains("-W"_L1))
+        present(this);
 }

@@ -21,9 +21,15 @@ class Calibration_Dlg;
 class Posix_QextSerialPort;
 class QAction;
 class QMenu;
+class QPushButton;
 class QTimer;
 class ReadHotplugThread;
 class ReadReportThread;
+class Rotation_dlg;
+class Setting_dlg;
+class Version_Dlg;
+class smoothing_dlg;
+class useradv_dlg;
 class writereportthread;
 
 // The hub of the program: owns the link to the touch frame and every dialog, routes frames between
@@ -76,20 +82,29 @@ public slots:
 
 private slots:
     void on_calbtn_clicked();
+    void on_setbtn_clicked();
+    void on_pushButton_clicked();
     void on_pushButton_2_clicked();
+    void on_rotationButton_clicked();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:
+    void addDialogs();
+    void addContextMenu();
     void addTray();
+    void setState(ConnectState state);
     void doRegisterForDevNotification();
     void setStringFont();
     void setPictures();
     void UiWhenCon();
     void UiWhenUncon();
     void updateUi();
+    QList<QPushButton *> deviceButtons() const;
     void setDeviceButtonsEnabled(bool enabled);
     void GetHIDver();
     void DefUartData();
@@ -130,6 +145,16 @@ private:
     HID_AdpterPacket::NodeProblem seenProblem;      // of the last search
     HID_AdpterPacket::NodeProblem announcedProblem; // the one that the user has been told
     QElapsedTimer problemSince;
+
+    // Dialogs that show a sibling find it among this window's children.
+    smoothing_dlg *smoothingdlg = nullptr; // child
+    Setting_dlg *settingdlg = nullptr;     // child
+    useradv_dlg *useradvdlg = nullptr;     // child
+    Version_Dlg *versiondlg = nullptr;     // child
+    Rotation_dlg *rotationdlg = nullptr;   // child
+
+    QMenu *contextMenu = nullptr;     // child; leads to what the form has no visible button for
+    QAction *settingAction = nullptr; // of contextMenu
 
     std::unique_ptr<QMenu> iTraymenu;
     std::unique_ptr<QSystemTrayIcon> iTrayIcon;

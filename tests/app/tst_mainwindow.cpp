@@ -1,7 +1,13 @@
 #include "app/mainwindow.h"
+#include "config/xml_class.h"
 #include "device/readreportthread.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/rotation_dlg.h"
+#include "dialogs/setting_dlg.h"
+#include "dialogs/smoothing_dlg.h"
+#include "dialogs/useradv_dlg.h"
+#include "dialogs/version_dlg.h"
 #include "resources/resources.h"
 #include "tests/support/capture.h"
 #include "tests/support/fakeadapter.h"
@@ -9,13 +15,17 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDir>
 #include <QEventLoop>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
+#include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSlider>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -67,6 +77,7 @@ class tst_mainwindow : public QObject
     Q_OBJECT
 
 private:
+    std::unique_ptr<QTemporaryDir> home;
     std::shared_ptr<FakeAdapter> frame;
     std::unique_ptr<MainWindow> window;
 
@@ -89,8 +100,8 @@ private:
         frame->present = true;
         window->OnDeviceAdded();
         QCOMPARE(window->connectState(), MainWindow::UsbConnected);
-        // The version query goes out first.
-        QTRY_COMPARE(frame->sent().size(), frame->version > 0x2FFF ? 1 : 0);
+        // The gestures and, to a current device, the version query.
+        QTRY_COMPARE(frame->sent().size(), frame->version > 0x2FFF ? 2 : 1);
         frame->forgetSent();
     }
     void removeFrame()
@@ -140,6 +151,9 @@ private slots:
     {
         hidver = {};
         QGuiApplication::setQuitOnLastWindowClosed(false);
+        home = std::make_unique<QTemporaryDir>();
+        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
+        XML_CLASS::useHome(home->path());
         frame = std::make_shared<FakeAdapter>();
         frame->present = false;
         window = std::make_unique<MainWindow>(frame);
@@ -373,17 +387,190 @@ private slots:
         QCOMPARE(child<QLabel>("stalab")->toolTip(), QString());
     }
 
+    void every_connection_sends_the_stored_gestures_and_then_asks_for_the_version()
+    {
+        // A hold of 2000 ms within 4, the wheel at 1.
+        const QByteArrayList stored{"a2 00 05 00 01 01 d0 07 04 01 01",
+                                    "a3 00 00 00 00 00 00 00 00 00 00"};
+        XML_CLASS().write_setting({.all_en = 1,
+                                   .rb_en = 1,
+                                   .rb_duration = 2000,
+                                   .rb_ran = 4,
+                                   .db_speed = 600,
+                                   .db_ran = 30,
+                                   .wheel_en = 1,
+                                   .wheel_sen = 1});
+        for (int round = 0; round < 2; ++round) {
+            frame->forgetSent();
+            frame->present = true;
+            window->OnDeviceAdded();
+            QTRY_COMPARE(frame->sentBytes(11), stored);
+            removeFrame();
+        }
+    }
+
+    // Dialogs
+
+    void the_context_menu_leads_to_what_the_form_hides_data()
+    {
+        QTest::addColumn<QString>("clicked");
+        QTest::addColumn<QString>("key");
+        QTest::newRow("right click on a text") << u"label_3"_s << QString();
+        QTest::newRow("right click on a disabled button") << u"rotationButton"_s << QString();
+        QTest::newRow("menu key") << QString() << u"Menu"_s;
+        QTest::newRow("shift and F10") << QString() << u"shift+F10"_s;
+    }
+    void the_context_menu_leads_to_what_the_form_hides()
+    {
+        QFETCH(const QString, clicked);
+        QFETCH(const QString, key);
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        child("pushButton")->setFocus();
+        // As a person does it: the X server and the toolkit have their say.
+        QStringList input{u"key"_s, key};
+        if (key.isEmpty()) {
+            const auto *at = child<QWidget>(clicked.toLatin1().constData());
+            const QPoint place = at->mapToGlobal(at->rect().center());
+            input = {u"mousemove"_s, QString::number(place.x()), QString::number(place.y()),
+                     u"click"_s, u"3"_s};
+        }
+        QCOMPARE(QProcess::execute(u"xdotool"_s, input), 0);
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        const auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        QVERIFY(menu);
+        QStringList texts;
+        QList<bool> enabled;
+        for (const QAction *action : menu->actions()) {
+            texts.append(action->text());
+            enabled.append(action->isEnabled());
+        }
+        QCOMPARE(texts, QStringList({u"&Setting"_s, u"S&moothing"_s, u"&Connect"_s}));
+        QCOMPARE(enabled, QList<bool>({false, true, false}));
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_M);
+        QTRY_VERIFY(child<smoothing_dlg>("smoothing_dlg")->isVisible());
+    }
+
+    void setting_in_the_menu_is_enabled_exactly_when_the_button_is()
+    {
+        const auto *menu = window->findChild<QMenu *>();
+        const QAction *setting = menu->actions().first();
+        QVERIFY(!setting->isEnabled());
+        connectFrame();
+        QVERIFY(child("setbtn")->isEnabled() && setting->isEnabled());
+        removeFrame();
+        QVERIFY(!child("setbtn")->isEnabled() && !setting->isEnabled());
+        Pty pty;
+        QVERIFY(window->OpenUart(pty.path(), {}));
+        QVERIFY(child("setbtn")->isEnabled() && setting->isEnabled());
+        window->CLoseUart();
+        QVERIFY(!child("setbtn")->isEnabled() && !setting->isEnabled());
+    }
+
+    void the_usage_dialog_leads_to_the_gestures()
+    {
+        connectFrame();
+        window->findChild<QMenu *>()->actions().first()->trigger();
+        auto *usage = child<Setting_dlg>("Setting_dlg");
+        QTRY_VERIFY(usage->isVisible());
+        QTest::mouseClick(child("AdvBtn"), Qt::LeftButton);
+        QTRY_VERIFY(child<useradv_dlg>("useradv_dlg")->isVisible());
+        QVERIFY(usage->isVisible());
+    }
+
+    void gestures_that_are_applied_reach_the_frame()
+    {
+        connectFrame();
+        auto *gestures = child<useradv_dlg>("useradv_dlg");
+        gestures->show();
+        gestures->findChild<QSlider *>(u"rbspeed"_s)->setValue(2500);
+        QTest::mouseClick(gestures->findChild<QPushButton *>(u"applybtn"_s), Qt::LeftButton);
+        QTRY_COMPARE(frame->sentBytes(11), QByteArrayList({"a2 00 05 00 01 01 c4 09 03 01 02"}));
+        QCOMPARE(XML_CLASS().read_setting().rb_duration, 2500);
+    }
+
+    void gestures_applied_without_a_frame_say_so_and_go_out_at_the_next_connection()
+    {
+        connectFrame();
+        auto *gestures = child<useradv_dlg>("useradv_dlg");
+        auto *apply = gestures->findChild<QPushButton *>(u"applybtn"_s);
+        gestures->show();
+        // Behind a hidden window the dialog stays when the frame goes.
+        window->hide();
+        removeFrame();
+        QVERIFY(gestures->isVisible());
+        gestures->findChild<QSlider *>(u"rbran"_s)->setValue(5);
+        QTest::mouseClick(apply, Qt::LeftButton);
+        QVERIFY(apply->toolTip().contains(u"will be sent"_s));
+        QTest::qWait(150);
+        QCOMPARE(frame->sent().size(), 0);
+
+        frame->present = true;
+        window->OnDeviceAdded();
+        QTRY_COMPARE(frame->sentBytes(11), QByteArrayList({"a2 00 05 00 01 01 dc 05 05 01 02",
+                                                           "a3 00 00 00 00 00 00 00 00 00 00"}));
+        QCOMPARE(apply->toolTip(), QString());
+    }
+
+    void a_removal_closes_the_dialogs_but_not_the_rotation()
+    {
+        connectFrame();
+        const QWidgetList closed{child<QWidget>("smoothing_dlg"), child<QWidget>("Setting_dlg"),
+                                 child<QWidget>("useradv_dlg"), child<QWidget>("Version_Dlg")};
+        auto *rotation = child<QWidget>("Rotation_dlg");
+        for (QWidget *dialog : closed)
+            dialog->show();
+        rotation->show();
+        removeFrame();
+        for (const QWidget *dialog : closed)
+            QVERIFY2(!dialog->isVisible(), qPrintable(dialog->objectName()));
+        QVERIFY(rotation->isVisible());
+    }
+
+    void the_version_button_shows_what_the_frame_told()
+    {
+        frame->setReport(
+            QByteArray::fromHex("FC A3 80 0E 00 12 38 01 78 56 34 92 BC 9A 7E 5D F6 02"));
+        connectFrame();
+        QTRY_COMPARE(hidver.P_FID, 2u);
+        QTest::mouseClick(child("pushButton"), Qt::LeftButton);
+        auto *versions = child<Version_Dlg>("Version_Dlg");
+        QTRY_VERIFY(versions->isVisible());
+        QCOMPARE(versions->findChild<QLabel *>(u"label_3"_s)->text(), u"Device version: 3.0.1.0"_s);
+        QCOMPARE(versions->findChild<QLabel *>(u"label_4"_s)->text(), u"Hardware: 5156 - 0001"_s);
+        QCOMPARE(versions->findChild<QLabel *>(u"label_5"_s)->text(), u"SID: 92345678 - 013812"_s);
+        QCOMPARE(versions->findChild<QLabel *>(u"label_6"_s)->text(), u"PID: TELMA - 65D7E9ABC"_s);
+    }
+
+    void the_rotation_button_asks_the_frame_and_runs_until_it_is_closed()
+    {
+        frame->setReport(QByteArray::fromHex("FC A7 82 02 00 03"));
+        connectFrame();
+        QString shown;
+        QTimer poll;
+        connect(&poll, &QTimer::timeout, this, [&] {
+            auto *dialog = qobject_cast<Rotation_dlg *>(QApplication::activeModalWidget());
+            if (!dialog || dialog->findChild<QLabel *>(u"Rotationlab"_s)->text() == u"-1"_s)
+                return;
+            poll.stop();
+            shown = dialog->findChild<QLabel *>(u"Rotationlab"_s)->text();
+            QTest::mouseClick(dialog->findChild<QPushButton *>(u"okbtn"_s), Qt::LeftButton);
+        });
+        poll.start(20);
+        QTest::mouseClick(child("rotationButton"), Qt::LeftButton);
+        QCOMPARE(shown, u"270"_s);
+        QVERIFY(frame->sentBytes(3).contains("a7 02 00"));
+    }
+
     // Versions and reset
 
     void the_version_query_goes_to_current_devices_only_data()
     {
         QTest::addColumn<quint32>("version");
         QTest::addColumn<QByteArrayList>("sent");
-        QTest::newRow("0x2FFF is older") << 0x2FFFu << QByteArrayList();
-        QTest::newRow("0x3000 is current")
-            << 0x3000u << QByteArrayList({"a3 00 00 00 00 00 00 00"});
-        QTest::newRow("0x3010 is current")
-            << 0x3010u << QByteArrayList({"a3 00 00 00 00 00 00 00"});
+        QTest::newRow("0x2FFF is older") << 0x2FFFu << QByteArrayList({"a2 00 05"});
+        QTest::newRow("0x3000 is current") << 0x3000u << QByteArrayList({"a2 00 05", "a3 00 00"});
+        QTest::newRow("0x3010 is current") << 0x3010u << QByteArrayList({"a2 00 05", "a3 00 00"});
     }
     void the_version_query_goes_to_current_devices_only()
     {
@@ -393,9 +580,9 @@ private slots:
         frame->version = version;
         frame->present = true;
         window->OnDeviceAdded();
-        QTest::qWait(120);
-        QCOMPARE(frame->sentBytes(), sent);
-        const quint32 expected = sent.isEmpty() ? 0 : 77;
+        QTest::qWait(200);
+        QCOMPARE(frame->sentBytes(3), sent);
+        const quint32 expected = sent.size() == 1 ? 0 : 77;
         QCOMPARE(hidver.SVNNUM, expected);
         QCOMPARE(hidver.CHECKSUM, expected);
         QCOMPARE(hidver.P_FID, expected);
@@ -803,7 +990,7 @@ private slots:
         QVERIFY(!calibrationScreen()->isVisible());
         connectFrame();
         QTest::qWait(150);
-        QCOMPARE(frame->sent().size(), 0);
+        QCOMPARE(frame->sent().size(), 0); // besides what every connection sends
     }
 
     void unplugging_behind_a_hidden_window_leaves_the_calibration_to_its_time_out()
@@ -852,7 +1039,7 @@ private slots:
         QVERIFY(!QApplication::activeModalWidget());
         connectFrame();
         QTest::qWait(150);
-        QCOMPARE(frame->sent().size(), 0);
+        QCOMPARE(frame->sent().size(), 0); // besides what every connection sends
     }
 
     void ending_the_program_during_a_calibration_resets_the_frame()

@@ -1,9 +1,11 @@
 #include "app/mainwindow.h"
+#include "config/xml_class.h"
 #include "resources/resources.h"
 #include "tests/support/capture.h"
 #include "tests/support/fakeadapter.h"
 
 #include <QSystemTrayIcon>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -17,6 +19,8 @@ private slots:
     {
         QVERIFY(!QSystemTrayIcon::isSystemTrayAvailable());
         initResources();
+        const QTemporaryDir home;
+        XML_CLASS::useHome(home.path());
         MainWindow window(std::make_shared<FakeAdapter>());
         window.show();
         Capture errors(stderr);
