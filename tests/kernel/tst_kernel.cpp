@@ -1,7 +1,12 @@
+#include "device/struct.h"
+#include "dialogs/rotation_dlg.h"
+#include "dialogs/version_dlg.h"
+
+#include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QGuiApplication>
 #include <QImage>
+#include <QLabel>
 #include <QPixmap>
 #include <QProcess>
 #include <QScreen>
@@ -34,8 +39,20 @@ constexpr int Rounds = 50;
 constexpr QSize MainWindowSize(350, 272);
 constexpr QSize QuestionSize(421, 106);
 constexpr QPoint CalibrationButton(283, 77);
+constexpr QPoint RotationButton(296, 170);
+constexpr QPoint VersionButton(255, 234);
 constexpr QPoint YesButton(130, 75);
 constexpr QRect StatusLine(12, 250, 326, 20);
+constexpr QSize UsageSize(332, 307);
+constexpr QPoint AdvanceButton(49, 283);
+constexpr QSize GesturesSize(332, 447);
+constexpr QPoint LongerButton(292, 100);
+constexpr QPoint ApplyButton(287, 420);
+constexpr QSize RotationSize(332, 166);
+constexpr QPoint Button270(270, 85);
+constexpr QRect RotationShown(170, 30, 71, 20);
+constexpr QPoint RotationOk(252, 143);
+constexpr QSize VersionSize(190, 180);
 constexpr int Targets = 4;
 
 constexpr uid_t SomeUser = 12345;
@@ -120,6 +137,12 @@ std::optional<Window> windowSized(QByteArrayView title, QSize size)
     return {};
 }
 
+// How this process draws a part of a dialog of the tool's.
+QImage drawn(QDialog &dialog, const QRect &part)
+{
+    return dialog.grab(part).toImage().convertToFormat(QImage::Format_RGB32);
+}
+
 QImage seen(const QRect &part)
 {
     return QGuiApplication::primaryScreen()
@@ -180,10 +203,16 @@ bool showsTarget(QPoint place)
            image.pixelColor(0, Beside) == QColor(Qt::blue);
 }
 
-bool click(QPoint place)
+bool click(QPoint place, int button = 1)
 {
     return QProcess::execute(u"xdotool"_s, {u"mousemove"_s, QString::number(place.x()),
-                                            QString::number(place.y()), u"click"_s, u"1"_s}) == 0;
+                                            QString::number(place.y()), u"click"_s,
+                                            QString::number(button)}) == 0;
+}
+
+bool press(const QString &key)
+{
+    return QProcess::execute(u"xdotool"_s, {u"key"_s, key}) == 0;
 }
 
 // A program whose words are kept.
@@ -285,6 +314,9 @@ private slots:
     void a_calibration_that_is_not_wanted_is_not_kept();
     void an_unplug_ends_the_calibration_at_once_data() { withAndWithoutUdev(); }
     void an_unplug_ends_the_calibration_at_once();
+    void gestures_that_were_applied_are_sent_again_after_a_replug();
+    void a_rotation_is_set_and_read_back();
+    void the_versions_are_those_of_the_frame();
     void fifty_rounds_leave_no_descriptor_and_no_thread_behind();
     void a_user_without_rights_is_told_what_to_do();
     void the_rule_lets_members_of_plugdev_in();
@@ -296,6 +328,7 @@ private:
     QString startTool(std::optional<gid_t> group = {});
     QString plugIn();
     QString touchTargets(int count);
+    QString openGestures();
     bool statusChanged() const { return status() != unlinked; }
     QImage status() const { return seen(StatusLine.translated(window.geometry.topLeft())); }
     bool startsAs(Program &program, const QStringList &arguments, std::optional<gid_t> group);
@@ -496,6 +529,25 @@ QString TestKernel::touchTargets(int count)
     return {};
 }
 
+// Through the context menu of the main window and the usage dialog.
+QString TestKernel::openGestures()
+{
+    if (!click(window.geometry.topLeft() + StatusLine.center(), 3))
+        return u"the mouse could not be clicked"_s;
+    std::optional<Window> usage;
+    // The menu takes the key once it is there; the dialog does nothing with it.
+    if (!inTime([&usage] {
+            return (usage = windowSized("MalvoTools", UsageSize)) || !press(u"s"_s);
+        }) ||
+        !usage)
+        return u"the usage dialog did not open"_s;
+    if (!click(usage->geometry.topLeft() + AdvanceButton))
+        return u"the mouse could not be clicked"_s;
+    if (!inTime([] { return windowSized("Advanced Setting", GesturesSize).has_value(); }))
+        return u"the gesture dialog did not open"_s;
+    return {};
+}
+
 void TestKernel::plugging_in_connects_and_unplugging_disconnects()
 {
     QFETCH(bool, withUdev);
@@ -584,6 +636,108 @@ void TestKernel::an_unplug_ends_the_calibration_at_once()
     QVERIFY(frame->stateHas("calibration=idle"));
     QVERIFY(frame->stateHas("kept=0"));
     QCOMPARE(frame->heard(Saved), 0);
+}
+
+void TestKernel::gestures_that_were_applied_are_sent_again_after_a_replug()
+{
+    const QByteArray defaults =
+        "host > frame  gestures: all 1, right button 1 after 1500 ms within "
+        "3, wheel 1 at 2";
+    const QByteArray longer = "host > frame  gestures: all 1, right button 1 after 2000 ms within "
+                              "3, wheel 1 at 2";
+    QVERIFY(QDir::home().mkpath(u".config"_s));
+    QCOMPARE(startTool(), QString());
+    QCOMPARE(plugIn(), QString());
+    QCOMPARE(frame->heard(defaults), 1);
+    QVERIFY(frame->output.indexOf(defaults) < frame->output.indexOf(AskedForVersion));
+
+    QCOMPARE(openGestures(), QString());
+    const QPoint dialog = windowSized("Advanced Setting", GesturesSize)->geometry.topLeft();
+    QVERIFY(click(dialog + LongerButton));
+    QVERIFY(click(dialog + ApplyButton));
+    QVERIFY(inTime([&] { return frame->heard(longer) == 1; }));
+    keepPicture(u"applied"_s);
+
+    QVERIFY(frame->does("unplug"));
+    QVERIFY(inTime([] { return !windowSized("Advanced Setting", GesturesSize); }));
+    const qsizetype unplugged = frame->output.size();
+    QCOMPARE(plugIn(), QString());
+    QCOMPARE(frame->heard(longer), 2);
+    const qsizetype again = frame->output.indexOf(longer, unplugged);
+    QVERIFY(again > 0 && again < frame->output.indexOf(AskedForVersion, unplugged));
+    QVERIFY2(frame->tell("state").contains(" gestures=1,1,2000,3,1,2 "), frame->tell("state"));
+    QVERIFY(closeTool());
+}
+
+void TestKernel::a_rotation_is_set_and_read_back()
+{
+    QCOMPARE(startTool(), QString());
+    QCOMPARE(plugIn(), QString());
+    QVERIFY(frame->stateHas("rotation=0"));
+    QVERIFY(click(window.geometry.topLeft() + RotationButton));
+    const auto opened = [] { return windowSized("Quorvel", RotationSize); };
+    QVERIFY(inTime([&] { return opened().has_value(); }));
+    const auto shows = [&opened](const QImage &angle) {
+        const std::optional<Window> dialog = opened();
+        return dialog && seen(RotationShown.translated(dialog->geometry.topLeft())) == angle;
+    };
+    Rotation_dlg expected(nullptr);
+    auto *label = expected.findChild<QLabel *>(u"Rotationlab"_s);
+    label->setText(u"0"_s);
+    const QImage zero = drawn(expected, RotationShown);
+    label->setText(u"270"_s);
+    const QImage turned = drawn(expected, RotationShown);
+    QVERIFY(zero != turned);
+    QVERIFY(inTime([&] { return shows(zero); }));
+
+    QVERIFY(click(opened()->geometry.topLeft() + Button270));
+    QVERIFY(inTime([&] { return shows(turned); }));
+    QVERIFY(frame->stateHas("rotation=3"));
+    keepPicture(u"turned"_s);
+
+    // It comes from the frame: shown again, the dialog asks again.
+    const qsizetype asked = frame->heard("host > frame  rotation: read");
+    QVERIFY(click(opened()->geometry.topLeft() + RotationOk));
+    QVERIFY(inTime([&] { return !opened(); }));
+    QVERIFY(click(window.geometry.topLeft() + RotationButton));
+    QVERIFY(inTime([&] { return frame->heard("host > frame  rotation: read") > asked; }));
+    QVERIFY(inTime([&] { return shows(turned); }));
+}
+
+void TestKernel::the_versions_are_those_of_the_frame()
+{
+    const std::pair<QString, QString> lines[] = {
+        {u"label_3"_s, u"Device version: 3.0.1.0"_s},
+        {u"label_4"_s, u"Hardware: 5156 - 0001"_s},
+        {u"label_5"_s, u"SID: 5A17C0DE - 003812"_s},
+        {u"label_6"_s, u"PID: UNDEF - 160501234"_s},
+    };
+    hidver = {.VendorID = 0x5156,
+              .ProductID = 0x0001,
+              .VersionNumber = 0x3010,
+              .SVNNUM = 0x003812,
+              .CHECKSUM = 0x5A17C0DE,
+              .P_FID = 0x21,
+              .P_DATE = 0x1605,
+              .P_NUM = 0x01234};
+    Version_Dlg expected(nullptr);
+    expected.show();
+    for (const auto &[label, text] : lines)
+        QCOMPARE(expected.findChild<QLabel *>(label)->text(), text);
+    const QRect place(10, 60, 171, 80);
+    const QImage told = drawn(expected, place);
+    expected.hide();
+
+    QCOMPARE(startTool(), QString());
+    QCOMPARE(plugIn(), QString());
+    QVERIFY(click(window.geometry.topLeft() + VersionButton));
+    const auto opened = [] { return windowSized("Quorvel", VersionSize); };
+    QVERIFY(inTime([&] { return opened().has_value(); }));
+    QVERIFY(inTime([&] {
+        const std::optional<Window> dialog = opened();
+        return dialog && seen(place.translated(dialog->geometry.topLeft())) == told;
+    }));
+    keepPicture(u"versions"_s);
 }
 
 void TestKernel::fifty_rounds_leave_no_descriptor_and_no_thread_behind()
