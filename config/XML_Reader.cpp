@@ -23,7 +23,7 @@ void take(Number &field, const QString &text)
 
 _XML_DATA xml_reader::read(QIODevice *device)
 {
-    if (!device->isOpen())
+    if (!device->isReadable())
         return XmlData;
     setDevice(device);
     while (!atEnd()) {
@@ -91,7 +91,7 @@ void xml_reader::readField(auto &section)
     element::visitFields(section, [&](QLatin1StringView fieldName, auto &field) {
         if (wanted != fieldName)
             return;
-        const QString text = readElementText();
+        const QString text = readElementText(SkipChildElements);
         // A number that a mistake cuts short is another number.
         if (!hasError())
             take(field, text);

@@ -10,7 +10,8 @@
 class xml_reader : public QXmlStreamReader
 {
 public:
-    // Reads what the device holds and returns the record; one that is not open holds nothing.
+    // Reads what the device holds and returns the record; one that is not open for
+    // reading holds nothing.
     _XML_DATA read(QIODevice *device);
 
 private:

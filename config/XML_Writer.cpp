@@ -8,7 +8,8 @@ namespace {
 
 QString textOf(const QString &value)
 {
-    return value;
+    // With half a character the rest of the document would be lost.
+    return value.isValidUtf16() ? value : QString::fromUtf8(value.toUtf8());
 }
 
 // Of integers and enumerations.
@@ -64,7 +65,7 @@ void xml_writer::writeSection(QLatin1StringView name, const auto &section)
 {
     writeStartElement(name);
     element::visitFields(section, [this](QLatin1StringView field, const auto &value) {
-        writeTextElement(field, textOf(value));
+        this->writeTextElement(field, textOf(value));
     });
     writeEndElement();
 }

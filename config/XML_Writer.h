@@ -4,11 +4,13 @@
 
 #include <QXmlStreamWriter>
 
-// Writes the settings file.
+// Writes the settings file. After a device that took only a part of a document, Qt's writer writes
+// nothing more to any device; so give it one that takes all.
 class xml_writer : public QXmlStreamWriter
 {
 public:
-    // Writes the whole document for a record. What goes wrong, the device knows.
+    // Writes the whole document for a record. What goes wrong, the device knows. Characters that
+    // XML has no way to write are left out, halves of characters replaced.
     void write(QIODevice *device, const _XML_DATA &data);
 
 private:

@@ -1,5 +1,6 @@
 #include "xml_class.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -23,9 +24,9 @@ void logProblem(const char *what, const QFile &file)
         << u"cannot %1 %2: %3"_s.arg(QLatin1StringView(what), file.fileName(), file.errorString());
 }
 
-bool open(QFile &file, QIODevice::OpenModeFlag mode)
+bool open(QFile &file, QIODevice::OpenMode mode)
 {
-    const char *what = mode == QIODevice::ReadOnly ? "read" : "write";
+    const char *what = mode & QIODevice::ReadOnly ? "read" : "write";
     const QFileInfo there(file.fileName());
     if (there.exists() && !there.isFile()) {
         // A pipe would be waited for.
@@ -142,12 +143,20 @@ void XML_CLASS::writeFile()
 
 void XML_CLASS::writeTo(QFile &file)
 {
-    if (!open(file, QIODevice::WriteOnly))
+    if (!open(file, QIODevice::WriteOnly | QIODevice::Unbuffered))
         return;
-    file.unsetError(); // of an attempt to read
-    xmlWriter.write(&file, XmlData);
-    file.flush();
-    if (file.error() != QFileDevice::NoError)
-        logProblem("write all of", file);
+    // Qt's writer and a buffered file both forget why a device takes only a part.
+    QBuffer document;
+    document.open(QIODevice::WriteOnly);
+    xmlWriter.write(&document, XmlData);
+    const QByteArray all = document.data();
+    for (qint64 done = 0; done < all.size();) {
+        const qint64 more = file.write(all.constData() + done, all.size() - done);
+        if (more <= 0) {
+            logProblem("write all of", file);
+            break;
+        }
+        done += more;
+    }
     file.close();
 }
