@@ -49,6 +49,7 @@ Demo::Demo(std::shared_ptr<sim::SimAdapter> simulated)
 Demo::~Demo()
 {
     frame->onPlugChange = nullptr;
+    XML_CLASS::useHome(QString());
 }
 
 void Demo::attachTo(MainWindow &window)

@@ -2,13 +2,20 @@
 
 #include "app/demo.h"
 #include "app/mainwindow.h"
+#include "config/xml_class.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/rotation_dlg.h"
+#include "dialogs/useradv_dlg.h"
 #include "resources/resources.h"
 #include "sim/sim_adapter.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QLabel>
 #include <QPushButton>
+#include <QSlider>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -116,6 +123,7 @@ private slots:
     {
         window.reset();
         frame.reset();
+        XML_CLASS::useHome(QString());
     }
 
     void four_touches_and_yes_calibrate_the_frame()
@@ -230,6 +238,91 @@ private slots:
         QCOMPARE(hidver.CHECKSUM, 0x89ABCDEFu);
         QCOMPARE(hidver.P_DATE, 0x1605u);
         QCOMPARE(hidver.P_NUM, 0x54321u);
+    }
+
+    void gestures_are_there_again_after_a_restart_a_replug_and_an_edited_file()
+    {
+        const auto gestures = [this] {
+            std::optional<sim::GestureSettings> set;
+            frame->inspect([&](const sim::Firmware &firmware) { set = firmware.gestures(); });
+            return set;
+        };
+        const auto dialog = [this] { return window->findChild<useradv_dlg *>(); };
+        const auto slider = [&dialog] { return dialog()->findChild<QSlider *>(u"rbspeed"_s); };
+        const QTemporaryDir home;
+        QVERIFY(QDir(home.path()).mkdir(u".config"_s));
+        XML_CLASS::useHome(home.path());
+        start();
+        QTRY_COMPARE(gestures(), (sim::GestureSettings{1, 1, 1500, 3, 1, 2}));
+        dialog()->show();
+        slider()->setValue(2000);
+        QTest::mouseClick(dialog()->findChild<QPushButton *>(u"okbtn"_s), Qt::LeftButton);
+        const sim::GestureSettings longer{1, 1, 2000, 3, 1, 2};
+        QTRY_COMPARE(gestures(), longer);
+
+        frame->unplug();
+        window->OnDeviceRemoved();
+        frame->plug();
+        frame->change([](sim::Firmware &firmware) { firmware.restart(); });
+        QTRY_COMPARE(gestures(), longer);
+
+        window.reset();
+        start();
+        QTRY_COMPARE(gestures(), longer);
+        QCOMPARE(slider()->value(), 2000);
+
+        QFile file(home.filePath(u".config/ForQuorvel"_s));
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        const QByteArray edited = file.readAll().replace("<RB_DURATION>2000<", "<RB_DURATION>500<");
+        file.resize(0);
+        file.seek(0);
+        file.write(edited);
+        file.close();
+        dialog()->show();
+        QCOMPARE(slider()->value(), 500);
+        dialog()->close();
+        frame->unplug();
+        window->OnDeviceRemoved();
+        frame->plug();
+        QTRY_COMPARE(gestures(), (sim::GestureSettings{1, 1, 500, 3, 1, 2}));
+    }
+
+    void a_turn_by_270_degrees_is_shown_when_the_frame_says_so()
+    {
+        start();
+        auto *dialog = window->findChild<Rotation_dlg *>();
+        const auto *shown = dialog->findChild<QLabel *>(u"Rotationlab"_s);
+        dialog->show();
+        QTRY_COMPARE(shown->text(), u"0"_s);
+        QTRY_COMPARE(shown->toolTip(), QString());
+        QTest::mouseClick(dialog->findChild<QPushButton *>(u"rotation270btn"_s), Qt::LeftButton);
+        QTRY_COMPARE(shown->text(), u"270"_s);
+        QTRY_COMPARE(shown->toolTip(), QString());
+        int turn = -1;
+        frame->inspect([&turn](const sim::Firmware &firmware) { turn = firmware.rotation(); });
+        QCOMPARE(turn, 3);
+    }
+
+    void a_frame_that_says_no_more_is_not_taken_to_have_turned()
+    {
+        start();
+        auto *dialog = window->findChild<Rotation_dlg *>();
+        const auto *shown = dialog->findChild<QLabel *>(u"Rotationlab"_s);
+        dialog->show();
+        QTRY_COMPARE(shown->text(), u"0"_s);
+        QTRY_COMPARE(shown->toolTip(), QString());
+        frame->unplug();
+        window->OnDeviceRemoved();
+        QVERIFY(dialog->isVisible());
+        QTest::mouseClick(dialog->findChild<QPushButton *>(u"rotation90btn"_s), Qt::LeftButton);
+        QTest::qWait(200);
+        QCOMPARE(shown->text(), u"0"_s);
+        QVERIFY(shown->toolTip().contains(u"has not answered since"_s));
+        frame->plug();
+        QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
+        QTest::mouseClick(dialog->findChild<QPushButton *>(u"rotation90btn"_s), Qt::LeftButton);
+        QTRY_COMPARE(shown->text(), u"90"_s);
+        QTRY_COMPARE(shown->toolTip(), QString());
     }
 
     void clicks_on_the_calibration_screen_are_touches_in_a_demonstration()
