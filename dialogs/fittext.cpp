@@ -1,6 +1,5 @@
 #include "fittext.h"
 
-#include <QFontMetrics>
 #include <QLabel>
 
 namespace {
@@ -12,9 +11,10 @@ constexpr int SmallestPoints = 6;
 void fitText(QLabel *label, int width)
 {
     QFont font = label->parentWidget()->font();
-    const auto fits = [&] { return QFontMetrics(font).horizontalAdvance(label->text()) <= width; };
-    while (!fits() && font.pointSize() > SmallestPoints)
-        font.setPointSize(font.pointSize() - 1);
     label->setFont(font);
-    label->setToolTip(fits() ? QString() : label->text());
+    while (label->sizeHint().width() > width && font.pointSize() > SmallestPoints) {
+        font.setPointSize(font.pointSize() - 1);
+        label->setFont(font);
+    }
+    label->setToolTip(label->sizeHint().width() > width ? label->text() : QString());
 }
