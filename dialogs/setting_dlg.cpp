@@ -142,5 +142,7 @@ void Setting_dlg::SendSettingData() {}
 
 void Setting_dlg::setStringFont()
 {
-    setFont(QFont(u"Tahoma"_s, 9));
+    // The labels with a style sheet of their own take no font over from the window.
+    for (QWidget *widget : std::initializer_list<QWidget *>{this, ui->UseLab, ui->EnvironmentLab})
+        widget->setFont(QFont(u"Tahoma"_s, 9));
 }

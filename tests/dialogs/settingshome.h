@@ -1,0 +1,63 @@
+#pragma once
+
+#include "config/xml_class.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+// A home directory with the settings of this test alone.
+class SettingsHome
+{
+public:
+    SettingsHome()
+    {
+        if (!home.isValid() || !QDir(home.path()).mkdir(QStringLiteral(".config")))
+            qFatal("no temporary home directory");
+        XML_CLASS::useHome(home.path());
+    }
+    SettingsHome(const SettingsHome &) = delete;
+    SettingsHome &operator=(const SettingsHome &) = delete;
+    ~SettingsHome() { XML_CLASS::useHome(QString()); }
+
+    QString path() const { return home.filePath(QStringLiteral(".config/ForQuorvel")); }
+    QByteArray content() const
+    {
+        QFile file(path());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    // What one element of the file holds.
+    QByteArray element(const QByteArray &name) const
+    {
+        const QByteArray begin = '<' + name + '>';
+        const QByteArray text = content();
+        const qsizetype start = text.indexOf(begin);
+        const qsizetype end = text.indexOf("</" + name + '>');
+        return start < 0 || end < 0 ? QByteArray()
+                                    : text.sliced(start, end - start).mid(begin.size());
+    }
+    // The file as an editor would leave it. The element must be there.
+    void edit(const QByteArray &name, const QByteArray &value) const
+    {
+        const QByteArray old = '<' + name + '>' + element(name) + "</" + name + '>';
+        QByteArray text = content();
+        if (!text.contains(old))
+            qFatal("%s has no element %s", qPrintable(path()), name.constData());
+        text.replace(old, '<' + name + '>' + value + "</" + name + '>');
+        QFile file(path());
+        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+            qFatal("cannot edit %s", qPrintable(path()));
+    }
+    void removeConfigDirectory() const
+    {
+        if (!QDir(home.filePath(QStringLiteral(".config"))).removeRecursively())
+            qFatal("cannot remove the directory .config");
+    }
+    bool hasConfigDirectory() const
+    {
+        return QDir(home.filePath(QStringLiteral(".config"))).exists();
+    }
+
+private:
+    QTemporaryDir home;
+};

@@ -1,0 +1,814 @@
+#include "dialogs/useradv_dlg.h"
+#include "tests/dialogs/clipped.h"
+#include "tests/dialogs/hides.h"
+#include "tests/dialogs/settingshome.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSet>
+#include <QSlider>
+#include <QTest>
+#include <QToolTip>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString Notice = u"No touch frame is connected. The settings are kept and will be sent when "
+                       "one is connected by USB."_s;
+
+// A frame of 64 bytes that begins so; the rest is zero.
+QByteArray frame(const char *begin)
+{
+    return QByteArray::fromHex(begin).leftJustified(64, '\0');
+}
+
+} // namespace
+
+class tst_useradv_dlg : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<SettingsHome> home;
+    std::unique_ptr<QWidget> window; // stands for the main window
+    useradv_dlg *dialog = nullptr;   // its child
+    QList<QByteArray> sent;          // 64 bytes each
+
+    template <typename Widget = QPushButton>
+    Widget *child(const QString &name) const
+    {
+        return dialog->findChild<Widget *>(name);
+    }
+    void click(const QString &button) const { QTest::mouseClick(child(button), Qt::LeftButton); }
+    QSlider *slider(const QString &name) const { return child<QSlider>(name); }
+    QCheckBox *box(const QString &name) const { return child<QCheckBox>(name); }
+    void create()
+    {
+        window = std::make_unique<QWidget>();
+        dialog = new useradv_dlg(window.get());
+        sent.clear();
+        connect(dialog, &useradv_dlg::Write03, this, [this](UCHAR *bytes) {
+            sent.append(QByteArray(reinterpret_cast<const char *>(bytes), 64));
+        });
+    }
+    void open()
+    {
+        create();
+        dialog->show();
+        dialog->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
+    }
+    // Check boxes, then sliders, from top to bottom.
+    QList<int> shown() const
+    {
+        return {box(u"checkBox"_s)->isChecked() ? 1 : 0,
+                box(u"checkBox_2"_s)->isChecked() ? 1 : 0,
+                box(u"WheelEn"_s)->isChecked() ? 1 : 0,
+                slider(u"rbspeed"_s)->value(),
+                slider(u"rbran"_s)->value(),
+                slider(u"dbspeed"_s)->value(),
+                slider(u"dbran"_s)->value(),
+                slider(u"WheelSen"_s)->value()};
+    }
+    void changeEverything() const
+    {
+        for (const QString &name : {u"checkBox"_s, u"checkBox_2"_s, u"WheelEn"_s})
+            box(name)->setChecked(false);
+        slider(u"rbspeed"_s)->setValue(2000);
+        slider(u"rbran"_s)->setValue(5);
+        slider(u"dbspeed"_s)->setValue(900);
+        slider(u"dbran"_s)->setValue(60);
+        slider(u"WheelSen"_s)->setValue(3);
+    }
+    static QList<int> everythingChanged() { return {0, 0, 0, 2000, 5, 900, 60, 3}; }
+    static QList<int> fileDefaults() { return {1, 1, 1, 1500, 3, 600, 30, 2}; }
+
+private slots:
+    void init() { home = std::make_unique<SettingsHome>(); }
+    void cleanup()
+    {
+        QToolTip::hideText();
+        window.reset();
+        home.reset();
+    }
+
+    // The form
+
+    void the_form_is_as_drawn()
+    {
+        open();
+        QCOMPARE(dialog->objectName(), u"useradv_dlg"_s);
+        QCOMPARE(dialog->windowTitle(), u"Advanced Setting"_s);
+        QCOMPARE(dialog->size(), QSize(332, 447));
+        QCOMPARE(dialog->minimumSize(), QSize(332, 447));
+        QCOMPARE(dialog->maximumSize(), QSize(332, 447));
+        QCOMPARE(dialog->windowFlags() & Qt::WindowType_Mask, Qt::WindowFlags(7));
+        QCOMPARE(child<QGroupBox>(u"groupBox_2"_s)->title(), u"Right-button setting"_s);
+        QCOMPARE(child<QGroupBox>(u"groupBox"_s)->title(), u"Double-click setting"_s);
+        QCOMPARE(child<QGroupBox>(u"groupBox_3"_s)->title(), u"Wheel setting"_s);
+        QCOMPARE(box(u"checkBox"_s)->text(), u"Use your finger as an input device"_s);
+        QCOMPARE(box(u"checkBox_2"_s)->text(), u"Enable press and hold for right-button"_s);
+        QCOMPARE(box(u"WheelEn"_s)->text(), u"Enable Use your finger for wheel"_s);
+        QCOMPARE(child<QLabel>(u"label"_s)->text(),
+                 u"You must restart the computer to make double-click setting take effect."_s);
+        QCOMPARE(child(u"applybtn"_s)->text(), u"Apply"_s);
+        QCOMPARE(child(u"resbtn"_s)->text(), u"Default"_s);
+        QCOMPARE(child(u"okbtn"_s)->text(), u"OK"_s);
+        QCOMPARE(child(u"canbtn"_s)->text(), u"Cancel"_s);
+        for (const QWidget *widget : dialog->findChildren<QWidget *>()) {
+            QCOMPARE(widget->font().family(), u"Tahoma"_s);
+            QCOMPARE(widget->font().pointSize(), 9);
+        }
+    }
+
+    void every_slider_has_its_range_steps_and_default_data()
+    {
+        QTest::addColumn<int>("minimum");
+        QTest::addColumn<int>("maximum");
+        QTest::addColumn<int>("singleStep");
+        QTest::addColumn<int>("pageStep");
+        QTest::addColumn<int>("byDefault");
+        QTest::addColumn<QString>("label");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("rbspeed") << 500 << 2500 << 500 << 500 << 1500 << u"label_5"_s
+                                 << u"Duration:"_s;
+        QTest::newRow("rbran") << 1 << 5 << 1 << 1 << 3 << u"label_4"_s << u"Spatial tolerance:"_s;
+        QTest::newRow("dbspeed") << 300 << 900 << 100 << 100 << 600 << u"label_2"_s << u"Speed:"_s;
+        QTest::newRow("dbran") << 20 << 60 << 10 << QSlider().pageStep() << 40 << u"label_3"_s
+                               << u"Spatial tolerance:"_s;
+        QTest::newRow("WheelSen") << 1 << 3 << 1 << 1 << 2 << u"label_7"_s << u"Sensitivity:"_s;
+    }
+    void every_slider_has_its_range_steps_and_default()
+    {
+        QFETCH(const QString, label);
+        open();
+        auto *tested = slider(QString::fromLatin1(QTest::currentDataTag()));
+        QTEST(tested->minimum(), "minimum");
+        QTEST(tested->maximum(), "maximum");
+        QTEST(tested->singleStep(), "singleStep");
+        QTEST(tested->pageStep(), "pageStep");
+        QCOMPARE(tested->orientation(), Qt::Horizontal);
+        QVERIFY(tested->focusPolicy() & Qt::TabFocus);
+        QTEST(child<QLabel>(label)->text(), "text");
+        QCOMPARE(child<QLabel>(label)->buddy(), tested);
+        tested->setValue(tested->minimum());
+        click(u"resbtn"_s);
+        QTEST(tested->value(), "byDefault");
+    }
+
+    void a_stepper_moves_its_slider_by_its_step_within_the_range_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QList<int>>("values"); // at first and after each click
+        QTest::newRow("pushButton_11")
+            << u"Short"_s << u"rbspeed"_s << QList<int>{2500, 2000, 1500, 1000, 500, 500};
+        QTest::newRow("pushButton_8")
+            << u"Long"_s << u"rbspeed"_s << QList<int>{500, 1000, 1500, 2000, 2500, 2500};
+        QTest::newRow("pushButton_10") << u"Small"_s << u"rbran"_s << QList<int>{5, 4, 3, 2, 1, 1};
+        QTest::newRow("pushButton_9") << u"Large"_s << u"rbran"_s << QList<int>{1, 2, 3, 4, 5, 5};
+        QTest::newRow("pushButton_4")
+            << u"Slow"_s << u"dbspeed"_s << QList<int>{900, 800, 700, 600, 500, 400, 300, 300};
+        QTest::newRow("pushButton_7")
+            << u"Fast"_s << u"dbspeed"_s << QList<int>{300, 400, 500, 600, 700, 800, 900, 900};
+        QTest::newRow("pushButton_5")
+            << u"Small"_s << u"dbran"_s << QList<int>{60, 50, 40, 30, 20, 20};
+        QTest::newRow("pushButton_6")
+            << u"Large"_s << u"dbran"_s << QList<int>{20, 30, 40, 50, 60, 60};
+        QTest::newRow("pushButton_15") << u"Low"_s << u"WheelSen"_s << QList<int>{3, 2, 1, 1};
+        QTest::newRow("pushButton_12") << u"High"_s << u"WheelSen"_s << QList<int>{1, 2, 3, 3};
+        QTest::newRow("pushButton_11 from between")
+            << u"Short"_s << u"rbspeed"_s << QList<int>{700, 500};
+        QTest::newRow("pushButton_6 from between")
+            << u"Large"_s << u"dbran"_s << QList<int>{33, 43, 53, 60};
+    }
+    void a_stepper_moves_its_slider_by_its_step_within_the_range()
+    {
+        QFETCH(const QString, text);
+        QFETCH(const QString, name);
+        QFETCH(const QList<int>, values);
+        const QString button = QString::fromLatin1(QTest::currentDataTag()).section(u' ', 0, 0);
+        open();
+        const QByteArray before = home->content();
+        QCOMPARE(child(button)->text(), text);
+        slider(name)->setValue(values.first());
+        const QList<int> others = shown();
+        for (const int value : values.sliced(1)) {
+            click(button);
+            QCOMPARE(slider(name)->value(), value);
+        }
+        slider(name)->setValue(values.first());
+        QCOMPARE(shown(), others);
+        QCOMPARE(home->content(), before);
+        QVERIFY(sent.isEmpty());
+    }
+
+    void Short_at_500_leaves_500()
+    {
+        open();
+        slider(u"rbspeed"_s)->setValue(500);
+        click(u"pushButton_11"_s);
+        QCOMPARE(slider(u"rbspeed"_s)->value(), 500);
+    }
+
+    void the_steppers_stand_at_the_two_ends_of_their_slider_data()
+    {
+        QTest::addColumn<QString>("less");
+        QTest::addColumn<QString>("more");
+        QTest::newRow("rbspeed") << u"pushButton_11"_s << u"pushButton_8"_s;
+        QTest::newRow("rbran") << u"pushButton_10"_s << u"pushButton_9"_s;
+        QTest::newRow("dbspeed") << u"pushButton_4"_s << u"pushButton_7"_s;
+        QTest::newRow("dbran") << u"pushButton_5"_s << u"pushButton_6"_s;
+        QTest::newRow("WheelSen") << u"pushButton_15"_s << u"pushButton_12"_s;
+    }
+    void the_steppers_stand_at_the_two_ends_of_their_slider()
+    {
+        QFETCH(const QString, less);
+        QFETCH(const QString, more);
+        open();
+        const QRect between = slider(QString::fromLatin1(QTest::currentDataTag()))->geometry();
+        const QRect left = child(less)->geometry();
+        const QRect right = child(more)->geometry();
+        QVERIFY(left.right() < between.left() && between.left() - left.right() < 10);
+        QVERIFY(between.right() < right.left() && right.left() - between.right() < 10);
+        QCOMPARE(left.center().y(), between.center().y());
+        QCOMPARE(right.center().y(), between.center().y());
+    }
+
+    void nothing_is_clipped()
+    {
+        open();
+        QCOMPARE(clipped(*dialog), QStringList());
+    }
+
+    void clipped_texts_would_be_noticed_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QRect>("shrunk");
+        QTest::newRow("wrapped label too low") << u"label"_s << QRect(10, 22, 292, 20);
+        QTest::newRow("wrapped label too narrow") << u"label"_s << QRect(10, 22, 120, 36);
+        QTest::newRow("label too narrow") << u"label_4"_s << QRect(10, 84, 80, 28);
+        QTest::newRow("button too narrow") << u"pushButton_9"_s << QRect(258, 84, 38, 28);
+        QTest::newRow("check box too narrow") << u"checkBox_2"_s << QRect(10, 22, 180, 22);
+        QTest::newRow("check box too low") << u"checkBox_2"_s << QRect(10, 22, 292, 10);
+        QTest::newRow("group too narrow") << u"groupBox_3"_s << QRect(10, 304, 60, 88);
+    }
+    void clipped_texts_would_be_noticed()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const QRect, shrunk);
+        open();
+        child<QWidget>(name)->setGeometry(shrunk);
+        QVERIFY(clipped(*dialog).contains(name));
+    }
+
+    void the_tab_key_goes_along_the_rows()
+    {
+        open();
+        const QStringList order{
+            u"checkBox"_s,     u"checkBox_2"_s,    u"pushButton_11"_s, u"rbspeed"_s,
+            u"pushButton_8"_s, u"pushButton_10"_s, u"rbran"_s,         u"pushButton_9"_s,
+            u"pushButton_4"_s, u"dbspeed"_s,       u"pushButton_7"_s,  u"pushButton_5"_s,
+            u"dbran"_s,        u"pushButton_6"_s,  u"WheelEn"_s,       u"pushButton_15"_s,
+            u"WheelSen"_s,     u"pushButton_12"_s, u"resbtn"_s,        u"okbtn"_s,
+            u"canbtn"_s,       u"applybtn"_s};
+        box(u"checkBox"_s)->setFocus();
+        QStringList reached;
+        for (qsizetype i = 0; i < order.size(); ++i) {
+            reached.append(dialog->focusWidget()->objectName());
+            QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
+        }
+        QCOMPARE(reached, order);
+        QCOMPARE(dialog->focusWidget()->objectName(), u"checkBox"_s);
+    }
+
+    void no_two_controls_have_the_same_name_or_description()
+    {
+        open();
+        QSet<QString> names;
+        QSet<QString> descriptions;
+        int count = 0;
+        for (const QPushButton *button : dialog->findChildren<QPushButton *>()) {
+            const bool stepper = button->objectName().startsWith(u"pushButton_"_s);
+            QCOMPARE(button->accessibleName().isEmpty(), !stepper);
+            QCOMPARE(button->accessibleDescription().isEmpty(), !stepper);
+            names.insert(stepper ? button->accessibleName() : button->text());
+            if (stepper) {
+                // Whoever speaks what is to be read finds the button.
+                QVERIFY(button->accessibleName().startsWith(button->text()));
+                descriptions.insert(button->accessibleDescription());
+            }
+            ++count;
+        }
+        for (const QSlider *tested : dialog->findChildren<QSlider *>()) {
+            QVERIFY(!tested->accessibleName().isEmpty());
+            names.insert(tested->accessibleName());
+            ++count;
+        }
+        QCOMPARE(count, 19);
+        QCOMPARE(names.size(), 19);
+        QCOMPARE(descriptions.size(), 10);
+    }
+
+    void a_slider_tells_its_value()
+    {
+        open();
+        QCOMPARE(slider(u"rbspeed"_s)->toolTip(), u"1500 ms"_s);
+        click(u"pushButton_8"_s);
+        QCOMPARE(slider(u"rbspeed"_s)->toolTip(), u"2000 ms"_s);
+        QCOMPARE(slider(u"rbran"_s)->toolTip(), u"3"_s);
+        QCOMPARE(slider(u"dbspeed"_s)->toolTip(), u"600"_s);
+        QCOMPARE(slider(u"dbran"_s)->toolTip(), u"30"_s);
+        QCOMPARE(slider(u"WheelSen"_s)->toolTip(), u"2"_s);
+        click(u"resbtn"_s);
+        QCOMPARE(slider(u"rbspeed"_s)->toolTip(), u"1500 ms"_s);
+        QCOMPARE(slider(u"dbran"_s)->toolTip(), u"40"_s);
+    }
+
+    // What is shown and kept
+
+    void with_no_settings_file_it_shows_the_defaults_of_the_file()
+    {
+        open();
+        QCOMPARE(shown(), fileDefaults());
+    }
+
+    void it_shows_what_is_stored()
+    {
+        XML_CLASS().write_setting({.all_en = 0,
+                                   .rb_en = 1,
+                                   .rb_duration = 2500,
+                                   .rb_ran = 5,
+                                   .db_speed = 300,
+                                   .db_ran = 60,
+                                   .wheel_en = 0,
+                                   .wheel_sen = 3});
+        open();
+        QCOMPARE(shown(), QList<int>({0, 1, 0, 2500, 5, 300, 60, 1}));
+    }
+
+    void wheel_sensitivity_is_stored_the_other_way_round_data()
+    {
+        QTest::addColumn<QByteArray>("stored");
+        QTest::addColumn<int>("value");
+        QTest::addColumn<QByteArray>("kept");
+        QTest::newRow("high") << "1"_ba << 3 << "1"_ba;
+        QTest::newRow("middle") << "2"_ba << 2 << "2"_ba;
+        QTest::newRow("low") << "3"_ba << 1 << "3"_ba;
+        QTest::newRow("below") << "0"_ba << 3 << "1"_ba;
+        QTest::newRow("above") << "4"_ba << 1 << "3"_ba;
+        QTest::newRow("far below") << "-2147483648"_ba << 3 << "1"_ba;
+        QTest::newRow("far above") << "2147483647"_ba << 1 << "3"_ba;
+    }
+    void wheel_sensitivity_is_stored_the_other_way_round()
+    {
+        QFETCH(const QByteArray, stored);
+        QFETCH(const QByteArray, kept);
+        XML_CLASS().read_setting();
+        home->edit("WHEEL_SEN", stored);
+        open();
+        QTEST(slider(u"WheelSen"_s)->value(), "value");
+        click(u"applybtn"_s);
+        QCOMPARE(home->element("WHEEL_SEN"), kept);
+    }
+
+    void a_stored_wheel_sensitivity_of_1_shows_3_and_is_sent_as_1()
+    {
+        XML_CLASS().read_setting();
+        home->edit("WHEEL_SEN", "1");
+        open();
+        QCOMPARE(slider(u"WheelSen"_s)->value(), 3);
+        click(u"applybtn"_s);
+        QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 DC05 03 01 01")}));
+    }
+
+    void values_outside_the_ranges_are_shown_clamped_and_kept_so_by_Apply_alone()
+    {
+        XML_CLASS().read_setting();
+        home->edit("ALL_EN", "2");
+        home->edit("RB_EN", "-1");
+        home->edit("RB_DURATION", "9000");
+        home->edit("RB_RAN", "0");
+        home->edit("DB_SPEED", "-5");
+        home->edit("DB_RAN", "61");
+        home->edit("WHEEL_EN", "0");
+        const QByteArray before = home->content();
+        open();
+        QCOMPARE(shown(), QList<int>({1, 1, 0, 2500, 1, 300, 60, 2}));
+        click(u"canbtn"_s);
+        dialog->show();
+        dialog->OnUSBConnect();
+        dialog->close();
+        QCOMPARE(home->content(), before);
+        dialog->show();
+        click(u"applybtn"_s);
+        QCOMPARE(home->element("ALL_EN"), "1"_ba);
+        QCOMPARE(home->element("RB_EN"), "1"_ba);
+        QCOMPARE(home->element("RB_DURATION"), "2500"_ba);
+        QCOMPARE(home->element("RB_RAN"), "1"_ba);
+        QCOMPARE(home->element("DB_SPEED"), "300"_ba);
+        QCOMPARE(home->element("DB_RAN"), "60"_ba);
+        QCOMPARE(home->element("WHEEL_EN"), "0"_ba);
+    }
+
+    void without_a_config_directory_it_shows_zeros_clamped_and_creates_nothing()
+    {
+        home->removeConfigDirectory();
+        open();
+        QCOMPARE(shown(), QList<int>({0, 0, 0, 500, 1, 300, 20, 3}));
+        click(u"applybtn"_s);
+        click(u"okbtn"_s);
+        QVERIFY(!dialog->isVisible());
+        QVERIFY(!home->hasConfigDirectory());
+    }
+
+    void Apply_keeps_and_sends_and_stays_open()
+    {
+        open();
+        changeEverything();
+        QCOMPARE(shown(), everythingChanged());
+        QVERIFY(sent.isEmpty());
+        QCOMPARE(home->element("RB_DURATION"), "1500"_ba);
+        click(u"applybtn"_s);
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 00 00 D007 05 00 01")}));
+        QCOMPARE(home->element("ALL_EN"), "0"_ba);
+        QCOMPARE(home->element("RB_EN"), "0"_ba);
+        QCOMPARE(home->element("RB_DURATION"), "2000"_ba);
+        QCOMPARE(home->element("RB_RAN"), "5"_ba);
+        QCOMPARE(home->element("DB_SPEED"), "900"_ba);
+        QCOMPARE(home->element("DB_RAN"), "60"_ba);
+        QCOMPARE(home->element("WHEEL_EN"), "0"_ba);
+        QCOMPARE(home->element("WHEEL_SEN"), "1"_ba);
+    }
+
+    void every_switch_has_its_own_byte_and_element_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::addColumn<QByteArray>("element");
+        QTest::newRow("finger") << u"checkBox"_s << frame("00A2000500 00 01 DC05 03 01 02")
+                                << "ALL_EN"_ba;
+        QTest::newRow("right button")
+            << u"checkBox_2"_s << frame("00A2000500 01 00 DC05 03 01 02") << "RB_EN"_ba;
+        QTest::newRow("wheel") << u"WheelEn"_s << frame("00A2000500 01 01 DC05 03 00 02")
+                               << "WHEEL_EN"_ba;
+    }
+    void every_switch_has_its_own_byte_and_element()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const QByteArray, expected);
+        QFETCH(const QByteArray, element);
+        open();
+        box(name)->setChecked(false);
+        click(u"applybtn"_s);
+        QCOMPARE(sent, QList<QByteArray>({expected}));
+        for (const QByteArray &one : {"ALL_EN"_ba, "RB_EN"_ba, "WHEEL_EN"_ba})
+            QCOMPARE(home->element(one), one == element ? "0"_ba : "1"_ba);
+    }
+
+    void a_duration_of_1500_is_sent_low_byte_first()
+    {
+        open();
+        click(u"applybtn"_s);
+        QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 DC05 03 01 02")}));
+        QCOMPARE(UCHAR(sent.first().at(7)), UCHAR(0xDC));
+        QCOMPARE(UCHAR(sent.first().at(8)), UCHAR(0x05));
+    }
+
+    void double_click_settings_are_never_sent()
+    {
+        open();
+        click(u"applybtn"_s);
+        slider(u"dbspeed"_s)->setValue(900);
+        slider(u"dbran"_s)->setValue(60);
+        click(u"applybtn"_s);
+        QCOMPARE(sent.size(), 2);
+        QCOMPARE(sent.at(1), sent.at(0));
+        QCOMPARE(home->element("DB_SPEED"), "900"_ba);
+        QCOMPARE(home->element("DB_RAN"), "60"_ba);
+    }
+
+    void OK_keeps_and_sends_once_and_closes()
+    {
+        open();
+        changeEverything();
+        click(u"okbtn"_s);
+        QVERIFY(!dialog->isVisible());
+        QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 00 00 D007 05 00 01")}));
+        QCOMPARE(home->element("RB_DURATION"), "2000"_ba);
+        QCOMPARE(shown(), everythingChanged());
+    }
+
+    void any_close_drops_what_was_not_applied_data()
+    {
+        QTest::addColumn<int>("way");
+        QTest::newRow("Cancel") << 0;
+        QTest::newRow("the window's close button") << 1;
+        QTest::newRow("hidden by the program") << 2;
+    }
+    void any_close_drops_what_was_not_applied()
+    {
+        QFETCH(const int, way);
+        open();
+        const QByteArray before = home->content();
+        changeEverything();
+        switch (way) {
+        case 0:
+            click(u"canbtn"_s);
+            break;
+        case 1:
+            dialog->close();
+            break;
+        default:
+            dialog->hide();
+        }
+        QVERIFY(!dialog->isVisible());
+        QCOMPARE(shown(), fileDefaults());
+        QCOMPARE(home->content(), before);
+        QVERIFY(sent.isEmpty());
+    }
+
+    void being_minimised_keeps_what_was_not_applied()
+    {
+        open();
+        Hides hides(dialog);
+        changeEverything();
+        dialog->setWindowState(Qt::WindowMinimized);
+        QTRY_VERIFY(hides.bySystem > 0);
+        QCOMPARE(shown(), everythingChanged());
+        dialog->setWindowState(Qt::WindowNoState);
+        QVERIFY(QTest::qWaitForWindowExposed(dialog));
+        QCOMPARE(shown(), everythingChanged());
+    }
+
+    void Default_shows_its_values_and_neither_keeps_nor_sends_them()
+    {
+        open();
+        changeEverything();
+        const QByteArray before = home->content();
+        click(u"resbtn"_s);
+        QCOMPARE(shown(), QList<int>({1, 1, 1, 1500, 3, 600, 40, 2}));
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(home->content(), before);
+        QVERIFY(sent.isEmpty());
+    }
+
+    void Default_then_Cancel_changes_neither_file_nor_device()
+    {
+        XML_CLASS().write_setting({.all_en = 0,
+                                   .rb_en = 0,
+                                   .rb_duration = 500,
+                                   .rb_ran = 1,
+                                   .db_speed = 300,
+                                   .db_ran = 20,
+                                   .wheel_en = 0,
+                                   .wheel_sen = 3});
+        const QByteArray before = home->content();
+        open();
+        click(u"resbtn"_s);
+        click(u"canbtn"_s);
+        QVERIFY(!dialog->isVisible());
+        QCOMPARE(home->content(), before);
+        QVERIFY(sent.isEmpty());
+        dialog->OnUSBConnect();
+        QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 00 00 F401 01 00 03")}));
+    }
+
+    void Default_then_Apply_stores_a_double_click_range_of_40()
+    {
+        open();
+        QCOMPARE(home->element("DB_RAN"), "30"_ba);
+        click(u"resbtn"_s);
+        click(u"applybtn"_s);
+        QCOMPARE(home->element("DB_RAN"), "40"_ba);
+        QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 DC05 03 01 02")}));
+    }
+
+    void other_sections_are_kept()
+    {
+        open();
+        XML_CLASS().write_easysetting({.Environment = u"Indoor"_s, .Use = u"Percussion"_s});
+        click(u"pushButton_8"_s);
+        click(u"applybtn"_s);
+        QCOMPARE(home->element("RB_DURATION"), "2000"_ba);
+        QCOMPARE(home->element("USE"), "Percussion"_ba);
+    }
+
+    // The device
+
+    void a_connection_sends_and_shows_what_is_stored()
+    {
+        open();
+        changeEverything();
+        XML_CLASS().write_setting({.all_en = 1,
+                                   .rb_en = 0,
+                                   .rb_duration = 2500,
+                                   .rb_ran = 4,
+                                   .db_speed = 700,
+                                   .db_ran = 50,
+                                   .wheel_en = 1,
+                                   .wheel_sen = 3});
+        const QByteArray before = home->content();
+        dialog->OnUSBConnect();
+        QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 00 C409 04 01 03")}));
+        QCOMPARE(shown(), QList<int>({1, 0, 1, 2500, 4, 700, 50, 1}));
+        QCOMPARE(home->content(), before);
+        QVERIFY(dialog->isVisible());
+    }
+
+    void a_connection_is_served_without_the_dialog_being_shown()
+    {
+        create();
+        dialog->OnUSBConnect();
+        dialog->OnUSBConnect();
+        QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 DC05 03 01 02"),
+                                          frame("00A2000500 01 01 DC05 03 01 02")}));
+        QVERIFY(!dialog->isVisible());
+    }
+
+    void a_report_changes_nothing()
+    {
+        open();
+        changeEverything();
+        const QByteArray before = home->content();
+        QByteArray report(64, '\xFF');
+        dialog->DoRecv03(reinterpret_cast<UCHAR *>(report.data()));
+        QCOMPARE(report, QByteArray(64, '\xFF'));
+        QCOMPARE(shown(), everythingChanged());
+        QCOMPARE(home->content(), before);
+        QVERIFY(sent.isEmpty());
+    }
+
+    void Apply_without_a_frame_says_so_at_the_button()
+    {
+        open();
+        QCOMPARE(child(u"applybtn"_s)->toolTip(), QString());
+        click(u"pushButton_8"_s);
+        click(u"applybtn"_s);
+        QVERIFY(QToolTip::isVisible());
+        QCOMPARE(QToolTip::text(), Notice);
+        QCOMPARE(child(u"applybtn"_s)->toolTip(), Notice);
+        QCOMPARE(child(u"applybtn"_s)->accessibleDescription(), Notice);
+        QCOMPARE(home->element("RB_DURATION"), "2000"_ba);
+        QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 D007 03 01 02")}));
+    }
+
+    void OK_without_a_frame_leaves_the_note_at_the_button()
+    {
+        open();
+        click(u"okbtn"_s);
+        QVERIFY(!dialog->isVisible());
+        QVERIFY(!QToolTip::isVisible());
+        dialog->show();
+        QCOMPARE(child(u"applybtn"_s)->toolTip(), Notice);
+        QCOMPARE(child(u"applybtn"_s)->accessibleDescription(), Notice);
+    }
+
+    void what_was_kept_without_a_frame_is_sent_on_connection_and_the_note_goes()
+    {
+        open();
+        click(u"pushButton_8"_s);
+        click(u"applybtn"_s);
+        sent.clear();
+        dialog->setConnected(true);
+        QCOMPARE(child(u"applybtn"_s)->toolTip(), Notice);
+        dialog->OnUSBConnect();
+        QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 D007 03 01 02")}));
+        QCOMPARE(child(u"applybtn"_s)->toolTip(), QString());
+        QCOMPARE(child(u"applybtn"_s)->accessibleDescription(), QString());
+        QTRY_VERIFY(!QToolTip::isVisible());
+    }
+
+    void Apply_with_a_frame_takes_the_note_away()
+    {
+        open();
+        click(u"applybtn"_s);
+        dialog->setConnected(true);
+        click(u"applybtn"_s);
+        QCOMPARE(child(u"applybtn"_s)->toolTip(), QString());
+        QCOMPARE(child(u"applybtn"_s)->accessibleDescription(), QString());
+        QTRY_VERIFY(!QToolTip::isVisible());
+        QCOMPARE(sent.size(), 2);
+    }
+
+    void after_a_frame_is_gone_Apply_says_so_again()
+    {
+        open();
+        dialog->setConnected(true);
+        click(u"applybtn"_s);
+        QVERIFY(!QToolTip::isVisible());
+        dialog->setConnected(false);
+        QCOMPARE(child(u"applybtn"_s)->toolTip(), QString());
+        click(u"applybtn"_s);
+        QCOMPARE(child(u"applybtn"_s)->toolTip(), Notice);
+        QVERIFY(QToolTip::isVisible());
+    }
+
+    // Keys
+
+    void C_on_the_double_click_range_shows_the_diagnostics()
+    {
+        open();
+        QDialog diagnostics(window.get());
+        diagnostics.setObjectName(u"advset_dlg"_s);
+        slider(u"dbran"_s)->setFocus();
+        QTest::keyClick(slider(u"dbran"_s), Qt::Key_C);
+        QVERIFY(diagnostics.isVisible());
+        QVERIFY(QTest::qWaitForWindowActive(&diagnostics));
+        QVERIFY(dialog->isVisible());
+    }
+
+    void C_elsewhere_and_other_keys_there_show_no_diagnostics()
+    {
+        open();
+        QDialog diagnostics(window.get());
+        diagnostics.setObjectName(u"advset_dlg"_s);
+        for (const QString &name : {u"rbspeed"_s, u"rbran"_s, u"dbspeed"_s, u"WheelSen"_s}) {
+            slider(name)->setFocus();
+            QTest::keyClick(slider(name), Qt::Key_C);
+        }
+        for (const QString &name : {u"checkBox"_s, u"pushButton_5"_s, u"pushButton_6"_s}) {
+            child<QWidget>(name)->setFocus();
+            QTest::keyClick(child<QWidget>(name), Qt::Key_C);
+        }
+        slider(u"dbran"_s)->setFocus();
+        for (const Qt::Key key : {Qt::Key_B, Qt::Key_D, Qt::Key_3, Qt::Key_F1})
+            QTest::keyClick(slider(u"dbran"_s), key);
+        QVERIFY(!diagnostics.isVisible());
+    }
+
+    void C_without_diagnostics_does_nothing()
+    {
+        open();
+        slider(u"dbran"_s)->setFocus();
+        QTest::keyClick(slider(u"dbran"_s), Qt::Key_C);
+        QVERIFY(dialog->isVisible());
+        useradv_dlg alone(nullptr);
+        alone.show();
+        alone.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&alone));
+        auto *range = alone.findChild<QSlider *>(u"dbran"_s);
+        range->setFocus();
+        QVERIFY(range->hasFocus());
+        QTest::keyClick(range, Qt::Key_C);
+        QVERIFY(alone.isVisible());
+    }
+
+    void Escape_and_Enter_do_nothing_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::newRow("Escape") << Qt::Key_Escape;
+        QTest::newRow("Return") << Qt::Key_Return;
+        QTest::newRow("Enter") << Qt::Key_Enter;
+    }
+    void Escape_and_Enter_do_nothing()
+    {
+        QFETCH(const Qt::Key, key);
+        open();
+        const QByteArray before = home->content();
+        changeEverything();
+        QTest::keyClick(dialog, key);
+        for (const QString &name : {u"checkBox"_s, u"dbran"_s, u"pushButton_11"_s, u"resbtn"_s,
+                                    u"okbtn"_s, u"canbtn"_s, u"applybtn"_s}) {
+            child<QWidget>(name)->setFocus();
+            QTest::keyClick(child<QWidget>(name), key);
+        }
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(shown(), everythingChanged());
+        QCOMPARE(home->content(), before);
+        QVERIFY(sent.isEmpty());
+    }
+
+    void no_button_looks_as_if_Enter_would_press_it()
+    {
+        open();
+        for (QPushButton *button : dialog->findChildren<QPushButton *>()) {
+            button->setFocus();
+            QVERIFY(!button->isDefault());
+            QVERIFY(!button->autoDefault());
+        }
+    }
+
+    void the_space_bar_presses_the_button_in_focus_and_arrows_move_a_slider()
+    {
+        open();
+        child(u"pushButton_8"_s)->setFocus();
+        QTest::keyClick(child(u"pushButton_8"_s), Qt::Key_Space);
+        QCOMPARE(slider(u"rbspeed"_s)->value(), 2000);
+        slider(u"rbspeed"_s)->setFocus();
+        QTest::keyClick(slider(u"rbspeed"_s), Qt::Key_Left);
+        QCOMPARE(slider(u"rbspeed"_s)->value(), 1500);
+        child(u"canbtn"_s)->setFocus();
+        QTest::keyClick(child(u"canbtn"_s), Qt::Key_Space);
+        QVERIFY(!dialog->isVisible());
+    }
+};
+
+QTEST_MAIN(tst_useradv_dlg)
+#include "tst_useradv_dlg.moc"
