@@ -419,6 +419,16 @@ private slots:
         QVERIFY(hintless());
     }
 
+    void an_old_answer_is_a_new_one_after_a_report_of_another_class()
+    {
+        receive(CurrentIs90);
+        dialog->getCurrentRotation();
+        receive(FirmwareReply);
+        QVERIFY(hinted());
+        receive(CurrentIs90);
+        QVERIFY(hintless());
+    }
+
     void the_very_first_report_repeats_nothing()
     {
         dialog->getCurrentRotation();

@@ -286,6 +286,20 @@ private slots:
             QVERIFY(button->fontMetrics().horizontalAdvance(button->text()) + 8 <= button->width());
     }
 
+    void what_no_device_has_is_fitted_too()
+    {
+        Version_Dlg dialog(nullptr);
+        hidver = {0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF,
+                  0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF};
+        dialog.show();
+        for (const char *name : {"label_3", "label_4", "label_5", "label_6"}) {
+            const QLabel *label = child(dialog, name);
+            const bool fits = label->sizeHint().width() <= label->width();
+            QVERIFY2(fits || label->font().pointSize() == 6, name);
+            QCOMPARE(label->toolTip(), fits ? QString() : label->text());
+        }
+    }
+
     void a_short_text_gets_its_size_back()
     {
         Version_Dlg dialog(nullptr);
