@@ -5,6 +5,7 @@
 
 #include <QHideEvent>
 #include <QMutexLocker>
+#include <QShowEvent>
 
 #include <algorithm>
 
@@ -36,6 +37,14 @@ void Setting_dlg::OnUSBConnect()
 {
     Get_Data();
     SendSettingData();
+}
+
+// Another program may have written the file.
+void Setting_dlg::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous())
+        Get_Data();
+    QDialog::showEvent(event);
 }
 
 void Setting_dlg::hideEvent(QHideEvent *event)

@@ -30,6 +30,7 @@ public slots:
     void OnUSBConnect();
 
 protected:
+    void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private slots:

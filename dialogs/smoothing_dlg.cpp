@@ -5,6 +5,7 @@
 
 #include <QHideEvent>
 #include <QMutexLocker>
+#include <QShowEvent>
 
 using namespace MALVOUTIL;
 
@@ -53,6 +54,14 @@ void smoothing_dlg::DoRecv04(UCHAR *RecvBuf)
     const QMutexLocker locker(&mutex);
     Frame report;
     Buf_util::CopyBuf(RecvBuf, report.data(), FrameSize);
+}
+
+// Another program may have written the file.
+void smoothing_dlg::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous())
+        Get_Data();
+    QDialog::showEvent(event);
 }
 
 void smoothing_dlg::hideEvent(QHideEvent *event)

@@ -32,6 +32,7 @@ public slots:
     void DoRecv04(UCHAR *RecvBuf);
 
 protected:
+    void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
 private slots:

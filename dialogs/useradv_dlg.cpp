@@ -6,6 +6,7 @@
 #include <QHideEvent>
 #include <QKeyEvent>
 #include <QMutexLocker>
+#include <QShowEvent>
 #include <QToolTip>
 
 #include <algorithm>
@@ -76,6 +77,14 @@ void useradv_dlg::keyPressEvent(QKeyEvent *event)
         diagnostics->raise();
         diagnostics->activateWindow();
     }
+}
+
+// Another program may have written the file.
+void useradv_dlg::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous())
+        Get_Data();
+    QDialog::showEvent(event);
 }
 
 void useradv_dlg::hideEvent(QHideEvent *event)
@@ -223,9 +232,15 @@ void useradv_dlg::applySettings()
 {
     Set_Data();
     SendSettingData();
-    setNotice(isConnected ? QString()
-                          : tr("No touch frame is connected. The settings are kept and will be "
-                               "sent when one is connected by USB."));
+    if (isConnected)
+        setNotice(QString());
+    else if (xmlclass.read_setting() == SettingData)
+        setNotice(tr("No touch frame is connected. The settings are kept and will be sent when one "
+                     "is connected by USB."));
+    else
+        setNotice(tr("No touch frame is connected, and %1 cannot be written: the settings are not "
+                     "kept.")
+                      .arg(XML_CLASS::filePath()));
 }
 
 // What there is to know about the last Apply; empty when all went as expected.

@@ -316,6 +316,24 @@ private slots:
         QCOMPARE(home->content(), before);
     }
 
+    void another_program_s_edit_shows_at_the_next_opening()
+    {
+        open();
+        dialog->close();
+        home->edit("USE", "Operate");
+        dialog->show();
+        QCOMPARE(use(), u"Operate"_s);
+    }
+
+    void what_looks_like_markup_is_shown_as_it_stands()
+    {
+        XML_CLASS().write_easysetting({.Environment = u"Indoor"_s, .Use = u"<b>Write</b>"_s});
+        open();
+        QCOMPARE(child<QLabel>(u"UseLab"_s)->textFormat(), Qt::PlainText);
+        QCOMPARE(child<QLabel>(u"EnvironmentLab"_s)->textFormat(), Qt::PlainText);
+        QCOMPARE(use(), u"<b>Write</b>"_s);
+    }
+
     void other_sections_are_kept()
     {
         XML_CLASS().write_smoothing({.smo_en = 0, .smo_lv = 6});

@@ -239,6 +239,17 @@ private slots:
         QVERIFY(content().contains("<USE>Multipoint</USE>"));
     }
 
+    void another_program_s_edit_shows_at_the_next_opening()
+    {
+        smoothing_dlg dialog(nullptr);
+        appear(dialog);
+        dialog.close();
+        writeFile(smoothingFile("0", "4"));
+        dialog.show();
+        QCOMPARE(level(dialog)->value(), 4);
+        QVERIFY(!use(dialog)->isChecked());
+    }
+
     void every_other_way_out_discards_what_was_not_saved_data()
     {
         QTest::addColumn<int>("way");

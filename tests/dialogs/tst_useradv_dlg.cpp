@@ -659,6 +659,27 @@ private slots:
         QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 D007 03 01 02")}));
     }
 
+    void Apply_without_a_frame_does_not_claim_to_have_kept_what_it_could_not()
+    {
+        home->removeConfigDirectory();
+        open();
+        click(u"pushButton_8"_s);
+        click(u"applybtn"_s);
+        const QString note = child(u"applybtn"_s)->toolTip();
+        QVERIFY(note.contains(home->path()));
+        QVERIFY(note.endsWith(u"the settings are not kept."_s));
+        QVERIFY(!home->hasConfigDirectory());
+    }
+
+    void another_program_s_edit_shows_at_the_next_opening()
+    {
+        open();
+        dialog->close();
+        home->edit("RB_DURATION", "2500");
+        dialog->show();
+        QCOMPARE(child<QSlider>(u"rbspeed"_s)->value(), 2500);
+    }
+
     void OK_without_a_frame_leaves_the_note_at_the_button()
     {
         open();
