@@ -6,13 +6,14 @@ export LC_ALL=C.UTF-8 PATH=$PATH:/usr/sbin:/sbin
 project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What the project is built with, what the windows under test need around them, what the style
-# lane looks with, what compiles the fuzz programs and what the emulated kernel runs on. These names
-# hold on Debian 12 and 13.
+# lane looks with, the font that the windows ask for, what compiles the fuzz programs and what the
+# emulated kernel runs on. These names hold on Debian 12 and 13.
 build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
                 qt6-l10n-tools libxcb1-dev libxcb-randr0-dev)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core procps)
 style_packages=(clang-format clang-tidy shellcheck)
+font_packages=(fonts-wine)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static udev xz-utils procps)
 
