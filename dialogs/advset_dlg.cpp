@@ -2,12 +2,10 @@
 
 #include "device/malvoutil.h"
 #include "lightset_dlg.h"
+#include "test_win.h"
 #include "ui_advset_dlg.h"
 
-#include <QMainWindow>
 #include <QMutexLocker>
-
-using namespace Qt::StringLiterals;
 
 advset_dlg::advset_dlg(QWidget *parent)
     : QDialog(parent)
@@ -38,6 +36,6 @@ void advset_dlg::on_testbtn_2_clicked()
 
 void advset_dlg::on_testbtn_clicked()
 {
-    if (auto *screen = parentWidget()->findChild<QMainWindow *>(u"test_win"_s))
+    if (auto *screen = parentWidget()->findChild<test_win *>())
         screen->show();
 }

@@ -217,7 +217,8 @@ void LightSet_dlg::showEvent(QShowEvent *event)
     plot.setCounts(0, 0);
     // Not showFullScreen(), which shows a window that is being shown already: newer toolkits take
     // that for another showing.
-    setGeometry(screen()->geometry());
+    const QWidget *operatedOn = parentWidget() ? parentWidget() : this;
+    setGeometry(operatedOn->screen()->geometry());
     setWindowState(windowState() | Qt::WindowFullScreen);
     GetADCData();
     TimerStep = 0;
