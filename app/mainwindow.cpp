@@ -6,10 +6,13 @@
 #include "device/posix_qextserialport.h"
 #include "device/readreportthread.h"
 #include "device/writereportthread.h"
+#include "dialogs/advset_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/lightset_dlg.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/setting_dlg.h"
 #include "dialogs/smoothing_dlg.h"
+#include "dialogs/test_win.h"
 #include "dialogs/useradv_dlg.h"
 #include "dialogs/version_dlg.h"
 #include "readhotplug.h"
@@ -357,6 +360,18 @@ void MainWindow::addDialogs()
     connect(useradvdlg, &useradv_dlg::Write03, this, &MainWindow::OnWrite03);
     connect(this, &MainWindow::Recv03, useradvdlg, &useradv_dlg::DoRecv03);
     connect(this, &MainWindow::USBConnect, useradvdlg, &useradv_dlg::OnUSBConnect);
+
+    advdlg = new advset_dlg(this);
+    connect(advdlg, &advset_dlg::Write03, this, &MainWindow::OnWrite03);
+    connect(this, &MainWindow::Recv03, advdlg, &advset_dlg::DoRecv03);
+
+    testwin = new test_win(this);
+    connect(testwin, &test_win::Write03, this, &MainWindow::OnWrite03);
+    connect(this, &MainWindow::Recv03, testwin, &test_win::DoRecv03);
+
+    lightsetdlg = new LightSet_dlg(this);
+    connect(lightsetdlg, &LightSet_dlg::Write03, this, &MainWindow::OnWrite03);
+    connect(this, &MainWindow::Recv03, lightsetdlg, &LightSet_dlg::DoRecv03);
 
     calibrationdlg = std::make_unique<Calibration_Dlg>();
     connect(calibrationdlg.get(), &Calibration_Dlg::Write03, this, &MainWindow::OnWrite03);

@@ -18,6 +18,7 @@ namespace Ui {
 class MainWindow;
 }
 class Calibration_Dlg;
+class LightSet_dlg;
 class Posix_QextSerialPort;
 class QAction;
 class QMenu;
@@ -28,7 +29,9 @@ class ReadReportThread;
 class Rotation_dlg;
 class Setting_dlg;
 class Version_Dlg;
+class advset_dlg;
 class smoothing_dlg;
+class test_win;
 class useradv_dlg;
 class writereportthread;
 
@@ -150,6 +153,9 @@ private:
     smoothing_dlg *smoothingdlg = nullptr; // child
     Setting_dlg *settingdlg = nullptr;     // child
     useradv_dlg *useradvdlg = nullptr;     // child
+    advset_dlg *advdlg = nullptr;          // child
+    test_win *testwin = nullptr;           // child
+    LightSet_dlg *lightsetdlg = nullptr;   // child
     Version_Dlg *versiondlg = nullptr;     // child
     Rotation_dlg *rotationdlg = nullptr;   // child
 

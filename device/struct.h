@@ -46,3 +46,18 @@ struct _MALVOPOINT
     float z;
 };
 using MALVOPOINT = _MALVOPOINT;
+
+// What a signal test goes by.
+struct _TEST_DATA
+{
+    qint32 upper = 0; // limits in signal units, 0 to 1100
+    qint32 lower = 0;
+    qint32 interal = 0; // of the continuous test, times 150 ms
+    qint32 AGC = 0;     // 0 to 255; the device is not told
+    qint32 X_total = 0; // lights as the device reports them, 0 until it has
+    qint32 Y_total = 0;
+    bool showRip = false;
+    bool showAGC = false;
+    bool showADC = false;
+};
+using TEST_DATA = _TEST_DATA;

@@ -1,5 +1,6 @@
 #include "useradv_dlg.h"
 
+#include "advset_dlg.h"
 #include "device/commands.h"
 #include "ui_useradv_dlg.h"
 
@@ -72,7 +73,7 @@ void useradv_dlg::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() != Qt::Key_C || !ui->dbran->hasFocus() || parentWidget() == nullptr)
         return;
-    if (auto *diagnostics = parentWidget()->findChild<QDialog *>(u"advset_dlg"_s)) {
+    if (auto *diagnostics = parentWidget()->findChild<advset_dlg *>()) {
         diagnostics->show();
         diagnostics->raise();
         diagnostics->activateWindow();

@@ -1,3 +1,4 @@
+#include "dialogs/advset_dlg.h"
 #include "dialogs/useradv_dlg.h"
 #include "tests/dialogs/clipped.h"
 #include "tests/dialogs/hides.h"
@@ -736,8 +737,7 @@ private slots:
     void C_on_the_double_click_range_shows_the_diagnostics()
     {
         open();
-        QDialog diagnostics(window.get());
-        diagnostics.setObjectName(u"advset_dlg"_s);
+        advset_dlg diagnostics(window.get());
         slider(u"dbran"_s)->setFocus();
         QTest::keyClick(slider(u"dbran"_s), Qt::Key_C);
         QVERIFY(diagnostics.isVisible());
@@ -748,8 +748,7 @@ private slots:
     void C_elsewhere_and_other_keys_there_show_no_diagnostics()
     {
         open();
-        QDialog diagnostics(window.get());
-        diagnostics.setObjectName(u"advset_dlg"_s);
+        const advset_dlg diagnostics(window.get());
         for (const QString &name : {u"rbspeed"_s, u"rbran"_s, u"dbspeed"_s, u"WheelSen"_s}) {
             slider(name)->setFocus();
             QTest::keyClick(slider(name), Qt::Key_C);

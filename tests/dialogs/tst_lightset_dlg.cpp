@@ -1,0 +1,1084 @@
+#include "dialogs/lightset_dlg.h"
+#include "tests/support/plainlights.h"
+
+#include <QApplication>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMetaMethod>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QScreen>
+#include <QTest>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstring>
+#include <initializer_list>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int W = 1920;
+constexpr int H = 1080;
+constexpr QRect Panel(280, 50, 501, 471);
+
+// The 64 bytes of a frame that begins like this and goes on with zeros, as hexadecimal text.
+QByteArray whole(const char *beginning)
+{
+    return QByteArray::fromHex(beginning).leftJustified(64, '\0').toHex(' ');
+}
+
+const QByteArray ReadAdc = whole("00 A2 05");
+const QByteArray ScanX = whole("00 A5 01");
+const QByteArray ScanY = whole("00 A5 02");
+
+QString hex(const char *digits)
+{
+    return QString::fromLatin1(digits);
+}
+
+// What only paints count of.
+class Paints : public QObject
+{
+public:
+    explicit Paints(QWidget *watched) { watched->installEventFilter(this); }
+    int count = 0;
+    QRegion region;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            ++count;
+            region |= static_cast<QPaintEvent *>(event)->region();
+        }
+        return false;
+    }
+};
+
+QImage withoutPanel(const QImage &picture)
+{
+    QImage image = picture.convertToFormat(QImage::Format_RGB32);
+    QPainter(&image).fillRect(Panel, Qt::gray);
+    return image;
+}
+
+// Text that does not fit into its widget.
+QStringList clippedTexts(const QWidget &window)
+{
+    QStringList clipped;
+    for (const QLabel *label : window.findChildren<QLabel *>()) {
+        const int height =
+            label->wordWrap() ? label->heightForWidth(label->width()) : label->sizeHint().height();
+        if (height > label->height() ||
+            (!label->wordWrap() && label->sizeHint().width() > label->width()))
+            clipped.append(label->objectName());
+    }
+    for (const QPushButton *button : window.findChildren<QPushButton *>()) {
+        if (button->fontMetrics().horizontalAdvance(button->text()) + 8 > button->width() ||
+            button->fontMetrics().height() + 4 > button->height())
+            clipped.append(button->objectName());
+    }
+    return clipped;
+}
+
+} // namespace
+
+class tst_lightset_dlg : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<LightSet_dlg> screen;
+    QByteArrayList frames;
+
+    QByteArrayList sent() { return std::exchange(frames, {}); }
+    template <typename Widget = QLineEdit>
+    Widget *child(const char *name) const
+    {
+        return screen->findChild<Widget *>(QString::fromLatin1(name));
+    }
+    QString text(const char *field) const { return child(field)->text(); }
+    void type(const char *field, const char *typed) const
+    {
+        child(field)->clear();
+        QTest::keyClicks(child(field), QString::fromLatin1(typed));
+    }
+    QPushButton *button(const char *name) const { return child<QPushButton>(name); }
+    void press(const char *name) const { QTest::mouseClick(button(name), Qt::LeftButton); }
+    void tick(int times = 1) const
+    {
+        for (int i = 0; i < times; ++i)
+            QMetaObject::invokeMethod(screen.get(), "ontimer");
+    }
+    void report(std::initializer_list<UCHAR> bytes) const
+    {
+        UCHAR buffer[64] = {};
+        std::copy(bytes.begin(), bytes.end(), buffer);
+        screen->DoRecv03(buffer);
+        // Whoever sent it may use the buffer again at once.
+        std::memset(buffer, 0xEE, sizeof buffer);
+    }
+    // The timer is stopped: time goes on by tick() alone.
+    void show()
+    {
+        screen->show();
+        QVERIFY(QTest::qWaitForWindowExposed(screen.get()));
+        screen->findChild<QTimer *>()->stop();
+        QTRY_COMPARE(screen->size(), QSize(W, H));
+        sent();
+    }
+    // 96 X and 54 Y lights; the next tick reads the chosen light.
+    void showWithLights()
+    {
+        show();
+        tick(5);
+        report({0xFC, 0xA5, 0x80, 0x00, 0x00, 96, 0, 54, 0});
+    }
+    // X light 10, offset -5, AGC 50, ADC 3980, ORG 3892, on.
+    void answerLight() const
+    {
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0x8C, 0x0F, 0x34, 0x0F, 0});
+    }
+    void release(QPoint at) const { QTest::mouseClick(screen.get(), Qt::LeftButton, {}, at); }
+
+private slots:
+    void init()
+    {
+        screen = std::make_unique<LightSet_dlg>();
+        connect(screen.get(), &LightSet_dlg::Write03, screen.get(), [this](const UCHAR *frame) {
+            frames.append(QByteArray(reinterpret_cast<const char *>(frame), 64).toHex(' '));
+        });
+        frames.clear();
+    }
+    void cleanup() { screen.reset(); }
+
+    // The form
+
+    void every_widget_is_in_its_place_data()
+    {
+        QTest::addColumn<QString>("parent");
+        QTest::addColumn<QRect>("geometry");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char *name, const char *parent, QRect geometry,
+                            const char *text = "") {
+            QTest::newRow(name) << QString::fromLatin1(parent) << geometry
+                                << QString::fromLatin1(text);
+        };
+        row("groupBox_3", "LightSet_dlg", Panel);
+        row("groupBox", "groupBox_3", {20, 20, 241, 221}, "ADCline Setting");
+        row("label_3", "groupBox", {20, 30, 91, 20}, "ADC range:");
+        row("label_6", "groupBox", {20, 70, 91, 20}, "Edge ADC range: ");
+        row("label_4", "groupBox", {20, 110, 101, 20}, "ADC threshold:");
+        row("label_5", "groupBox", {20, 150, 101, 20}, "Edge ADC threshold:");
+        row("label", "groupBox", {130, 20, 54, 12}, "Min");
+        row("label_10", "groupBox", {180, 20, 54, 12}, "Max");
+        row("label_12", "groupBox", {130, 60, 54, 12}, "Min");
+        row("label_11", "groupBox", {180, 60, 54, 12}, "Max");
+        row("MinADC", "groupBox", {130, 30, 41, 20});
+        row("MaxADC", "groupBox", {180, 30, 41, 20});
+        row("MinEdgeADC", "groupBox", {130, 70, 41, 20});
+        row("MaxEdgeADC", "groupBox", {180, 70, 41, 20});
+        row("ADCThreshold", "groupBox", {130, 110, 41, 20});
+        row("EdgeADCThreshold", "groupBox", {130, 150, 41, 20});
+        row("ADCDefBtn", "groupBox", {30, 180, 71, 23}, "Default");
+        row("ADCSetBtn", "groupBox", {140, 180, 71, 23}, "Set");
+        row("groupBox_2", "groupBox_3", {20, 250, 241, 201}, "Light Setting");
+        row("label_7", "groupBox_2", {25, 30, 101, 20}, "Light Num:");
+        row("LightDir", "groupBox_2", {85, 30, 21, 20});
+        row("LightNum", "groupBox_2", {110, 30, 41, 20});
+        row("LightChooseBtn_2", "groupBox_2", {160, 30, 61, 21}, "Disable");
+        row("label_9", "groupBox_2", {25, 58, 51, 20}, "ADC:");
+        row("LightADC", "groupBox_2", {85, 58, 51, 20});
+        row("LightChooseBtn", "groupBox_2", {160, 60, 61, 21}, "Choose");
+        row("label_13", "groupBox_2", {25, 88, 51, 20}, "ORG:");
+        row("LightORG", "groupBox_2", {85, 88, 51, 20});
+        row("label_8", "groupBox_2", {25, 118, 51, 20}, "AGC:");
+        row("LightAGC", "groupBox_2", {85, 118, 51, 20});
+        row("LightAGCSet", "groupBox_2", {150, 118, 51, 20});
+        row("label_2", "groupBox_2", {20, 160, 91, 16}, "signal intensity:");
+        row("LightAddBtn", "groupBox_2", {110, 158, 51, 23}, "+");
+        row("LightDecBtn", "groupBox_2", {170, 158, 51, 23}, "-");
+        row("ExitBtn", "groupBox_3", {280, 410, 75, 41}, "Exit");
+        QTest::newRow("label_15")
+            << u"groupBox_3"_s << QRect(280, 30, 201, 261)
+            << u"WARNING!\n\nPlease don't touch the screan, and use your mouse to operat this dialog\uFF01"_s;
+    }
+    void every_widget_is_in_its_place()
+    {
+        QFETCH(const QString, parent);
+        QFETCH(const QRect, geometry);
+        QFETCH(const QString, text);
+        const auto *widget = child<QWidget>(QTest::currentDataTag());
+        QVERIFY(widget);
+        QCOMPARE(widget->parentWidget()->objectName(), parent);
+        QCOMPARE(widget->geometry(), geometry);
+        const bool isBox = qobject_cast<const QGroupBox *>(widget);
+        QCOMPARE(widget->property(isBox ? "title" : "text").toString(), text);
+        QCOMPARE(widget->font().family(), u"Tahoma"_s);
+    }
+
+    void the_window_is_as_drawn()
+    {
+        QCOMPARE(screen->windowTitle(), u"Dialog"_s);
+        QCOMPARE(screen->size(), QSize(999, 714));
+        QCOMPARE(child<QLabel>("label_7")->font().pointSize(), 8);
+        QCOMPARE(child<QLabel>("label_11")->font().pointSize(), 7);
+        QCOMPARE(child<QLabel>("label_12")->font().pointSize(), 7);
+        QCOMPARE(child<QLabel>("label_15")->font().pointSize(), 13);
+        QVERIFY(child<QLabel>("label_15")->font().bold());
+        QCOMPARE(child<QLabel>("label_15")->styleSheet(), u"color: rgb(255, 40, 12);"_s);
+    }
+
+    void at_first_only_what_can_be_used_is_enabled()
+    {
+        QVERIFY(button("LightChooseBtn")->isHidden());
+        for (const char *name : {"LightChooseBtn_2", "LightAddBtn", "LightDecBtn"})
+            QVERIFY(!button(name)->isEnabled());
+        for (const char *name : {"LightADC", "LightORG", "LightAGC", "LightAGCSet"}) {
+            QVERIFY(!child(name)->isEnabled());
+            QVERIFY(child(name)->isReadOnly());
+        }
+        for (const char *name : {"LightDir", "LightNum", "MinADC", "MaxADC", "MinEdgeADC",
+                                 "MaxEdgeADC", "ADCThreshold", "EdgeADCThreshold"}) {
+            QVERIFY(child(name)->isEnabled());
+            QVERIFY(!child(name)->isReadOnly());
+            QCOMPARE(text(name), QString());
+        }
+    }
+
+    void nothing_is_clipped() { QCOMPARE(clippedTexts(*screen), QStringList()); }
+
+    void four_digits_and_an_axis_fit_into_their_fields()
+    {
+        show();
+        for (const char *name : {"MinADC", "MaxADC", "MinEdgeADC", "MaxEdgeADC", "ADCThreshold",
+                                 "EdgeADCThreshold", "LightDir", "LightNum"}) {
+            const bool isAxis = qstrcmp(name, "LightDir") == 0;
+            const QString longest = isAxis                           ? u"X"_s
+                                    : qstrcmp(name, "LightNum") == 0 ? u"499"_s
+                                                                     : u"4095"_s;
+            child(name)->setText(longest);
+            child(name)->setCursorPosition(0);
+            // The place behind the last letter is within the field.
+            child(name)->end(false);
+            QVERIFY2(child(name)->fontMetrics().horizontalAdvance(longest) + 8 <=
+                         child(name)->width(),
+                     name);
+            QVERIFY2(child(name)->fontMetrics().height() <= child(name)->height() - 4, name);
+        }
+    }
+
+    void everything_is_reachable_by_keyboard_and_named()
+    {
+        showWithLights();
+        answerLight();
+        QStringList reached;
+        child("LightDir")->setFocus();
+        for (int i = 0; i < 15; ++i) {
+            const QWidget *focused = screen->focusWidget();
+            reached.append(focused->objectName());
+            QVERIFY(!focused->accessibleName().isEmpty() ||
+                    focused->property("text").toString().size() > 3);
+            QTest::keyClick(screen->focusWidget(), Qt::Key_Tab);
+        }
+        QCOMPARE(reached,
+                 QStringList({u"LightDir"_s, u"LightNum"_s, u"LightChooseBtn_2"_s, u"LightAddBtn"_s,
+                              u"LightDecBtn"_s, u"MinADC"_s, u"MaxADC"_s, u"MinEdgeADC"_s,
+                              u"MaxEdgeADC"_s, u"ADCThreshold"_s, u"EdgeADCThreshold"_s,
+                              u"ADCDefBtn"_s, u"ADCSetBtn"_s, u"ExitBtn"_s, u"LightDir"_s}));
+    }
+
+    void enter_in_a_field_presses_no_button()
+    {
+        showWithLights();
+        answerLight();
+        for (const char *field : {"LightNum", "MinADC"}) {
+            child(field)->setFocus();
+            QTest::keyClick(child(field), Qt::Key_Return);
+        }
+        QCOMPARE(text("MinADC"), QString());
+        QCOMPARE(text("LightAGCSet"), u"-5"_s);
+        QCOMPARE(sent(), QByteArrayList());
+        QVERIFY(screen->isVisible());
+    }
+
+    void the_slots_are_in_their_order()
+    {
+        QByteArrayList slotsFound;
+        const QMetaObject &meta = LightSet_dlg::staticMetaObject;
+        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+            if (meta.method(i).methodType() == QMetaMethod::Slot)
+                slotsFound.append(meta.method(i).name());
+        }
+        QCOMPARE(slotsFound,
+                 QByteArrayList({"on_LightChooseBtn_2_clicked", "on_LightChooseBtn_clicked",
+                                 "on_LightDecBtn_clicked", "on_LightAddBtn_clicked",
+                                 "on_ADCSetBtn_clicked", "on_ADCDefBtn_clicked",
+                                 "on_ExitBtn_clicked", "ontimer", "DoRecv03"}));
+    }
+
+    // Showing, polling, hiding
+
+    void showing_reads_the_settings_at_once_and_fills_the_screen()
+    {
+        screen->show();
+        QCOMPARE(sent(), QByteArrayList({ReadAdc}));
+        const auto *timer = screen->findChild<QTimer *>();
+        QVERIFY(timer->isActive());
+        QCOMPARE(timer->interval(), 180);
+        QVERIFY(QTest::qWaitForWindowExposed(screen.get()));
+        QTRY_COMPARE(screen->geometry(), QRect(0, 0, W, H));
+        QVERIFY(screen->isFullScreen());
+        QCOMPARE(sent(), QByteArrayList());
+    }
+
+    void it_fills_the_screen_above_a_visible_parent_too()
+    {
+        QWidget parent;
+        parent.setGeometry(300, 300, 200, 100);
+        parent.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&parent));
+        LightSet_dlg child(&parent);
+        child.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&child));
+        QTRY_COMPARE(child.geometry(), QRect(0, 0, W, H));
+        QTest::keyClick(&child, Qt::Key_Escape);
+        QVERIFY(!child.isVisible());
+    }
+
+    void the_first_light_read_goes_out_on_the_sixth_tick()
+    {
+        show();
+        report({0xFC, 0xA5, 0x80, 0x00, 0x00, 96, 0, 54, 0});
+        type("LightDir", "X");
+        type("LightNum", "7");
+        for (int i = 1; i <= 5; ++i) {
+            tick();
+            QCOMPARE(sent(), QByteArrayList());
+        }
+        tick();
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 07 03 00 01 07 00")}));
+    }
+
+    void polling_goes_light_y_scan_x_scan()
+    {
+        showWithLights();
+        type("LightDir", "Y");
+        type("LightNum", "53");
+        const QByteArray light = whole("00 A2 07 03 00 02 35 00");
+        tick(7);
+        QCOMPARE(sent(), QByteArrayList({light, ScanY, ScanX, light, ScanY, ScanX, light}));
+    }
+
+    void without_a_chosen_light_the_scans_go_on()
+    {
+        showWithLights();
+        tick(6);
+        QCOMPARE(sent(), QByteArrayList({ScanY, ScanX, ScanY, ScanX}));
+    }
+
+    void the_timer_drives_the_polling()
+    {
+        screen->show();
+        QTRY_VERIFY(frames.size() >= 3);
+        QCOMPARE(frames.mid(0, 3), QByteArrayList({ReadAdc, ScanY, ScanX}));
+    }
+
+    void writing_pauses_the_polling_for_ten_ticks_and_it_resumes_where_it_was()
+    {
+        showWithLights();
+        tick(2);
+        QCOMPARE(sent(), QByteArrayList({ScanY}));
+        press("ADCSetBtn");
+        sent();
+        tick(10);
+        QCOMPARE(sent(), QByteArrayList());
+        tick(2);
+        QCOMPARE(sent(), QByteArrayList({ScanX}));
+    }
+
+    void hiding_reads_the_settings_again_and_stops_data()
+    {
+        QTest::addColumn<QString>("way");
+        for (const char *way : {"escape", "exit", "close", "hide"})
+            QTest::newRow(way) << QString::fromLatin1(way);
+    }
+    void hiding_reads_the_settings_again_and_stops()
+    {
+        QFETCH(const QString, way);
+        showWithLights();
+        tick();
+        screen->findChild<QTimer *>()->start();
+        sent();
+        if (way == u"escape"_s)
+            QTest::keyClick(screen.get(), Qt::Key_Escape);
+        else if (way == u"exit"_s)
+            press("ExitBtn");
+        else if (way == u"close"_s)
+            screen->close();
+        else
+            screen->hide();
+        QVERIFY(!screen->isVisible());
+        QCOMPARE(sent(), QByteArrayList({ReadAdc}));
+        QVERIFY(!screen->findChild<QTimer *>()->isActive());
+    }
+
+    void showing_again_begins_anew()
+    {
+        showWithLights();
+        type("LightDir", "X");
+        type("LightNum", "7");
+        tick(2);
+        screen->hide();
+        sent();
+        screen->show();
+        QCOMPARE(sent(), QByteArrayList({ReadAdc}));
+        screen->findChild<QTimer *>()->stop();
+        tick(5);
+        QCOMPARE(sent(), QByteArrayList());
+        // The counts are unknown again: no light is read.
+        tick(3);
+        QCOMPARE(sent(), QByteArrayList({ScanY, ScanX}));
+    }
+
+    void minimised_and_restored_it_goes_on()
+    {
+        showWithLights();
+        screen->findChild<QTimer *>()->start();
+        screen->showMinimized();
+        QTRY_VERIFY(screen->isMinimized());
+        QTest::qWait(300);
+        screen->setWindowState(Qt::WindowFullScreen);
+        QVERIFY(QTest::qWaitForWindowExposed(screen.get()));
+        QVERIFY(screen->findChild<QTimer *>()->isActive());
+        QVERIFY(!frames.contains(ReadAdc));
+    }
+
+    // ADC line settings
+
+    void the_settings_reply_fills_the_fields()
+    {
+        show();
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 0x2C, 0x01, 0xFF, 0x00});
+        QCOMPARE(text("MinADC"), u"3800"_s);
+        QCOMPARE(text("MaxADC"), u"4000"_s);
+        QCOMPARE(text("MinEdgeADC"), u"3000"_s);
+        QCOMPARE(text("MaxEdgeADC"), u"3200"_s);
+        QCOMPARE(text("ADCThreshold"), u"1000"_s);
+        QCOMPARE(text("EdgeADCThreshold"), u"600"_s);
+        // 300 X lights and 255 Y lights: just these are read.
+        tick(5);
+        for (const auto &[axis, number, frame] :
+             {std::tuple("X", "299", whole("00 A2 07 03 00 01 2B 01")),
+              std::tuple("Y", "254", whole("00 A2 07 03 00 02 FE 00")),
+              std::tuple("X", "300", QByteArray()), std::tuple("Y", "255", QByteArray())}) {
+            type("LightDir", axis);
+            type("LightNum", number);
+            sent();
+            tick();
+            QCOMPARE(sent(), frame.isEmpty() ? QByteArrayList() : QByteArrayList({frame}));
+            tick(2);
+        }
+    }
+
+    void values_of_sixteen_bits_are_shown_unsigned()
+    {
+        show();
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xFF, 0xFF, 0x00, 0x80, 0x00, 0x01, 0x01, 0x00, 0x00,
+                0x00, 0xFE, 0xFF});
+        QCOMPARE(text("MinADC"), u"65535"_s);
+        QCOMPARE(text("MaxADC"), u"32768"_s);
+        QCOMPARE(text("MinEdgeADC"), u"256"_s);
+        QCOMPARE(text("MaxEdgeADC"), u"1"_s);
+        QCOMPARE(text("ADCThreshold"), u"0"_s);
+        QCOMPARE(text("EdgeADCThreshold"), u"65534"_s);
+    }
+
+    void default_fills_the_fields_and_sends_nothing()
+    {
+        show();
+        type("MinADC", "1");
+        press("ADCDefBtn");
+        QCOMPARE(text("MinADC"), u"3800"_s);
+        QCOMPARE(text("MaxADC"), u"4000"_s);
+        QCOMPARE(text("MinEdgeADC"), u"3000"_s);
+        QCOMPARE(text("MaxEdgeADC"), u"3200"_s);
+        QCOMPARE(text("ADCThreshold"), u"1000"_s);
+        QCOMPARE(text("EdgeADCThreshold"), u"600"_s);
+        QCOMPARE(sent(), QByteArrayList());
+    }
+
+    void set_sends_the_six_fields()
+    {
+        show();
+        press("ADCDefBtn");
+        press("ADCSetBtn");
+        QCOMPARE(sent(),
+                 QByteArrayList({whole("00 A2 04 0C 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02")}));
+    }
+
+    void typed_settings_are_cut_to_sixteen_bits_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("bytes");
+        QTest::newRow("nothing") << QString() << hex("00 00");
+        QTest::newRow("letters") << u"abc"_s << hex("00 00");
+        QTest::newRow("a number and letters") << u"12a"_s << hex("00 00");
+        QTest::newRow("a fraction") << u"1.5"_s << hex("00 00");
+        QTest::newRow("more than an integer holds") << u"99999999999"_s << hex("00 00");
+        QTest::newRow("one") << u"1"_s << hex("01 00");
+        QTest::newRow("two bytes") << u"4660"_s << hex("34 12");
+        QTest::newRow("the largest") << u"65535"_s << hex("FF FF");
+        QTest::newRow("one more") << u"65536"_s << hex("00 00");
+        QTest::newRow("seventeen bits") << u"70000"_s << hex("70 11");
+        // The high byte is a quotient, and -1 / 256 is 0.
+        QTest::newRow("negative") << u"-1"_s << hex("FF 00");
+        QTest::newRow("more negative") << u"-257"_s << hex("FF FF");
+    }
+    void typed_settings_are_cut_to_sixteen_bits()
+    {
+        QFETCH(const QString, typed);
+        QFETCH(const QString, bytes);
+        show();
+        const char *fields[] = {"MinADC",     "MaxADC",       "MinEdgeADC",
+                                "MaxEdgeADC", "ADCThreshold", "EdgeADCThreshold"};
+        for (int chosen = 0; chosen < 6; ++chosen) {
+            QString expected = u"00 A2 04 0C 00"_s;
+            for (int i = 0; i < 6; ++i) {
+                type(fields[i], i == chosen ? typed.toLatin1().constData() : "2");
+                expected += u" "_s + (i == chosen ? bytes : u"02 00"_s);
+            }
+            press("ADCSetBtn");
+            QCOMPARE(sent(), QByteArrayList({whole(expected.toLatin1().constData())}));
+        }
+    }
+
+    // One light
+
+    void a_light_reply_shows_the_light()
+    {
+        showWithLights();
+        answerLight();
+        QCOMPARE(text("LightDir"), u"X"_s);
+        QCOMPARE(text("LightNum"), u"10"_s);
+        QCOMPARE(text("LightAGCSet"), u"-5"_s);
+        QCOMPARE(text("LightAGC"), u"50"_s);
+        QCOMPARE(text("LightADC"), u"3980"_s);
+        QCOMPARE(text("LightORG"), u"3892"_s);
+        QCOMPARE(button("LightChooseBtn_2")->text(), u"Disable"_s);
+        for (const char *name : {"LightChooseBtn_2", "LightAddBtn", "LightDecBtn"})
+            QVERIFY(button(name)->isEnabled());
+    }
+
+    void a_light_reply_at_the_limits()
+    {
+        showWithLights();
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x02, 0x2C, 0x01, 0x80, 0xFF, 0xFF, 0xFF, 0x00, 0x80,
+                0x02});
+        QCOMPARE(text("LightDir"), u"Y"_s);
+        QCOMPARE(text("LightNum"), u"300"_s);
+        QCOMPARE(text("LightAGCSet"), u"-128"_s);
+        QCOMPARE(text("LightAGC"), u"255"_s);
+        QCOMPARE(text("LightADC"), u"65535"_s);
+        QCOMPARE(text("LightORG"), u"32768"_s);
+        QCOMPARE(button("LightChooseBtn_2")->text(), u"Enable"_s);
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x02, 0x2C, 0x01, 0x7F});
+        QCOMPARE(text("LightAGCSet"), u"127"_s);
+    }
+
+    void a_reply_of_an_unknown_axis_leaves_axis_and_number_as_they_are()
+    {
+        showWithLights();
+        answerLight();
+        for (const UCHAR axis : {0, 3, 255}) {
+            report({0xFC, 0xA2, 0x87, 0x00, 0x00, axis, 33, 0, axis, 1, 2, 0, 3, 0, 1});
+            QCOMPARE(text("LightDir"), u"X"_s);
+            QCOMPARE(text("LightNum"), u"10"_s);
+            QCOMPARE(text("LightAGCSet"), axis == 255 ? u"-1"_s : QString::number(axis));
+            QCOMPARE(text("LightAGC"), u"1"_s);
+            QCOMPARE(text("LightADC"), u"2"_s);
+            QCOMPARE(text("LightORG"), u"3"_s);
+            QCOMPARE(button("LightChooseBtn_2")->text(), u"Enable"_s);
+        }
+    }
+
+    void reports_of_other_kinds_are_ignored_data()
+    {
+        QTest::addColumn<int>("classOf");
+        QTest::addColumn<int>("sub");
+        QTest::newRow("calibration") << 0x01 << 0x87;
+        QTest::newRow("firmware") << 0xA3 << 0x80;
+        QTest::newRow("scan, light reply's number") << 0xA5 << 0x87;
+        QTest::newRow("scan, settings reply's number") << 0xA5 << 0x85;
+        QTest::newRow("settings, scan's number") << 0xA2 << 0x81;
+        QTest::newRow("settings, counts' number") << 0xA2 << 0x80;
+        QTest::newRow("our own request") << 0xA2 << 0x07;
+        QTest::newRow("zeros") << 0 << 0;
+    }
+    void reports_of_other_kinds_are_ignored()
+    {
+        QFETCH(const int, classOf);
+        QFETCH(const int, sub);
+        showWithLights();
+        answerLight();
+        tick();
+        sent();
+        const QImage before = screen->grab().toImage();
+        report({0xFC,       UCHAR(classOf),
+                UCHAR(sub), 0x00,
+                0x00,       0x02,
+                33,         0,
+                77,         88,
+                99,         77,
+                88,         99,
+                77,         88,
+                99,         77,
+                88,         99});
+        QCOMPARE(screen->grab().toImage(), before);
+        QCOMPARE(sent(), QByteArrayList());
+        type("LightNum", "95");
+        tick(3);
+        QCOMPARE(sent(), QByteArrayList({ScanY, ScanX, whole("00 A2 07 03 00 01 5F 00")}));
+    }
+
+    void the_report_id_is_not_looked_at()
+    {
+        showWithLights();
+        report({0x00, 0xA2, 0x87, 0x00, 0x00, 0x01, 11});
+        QCOMPARE(text("LightNum"), u"11"_s);
+    }
+
+    void plus_from_minus_5_sends_minus_4_and_waits_for_the_reply()
+    {
+        showWithLights();
+        answerLight();
+        press("LightAddBtn");
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FC")}));
+        QCOMPARE(text("LightAGCSet"), u"-4"_s);
+        QVERIFY(!button("LightAddBtn")->isEnabled());
+        QVERIFY(!button("LightDecBtn")->isEnabled());
+        QVERIFY(button("LightChooseBtn_2")->isEnabled());
+        press("LightAddBtn");
+        QCOMPARE(sent(), QByteArrayList());
+        answerLight();
+        QVERIFY(button("LightAddBtn")->isEnabled());
+        QVERIFY(button("LightDecBtn")->isEnabled());
+    }
+
+    void minus_from_minus_5_sends_minus_6_and_waits_for_the_reply()
+    {
+        showWithLights();
+        answerLight();
+        press("LightDecBtn");
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FA")}));
+        QCOMPARE(text("LightAGCSet"), u"-6"_s);
+        QVERIFY(!button("LightAddBtn")->isEnabled());
+        QVERIFY(!button("LightDecBtn")->isEnabled());
+    }
+
+    void a_light_of_the_y_axis_above_255_is_named_in_two_bytes()
+    {
+        show();
+        report({0xFC, 0xA5, 0x80, 0x00, 0x00, 0xF4, 0x01, 0x5E, 0x01});
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x02, 0x5D, 0x01, 0x00, 9});
+        press("LightAddBtn");
+        press("LightChooseBtn_2");
+        tick(6);
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 02 5D 01 01"),
+                                         whole("00 A2 08 04 00 02 5D 01 01"),
+                                         whole("00 A2 07 03 00 02 5D 01")}));
+    }
+
+    void offsets_stop_at_their_bounds_data()
+    {
+        QTest::addColumn<int>("offset");
+        QTest::addColumn<int>("agc");
+        QTest::addColumn<QString>("afterPlus");
+        QTest::addColumn<QString>("afterMinus");
+        const QString refused;
+        QTest::newRow("0") << 0 << 200 << hex("01") << hex("FF");
+        QTest::newRow("49") << 49 << 200 << hex("32") << hex("30");
+        QTest::newRow("50") << 50 << 200 << refused << hex("31");
+        QTest::newRow("above") << 127 << 200 << refused << hex("7E");
+        QTest::newRow("-49") << -49 << 200 << hex("D0") << hex("CE");
+        QTest::newRow("-50") << -50 << 200 << hex("CF") << refused;
+        QTest::newRow("below") << -128 << 200 << hex("81") << refused;
+        QTest::newRow("AGC above 0") << -9 << 10 << hex("F8") << hex("F6");
+        QTest::newRow("AGC at 0") << -10 << 10 << hex("F7") << refused;
+        QTest::newRow("AGC below 0") << -11 << 10 << hex("F6") << refused;
+        QTest::newRow("no AGC") << 0 << 0 << hex("01") << refused;
+        QTest::newRow("no AGC, offset 1") << 1 << 0 << hex("02") << hex("00");
+    }
+    void offsets_stop_at_their_bounds()
+    {
+        QFETCH(const int, offset);
+        QFETCH(const int, agc);
+        QFETCH(const QString, afterPlus);
+        QFETCH(const QString, afterMinus);
+        showWithLights();
+        for (const auto &[name, byte] :
+             {std::pair("LightAddBtn", afterPlus), std::pair("LightDecBtn", afterMinus)}) {
+            report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, UCHAR(offset), UCHAR(agc)});
+            press(name);
+            if (byte.isEmpty()) {
+                QCOMPARE(sent(), QByteArrayList());
+                QCOMPARE(text("LightAGCSet"), QString::number(offset));
+                QVERIFY(button("LightAddBtn")->isEnabled());
+                QVERIFY(button("LightDecBtn")->isEnabled());
+            } else {
+                QCOMPARE(sent(), QByteArrayList(
+                                     {whole((u"00 A2 06 04 00 01 0A 00 "_s + byte).toLatin1())}));
+                QVERIFY(!button("LightAddBtn")->isEnabled());
+                QVERIFY(!button("LightDecBtn")->isEnabled());
+            }
+        }
+    }
+
+    void a_hundred_steps_lead_from_bound_to_bound()
+    {
+        showWithLights();
+        int offset = -50;
+        int steps = 0;
+        for (; steps < 200; ++steps) {
+            report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, UCHAR(offset), 200});
+            press("LightAddBtn");
+            const QByteArrayList frame = sent();
+            if (frame.isEmpty())
+                break;
+            QCOMPARE(frame.size(), 1);
+            offset = qint8(QByteArray::fromHex(frame.first())[8]);
+        }
+        QCOMPARE(steps, 100);
+        QCOMPARE(offset, 50);
+    }
+
+    void a_light_is_switched_off_and_on_again()
+    {
+        showWithLights();
+        answerLight();
+        press("LightChooseBtn_2");
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 08 04 00 01 0A 00 01")}));
+        QVERIFY(!button("LightChooseBtn_2")->isEnabled());
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0, 0, 0, 0, 1});
+        QVERIFY(button("LightChooseBtn_2")->isEnabled());
+        QCOMPARE(button("LightChooseBtn_2")->text(), u"Enable"_s);
+        press("LightChooseBtn_2");
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 08 04 00 01 0A 00 00")}));
+        QVERIFY(!button("LightChooseBtn_2")->isEnabled());
+        answerLight();
+        QVERIFY(button("LightChooseBtn_2")->isEnabled());
+        QCOMPARE(button("LightChooseBtn_2")->text(), u"Disable"_s);
+    }
+
+    void what_is_typed_as_a_light_data()
+    {
+        QTest::addColumn<QString>("axis");
+        QTest::addColumn<QString>("number");
+        QTest::addColumn<QString>("named"); // bytes 5 to 7 of read and switch; empty: none is sent
+        QTest::addColumn<QString>("stepped"); // bytes 5 to 7 of a step
+        const auto row = [](const char *name, const char *axis, const char *number,
+                            const char *named, const char *stepped) {
+            QTest::newRow(name) << hex(axis) << hex(number) << hex(named) << hex(stepped);
+        };
+        row("X", "X", "0", "01 00 00", "01 00 00");
+        row("Y", "Y", "0", "02 00 00", "02 00 00");
+        // Steps take every axis but "X" for Y.
+        row("lower-case x", "x", "95", "01 5F 00", "02 5F 00");
+        row("lower-case y", "y", "53", "02 35 00", "02 35 00");
+        row("last X", "X", "95", "01 5F 00", "01 5F 00");
+        row("behind the last X", "X", "96", "", "01 60 00");
+        row("last Y", "Y", "53", "02 35 00", "02 35 00");
+        row("behind the last Y", "Y", "54", "", "02 36 00");
+        row("negative", "X", "-1", "", "01 FF 00");
+        row("no number", "X", "", "", "01 00 00");
+        row("letters", "X", "abc", "", "01 00 00");
+        row("a number and letters", "X", "1b", "", "01 00 00");
+        row("a fraction", "Y", "1.0", "", "02 00 00");
+        row("too large a number", "Y", "99999999999", "", "02 00 00");
+        row("spaces around", "X", " 7 ", "01 07 00", "01 07 00");
+        row("no axis", "", "7", "", "02 07 00");
+        row("another axis", "Z", "7", "", "02 07 00");
+        row("two axes", "XY", "7", "", "02 07 00");
+        row("a space behind", "X ", "7", "", "02 07 00");
+    }
+    void what_is_typed_as_a_light()
+    {
+        QFETCH(const QString, axis);
+        QFETCH(const QString, number);
+        QFETCH(const QString, named);
+        QFETCH(const QString, stepped);
+        showWithLights();
+        answerLight();
+        type("LightDir", axis.toLatin1());
+        type("LightNum", number.toLatin1());
+        const auto frame = [](const char *command, const QString &bytes, const char *last) {
+            return whole((hex(command) + bytes + hex(last)).toLatin1());
+        };
+        press("LightAddBtn");
+        QCOMPARE(sent(), QByteArrayList({frame("00 A2 06 04 00 ", stepped, " FC")}));
+        tick();
+        QCOMPARE(sent(), named.isEmpty() ? QByteArrayList()
+                                         : QByteArrayList({frame("00 A2 07 03 00 ", named, "")}));
+        press("LightChooseBtn_2");
+        QCOMPARE(sent(), named.isEmpty()
+                             ? QByteArrayList()
+                             : QByteArrayList({frame("00 A2 08 04 00 ", named, " 01")}));
+        QVERIFY(!button("LightChooseBtn_2")->isEnabled());
+        QCOMPARE(text("LightDir"), axis);
+        QCOMPARE(text("LightNum"), number);
+    }
+
+    void without_counts_no_light_is_read_and_none_switched()
+    {
+        show();
+        answerLight();
+        press("LightChooseBtn_2");
+        tick(6);
+        QCOMPARE(sent(), QByteArrayList());
+        QVERIFY(!button("LightChooseBtn_2")->isEnabled());
+    }
+
+    void an_answer_to_an_earlier_read_does_not_take_back_the_choice()
+    {
+        showWithLights();
+        answerLight();
+        tick();
+        sent();
+        release({500, H - 20}); // 500 * 96 / 1921
+        QCOMPARE(text("LightNum"), u"24"_s);
+        answerLight();
+        QCOMPARE(text("LightDir"), u"X"_s);
+        QCOMPARE(text("LightNum"), u"24"_s);
+        QCOMPARE(text("LightADC"), u"3980"_s);
+        tick(3);
+        QCOMPARE(sent(), QByteArrayList({ScanY, ScanX, whole("00 A2 07 03 00 01 18 00")}));
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 24, 0, 0x02, 51, 0x10, 0x00});
+        QCOMPARE(text("LightADC"), u"16"_s);
+
+        // The same while a number is being typed.
+        type("LightNum", "3");
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 24, 0, 0x02, 51, 0x11, 0x00});
+        QTest::keyClicks(child("LightNum"), u"1"_s);
+        QCOMPARE(text("LightNum"), u"31"_s);
+        QCOMPARE(text("LightADC"), u"16"_s);
+    }
+
+    // Choosing with the mouse
+
+    void a_click_near_an_edge_chooses_a_light_and_sends_nothing_data()
+    {
+        QTest::addColumn<QPoint>("at");
+        QTest::addColumn<QString>("axis");
+        QTest::addColumn<QString>("number");
+        QTest::newRow("left strip") << QPoint(100, H - 300) << u"Y"_s << u"14"_s;
+        QTest::newRow("bottom strip") << QPoint(100, H - 50) << u"X"_s << u"4"_s;
+        QTest::newRow("neither") << QPoint(400, H - 400) << QString() << QString();
+    }
+    void a_click_near_an_edge_chooses_a_light_and_sends_nothing()
+    {
+        QFETCH(const QPoint, at);
+        QFETCH(const QString, axis);
+        QFETCH(const QString, number);
+        showWithLights();
+        release(at);
+        QCOMPARE(text("LightDir"), axis);
+        QCOMPARE(text("LightNum"), number);
+        QCOMPARE(sent(), QByteArrayList());
+        tick();
+        QCOMPARE(sent().size(), axis.isEmpty() ? 0 : 1);
+    }
+
+    void a_click_on_the_panel_chooses_nothing()
+    {
+        showWithLights();
+        // As on a low screen, where the panel reaches into the strip.
+        child<QGroupBox>("groupBox_3")->move(280, H - 480);
+        for (const char *name : {"LightAddBtn", "label_2", "groupBox_2", "groupBox_3", "LightADC"})
+            QTest::mouseClick(child<QWidget>(name), Qt::LeftButton);
+        QCOMPARE(text("LightDir"), QString());
+        QCOMPARE(text("LightNum"), QString());
+        release({300, H - 3});
+        QCOMPARE(text("LightDir"), u"X"_s);
+    }
+
+    // The picture
+
+    void nothing_is_painted_before_the_first_poll()
+    {
+        show();
+        report({0xFC, 0xA5, 0x80, 0x00, 0x00, 2, 0, 2, 0});
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 0, 0, 200, 20, 100, 30});
+        const QColor background = screen->palette().color(QPalette::Window);
+        QVERIFY(background != QColor(Qt::white));
+        tick(5);
+        const QImage before = screen->grab().toImage();
+        QCOMPARE(before.pixelColor(0, 0), background);
+        QCOMPARE(before.pixelColor(960, 980), background);
+        tick();
+        QCOMPARE(screen->grab().toImage().pixelColor(960, 980), QColor(Qt::darkGreen));
+        screen->hide();
+        QCOMPARE(screen->grab().toImage().pixelColor(960, 980), background);
+    }
+
+    void without_counts_the_picture_is_white()
+    {
+        show();
+        tick(6);
+        QImage white(W, H, QImage::Format_RGB32);
+        white.fill(Qt::white);
+        QCOMPARE(withoutPanel(screen->grab().toImage()), withoutPanel(white));
+    }
+
+    void a_scan_typed_by_hand_has_its_pixels()
+    {
+        showWithLights();
+        tick();
+        report({0xFC, 0xA5, 0x80, 0x00, 0x00, 4, 0, 2, 0});
+        // Y: signal 100 and 255, gain 40 and 40.
+        report({0xFC, 0xA5, 0x82, 0x00, 0x00, 0, 0, 100, 40, 255, 40});
+        // X: signal 255, 255, 50, 0, gain 10, 10, 10, 102.
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 0, 0, 255, 10, 255, 10, 50, 10, 0, 102});
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 2, 0, 0, 10, 50, 0, 0, 0, 0});
+        const QImage shown = screen->grab().toImage();
+        const QColor green(Qt::darkGreen);
+        const QColor red(Qt::darkRed);
+        const QColor white(Qt::white);
+        const QList<std::tuple<int, int, QColor>> pixels = {
+            // X light i at 480 i. Signal at 1080 - 255 from 0 to 480, three pixels wide.
+            {300, 823, white},
+            {300, 824, green},
+            {300, 825, green},
+            {300, 826, green},
+            {300, 827, white},
+            // Then down to 1080 - 50 at 960.
+            {720, 928, green},
+            // Gain at 1080 - 50 from 0 to 960, one pixel wide.
+            {700, 1029, white},
+            {700, 1030, green},
+            {700, 1031, white},
+            // Then up to 1080 - 510 at 1440, and on to 1540.
+            {1200, 800, green},
+            {1500, 569, white},
+            {1500, 570, green},
+            {1500, 571, white},
+            {1540, 570, green},
+            {1541, 570, white},
+            // The bar of light 2 from (960, 1030), 480 wide, down to the bottom.
+            {970, 1040, green},
+            {1430, 1079, green},
+            {1450, 1060, white},
+            // Y light 0 at (100, 1080), light 1 at (255, 540), then up to 440.
+            {177, 812, red},
+            {253, 500, white},
+            {254, 500, red},
+            {255, 500, red},
+            {256, 500, red},
+            {257, 500, white},
+            {255, 436, white},
+            // Gain at 200, one pixel wide, over the X signal too.
+            {199, 700, white},
+            {200, 700, red},
+            {201, 700, white},
+            {200, 825, red},
+            {200, 438, white},
+            {1900, 20, white},
+        };
+        for (const auto &[x, y, color] : pixels) {
+            QVERIFY2(shown.pixelColor(x, y) == color,
+                     (QByteArray::number(x) + ',' + QByteArray::number(y) + ' ' +
+                      shown.pixelColor(x, y).name().toLatin1())
+                         .constData());
+        }
+    }
+
+    void what_is_on_the_screen_equals_the_plain_order_of_drawing_data()
+    {
+        QTest::addColumn<QString>("direction");
+        QTest::newRow("X") << u"X"_s;
+        QTest::newRow("lower-case x") << u"x"_s;
+        QTest::newRow("Y") << u"Y"_s;
+        QTest::newRow("lower-case y") << u"y"_s;
+        QTest::newRow("none") << u"Z"_s;
+    }
+    void what_is_on_the_screen_equals_the_plain_order_of_drawing()
+    {
+        QFETCH(const QString, direction);
+        showWithLights();
+        tick();
+        PlainLights plain{W, H, 30, 20, {}, {}, direction, 10, u"3980"_s, u"50"_s};
+        report({0xFC, 0xA5, 0x80, 0x00, 0x00, 30, 0, 20, 0});
+        UCHAR y[64] = {0xFC, 0xA5, 0x82};
+        for (int i = 0; i < 20; ++i) {
+            plain.y.emplace_back(120 + 5 * i, 100 - 3 * i);
+            y[7 + 2 * i] = UCHAR(120 + 5 * i);
+            y[8 + 2 * i] = UCHAR(100 - 3 * i);
+        }
+        screen->DoRecv03(y);
+        for (const int first : {0, 27}) {
+            UCHAR x[64] = {0xFC, 0xA5, 0x81, 0x00, 0x00, UCHAR(first)};
+            for (int k = 0; k < 27 && first + k < 30; ++k) {
+                plain.x.emplace_back(250 - 4 * (first + k), 20 + first + k);
+                x[7 + 2 * k] = UCHAR(250 - 4 * (first + k));
+                x[8 + 2 * k] = UCHAR(20 + first + k);
+            }
+            screen->DoRecv03(x);
+        }
+        answerLight();
+        type("LightDir", direction.toLatin1());
+        QCOMPARE(withoutPanel(screen->grab().toImage()), withoutPanel(plain.picture()));
+    }
+
+    void a_light_that_is_none_has_no_bar()
+    {
+        showWithLights();
+        tick();
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 100, 10});
+        const QImage none = withoutPanel(screen->grab().toImage());
+        for (const char *number : {"", "abc", "-1", "96"}) {
+            type("LightDir", "X");
+            type("LightNum", number);
+            QCOMPARE(withoutPanel(screen->grab().toImage()), none);
+        }
+        type("LightNum", "69");
+        QVERIFY(withoutPanel(screen->grab().toImage()) != none);
+    }
+
+    void an_x_scan_repaints_with_its_last_light_and_a_y_scan_does_not()
+    {
+        showWithLights();
+        tick();
+        report({0xFC, 0xA5, 0x80, 0x00, 0x00, 100, 0, 54, 0});
+        QTest::qWait(100);
+        Paints paints(screen.get());
+        report({0xFC, 0xA5, 0x82, 0x00, 0x00, 27, 0, 200, 20});
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 0, 0, 200, 20});
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 54, 0, 200, 20});
+        QTest::qWait(100);
+        QVERIFY(!paints.region.contains(QPoint(1000, 900)));
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 81, 0, 200, 20});
+        QTRY_VERIFY(paints.region.contains(QPoint(1000, 900)));
+        paints.region = {};
+        answerLight();
+        QTRY_VERIFY(paints.region.contains(QPoint(1000, 900)));
+    }
+
+    void pages_before_any_counts_are_ignored()
+    {
+        show();
+        tick(6);
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 0, 0, 200, 20, 100, 30});
+        report({0xFC, 0xA5, 0x82, 0x00, 0x00, 0, 0, 200, 20, 100, 30});
+        report({0xFC, 0xA5, 0x80, 0x00, 0x00, 2, 0, 2, 0});
+        const PlainLights plain{W, H, 2, 2, {{0, 0}, {0, 0}}, {{0, 0}, {0, 0}}};
+        QCOMPARE(withoutPanel(screen->grab().toImage()), withoutPanel(plain.picture()));
+    }
+};
+
+QTEST_MAIN(tst_lightset_dlg)
+#include "tst_lightset_dlg.moc"
