@@ -644,8 +644,9 @@ void MainWindow::UiWhenUncon()
 {
     setDeviceButtonsEnabled(false);
     ui->stalab->setText(tr("Have not linked equipment"));
-    for (QWidget *dialog : std::initializer_list<QWidget *>{smoothingdlg, settingdlg, useradvdlg,
-                                                            versiondlg, calibrationdlg.get()})
+    for (QWidget *dialog :
+         std::initializer_list<QWidget *>{smoothingdlg, advdlg, settingdlg, useradvdlg, testwin,
+                                          versiondlg, calibrationdlg.get(), lightsetdlg})
         dialog->close();
 }
 

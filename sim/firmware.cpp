@@ -404,24 +404,24 @@ Firmware::Reading Firmware::measure(UCHAR axis, int number)
     const double place = count > 1 ? 2.0 * number / (count - 1) - 1.0 : 0.0;
     const int droop = int(std::lround(features.curve * place * place));
     const int agc = std::min(MiddleAgc + droop, MaxAgc);
+    const auto found = std::find_if(features.oddLights.begin(), features.oddLights.end(),
+                                    [axis, number](const OddLight &light) {
+                                        return light.axis == axis && light.number == number;
+                                    });
+    const OddLight odd = found == features.oddLights.end() ? OddLight{} : *found;
     // Drawn for every light, so that one switch does not shift the noise of all others. The
     // distributions of the standard library give other numbers elsewhere.
-    const int width = 2 * features.noise * AdcPerLevel + 1;
-    const int noise = int(generator() % unsigned(width)) - features.noise * AdcPerLevel;
+    const int most = odd.noise.value_or(features.noise) * AdcPerLevel;
+    const int noise = int(generator() % unsigned(2 * most + 1)) - most;
 
-    const auto odd = std::find_if(features.oddLights.begin(), features.oddLights.end(),
-                                  [axis, number](const OddLight &light) {
-                                      return light.axis == axis && light.number == number;
-                                  });
     const LightState own = light(axis, number);
     if (own.off)
         return {0, agc, 0};
-    if (odd != features.oddLights.end() && odd->level == 0) {
+    if (odd.level == 0) {
         const int dark = std::min(std::abs(noise), DarkReading);
         return {dark, agc, dark};
     }
-    const int level =
-        odd != features.oddLights.end() ? odd->level : std::max(features.level - droop, 0);
+    const int level = odd.level.value_or(std::max(features.level - droop, 0));
     const int org = std::clamp(level * AdcPerLevel + noise, 0, MaxAdcReading);
     // One step of gain is worth one level.
     return {std::clamp(org + own.offset * AdcPerLevel, 0, MaxAdcReading), agc, org};

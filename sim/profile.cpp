@@ -77,7 +77,7 @@ QString ProfileReader::take(const DataFile::Line &line)
 {
     const QString &name = line.words.first();
     const QStringList values = line.words.mid(1);
-    if (name == "dead"_L1 || name == "weak"_L1)
+    if (name == "dead"_L1 || name == "weak"_L1 || name == "noisy"_L1)
         return takeLight(name, values, line.number);
     const auto key = keys().constFind(name);
     if (key == keys().constEnd())
@@ -114,11 +114,12 @@ QString ProfileReader::takeNumber(const QString &name, const Key &key, const QSt
 
 QString ProfileReader::takeLight(const QString &name, const QStringList &values, int line)
 {
-    const bool weak = name == "weak"_L1;
-    const qsizetype needed = weak ? 3 : 2;
-    if (values.size() != needed) {
-        return weak ? tr("weak takes an axis, a light and a level, such as: weak x 12 60")
-                    : tr("dead takes an axis and a light, such as: dead x 12");
+    const bool dead = name == "dead"_L1;
+    if (values.size() != (dead ? 2 : 3)) {
+        return dead ? tr("dead takes an axis and a light, such as: dead x 12")
+               : name == "weak"_L1
+                   ? tr("weak takes an axis, a light and a level, such as: weak x 12 60")
+                   : tr("noisy takes an axis, a light and its noise, such as: noisy x 12 40");
     }
     if (values[0] != "x"_L1 && values[0] != "y"_L1)
         return tr("%1 is not an axis: write x or y").arg(values[0]);
@@ -126,9 +127,12 @@ QString ProfileReader::takeLight(const QString &name, const QStringList &values,
         if (!DataFile::number(word))
             return tr("%1 is not a number").arg(word);
     }
-    const qint64 level = weak ? *DataFile::number(values[2]) : 0;
-    if (level < 0 || level > MaxByte)
-        return tr("the level is %1: it lies between 0 and 255").arg(values[2]);
+    const qint64 amount = dead ? 0 : *DataFile::number(values[2]);
+    if (amount < 0 || amount > MaxByte) {
+        return (name == "noisy"_L1 ? tr("the noise is %1: it lies between 0 and 255")
+                                   : tr("the level is %1: it lies between 0 and 255"))
+            .arg(values[2]);
+    }
     const UCHAR axis = values[0] == "x"_L1 ? settings::AxisX : settings::AxisY;
     const qint64 number = *DataFile::number(values[1]);
     if (number < 0 || number > Max16)
@@ -140,7 +144,9 @@ QString ProfileReader::takeLight(const QString &name, const QStringList &values,
                 .arg(values[0], values[1], QString::number(oddLines[i]));
         }
     }
-    profile.oddLights.push_back({axis, int(number), int(level)});
+    OddLight light{.axis = axis, .number = int(number)};
+    (name == "noisy"_L1 ? light.noise : light.level) = int(amount);
+    profile.oddLights.push_back(light);
     oddLines.push_back(line);
     return {};
 }

@@ -13,9 +13,10 @@ namespace sim {
 // One light of a frame that is not like the others.
 struct OddLight
 {
-    UCHAR axis = 0; // command::settings::AxisX or AxisY
-    int number = 0; // 0-based
-    int level = 0;  // 0 to 255; 0: dead
+    UCHAR axis = 0;                          // command::settings::AxisX or AxisY
+    int number = 0;                          // 0-based
+    std::optional<int> level = std::nullopt; // 0 to 255; 0: dead
+    std::optional<int> noise = std::nullopt; // 0 to 255, as Profile's
 
     bool operator==(const OddLight &) const = default;
 };

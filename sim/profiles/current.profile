@@ -13,6 +13,7 @@ seed 1
 
 # dead x 17
 # weak y 40 60
+# noisy x 30 40
 
 # What the firmware tells of itself.
 revision 0x003812

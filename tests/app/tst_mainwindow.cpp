@@ -515,8 +515,10 @@ private slots:
     void a_removal_closes_the_dialogs_but_not_the_rotation()
     {
         connectFrame();
-        const QWidgetList closed{child<QWidget>("smoothing_dlg"), child<QWidget>("Setting_dlg"),
-                                 child<QWidget>("useradv_dlg"), child<QWidget>("Version_Dlg")};
+        const QWidgetList closed{child<QWidget>("smoothing_dlg"), child<QWidget>("advset_dlg"),
+                                 child<QWidget>("Setting_dlg"),   child<QWidget>("useradv_dlg"),
+                                 child<QWidget>("test_win"),      child<QWidget>("Version_Dlg"),
+                                 child<QWidget>("LightSet_dlg")};
         auto *rotation = child<QWidget>("Rotation_dlg");
         for (QWidget *dialog : closed)
             dialog->show();

@@ -90,6 +90,7 @@ private slots:
     void light_offsets_are_signed_and_move_the_signal();
     void a_light_that_is_off_reads_zero_until_it_is_on_again();
     void dead_and_weak_lights_read_low();
+    void a_noisy_light_reads_otherwise_each_time_and_its_neighbours_do_not();
     void scans_come_in_pages_data();
     void scans_come_in_pages();
     void the_first_scan_after_power_on_has_one_byte_a_light();
@@ -546,6 +547,27 @@ void TestFirmware::dead_and_weak_lights_read_low()
     QVERIFY(page[7 + 6] >= 57 && page[7 + 6] <= 63);
     QVERIFY(page[7 + 4] > 150);
     QVERIFY(page[7 + 7] > 150);
+}
+
+void TestFirmware::a_noisy_light_reads_otherwise_each_time_and_its_neighbours_do_not()
+{
+    Profile profile;
+    profile.noise = 1;
+    profile.oddLights = {{.axis = X, .number = 5, .noise = 40}};
+    Firmware firmware(profile, clock);
+    int lowest[3] = {255, 255, 255};
+    int highest[3] = {};
+    for (int scan = 0; scan < 50; ++scan) {
+        firmware.command(hostFrame("A5 01"));
+        const Frame page = firmware.report();
+        for (int i = 0; i < 3; ++i) {
+            lowest[i] = std::min<int>(lowest[i], page[size_t(7 + 4 + i)]);
+            highest[i] = std::max<int>(highest[i], page[size_t(7 + 4 + i)]);
+        }
+    }
+    QVERIFY(highest[0] - lowest[0] <= 2);
+    QVERIFY(highest[1] - lowest[1] > 40 && highest[1] - lowest[1] <= 80);
+    QVERIFY(highest[2] - lowest[2] <= 2);
 }
 
 void TestFirmware::scans_come_in_pages_data()

@@ -39,6 +39,7 @@ void TestProfile::every_key_is_read()
                                         "seed 4294967295\n"
                                         "dead x 499\n"
                                         "weak y 0 60\n"
+                                        "noisy x 7 40\n"
                                         "revision 0xFFFFFF\n"
                                         "checksum 0xFFFFFFFF\n"
                                         "date 0xFFFF\n"
@@ -56,7 +57,8 @@ void TestProfile::every_key_is_read()
     QCOMPARE(profile->curve, 7);
     QCOMPARE(profile->noise, 0);
     QCOMPARE(profile->seed, 4294967295U);
-    const std::vector<sim::OddLight> odd = {{1, 499, 0}, {2, 0, 60}};
+    const std::vector<sim::OddLight> odd = {
+        {1, 499, 0}, {2, 0, 60}, {.axis = 1, .number = 7, .noise = 40}};
     QCOMPARE(profile->oddLights, odd);
     QCOMPARE(profile->revision, 0xFFFFFFU);
     QCOMPARE(profile->checksum, 0xFFFFFFFFU);
@@ -139,6 +141,10 @@ void TestProfile::a_wrong_text_is_refused_with_line_and_reason_data()
         "f.profile:1: dead takes an axis and a light, such as: dead x 12");
     row("weak without a level", "weak x 1",
         "f.profile:1: weak takes an axis, a light and a level, such as: weak x 12 60");
+    row("noisy without its noise", "noisy x 1",
+        "f.profile:1: noisy takes an axis, a light and its noise, such as: noisy x 12 40");
+    row("noise too high", "noisy x 1 256",
+        "f.profile:1: the noise is 256: it lies between 0 and 255");
     row("weak on a third axis", "weak z 1 2", "f.profile:1: z is not an axis: write x or y");
     row("dead light that is no number", "dead x one", "f.profile:1: one is not a number");
     row("weak level that is no number", "weak x 1 low", "f.profile:1: low is not a number");
@@ -215,6 +221,7 @@ void TestProfile::the_profiles_that_come_along_are_right_data()
     QTest::newRow("edge") << u"edge"_s << 0x3000 << 110 << 55;
     QTest::newRow("old") << u"old"_s << 0x2FFF << 64 << 40;
     QTest::newRow("largest") << u"largest"_s << 0x3010 << 500 << 350;
+    QTest::newRow("worn") << u"worn"_s << 0x3010 << 96 << 54;
 }
 
 void TestProfile::the_profiles_that_come_along_are_right()
@@ -233,7 +240,7 @@ void TestProfile::the_profiles_that_come_along_are_right()
     QCOMPARE(profile->lightsY, lightsY);
     const QStringList all = QDir(QStringLiteral(SIM_DIR) + u"/profiles"_s).entryList(QDir::Files);
     QCOMPARE(all, QStringList({u"current.profile"_s, u"edge.profile"_s, u"largest.profile"_s,
-                               u"old.profile"_s}));
+                               u"old.profile"_s, u"worn.profile"_s}));
 }
 
 QTEST_GUILESS_MAIN(TestProfile)

@@ -1,0 +1,471 @@
+// Both diagnostic screens on a simulated frame, as a technician uses them.
+
+#include "app/mainwindow.h"
+#include "config/xml_class.h"
+#include "dialogs/advset_dlg.h"
+#include "dialogs/lightset_dlg.h"
+#include "dialogs/test_win.h"
+#include "dialogs/useradv_dlg.h"
+#include "resources/resources.h"
+#include "sim/sim_adapter.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSlider>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <malloc.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr UCHAR X = 1;
+constexpr UCHAR Y = 2;
+
+// Counts the paintings of a widget.
+class Paintings : public QObject
+{
+public:
+    explicit Paintings(QWidget *widget) { widget->installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            ++count;
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+} // namespace
+
+class tst_diagnostics : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> home;
+    std::shared_ptr<sim::SimAdapter> frame;
+    std::unique_ptr<MainWindow> window;
+
+    void start(const sim::Profile &profile = {})
+    {
+        frame = std::make_shared<sim::SimAdapter>(profile);
+        window = std::make_unique<MainWindow>(frame);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        QCOMPARE(window->connectState(), MainWindow::UsbConnected);
+    }
+    template <typename Widget>
+    Widget *the() const
+    {
+        return window->findChild<Widget *>();
+    }
+    template <typename Widget = QPushButton>
+    Widget *in(const QWidget *parent, const char *name) const
+    {
+        return parent->findChild<Widget *>(QString::fromLatin1(name));
+    }
+    void press(const QWidget *parent, const char *button) const
+    {
+        QTest::mouseClick(in(parent, button), Qt::LeftButton);
+    }
+    QString field(const char *name) const
+    {
+        return in<QLineEdit>(the<LightSet_dlg>(), name)->text();
+    }
+    void type(const char *name, const QString &text) const
+    {
+        auto *line = in<QLineEdit>(the<LightSet_dlg>(), name);
+        line->setFocus();
+        line->selectAll();
+        QTest::keyClicks(line, text);
+    }
+    template <typename Value>
+    Value model(const std::function<Value(const sim::Firmware &)> &of) const
+    {
+        Value value{};
+        frame->inspect([&](const sim::Firmware &firmware) { value = of(firmware); });
+        return value;
+    }
+    sim::LightState light(UCHAR axis, int number) const
+    {
+        return model<sim::LightState>(
+            [=](const sim::Firmware &firmware) { return firmware.light(axis, number); });
+    }
+    // Frames of a class and sub-command that the window has handed out, each repetition once.
+    QList<QByteArray> *reports(UCHAR cls, UCHAR sub)
+    {
+        auto seen = std::make_shared<QList<QByteArray>>();
+        connect(window.get(), &MainWindow::Recv03, this, [=](UCHAR *buf) {
+            const QByteArray report(reinterpret_cast<char *>(buf), FrameSize);
+            if (buf[1] == cls && buf[2] == sub && (seen->isEmpty() || seen->last() != report))
+                seen->append(report);
+        });
+        return seen.get();
+    }
+    // How many pixels of the plot have a colour.
+    static int pixels(const QWidget *shown, QColor colour)
+    {
+        const QImage image = const_cast<QWidget *>(shown)->grab(QRect(70, 50, 880, 490)).toImage();
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                count += image.pixelColor(x, y) == colour ? 1 : 0;
+        }
+        return count;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        initResources();
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+    }
+    void init()
+    {
+        home = std::make_unique<QTemporaryDir>();
+        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
+        XML_CLASS::useHome(home->path());
+        QVERIFY(QDir::setCurrent(home->path()));
+    }
+    void cleanup()
+    {
+        window.reset();
+        frame.reset();
+        XML_CLASS::useHome(QString());
+        QDir::setCurrent(QDir::rootPath());
+        home.reset();
+    }
+
+    void the_key_C_in_the_gestures_leads_to_both_screens()
+    {
+        start();
+        auto *gestures = the<useradv_dlg>();
+        gestures->show();
+        gestures->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(gestures));
+        auto *slider = in<QSlider>(gestures, "dbran");
+        slider->setFocus();
+        QTest::keyClick(slider, Qt::Key_C);
+        QTRY_VERIFY(the<advset_dlg>()->isVisible());
+        press(the<advset_dlg>(), "testbtn");
+        QTRY_VERIFY(the<test_win>()->isVisible());
+        press(the<advset_dlg>(), "testbtn_2");
+        QTRY_VERIFY(the<LightSet_dlg>()->isVisible());
+        QTRY_COMPARE(the<LightSet_dlg>()->size(), the<LightSet_dlg>()->screen()->size());
+        press(the<advset_dlg>(), "canbtn");
+        QVERIFY(!the<advset_dlg>()->isVisible());
+        QVERIFY(the<test_win>()->isVisible() && the<LightSet_dlg>()->isVisible());
+    }
+
+    // The signal test
+
+    void one_scan_of_an_axis_is_drawn_data()
+    {
+        QTest::addColumn<QByteArray>("button");
+        QTest::addColumn<QColor>("drawn");
+        QTest::addColumn<QColor>("other");
+        const QColor green(Qt::darkGreen);
+        const QColor red(Qt::darkRed);
+        QTest::newRow("X") << QByteArray("Xbtn") << green << red;
+        QTest::newRow("Y") << QByteArray("Ybtn") << red << green;
+    }
+    void one_scan_of_an_axis_is_drawn()
+    {
+        QFETCH(const QByteArray, button);
+        QFETCH(const QColor, drawn);
+        QFETCH(const QColor, other);
+        start();
+        auto *test = the<test_win>();
+        test->show();
+        press(test, button.constData());
+        QTRY_VERIFY(pixels(test, drawn) > 100);
+        QCOMPARE(pixels(test, other), 0);
+    }
+
+    void a_continuous_test_draws_both_axes_until_it_is_stopped()
+    {
+        start();
+        auto *test = the<test_win>();
+        test->show();
+        press(test, "ALL_btn");
+        QTRY_VERIFY(pixels(test, Qt::darkGreen) > 100 && pixels(test, Qt::darkRed) > 100);
+        press(test, "ALL_btn");
+        QCOMPARE(in(test, "ALL_btn")->text(), u"All Test"_s);
+        QVERIFY(in(test, "Xbtn")->isEnabled());
+        // What was asked for before may still come; nothing more is.
+        QTest::qWait(300);
+        const quint64 asked = model<quint64>(
+            [](const sim::Firmware &firmware) { return quint64(firmware.queuedReplies()); });
+        QCOMPARE(asked, 0u);
+    }
+
+    void every_pair_of_requests_of_a_continuous_test_brings_a_scan_of_each_axis()
+    {
+        start();
+        auto *test = the<test_win>();
+        test->show();
+        int asked = 0;
+        connect(test, &test_win::Write03, this,
+                [&asked](const UCHAR *buf) { asked += buf[2] == 1 || buf[2] == 2 ? 1 : 0; });
+        // The first page of X is the one from light 0, its last from light 55; Y has one.
+        const QList<QByteArray> *xPages = reports(0xA5, 0x81);
+        const QList<QByteArray> *yPages = reports(0xA5, 0x82);
+        press(test, "ALL_btn");
+        QTRY_VERIFY_WITH_TIMEOUT(asked >= 40, 60000);
+        press(test, "ALL_btn");
+        const int pairs = asked / 2;
+        QTRY_VERIFY(xPages->size() >= 2 * pairs);
+        QTRY_VERIFY(yPages->size() >= pairs);
+    }
+
+    void an_interval_of_0_starves_nobody()
+    {
+        start();
+        auto *test = the<test_win>();
+        test->show();
+        in<QLineEdit>(test, "interal_text")->setText(u"0"_s);
+        press(test, "ALL_btn");
+        const Paintings paintings(test);
+        int turns = 0;
+        QTimer other;
+        connect(&other, &QTimer::timeout, this, [&turns] { ++turns; });
+        other.start(10);
+        QTRY_VERIFY(paintings.count >= 5);
+        QTRY_VERIFY(turns >= 20);
+        QTRY_VERIFY(pixels(test, Qt::darkGreen) > 100 && pixels(test, Qt::darkRed) > 100);
+        press(test, "ALL_btn");
+        QCOMPARE(in(test, "ALL_btn")->text(), u"All Test"_s);
+    }
+
+    void an_unplug_ends_the_test_and_after_a_plug_a_new_one_runs()
+    {
+        start();
+        auto *test = the<test_win>();
+        test->show();
+        press(test, "ALL_btn");
+        QTRY_VERIFY(pixels(test, Qt::darkRed) > 100);
+        frame->unplug();
+        window->OnDeviceRemoved();
+        QVERIFY(!test->isVisible());
+        QCOMPARE(in(test, "ALL_btn")->text(), u"All Test"_s);
+        bool asked = false;
+        connect(test, &test_win::Write03, this, [&asked] { asked = true; });
+        QTest::qWait(400);
+        QVERIFY(!asked);
+
+        frame->plug();
+        QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
+        test->show();
+        QCOMPARE(pixels(test, Qt::darkRed), 0);
+        press(test, "ALL_btn");
+        QTRY_VERIFY(pixels(test, Qt::darkGreen) > 100 && pixels(test, Qt::darkRed) > 100);
+    }
+
+    // Ten minutes, as the frame and the window live them: a report every 67 ms, a request every
+    // 150 ms, with the event loop in between.
+    void ten_minutes_of_a_continuous_test_data()
+    {
+        QTest::addColumn<bool>("logged");
+        QTest::newRow("logged") << true;
+        QTest::newRow("not logged") << false;
+    }
+    void ten_minutes_of_a_continuous_test()
+    {
+        QFETCH(const bool, logged);
+        constexpr auto Length = 10min;
+        constexpr auto Report = 67ms;
+        constexpr auto Request = 150ms;
+        std::chrono::milliseconds now{};
+        sim::Firmware firmware({}, [&now] { return now; });
+        test_win test;
+        test.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&test));
+        connect(&test, &test_win::Write03, this, [&firmware](UCHAR *buf) {
+            Frame sent;
+            std::copy_n(buf, FrameSize, sent.begin());
+            firmware.command(sent);
+        });
+        if (logged)
+            in<QAction>(&test, "logAction")->setChecked(true);
+        press(&test, "ALL_btn");
+        auto *timer = test.findChild<QTimer *>();
+        QCOMPARE(timer->intervalAsDuration(), Request);
+        timer->setInterval(24h); // this loop keeps the time
+
+        int requests = 0;
+        int longestQueue = 0;
+        size_t memoryEarly = 0;
+        for (auto nextReport = now, nextRequest = Request; now < Length; now += 1ms) {
+            if (now == nextReport) {
+                Frame report = firmware.report();
+                test.DoRecv03(report.data());
+                nextReport += Report;
+                QCoreApplication::processEvents();
+            }
+            if (now == nextRequest) {
+                QVERIFY(QMetaObject::invokeMethod(&test, "ontimer"));
+                nextRequest += Request;
+                ++requests;
+                longestQueue = std::max(longestQueue, firmware.queuedReplies());
+                QCoreApplication::processEvents();
+            }
+            if (now == 1min)
+                memoryEarly = mallinfo2().uordblks;
+        }
+        QVERIFY(longestQueue <= 3);
+        const size_t memoryLate = mallinfo2().uordblks;
+        press(&test, "ALL_btn");
+        QVERIFY(requests >= 3990);
+        if (!logged) {
+#if !defined(__SANITIZE_ADDRESS__) // which keeps what was freed
+            constexpr size_t AFewEvents = 64 * 1024;
+            QVERIFY(memoryEarly > 0);
+            QVERIFY2(memoryLate < memoryEarly + AFewEvents,
+                     qPrintable(u"%1 then %2"_s.arg(memoryEarly).arg(memoryLate)));
+#endif
+            return;
+        }
+        QFile log(home->filePath(u"TestLog.csv"_s));
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QList<QByteArray> rows = log.readAll().split('\n');
+        // A title, a row for each pair of requests, nothing behind the last line feed; the very
+        // last request may have had no time for its answer.
+        QVERIFY2(qAbs(rows.size() - 2 - requests / 2) <= 1,
+                 qPrintable(u"%1 rows for %2 requests"_s.arg(rows.size()).arg(requests)));
+        for (qsizetype row = 1; row < rows.size() - 2; ++row) {
+            // Date, time, 96 levels, then 54 with an empty field behind each.
+            const QList<QByteArray> fields = rows[row].split(',');
+            QCOMPARE(fields.size(), 2 + 96 + 2 * 54 + 1);
+            for (int i = 0; i < 96; ++i)
+                QVERIFY2(!fields[2 + i].isEmpty(), rows[row].constData());
+            for (int i = 0; i < 54; ++i)
+                QVERIFY2(!fields[2 + 96 + 2 * i].isEmpty(), rows[row].constData());
+        }
+    }
+
+    // The lights
+
+    void the_light_screen_reads_the_frame()
+    {
+        start();
+        frame->change([](sim::Firmware &firmware) {
+            const Frame set = {0x00, 0xA2, 0x04, 0x0C, 0x00, 0x10, 0x0E, 0xA0, 0x0F,
+                               0x00, 0x0B, 0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02};
+            firmware.command(set);
+        });
+        the<LightSet_dlg>()->show();
+        QTRY_COMPARE(field("MinADC"), u"3600"_s);
+        QCOMPARE(field("MaxADC"), u"4000"_s);
+        QCOMPARE(field("MinEdgeADC"), u"2816"_s);
+        QCOMPARE(field("MaxEdgeADC"), u"3200"_s);
+        QCOMPARE(field("ADCThreshold"), u"1000"_s);
+        QCOMPARE(field("EdgeADCThreshold"), u"600"_s);
+    }
+
+    void settings_that_are_written_are_what_the_frame_then_reports()
+    {
+        start();
+        auto *lights = the<LightSet_dlg>();
+        lights->show();
+        QTRY_COMPARE(field("MinADC"), u"3800"_s);
+        type("MinADC", u"3700"_s);
+        type("EdgeADCThreshold", u"555"_s);
+        press(lights, "ADCSetBtn");
+        QTRY_COMPARE(model<sim::AdcSettings>(&sim::Firmware::adcSettings),
+                     (sim::AdcSettings{3700, 4000, 3000, 3200, 1000, 555}));
+        lights->close();
+        lights->show();
+        QTRY_COMPARE(field("MinADC"), u"3700"_s);
+        QCOMPARE(field("EdgeADCThreshold"), u"555"_s);
+    }
+
+    void a_light_is_chosen_by_a_click_adjusted_switched_off_and_on_again()
+    {
+        start();
+        auto *lights = the<LightSet_dlg>();
+        lights->show();
+        QTRY_COMPARE(lights->size(), QSize(1280, 800));
+        QTRY_COMPARE(field("MinADC"), u"3800"_s);
+        QTRY_VERIFY(in<QTimer>(lights, "")); // it polls
+        // The bottom strip: light 640 * 96 / 1281.
+        QTest::mouseClick(lights, Qt::LeftButton, {}, QPoint(640, 760));
+        QCOMPARE(field("LightDir"), u"X"_s);
+        QCOMPARE(field("LightNum"), u"47"_s);
+        QTRY_VERIFY(in(lights, "LightAddBtn")->isEnabled());
+        QCOMPARE(field("LightAGCSet"), u"0"_s);
+
+        press(lights, "LightAddBtn");
+        QTRY_COMPARE(light(X, 47).offset, 1);
+        QTRY_VERIFY(in(lights, "LightDecBtn")->isEnabled());
+        QCOMPARE(field("LightAGCSet"), u"1"_s);
+        for (int expected : {0, -1}) {
+            QTRY_VERIFY(in(lights, "LightDecBtn")->isEnabled());
+            press(lights, "LightDecBtn");
+            QTRY_COMPARE(light(X, 47).offset, expected);
+        }
+
+        QTRY_VERIFY(in(lights, "LightChooseBtn_2")->isEnabled());
+        QCOMPARE(in(lights, "LightChooseBtn_2")->text(), u"Disable"_s);
+        press(lights, "LightChooseBtn_2");
+        QTRY_VERIFY(light(X, 47).off);
+        QTRY_COMPARE(in(lights, "LightChooseBtn_2")->text(), u"Enable"_s);
+        QTRY_COMPARE(field("LightADC"), u"0"_s);
+        QTRY_VERIFY(in(lights, "LightChooseBtn_2")->isEnabled());
+        press(lights, "LightChooseBtn_2");
+        QTRY_VERIFY(!light(X, 47).off);
+        QTRY_COMPARE(in(lights, "LightChooseBtn_2")->text(), u"Disable"_s);
+        QTRY_VERIFY(field("LightADC").toInt() > 1000);
+        QVERIFY(!light(X, 46).off && light(X, 48).offset == 0 && !light(Y, 47).off);
+    }
+
+    void a_light_that_is_typed_is_read_and_nonsense_is_not()
+    {
+        start();
+        auto *lights = the<LightSet_dlg>();
+        lights->show();
+        QTRY_COMPARE(field("MinADC"), u"3800"_s);
+        type("LightDir", u"y"_s);
+        type("LightNum", u"53"_s);
+        QTRY_COMPARE(field("LightDir"), u"Y"_s);
+        QTRY_VERIFY(field("LightADC").toInt() > 1000);
+        bool asked = false;
+        connect(lights, &LightSet_dlg::Write03, this,
+                [&asked](const UCHAR *buf) { asked = asked || buf[1] == 0xA2; });
+        for (const QString &nonsense : {u"54"_s, u"-1"_s, u"many"_s, u"99999999999"_s}) {
+            type("LightNum", nonsense);
+            asked = false;
+            QTest::qWait(700); // longer than a round of polling
+            QVERIFY2(!asked, qPrintable(nonsense));
+            QCOMPARE(field("LightNum"), nonsense);
+        }
+    }
+
+    void an_unplug_closes_the_light_screen_and_after_a_plug_it_works_again()
+    {
+        start();
+        auto *lights = the<LightSet_dlg>();
+        lights->show();
+        QTRY_COMPARE(field("MinADC"), u"3800"_s);
+        frame->unplug();
+        window->OnDeviceRemoved();
+        QVERIFY(!lights->isVisible());
+        frame->plug();
+        QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
+        lights->show();
+        const QList<QByteArray> *settings = reports(0xA2, 0x85);
+        QTRY_VERIFY(!settings->isEmpty());
+    }
+};
+
+QTEST_MAIN(tst_diagnostics)
+#include "tst_diagnostics.moc"
