@@ -752,7 +752,8 @@ private slots:
             if (frame.isEmpty())
                 break;
             QCOMPARE(frame.size(), 1);
-            offset = qint8(QByteArray::fromHex(frame.first())[8]);
+            const int byte = UCHAR(QByteArray::fromHex(frame.first())[8]);
+            offset = byte < 128 ? byte : byte - 256;
         }
         QCOMPARE(steps, 100);
         QCOMPARE(offset, 50);
