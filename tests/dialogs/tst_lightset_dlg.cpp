@@ -242,6 +242,9 @@ private slots:
         for (const char *name : {"LightADC", "LightORG", "LightAGC", "LightAGCSet"}) {
             QVERIFY(!child(name)->isEnabled());
             QVERIFY(child(name)->isReadOnly());
+            // Their values are as easy to read as what is typed.
+            QCOMPARE(child(name)->palette().color(QPalette::Disabled, QPalette::Text),
+                     child("LightNum")->palette().color(QPalette::Active, QPalette::Text));
         }
         for (const char *name : {"LightDir", "LightNum", "MinADC", "MaxADC", "MinEdgeADC",
                                  "MaxEdgeADC", "ADCThreshold", "EdgeADCThreshold"}) {
