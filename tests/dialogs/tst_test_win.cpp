@@ -1383,6 +1383,28 @@ private slots:
         QCOMPARE(log(), u"Date,Time,X000,X001,X002,Y000,Y001,NG/PASS\nD,T,1000,200,780,\n"_s);
     }
 
+    void the_log_of_an_unfinished_test_is_written_when_the_next_begins()
+    {
+        logAction()->trigger();
+        click(u"Xbtn"_s);
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x00, 0x00}); // 56
+        deliver(page(0x81, 0, 1));
+        QVERIFY(!QFile::exists(logPath()));
+        click(u"Xbtn"_s);
+        QVERIFY(log().endsWith(u"NG/PASS\nD,T,"_s + u"4,"_s.repeated(55) + u"\n"_s));
+    }
+
+    void a_late_page_of_the_other_axis_does_not_end_a_test()
+    {
+        logAction()->trigger();
+        click(u"Xbtn"_s);
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x02, 0x00}); // 56 and 2
+        deliver({page(0x81, 0, 1), Y1});
+        QVERIFY(!QFile::exists(logPath()));
+        deliver(page(0x81, 55, 2));
+        QVERIFY(log().endsWith(u"NG/PASS\nD,T,"_s + u"4,"_s.repeated(55) + u"8,\n"_s));
+    }
+
     void a_test_without_an_answer_writes_nothing()
     {
         logAction()->trigger();
