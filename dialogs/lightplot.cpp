@@ -56,8 +56,8 @@ bool LightPlot::storeX(const Frame &page)
         const int i = first + k;
         if (XTotal == 0 || i >= command::MaxLightsX)
             return false;
-        const UCHAR *pair = &page[size_t(scan::Levels + 2 * k)];
-        change(XLevels[size_t(i)], {pair[0], pair[1]});
+        const int at = scan::Levels + 2 * k;
+        change(XLevels[size_t(i)], {page[size_t(at)], page[size_t(at) + 1]});
         if (i == end - 1)
             return true;
     }
@@ -71,8 +71,8 @@ void LightPlot::storeY(const Frame &page)
         const int i = first + k;
         if (YTotal == 0 || i >= command::MaxLightsY)
             return;
-        const UCHAR *pair = &page[size_t(scan::Levels + 2 * k)];
-        change(YLevels[size_t(i)], {pair[0], pair[1]});
+        const int at = scan::Levels + 2 * k;
+        change(YLevels[size_t(i)], {page[size_t(at)], page[size_t(at) + 1]});
     }
 }
 

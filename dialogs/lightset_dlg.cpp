@@ -60,6 +60,13 @@ LightSet_dlg::LightSet_dlg(QWidget *parent)
     ui->LightChooseBtn->hide();
     // A click on the panel, or on a button of it that waits for a reply, chooses no light below.
     ui->groupBox_3->setAttribute(Qt::WA_NoMousePropagation);
+    // These fields are there to be read.
+    for (QLineEdit *field : {ui->LightADC, ui->LightORG, ui->LightAGC, ui->LightAGCSet}) {
+        QPalette colors = field->palette();
+        colors.setColor(QPalette::Disabled, QPalette::Text,
+                        colors.color(QPalette::Active, QPalette::Text));
+        field->setPalette(colors);
+    }
     connect(timer, &QTimer::timeout, this, &LightSet_dlg::ontimer);
     for (const QLineEdit *field : {ui->LightDir, ui->LightNum})
         connect(field, &QLineEdit::textEdited, this, [this] { unasked = true; });

@@ -1,18 +1,23 @@
 #pragma once
 
 #include <QFont>
+#include <QImage>
 #include <QPixmap>
 #include <QPoint>
+#include <QRect>
 
 #include <array>
+#include <functional>
 #include <span>
 #include <vector>
 
+class QPainter;
+
 // Draws the picture of a signal test: curves of numbered points between two dashed limits.
 //
-// A full picture has 2550 points, and most of the time of drawing them goes into the text of
-// their numbers. So each number is drawn once, with the dot below it, and kept: the picture is the
-// one that comes of drawing text, dot and line of point after point.
+// A full picture has 2550 points; drawing text, dot and line of each takes long on a small
+// computer. So each number with its dot, and each short line, is drawn once and kept as the pixels
+// that it covers. They are laid down in the same order: the picture is the same.
 class SignalPlot
 {
 public:
@@ -38,21 +43,34 @@ public:
     // The scale, in pixels of the background.
     static void drawScale(QPixmap &background, const QFont &font);
 
+    // An image for a picture: Size at a whole device pixel ratio.
+    static QImage makePicture(int ratio);
     // Draws on white, in the order given, then the limits, which are in signal units. The picture
-    // is of Size at any whole device pixel ratio.
-    void draw(QPixmap &picture, std::span<const Curve> curves, int upper, int lower);
+    // is one of makePicture().
+    void draw(QImage &picture, std::span<const Curve> curves, int upper, int lower);
 
 private:
-    // Number and dot of a point, relative to the point.
-    struct Mark
+    struct Pixel
     {
-        QPixmap pixmap; // null until it is needed
-        QPoint corner;
+        qint16 x; // device pixels from the point
+        qint16 y;
+        QRgb colour; // premultiplied
     };
+    struct Stamp
+    {
+        QRect bounds;
+        std::vector<Pixel> pixels; // none until it is needed
+    };
+    // What a curve is drawn on.
+    struct Canvas;
 
-    void drawCurve(QPainter &painter, const Curve &curve);
-    Mark makeMark(Axis axis, int number) const;
+    void drawCurve(Canvas &canvas, const Curve &curve);
+    void drawLine(Canvas &canvas, Axis axis, QPoint from, QPoint to);
+    Stamp makeMark(Axis axis, int number) const;
+    Stamp makeLine(Axis axis, QPoint to) const;
+    Stamp makeStamp(int reach, const std::function<void(QPainter &)> &drawing) const;
 
-    std::array<std::vector<Mark>, 2> marks; // per axis, by number - 1
-    qreal ratio = 0;                        // device pixels per pixel of the marks
+    int ratio = 0;                           // device pixels per pixel of what is kept
+    std::array<std::vector<Stamp>, 2> marks; // per axis, by number - 1
+    std::array<std::vector<Stamp>, 2> lines; // per axis, by direction; none until one is needed
 };

@@ -73,7 +73,7 @@ test_win::test_win(QWidget *parent)
     // The key Menu comes as a context menu event; this one does not on every desktop.
     connect(new QShortcut(Qt::SHIFT | Qt::Key_F10, this), &QShortcut::activated, this,
             [this] { openMenu(mapToGlobal(PlotCorner)); });
-    makePixmaps(1);
+    makeMaps(1);
 }
 
 test_win::~test_win()
@@ -159,7 +159,7 @@ void test_win::paintEvent(QPaintEvent *event)
     const qreal shown = devicePixelRatioF();
     const int ratio = qCeil(shown);
     if (BGmap.devicePixelRatio() != ratio)
-        makePixmaps(ratio);
+        makeMaps(ratio);
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, shown != ratio);
     painter.drawPixmap(PlotCorner, BGmap);
@@ -167,7 +167,7 @@ void test_win::paintEvent(QPaintEvent *event)
         return;
     if (outdated)
         drawPicture();
-    painter.drawPixmap(PlotCorner + SignalPlot::PictureInBackground, mainmap);
+    painter.drawImage(PlotCorner + SignalPlot::PictureInBackground, mainmap);
 }
 
 void test_win::hideEvent(QHideEvent *event)
@@ -287,10 +287,8 @@ void test_win::send(UCHAR sub)
     Frame frame{};
     frame[command::offset::Class] = command::Scan;
     frame[command::offset::Sub] = sub;
-    if (sub == scan::AxisX)
-        askedX = true;
-    else if (sub == scan::AxisY)
-        askedY = true;
+    askedX = askedX || sub == scan::AxisX;
+    askedY = askedY || sub == scan::AxisY;
     emit Write03(frame.data());
 }
 
@@ -349,15 +347,13 @@ void test_win::completeScan(const AxisData &axis)
     }
 }
 
-void test_win::makePixmaps(int ratio)
+void test_win::makeMaps(int ratio)
 {
     BGmap = QPixmap(SignalPlot::BackgroundSize * ratio);
     BGmap.setDevicePixelRatio(ratio);
     BGmap.fill(Qt::white);
     SignalPlot::drawScale(BGmap, font());
-    mainmap = QPixmap(SignalPlot::Size * ratio);
-    mainmap.setDevicePixelRatio(ratio);
-    mainmap.fill(Qt::white);
+    mainmap = SignalPlot::makePicture(ratio);
     outdated = true;
 }
 

@@ -86,7 +86,7 @@ private:
     void takeCounts(const Frame &frame);
     void takePage(const AxisData &axis, const Frame &page, bool repeated);
     void completeScan(const AxisData &axis);
-    void makePixmaps(int ratio);
+    void makeMaps(int ratio);
     void drawPicture();
     void openMenu(const QPoint &globalPos);
 
@@ -121,7 +121,7 @@ private:
 
     SignalPlot plot;
     QPixmap BGmap;        // the scale
-    QPixmap mainmap;      // the picture
+    QImage mainmap;       // the picture
     bool outdated = true; // mainmap does not show what the members above say
     QTimer *timer;        // child
 

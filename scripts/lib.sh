@@ -12,6 +12,8 @@ build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-serialport-dev qt
                 qt6-l10n-tools libxcb1-dev libxcb-randr0-dev)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core procps)
+# What the measuring programs compare the tool with.
+bench_packages=(libqcustomplot-dev)
 style_packages=(clang-format clang-tidy shellcheck)
 font_packages=(fonts-wine)
 fuzz_packages=(clang libclang-rt-dev)

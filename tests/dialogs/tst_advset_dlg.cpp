@@ -144,7 +144,7 @@ private slots:
         UCHAR settings[64] = {0xFC, 0xA2, 0x85};
         settings[17] = settings[19] = 4;
         lights->DoRecv03(settings);
-        QTRY_VERIFY(polled.size() > 0);
+        QTRY_VERIFY(!polled.isEmpty());
     }
 
     void escape_hides_the_menu()

@@ -242,6 +242,9 @@ private slots:
         for (const char *name : {"LightADC", "LightORG", "LightAGC", "LightAGCSet"}) {
             QVERIFY(!child(name)->isEnabled());
             QVERIFY(child(name)->isReadOnly());
+            // Their values are as easy to read as what is typed.
+            QCOMPARE(child(name)->palette().color(QPalette::Disabled, QPalette::Text),
+                     child("LightNum")->palette().color(QPalette::Active, QPalette::Text));
         }
         for (const char *name : {"LightDir", "LightNum", "MinADC", "MaxADC", "MinEdgeADC",
                                  "MaxEdgeADC", "ADCThreshold", "EdgeADCThreshold"}) {
@@ -752,7 +755,8 @@ private slots:
             if (frame.isEmpty())
                 break;
             QCOMPARE(frame.size(), 1);
-            offset = qint8(QByteArray::fromHex(frame.first())[8]);
+            const int byte = UCHAR(QByteArray::fromHex(frame.first())[8]);
+            offset = byte < 128 ? byte : byte - 256;
         }
         QCOMPARE(steps, 100);
         QCOMPARE(offset, 50);

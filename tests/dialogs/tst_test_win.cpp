@@ -97,7 +97,7 @@ protected:
     }
 };
 
-// A paper that knows which pixmap of the picture's size was put on it; drawing into a pixmap gives
+// A paper that knows which image of the picture's size was put on it; drawing into an image gives
 // it another key.
 class Paper : public QPaintDevice
 {
@@ -147,10 +147,12 @@ private:
         bool begin(QPaintDevice *) override { return true; }
         bool end() override { return true; }
         void updateState(const QPaintEngineState &) override {}
-        void drawPixmap(const QRectF &, const QPixmap &pixmap, const QRectF &) override
+        void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override {}
+        void drawImage(const QRectF &, const QImage &image, const QRectF &,
+                       Qt::ImageConversionFlags) override
         {
-            if (pixmap.size() == QSize(880, 490))
-                key = pixmap.cacheKey();
+            if (image.size() == QSize(880, 490))
+                key = image.cacheKey();
         }
         void drawPolygon(const QPointF *, int, PolygonDrawMode) override {}
         void drawPath(const QPainterPath &) override {}
@@ -239,13 +241,21 @@ private:
         click(u"ALL_btn"_s);
     }
 
-    QImage picture() const { return window->grab().toImage().copy(70, 50, 880, 490); }
-    static QImage plain(const QList<Curve> &curves, int upper = 1100, int lower = 0)
+    // In device pixels.
+    QImage picture() const
+    {
+        const QImage image = window->grab().toImage();
+        const int ratio = int(image.devicePixelRatio());
+        return image.copy(70 * ratio, 50 * ratio, 880 * ratio, 490 * ratio);
+    }
+    QImage plain(const QList<Curve> &curves, int upper, int lower) const
     {
         std::vector<SignalPlot::Curve> spans;
         for (const Curve &curve : curves)
             spans.push_back({curve.axis, std::span(curve.points.begin(), curve.points.end())});
-        QPixmap pixmap(880, 490);
+        const int ratio = int(window->devicePixelRatioF());
+        QPixmap pixmap(880 * ratio, 490 * ratio);
+        pixmap.setDevicePixelRatio(ratio);
         drawPlainly(pixmap, spans, upper, lower);
         return pixmap.toImage().convertToFormat(QImage::Format_RGB32);
     }
@@ -889,6 +899,20 @@ private slots:
         QVERIFY(inked >= 5);
     }
 
+    // Also run on a display of twice the pixels.
+    void every_pixel_of_the_display_is_used()
+    {
+        setText(u"Upper_text"_s, u"900"_s);
+        startContinuous();
+        deliver({Counts32, X1, Y1, X2, Y2, X3, Y3});
+        compare(
+            {{Axis::X, X3Points}, {Axis::X, X3Ripple}, {Axis::Y, Y3Points}, {Axis::Y, Y3Ripple}},
+            900, 650);
+        const qreal ratio = window->devicePixelRatioF();
+        QCOMPARE(picture().size(), QSize(880, 490) * ratio);
+        QCOMPARE(ratio, qEnvironmentVariable("EXPECTED_RATIO", u"1"_s).toDouble());
+    }
+
     void x_is_dark_green_from_point_to_point()
     {
         wideLimits();
@@ -1357,6 +1381,28 @@ private slots:
         click(u"Xbtn"_s);
         deliver({Counts32, X3});
         QCOMPARE(log(), u"Date,Time,X000,X001,X002,Y000,Y001,NG/PASS\nD,T,1000,200,780,\n"_s);
+    }
+
+    void the_log_of_an_unfinished_test_is_written_when_the_next_begins()
+    {
+        logAction()->trigger();
+        click(u"Xbtn"_s);
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x00, 0x00}); // 56
+        deliver(page(0x81, 0, 1));
+        QVERIFY(!QFile::exists(logPath()));
+        click(u"Xbtn"_s);
+        QVERIFY(log().endsWith(u"NG/PASS\nD,T,"_s + u"4,"_s.repeated(55) + u"\n"_s));
+    }
+
+    void a_late_page_of_the_other_axis_does_not_end_a_test()
+    {
+        logAction()->trigger();
+        click(u"Xbtn"_s);
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x02, 0x00}); // 56 and 2
+        deliver({page(0x81, 0, 1), Y1});
+        QVERIFY(!QFile::exists(logPath()));
+        deliver(page(0x81, 55, 2));
+        QVERIFY(log().endsWith(u"NG/PASS\nD,T,"_s + u"4,"_s.repeated(55) + u"8,\n"_s));
     }
 
     void a_test_without_an_answer_writes_nothing()
