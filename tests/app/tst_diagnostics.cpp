@@ -61,7 +61,7 @@ private:
         frame = std::make_shared<sim::SimAdapter>(profile);
         window = std::make_unique<MainWindow>(frame);
         window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
         QCOMPARE(window->connectState(), MainWindow::UsbConnected);
     }
     template <typename Widget>
@@ -152,9 +152,9 @@ private slots:
         auto *gestures = the<useradv_dlg>();
         gestures->show();
         gestures->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(gestures));
         auto *slider = in<QSlider>(gestures, "dbran");
         slider->setFocus();
+        QTRY_VERIFY(slider->hasFocus());
         QTest::keyClick(slider, Qt::Key_C);
         QTRY_VERIFY(the<advset_dlg>()->isVisible());
         press(the<advset_dlg>(), "testbtn");

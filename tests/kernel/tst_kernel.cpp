@@ -53,6 +53,20 @@ constexpr QPoint Button270(270, 85);
 constexpr QRect RotationShown(170, 30, 71, 20);
 constexpr QPoint RotationOk(252, 143);
 constexpr QSize VersionSize(190, 180);
+constexpr QPoint DoubleClickRange(214, 268);
+constexpr QSize DiagnosticsSize(131, 148);
+constexpr QPoint TestButton(65, 32);
+constexpr QPoint LightsButton(65, 72);
+constexpr QSize SignalTestSize(1000, 650);
+constexpr QPoint AllTestButton(175, 605);
+constexpr QRect SignalPlot(70, 50, 880, 490);
+// On the light screen, which is the whole screen.
+constexpr QPoint XLight47(640, 760);
+constexpr QPoint MinAdcField(450, 110);
+constexpr QPoint SetButton(475, 261);
+constexpr QPoint SwitchButton(490, 340);
+constexpr QPoint PlusButton(435, 469);
+constexpr QPoint LightsExit(597, 480);
 constexpr int Targets = 4;
 
 constexpr uid_t SomeUser = 12345;
@@ -317,6 +331,8 @@ private slots:
     void gestures_that_were_applied_are_sent_again_after_a_replug();
     void a_rotation_is_set_and_read_back();
     void the_versions_are_those_of_the_frame();
+    void a_signal_test_draws_both_axes_and_ends_with_the_cable();
+    void a_light_is_adjusted_and_switched_and_settings_are_read_back();
     void fifty_rounds_leave_no_descriptor_and_no_thread_behind();
     void a_user_without_rights_is_told_what_to_do();
     void the_rule_lets_members_of_plugdev_in();
@@ -329,6 +345,7 @@ private:
     QString plugIn();
     QString touchTargets(int count);
     QString openGestures();
+    QString openDiagnostics();
     bool statusChanged() const { return status() != unlinked; }
     QImage status() const { return seen(StatusLine.translated(window.geometry.topLeft())); }
     bool startsAs(Program &program, const QStringList &arguments, std::optional<gid_t> group);
@@ -548,6 +565,21 @@ QString TestKernel::openGestures()
     return {};
 }
 
+// From the gestures, by the key that opens the menu of the diagnostics.
+QString TestKernel::openDiagnostics()
+{
+    if (QString problem = openGestures(); !problem.isEmpty())
+        return problem;
+    if (!click(windowSized("Advanced Setting", GesturesSize)->geometry.topLeft() +
+               DoubleClickRange))
+        return u"the mouse could not be clicked"_s;
+    if (!press(u"c"_s))
+        return u"the key could not be pressed"_s;
+    if (!inTime([] { return windowSized("MalvoTools", DiagnosticsSize).has_value(); }))
+        return u"the menu of the diagnostics did not open"_s;
+    return {};
+}
+
 void TestKernel::plugging_in_connects_and_unplugging_disconnects()
 {
     QFETCH(bool, withUdev);
@@ -738,6 +770,80 @@ void TestKernel::the_versions_are_those_of_the_frame()
         return dialog && seen(place.translated(dialog->geometry.topLeft())) == told;
     }));
     keepPicture(u"versions"_s);
+}
+
+void TestKernel::a_signal_test_draws_both_axes_and_ends_with_the_cable()
+{
+    QCOMPARE(startTool(), QString());
+    QCOMPARE(plugIn(), QString());
+    const auto opened = [] { return windowSized("MalvoTools", SignalTestSize); };
+    const auto shows = [&opened](QColor colour) {
+        constexpr int Many = 100;
+        const std::optional<Window> test = opened();
+        if (!test)
+            return false;
+        const QImage plot = seen(SignalPlot.translated(test->geometry.topLeft()));
+        int count = 0;
+        for (int y = 0; y < plot.height(); ++y) {
+            for (int x = 0; x < plot.width(); ++x)
+                count += plot.pixelColor(x, y) == colour ? 1 : 0;
+        }
+        return count > Many;
+    };
+    QCOMPARE(openDiagnostics(), QString());
+    QVERIFY(click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + TestButton));
+    QVERIFY(inTime([&] { return opened().has_value(); }));
+    QVERIFY(click(opened()->geometry.topLeft() + AllTestButton));
+    QVERIFY(inTime([&] { return shows(Qt::darkGreen) && shows(Qt::darkRed); }));
+    keepPicture(u"signals"_s);
+
+    QVERIFY(frame->does("unplug"));
+    QVERIFY(inTime([&] { return !opened(); }));
+    QVERIFY(inTime([this] { return !statusChanged(); }));
+    const qsizetype asked = frame->heard("host > frame  scan:");
+    QCOMPARE(plugIn(), QString());
+    QVERIFY(!within(SilenceMs, [&] { return frame->heard("host > frame  scan:") > asked; }));
+    QVERIFY(closeTool());
+}
+
+void TestKernel::a_light_is_adjusted_and_switched_and_settings_are_read_back()
+{
+    QCOMPARE(startTool(), QString());
+    QCOMPARE(plugIn(), QString());
+    QCOMPARE(openDiagnostics(), QString());
+    const QPoint menu = windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft();
+    const auto opened = [] { return windowSized("Dialog", wholeScreen().size()).has_value(); };
+    // A button waits for the light to be read; until then a click does nothing.
+    const auto clickUntil = [this](QPoint button, const QByteArray &words) {
+        return inTime([&] {
+                   return !click(button) ||
+                          within(SilenceMs, [&] { return frame->heard(words) > 0; });
+               }) &&
+               frame->heard(words) > 0;
+    };
+    QVERIFY(click(menu + LightsButton));
+    QVERIFY(inTime(opened));
+    QVERIFY(inTime([this] { return frame->heard("frame > host  adc: range 3800 to 4000") > 0; }));
+    QVERIFY(click(XLight47));
+    QVERIFY(inTime([this] { return frame->heard("host > frame  light X 47: read") > 0; }));
+    QVERIFY(clickUntil(PlusButton, "host > frame  light X 47: set offset 1"));
+    QVERIFY(inTime([this] { return frame->heard("frame > host  light X 47: on, offset 1") > 0; }));
+    keepPicture(u"adjusted"_s);
+    QVERIFY(clickUntil(SwitchButton, "host > frame  light X 47: switch off"));
+    QVERIFY(inTime([this] { return frame->heard("frame > host  light X 47: off") > 0; }));
+    QVERIFY(clickUntil(SwitchButton, "host > frame  light X 47: switch on"));
+
+    QVERIFY(click(MinAdcField));
+    QVERIFY(press(u"ctrl+a"_s));
+    for (const QString &digit : {u"3"_s, u"7"_s, u"0"_s, u"1"_s})
+        QVERIFY(press(digit));
+    QVERIFY(click(SetButton));
+    QVERIFY(
+        inTime([this] { return frame->heard("host > frame  adc: set range 3701 to 4000") == 1; }));
+    QVERIFY(click(LightsExit));
+    QVERIFY(inTime([&] { return !opened(); }));
+    QVERIFY(inTime([this] { return frame->heard("frame > host  adc: range 3701 to 4000") > 0; }));
+    QVERIFY(closeTool());
 }
 
 void TestKernel::fifty_rounds_leave_no_descriptor_and_no_thread_behind()
