@@ -241,6 +241,15 @@ void LightSet_dlg::hideEvent(QHideEvent *event)
     timer->stop();
 }
 
+void LightSet_dlg::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    // A window manager may clean up after the last showing when the next has begun already.
+    if (event->type() == QEvent::WindowStateChange && isVisible() &&
+        !(windowState() & (Qt::WindowFullScreen | Qt::WindowMinimized)))
+        setWindowState(windowState() | Qt::WindowFullScreen);
+}
+
 void LightSet_dlg::paintEvent(QPaintEvent *)
 {
     if (!Ready)

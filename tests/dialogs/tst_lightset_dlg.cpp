@@ -340,6 +340,16 @@ private slots:
         QCOMPARE(sent(), QByteArrayList());
     }
 
+    void it_goes_back_to_full_screen_when_that_is_taken_away()
+    {
+        show();
+        screen->setWindowState(Qt::WindowNoState);
+        QTRY_VERIFY(screen->isFullScreen());
+        QTRY_COMPARE(screen->geometry(), QRect(0, 0, W, H));
+        QVERIFY(screen->isVisible());
+        QCOMPARE(sent(), QByteArrayList());
+    }
+
     void it_fills_the_screen_above_a_visible_parent_too()
     {
         QWidget parent;
