@@ -396,7 +396,6 @@ private slots:
         lights->show();
         QTRY_COMPARE(lights->size(), QSize(1280, 800));
         QTRY_COMPARE(field("MinADC"), u"3800"_s);
-        QTRY_VERIFY(in<QTimer>(lights, "")); // it polls
         // The bottom strip: light 640 * 96 / 1281.
         QTest::mouseClick(lights, Qt::LeftButton, {}, QPoint(640, 760));
         QCOMPARE(field("LightDir"), u"X"_s);
@@ -406,10 +405,11 @@ private slots:
 
         press(lights, "LightAddBtn");
         QTRY_COMPARE(light(X, 47).offset, 1);
-        QTRY_VERIFY(in(lights, "LightDecBtn")->isEnabled());
-        QCOMPARE(field("LightAGCSet"), u"1"_s);
         for (int expected : {0, -1}) {
-            QTRY_VERIFY(in(lights, "LightDecBtn")->isEnabled());
+            // Until the light is read again, its last reply may come once more.
+            QTRY_COMPARE(field("LightAGCSet"), QString::number(expected + 1));
+            QTest::qWait(700);
+            QCOMPARE(field("LightAGCSet"), QString::number(expected + 1));
             press(lights, "LightDecBtn");
             QTRY_COMPARE(light(X, 47).offset, expected);
         }

@@ -813,7 +813,7 @@ void TestKernel::a_light_is_adjusted_and_switched_and_settings_are_read_back()
     QCOMPARE(openDiagnostics(), QString());
     const QPoint menu = windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft();
     const auto opened = [] { return windowSized("Dialog", wholeScreen().size()).has_value(); };
-    // A button waits for the light to be read; until then a click does nothing.
+    // Until counts and light have been read, a click does nothing.
     const auto clickUntil = [this](QPoint button, const QByteArray &words) {
         return inTime([&] {
                    return !click(button) ||
@@ -824,8 +824,7 @@ void TestKernel::a_light_is_adjusted_and_switched_and_settings_are_read_back()
     QVERIFY(click(menu + LightsButton));
     QVERIFY(inTime(opened));
     QVERIFY(inTime([this] { return frame->heard("frame > host  adc: range 3800 to 4000") > 0; }));
-    QVERIFY(click(XLight47));
-    QVERIFY(inTime([this] { return frame->heard("host > frame  light X 47: read") > 0; }));
+    QVERIFY(clickUntil(XLight47, "host > frame  light X 47: read"));
     QVERIFY(clickUntil(PlusButton, "host > frame  light X 47: set offset 1"));
     QVERIFY(inTime([this] { return frame->heard("frame > host  light X 47: on, offset 1") > 0; }));
     keepPicture(u"adjusted"_s);
