@@ -1,7 +1,9 @@
 #include "app/mainwindow.h"
 #include "app/readhotplug.h"
+#include "config/xml_class.h"
 #include "device/readreportthread.h"
 #include "device/writereportthread.h"
+#include "dialogs/test_win.h"
 #include "figure.h"
 #include "resources/resources.h"
 #include "sim/sim_adapter.h"
@@ -11,6 +13,9 @@
 #include <QEvent>
 #include <QEventLoop>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <sys/socket.h>
@@ -38,6 +43,10 @@ constexpr size_t Cycles = 100;
 constexpr Ms Cycle = 67ms;
 constexpr double CycleBar = 1.02;
 constexpr auto CyclesLimit = 60s;
+
+constexpr int StopTrials = 20;
+constexpr auto TestRuns = 700ms; // before it is stopped
+constexpr double StopBarMs = 200;
 
 constexpr int Frames = 60;
 constexpr double WriteBarMs = 52;
@@ -132,6 +141,8 @@ bool measurePlug(int &argc, char **argv)
 {
     const QApplication app(argc, argv);
     initResources();
+    const QTemporaryDir home;
+    XML_CLASS::useHome(home.path());
     const auto frame = std::make_shared<sim::SimAdapter>(
         sim::Profile(), sim::FaultPlan(), sim::SimOptions{.plugged = false, .clock = {}});
     MainWindow window(frame);
@@ -191,6 +202,45 @@ bool measurePlug(int &argc, char **argv)
     return holds;
 }
 
+// How long a press on "Stop" waits while a signal test asks as fast as it can. Another thread
+// presses, whatever the window is doing.
+bool measureStop(int &argc, char **argv)
+{
+    const QApplication app(argc, argv);
+    initResources();
+    const QTemporaryDir home;
+    XML_CLASS::useHome(home.path());
+    MainWindow window(std::make_shared<sim::SimAdapter>(sim::Profile()));
+    auto *test = window.findChild<test_win *>();
+    auto *button = test->findChild<QPushButton *>(u"ALL_btn"_s);
+    test->findChild<QLineEdit *>(u"interal_text"_s)->setText(u"0"_s);
+    test->show();
+
+    std::vector<double> delays;
+    for (int i = 0; i < StopTrials; ++i) {
+        button->click();
+        QEventLoop loop;
+        Clock::time_point pressed;
+        Clock::time_point stopped;
+        std::thread finger([&, pause = TestRuns + i * 13ms] {
+            std::this_thread::sleep_for(pause);
+            pressed = Clock::now();
+            QMetaObject::invokeMethod(button, [&] {
+                button->click();
+                stopped = Clock::now();
+                loop.quit();
+            });
+        });
+        handleEvents(loop, TextLimit);
+        finger.join();
+        if (button->text() != test_win::tr("All Test"))
+            giveUp("the signal test did not stop");
+        delays.push_back(Ms(stopped - pressed).count());
+    }
+    return print(
+        {"Stop of a signal test at interval 0, ms", StopBarMs, Figure::HeldBy::Maximum, delays});
+}
+
 bool measureReader()
 {
     sim::SimAdapter frame{sim::Profile()};
@@ -248,16 +298,19 @@ bool measureWriter()
 
 } // namespace
 
-// measure_link plug|reader|writer: measures the program's own parts on a simulated frame. "plug"
-// needs an X server. Prints lines of the table; the exit code is 0 when every bar holds.
+// measure_link plug|stop|reader|writer: measures the program's own parts on a simulated frame.
+// "plug" and "stop" need an X server. Prints lines of the table; the exit code is 0 when every bar
+// holds.
 int main(int argc, char **argv)
 {
     const std::string_view figure = argc == 2 ? argv[1] : "";
     if (figure == "plug")
         return measurePlug(argc, argv) ? 0 : 1;
+    if (figure == "stop")
+        return measureStop(argc, argv) ? 0 : 1;
     if (figure == "reader")
         return measureReader() ? 0 : 1;
     if (figure == "writer")
         return measureWriter() ? 0 : 1;
-    giveUp("use: measure_link plug|reader|writer");
+    giveUp("use: measure_link plug|stop|reader|writer");
 }

@@ -37,7 +37,6 @@ Rotation_dlg::Rotation_dlg(QWidget *parent)
 {
     ui->setupUi(this);
     setWindowFlags(Qt::Drawer);
-    fitText(ui->label_6, ui->Rotationlab->x() - ui->label_6->x());
     // A key pressed too early must not turn the frame.
     ui->okbtn->setFocus();
     updateCurrentRotationLab();
@@ -92,6 +91,7 @@ void Rotation_dlg::DoRecv03(UCHAR *RecvBuf)
 
 void Rotation_dlg::showEvent(QShowEvent *event)
 {
+    fitText(ui->label_6, ui->Rotationlab->x() - ui->label_6->x());
     QDialog::showEvent(event);
     // Coming back from another workspace is no new showing.
     if (event->spontaneous())

@@ -73,7 +73,6 @@ test_win::test_win(QWidget *parent)
     // The key Menu comes as a context menu event; this one does not on every desktop.
     connect(new QShortcut(Qt::SHIFT | Qt::Key_F10, this), &QShortcut::activated, this,
             [this] { openMenu(mapToGlobal(PlotCorner)); });
-    makeMaps(1);
 }
 
 test_win::~test_win()
@@ -158,7 +157,8 @@ void test_win::paintEvent(QPaintEvent *event)
     // made smaller.
     const qreal shown = devicePixelRatioF();
     const int ratio = qCeil(shown);
-    if (BGmap.devicePixelRatio() != ratio)
+    // Not before they are seen: most users never open this window.
+    if (BGmap.isNull() || BGmap.devicePixelRatio() != ratio)
         makeMaps(ratio);
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, shown != ratio);

@@ -408,7 +408,8 @@ Firmware::Reading Firmware::measure(UCHAR axis, int number)
                                     [axis, number](const OddLight &light) {
                                         return light.axis == axis && light.number == number;
                                     });
-    const OddLight odd = found == features.oddLights.end() ? OddLight{} : *found;
+    static const OddLight usual;
+    const OddLight &odd = found == features.oddLights.end() ? usual : *found;
     // Drawn for every light, so that one switch does not shift the noise of all others. The
     // distributions of the standard library give other numbers elsewhere.
     const int most = odd.noise.value_or(features.noise) * AdcPerLevel;
