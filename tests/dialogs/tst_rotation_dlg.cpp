@@ -124,6 +124,7 @@ private slots:
 
     void the_text_ends_before_the_rotation_begins()
     {
+        dialog->show();
         const auto *text = child<QLabel>("label_6");
         QVERIFY(text->x() + text->sizeHint().width() <= shown()->x());
         QVERIFY(text->sizeHint().height() <= text->height());
