@@ -935,7 +935,9 @@ private slots:
     {
         QMenu *menu = nullptr;
         for (QWidget *widget : QApplication::topLevelWidgets()) {
-            if (auto *candidate = qobject_cast<QMenu *>(widget))
+            // The other menus belong to windows.
+            if (auto *candidate = qobject_cast<QMenu *>(widget);
+                candidate && !candidate->parentWidget())
                 menu = candidate;
         }
         if (!menu)
