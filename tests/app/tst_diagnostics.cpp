@@ -210,7 +210,7 @@ private slots:
         QVERIFY(in(test, "Xbtn")->isEnabled());
         // What was asked for before may still come; nothing more is.
         QTest::qWait(300);
-        const quint64 asked = model<quint64>(
+        const auto asked = model<quint64>(
             [](const sim::Firmware &firmware) { return quint64(firmware.queuedReplies()); });
         QCOMPARE(asked, 0u);
     }

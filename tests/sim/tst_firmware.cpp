@@ -561,8 +561,8 @@ void TestFirmware::a_noisy_light_reads_otherwise_each_time_and_its_neighbours_do
         firmware.command(hostFrame("A5 01"));
         const Frame page = firmware.report();
         for (int i = 0; i < 3; ++i) {
-            lowest[i] = std::min<int>(lowest[i], page[size_t(7 + 4 + i)]);
-            highest[i] = std::max<int>(highest[i], page[size_t(7 + 4 + i)]);
+            lowest[i] = std::min<int>(lowest[i], page.at(7U + 4U + unsigned(i)));
+            highest[i] = std::max<int>(highest[i], page.at(7U + 4U + unsigned(i)));
         }
     }
     QVERIFY(highest[0] - lowest[0] <= 2);
