@@ -493,8 +493,8 @@ void Posix_QextSerialPort::loseLine()
     if (hangingUp || !port.isOpen())
         return;
     hangingUp = true;
-    refuse(tr("The serial port %1 is gone (%2). Plug it in and open it again.")
-               .arg(port.portName(), port.errorString()));
+    qCDebug(lcLink).noquote() << port.portName() << port.errorString();
+    refuse(tr("The serial port %1 is gone. Plug it in and open it again.").arg(port.portName()));
     emit lineLost(openings, QPrivateSignal());
 }
 
