@@ -8,6 +8,7 @@
 #include "device/writereportthread.h"
 #include "dialogs/advset_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/connect_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/setting_dlg.h"
@@ -179,6 +180,7 @@ void MainWindow::setState(ConnectState state)
 {
     connect_sta = state;
     useradvdlg->setConnected(state == UsbConnected || state == SerialOpen);
+    tellConnection();
 }
 
 // Stops the threads and closes the device; nothing that it said is delivered any more.
@@ -365,6 +367,14 @@ void MainWindow::addDialogs()
     connect(lightsetdlg, &LightSet_dlg::Write03, this, &MainWindow::OnWrite03);
     connect(this, &MainWindow::Recv03, lightsetdlg, &LightSet_dlg::DoRecv03);
 
+    connectdlg = new connect_dlg(this);
+    connect(connectdlg, &connect_dlg::Write03, this, &MainWindow::OnWrite03);
+    connect(this, &MainWindow::Recv03, connectdlg, &connect_dlg::DoRecv03);
+    connect(connectdlg, &connect_dlg::useUsb, this, &MainWindow::useUsb);
+    connect(connectdlg, &connect_dlg::openUart, this, &MainWindow::reopenUart);
+    connect(connectdlg, &connect_dlg::closeUart, this, &MainWindow::endUart);
+    connect(myCOM, &Posix_QextSerialPort::hangUp, this, &MainWindow::tellConnection);
+
     calibrationdlg = std::make_unique<Calibration_Dlg>();
     connect(calibrationdlg.get(), &Calibration_Dlg::Write03, this, &MainWindow::OnWrite03);
     connect(this, &MainWindow::Recv03, calibrationdlg.get(), &Calibration_Dlg::DoRecv03);
@@ -386,6 +396,11 @@ void MainWindow::on_calbtn_clicked()
 void MainWindow::on_setbtn_clicked()
 {
     present(settingdlg);
+}
+
+void MainWindow::on_conbtn_clicked()
+{
+    present(connectdlg);
 }
 
 void MainWindow::on_pushButton_clicked()
@@ -432,6 +447,7 @@ bool MainWindow::OpenUart(const QString &portName, const PortSettings &settings)
     if (connect_sta == UsbConnected)
         CheckUSBDevRem(true);
     myCOM->setPortName(portName);
+    uartName = portName;
     serialProblem.clear();
     if (!myCOM->open(QIODevice::ReadWrite)) {
         serialProblem = myCOM->errorString();
@@ -506,6 +522,43 @@ void MainWindow::OnRecvUart()
     }
 }
 
+// What the connection dialog asks for
+
+void MainWindow::useUsb()
+{
+    CLoseUart();
+    CheckUSBDevCon();
+    tellConnection();
+    const NodeProblem found = HID_Util03->LastProblem();
+    if (connect_sta != UsbConnected && !found.node.isEmpty())
+        connectdlg->setState(connect_dlg::Link::None, QString(), advice(found));
+}
+
+void MainWindow::reopenUart(const QString &portName, const PortSettings &settings)
+{
+    if (myCOM->isOpen())
+        CLoseUart();
+    OpenUart(portName, settings);
+    tellConnection();
+}
+
+void MainWindow::endUart()
+{
+    CLoseUart();
+    tellConnection();
+}
+
+void MainWindow::tellConnection()
+{
+    const connect_dlg::Link link = connect_sta == UsbConnected ? connect_dlg::Link::Usb
+                                   : connect_sta == SerialOpen ? connect_dlg::Link::Serial
+                                                               : connect_dlg::Link::None;
+    // What went wrong with a port is no news any more once frames have come and gone by USB.
+    const bool aboutUart = connect_sta != UsbConnected && connect_sta != NotConnected;
+    connectdlg->setState(link, myCOM->isOpen() ? uartName : QString(),
+                         aboutUart ? uartProblem() : QString());
+}
+
 // Window and tray
 
 // In code, since a pixmap named in the form comes without its version for high-dpi screens.
@@ -542,7 +595,7 @@ void MainWindow::addContextMenu()
     settingAction = contextMenu->addAction(tr("&Setting"), this, &MainWindow::on_setbtn_clicked);
     settingAction->setEnabled(ui->setbtn->isEnabled());
     contextMenu->addAction(tr("S&moothing"), this, [this] { present(smoothingdlg); });
-    contextMenu->addAction(tr("&Connect"))->setEnabled(false);
+    contextMenu->addAction(tr("&Connect"), this, &MainWindow::on_conbtn_clicked);
 
     // Disabled buttons swallow the event.
     for (QPushButton *button : deviceButtons())

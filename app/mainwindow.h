@@ -31,6 +31,7 @@ class Rotation_dlg;
 class Setting_dlg;
 class Version_Dlg;
 class advset_dlg;
+class connect_dlg;
 class smoothing_dlg;
 class test_win;
 class useradv_dlg;
@@ -91,6 +92,7 @@ public slots:
 private slots:
     void on_calbtn_clicked();
     void on_setbtn_clicked();
+    void on_conbtn_clicked();
     void on_pushButton_clicked();
     void on_pushButton_2_clicked();
     void on_rotationButton_clicked();
@@ -119,6 +121,10 @@ private:
     void toMyComSetting(const PortSettings &settings);
     void UartSetBaud(int code); // of BaudRateType
     void OnUartHangUp();
+    void useUsb();
+    void reopenUart(const QString &portName, const PortSettings &settings);
+    void endUart();
+    void tellConnection();
     void retrySearch();
     void announceProblem();
     void endUsb();
@@ -143,6 +149,7 @@ private:
     PortSettings defUartData;
     Posix_QextSerialPort *myCOM = nullptr; // child
     UartReceiver uartReceiver;
+    QString uartName; // of the last OpenUart()
     QString serialProblem;
 
     ConnectState connect_sta = NotConnected;
@@ -161,6 +168,7 @@ private:
     advset_dlg *advdlg = nullptr;          // child
     test_win *testwin = nullptr;           // child
     LightSet_dlg *lightsetdlg = nullptr;   // child
+    connect_dlg *connectdlg = nullptr;     // child
     Version_Dlg *versiondlg = nullptr;     // child
     Rotation_dlg *rotationdlg = nullptr;   // child
 
