@@ -71,6 +71,7 @@ connect_dlg::connect_dlg(QWidget *parent, PortList portList)
     fillLists();
     ui->portBox->setItemDelegate(new PortDelegate(ui->portBox));
     ui->portBox->view()->setMinimumWidth(PopupWidth);
+    ui->stateText->viewport()->setBackgroundRole(QPalette::Window);
     // It would lengthen a typed name to one of the list.
     ui->portBox->setCompleter(nullptr);
     connect(ui->portBox, &QComboBox::currentTextChanged, this, &connect_dlg::updateChoices);
@@ -85,7 +86,7 @@ connect_dlg::~connect_dlg() = default;
 void connect_dlg::setState(Link nowLinked, const QString &nowOpen, const QString &why)
 {
     if (link == Link::Serial && nowLinked == Link::Usb && !nowOpen.isEmpty())
-        problem = tr("It has taken over from the serial port. Unplug it to use the port.");
+        problem = tr("The frame took over from the serial port. Unplug it to use the port.");
     else if (!why.isEmpty() || nowLinked == Link::Serial)
         problem = why;
     answered = answered && nowLinked == Link::Serial;

@@ -245,13 +245,27 @@ private slots:
         frame->present = true;
         QTRY_COMPARE_WITH_TIMEOUT(window->connectState(), MainWindow::UsbConnected, 5000);
         QVERIFY(state().startsWith(u"A touch frame is connected by USB."_s));
-        QVERIFY(state().contains(u"It has taken over from the serial port."_s));
+        QVERIFY(state().contains(u"The frame took over from the serial port."_s));
         // The port is still open, and can be closed without a word to the frame.
         press("closeButton");
         QCOMPARE(window->connectState(), MainWindow::UsbConnected);
         QCOMPARE(state(), u"A touch frame is connected by USB."_s);
         QSerialPort other(line.path());
         QVERIFY(other.open(QIODevice::ReadWrite));
+    }
+
+    void a_port_opened_beside_a_plugged_frame_is_taken_over_at_the_next_look()
+    {
+        frame->present = true;
+        window->OnDeviceAdded();
+        Pty line;
+        openByDialog(line.path());
+        QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+        QTRY_COMPARE_WITH_TIMEOUT(window->connectState(), MainWindow::UsbConnected, 5000);
+        QVERIFY(state().contains(u"The frame took over from the serial port."_s));
+        // Once more, with the port open all the time.
+        press("openButton");
+        QVERIFY(!state().contains(u"cannot"_s) && !state().contains(u"already"_s));
     }
 
     void after_a_take_over_and_an_unplug_the_port_opens_again()

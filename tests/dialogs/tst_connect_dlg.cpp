@@ -500,9 +500,10 @@ private slots:
     {
         dialog->setState(Link::Serial, u"ttyUSB0"_s, QString());
         dialog->setState(Link::Usb, u"ttyUSB0"_s, QString());
-        QCOMPARE(state(), u"A touch frame is connected by USB.\n"
-                          u"The serial port ttyUSB0 is open but not used.\n"
-                          u"It has taken over from the serial port. Unplug it to use the port."_s);
+        QCOMPARE(state(),
+                 u"A touch frame is connected by USB.\n"
+                 u"The serial port ttyUSB0 is open but not used.\n"
+                 u"The frame took over from the serial port. Unplug it to use the port."_s);
         QVERIFY(button("closeButton")->isEnabled());
     }
 
