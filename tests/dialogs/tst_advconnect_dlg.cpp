@@ -3,6 +3,7 @@
 #include "tests/dialogs/settingshome.h"
 
 #include <QComboBox>
+#include <QDirIterator>
 #include <QMetaMethod>
 #include <QTest>
 
@@ -54,6 +55,28 @@ private slots:
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         QCOMPARE(clipped(dialog), QStringList());
+    }
+
+    void no_other_part_of_the_program_uses_it_so_a_build_without_it_behaves_the_same()
+    {
+        const QDir project(QStringLiteral(QT_TESTCASE_SOURCEDIR "/../.."));
+        QStringList users;
+        int searched = 0;
+        for (const char *folder : {"app", "dialogs", "config", "device", "sim", "tools"}) {
+            QDirIterator files(project.filePath(QLatin1StringView(folder)),
+                               {u"*.cpp"_s, u"*.h"_s, u"*.ui"_s}, QDir::Files);
+            while (files.hasNext()) {
+                QFile file(files.next());
+                QVERIFY(file.open(QIODevice::ReadOnly));
+                ++searched;
+                if (file.readAll().contains("advconnect_dlg"))
+                    users.append(QFileInfo(file).fileName());
+            }
+        }
+        QVERIFY(searched > 50);
+        users.sort();
+        QCOMPARE(users, QStringList({u"advconnect_dlg.cpp"_s, u"advconnect_dlg.h"_s,
+                                     u"advconnect_dlg.ui"_s}));
     }
 
     void it_neither_offers_nor_does_anything()

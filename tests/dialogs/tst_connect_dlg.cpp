@@ -8,6 +8,7 @@
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QSerialPortInfo>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -166,6 +167,15 @@ private slots:
     }
 
     // Ports
+
+    void without_a_list_of_its_callers_it_offers_the_ports_of_the_system()
+    {
+        QStringList names;
+        for (const QSerialPortInfo &info : QSerialPortInfo::availablePorts())
+            names.append(info.portName());
+        dialog = std::make_unique<connect_dlg>(nullptr);
+        QCOMPARE(items("portBox"), names);
+    }
 
     void a_chosen_port_is_called_by_its_name_and_shown_with_its_adapter()
     {
