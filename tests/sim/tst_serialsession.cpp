@@ -364,11 +364,16 @@ void TestSerialSession::one_of_three_baud_commands_finds_the_frame()
     plug();
     host->send(before.constData());
     QTRY_COMPARE(session->rate(), rateBefore);
+    const auto taken = [this] {
+        return log.filter(u"noise: 11 bytes"_s).size() + log.filter(u"set code 14"_s).size();
+    };
+    int sent = 0;
     for (const speed_t rate : {B9600, B57600, B115200}) {
         host->setRate(rate);
         host->send("51 56 00 B1 00 03 00 0E 00 00 00");
-        QTest::qWait(30);
+        QTRY_COMPARE(taken(), ++sent);
     }
+    QCOMPARE(log.filter(u"set code 14"_s).size(), 1);
     QCOMPARE(session->rate(), 19200);
 }
 
