@@ -84,6 +84,6 @@ int main()
     const bool longest =
         measure("serial, longest frames / their time at 25.6 Mbaud", frameOf(60), 1);
     const bool shortest = measure("serial, empty frames / their time at 25.6 Mbaud", frameOf(0), 1);
-    const bool noise = measure("serial, noise / its time at 25.6 Mbaud", "\x51\x51\x57", 0);
+    const bool noise = measure("serial, noise / its time at 25.6 Mbaud", {0x51, 0x51, 0x57}, 0);
     return longest && shortest && noise ? 0 : 1;
 }
