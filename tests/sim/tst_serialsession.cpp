@@ -371,7 +371,8 @@ void TestSerialSession::one_of_three_baud_commands_finds_the_frame()
     for (const speed_t rate : {B9600, B57600, B115200}) {
         host->setRate(rate);
         host->send("51 56 00 B1 00 03 00 0E 00 00 00");
-        QTRY_COMPARE(taken(), ++sent);
+        ++sent;
+        QTRY_COMPARE(taken(), sent);
     }
     QCOMPARE(log.filter(u"set code 14"_s).size(), 1);
     QCOMPARE(session->rate(), 19200);
