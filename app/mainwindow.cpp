@@ -8,6 +8,7 @@
 #include "device/writereportthread.h"
 #include "dialogs/advset_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/connect_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/setting_dlg.h"
@@ -57,13 +58,6 @@ constexpr Qt::WindowFlags CalibrationFlags(Qt::SubWindow);
 constexpr QChar ReadFinished(1);
 constexpr QChar WriteFailed(1);
 
-// States of serial reception.
-constexpr int HuntSync1 = 4;
-constexpr int HuntSync2 = 1;
-constexpr int ReadHeader = 2;
-constexpr int ReadBody = 3;
-constexpr int UartHeaderSize = 5; // frame bytes 0 to 4
-
 Frame commandFrame(UCHAR commandClass, UCHAR sub)
 {
     Frame frame{};
@@ -98,7 +92,6 @@ void present(QWidget *window)
 MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
     : ui(std::make_unique<Ui::MainWindow>())
     , HID_Util03(std::move(adapter))
-    , Uart_step(HuntSync1)
     , timer(new QTimer(this))
     , retryTimer(new QTimer(this))
 {
@@ -115,7 +108,7 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
 
     connect(readThread03.get(), &ReadReportThread::ReadOver, this, &MainWindow::OnRecv03);
     connect(myCOM, &Posix_QextSerialPort::readyRead, this, &MainWindow::OnRecvUart);
-    connect(myCOM, &Posix_QextSerialPort::hangUp, this, &MainWindow::CLoseUart);
+    connect(myCOM, &Posix_QextSerialPort::hangUp, this, &MainWindow::OnUartHangUp);
     connect(this, &MainWindow::Recv03, this, &MainWindow::DoRecv03);
     connect(this, &MainWindow::Write03, this, &MainWindow::OnWrite03);
     connect(writeThread03.get(), &writereportthread::WriteOver, this, &MainWindow::OnWriteOver);
@@ -187,6 +180,7 @@ void MainWindow::setState(ConnectState state)
 {
     connect_sta = state;
     useradvdlg->setConnected(state == UsbConnected || state == SerialOpen);
+    tellConnection();
 }
 
 // Stops the threads and closes the device; nothing that it said is delivered any more.
@@ -373,6 +367,14 @@ void MainWindow::addDialogs()
     connect(lightsetdlg, &LightSet_dlg::Write03, this, &MainWindow::OnWrite03);
     connect(this, &MainWindow::Recv03, lightsetdlg, &LightSet_dlg::DoRecv03);
 
+    connectdlg = new connect_dlg(this);
+    connect(connectdlg, &connect_dlg::Write03, this, &MainWindow::OnWrite03);
+    connect(this, &MainWindow::Recv03, connectdlg, &connect_dlg::DoRecv03);
+    connect(connectdlg, &connect_dlg::useUsb, this, &MainWindow::useUsb);
+    connect(connectdlg, &connect_dlg::openUart, this, &MainWindow::reopenUart);
+    connect(connectdlg, &connect_dlg::closeUart, this, &MainWindow::endUart);
+    connect(myCOM, &Posix_QextSerialPort::hangUp, this, &MainWindow::tellConnection);
+
     calibrationdlg = std::make_unique<Calibration_Dlg>();
     connect(calibrationdlg.get(), &Calibration_Dlg::Write03, this, &MainWindow::OnWrite03);
     connect(this, &MainWindow::Recv03, calibrationdlg.get(), &Calibration_Dlg::DoRecv03);
@@ -394,6 +396,11 @@ void MainWindow::on_calbtn_clicked()
 void MainWindow::on_setbtn_clicked()
 {
     present(settingdlg);
+}
+
+void MainWindow::on_conbtn_clicked()
+{
+    present(connectdlg);
 }
 
 void MainWindow::on_pushButton_clicked()
@@ -440,7 +447,10 @@ bool MainWindow::OpenUart(const QString &portName, const PortSettings &settings)
     if (connect_sta == UsbConnected)
         CheckUSBDevRem(true);
     myCOM->setPortName(portName);
+    uartName = portName;
+    serialProblem.clear();
     if (!myCOM->open(QIODevice::ReadWrite)) {
+        serialProblem = myCOM->errorString();
         UiWhenUncon();
         setState(SerialFailed);
         return false;
@@ -454,6 +464,7 @@ bool MainWindow::OpenUart(const QString &portName, const PortSettings &settings)
 void MainWindow::CLoseUart()
 {
     myCOM->close();
+    serialProblem.clear();
     if (connect_sta != SerialOpen)
         return;
     calibrationdlg->OnDeviceLost();
@@ -461,17 +472,31 @@ void MainWindow::CLoseUart()
     updateUi();
 }
 
+void MainWindow::OnUartHangUp()
+{
+    const QString problem = myCOM->errorString();
+    CLoseUart();
+    serialProblem = problem;
+}
+
 void MainWindow::toMyComSetting(const PortSettings &settings)
 {
-    // The device may be listening at any of these.
+    QStringList refusals;
+    const auto demand = [this, &refusals](bool taken) {
+        if (!taken && !refusals.contains(myCOM->errorString()))
+            refusals += myCOM->errorString();
+        return taken;
+    };
+    // The device may be listening at any of these, and understands nothing sent at another.
     for (const BaudRateType rate : {BAUD9600, BAUD57600, BAUD115200}) {
-        myCOM->setBaudRate(rate);
-        UartSetBaud(settings.BaudRate);
+        if (demand(myCOM->setBaudRate(rate)))
+            UartSetBaud(settings.BaudRate);
     }
-    myCOM->setBaudRate(settings.BaudRate);
-    myCOM->setDataBits(settings.DataBits);
-    myCOM->setStopBits(settings.StopBits);
-    myCOM->setParity(settings.Parity);
+    demand(myCOM->setBaudRate(settings.BaudRate));
+    demand(myCOM->setDataBits(settings.DataBits));
+    demand(myCOM->setStopBits(settings.StopBits));
+    demand(myCOM->setParity(settings.Parity));
+    serialProblem = refusals.join(u' ');
 }
 
 void MainWindow::UartSetBaud(int code)
@@ -486,53 +511,52 @@ void MainWindow::UartSetBaud(int code)
 void MainWindow::OnRecvUart()
 {
     // Notifications come when bytes arrive, not while bytes remain.
-    while (!delivering && recvUartStep()) {
+    while (!delivering) {
+        const UartReceiver::Outcome outcome = uartReceiver.step(*myCOM);
+        if (outcome == UartReceiver::Outcome::Waits)
+            return;
+        if (outcome == UartReceiver::Outcome::FrameFound) {
+            const QScopedValueRollback guard(delivering, true);
+            emit Recv03(uartReceiver.frame());
+        }
     }
 }
 
-// Takes the reception one state further; false when it must wait for more bytes.
-bool MainWindow::recvUartStep()
+// What the connection dialog asks for
+
+void MainWindow::useUsb()
 {
-    const qint64 available = myCOM->size();
-    const auto read = [this](int at, int count) {
-        return myCOM->readData(reinterpret_cast<char *>(&RecvBufUart[size_t(at)]), count) == count;
-    };
-    switch (Uart_step) {
-    case HuntSync1:
-    case HuntSync2: {
-        if (available < 1)
-            return false;
-        char byte = 0;
-        const bool gotOne = myCOM->readData(&byte, 1) == 1;
-        const UCHAR wanted =
-            Uart_step == HuntSync1 ? command::serial::Sync1 : command::serial::Sync2;
-        const int next = Uart_step == HuntSync1 ? HuntSync2 : ReadHeader;
-        Uart_step = gotOne && UCHAR(byte) == wanted ? next : HuntSync1;
-        return gotOne;
-    }
-    case ReadHeader:
-        if (available < UartHeaderSize)
-            return false;
-        Uart_step = read(0, UartHeaderSize) ? ReadBody : HuntSync1;
-        return true;
-    case ReadBody: {
-        const int need = RecvBufUart[command::offset::Length] + 1;
-        if (UartHeaderSize + need > int(RecvBufUart.size())) {
-            Uart_step = HuntSync1; // no frame is that long: this was noise
-            return true;
-        }
-        if (available < need || !read(UartHeaderSize, need))
-            return false;
-        Uart_step = HuntSync1;
-        if (RecvBufUart[command::offset::ReportId] == command::ReportId) {
-            const QScopedValueRollback guard(delivering, true);
-            emit Recv03(RecvBufUart.data());
-        }
-        return true;
-    }
-    default:
-        return false;
-    }
+    CLoseUart();
+    CheckUSBDevCon();
+    tellConnection();
+    const NodeProblem found = HID_Util03->LastProblem();
+    if (connect_sta != UsbConnected && !found.node.isEmpty())
+        connectdlg->setState(connect_dlg::Link::None, QString(), advice(found));
+}
+
+void MainWindow::reopenUart(const QString &portName, const PortSettings &settings)
+{
+    if (myCOM->isOpen())
+        CLoseUart();
+    OpenUart(portName, settings);
+    tellConnection();
+}
+
+void MainWindow::endUart()
+{
+    CLoseUart();
+    tellConnection();
+}
+
+void MainWindow::tellConnection()
+{
+    const connect_dlg::Link link = connect_sta == UsbConnected ? connect_dlg::Link::Usb
+                                   : connect_sta == SerialOpen ? connect_dlg::Link::Serial
+                                                               : connect_dlg::Link::None;
+    // What went wrong with a port is no news any more once frames have come and gone by USB.
+    const bool aboutUart = connect_sta != UsbConnected && connect_sta != NotConnected;
+    connectdlg->setState(link, myCOM->isOpen() ? uartName : QString(),
+                         aboutUart ? uartProblem() : QString());
 }
 
 // Window and tray
@@ -571,7 +595,7 @@ void MainWindow::addContextMenu()
     settingAction = contextMenu->addAction(tr("&Setting"), this, &MainWindow::on_setbtn_clicked);
     settingAction->setEnabled(ui->setbtn->isEnabled());
     contextMenu->addAction(tr("S&moothing"), this, [this] { present(smoothingdlg); });
-    contextMenu->addAction(tr("&Connect"))->setEnabled(false);
+    contextMenu->addAction(tr("&Connect"), this, &MainWindow::on_conbtn_clicked);
 
     // Disabled buttons swallow the event.
     for (QPushButton *button : deviceButtons())

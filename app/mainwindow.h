@@ -4,6 +4,7 @@
 #include "device/hid_adapter.h"
 #include "device/portsettings.h"
 #include "device/struct.h"
+#include "device/uartreceiver.h"
 
 #include <QElapsedTimer>
 #include <QMainWindow>
@@ -30,6 +31,7 @@ class Rotation_dlg;
 class Setting_dlg;
 class Version_Dlg;
 class advset_dlg;
+class connect_dlg;
 class smoothing_dlg;
 class test_win;
 class useradv_dlg;
@@ -59,9 +61,13 @@ public:
     bool CheckUSBDevCon();
     // Disconnects when the frame is gone, or in any case when forced. True while the state is set.
     bool CheckUSBDevRem(bool force);
-    // Opens a serial port; false, with the state SerialFailed, when that fails.
+    // Opens a serial port; false, with the state SerialFailed, when that fails. A port that does
+    // not take all settings is open; see uartProblem().
     bool OpenUart(const QString &portName, const PortSettings &settings);
     void CLoseUart();
+    // Why the port did not open, which settings it does not take, or how it was lost, as sentences
+    // for the user; empty when all is as the last OpenUart() or CLoseUart() asked.
+    QString uartProblem() const { return serialProblem; }
 
 signals:
     void Write03(UCHAR *WriteBuf);
@@ -86,6 +92,7 @@ public slots:
 private slots:
     void on_calbtn_clicked();
     void on_setbtn_clicked();
+    void on_conbtn_clicked();
     void on_pushButton_clicked();
     void on_pushButton_2_clicked();
     void on_rotationButton_clicked();
@@ -113,7 +120,11 @@ private:
     void DefUartData();
     void toMyComSetting(const PortSettings &settings);
     void UartSetBaud(int code); // of BaudRateType
-    bool recvUartStep();
+    void OnUartHangUp();
+    void useUsb();
+    void reopenUart(const QString &portName, const PortSettings &settings);
+    void endUart();
+    void tellConnection();
     void retrySearch();
     void announceProblem();
     void endUsb();
@@ -126,7 +137,6 @@ private:
     Frame RecvBuf03{};
     Frame SendBuf03{};        // read by the writer, changed while it does not run
     std::deque<Frame> outbox; // frames behind one that the device takes long to accept
-    std::array<UCHAR, command::serial::BufferSize> RecvBufUart{}; // without the sync bytes
     std::array<UCHAR, command::serial::BufferSize> SendBufUart{};
     bool delivering = false; // a Recv03 receiver is at work, perhaps in an event loop of its own
     QMutex mutexWrite03;     // held for a whole send
@@ -138,7 +148,9 @@ private:
 
     PortSettings defUartData;
     Posix_QextSerialPort *myCOM = nullptr; // child
-    int Uart_step;                         // state of reception
+    UartReceiver uartReceiver;
+    QString uartName; // of the last OpenUart()
+    QString serialProblem;
 
     ConnectState connect_sta = NotConnected;
     QTimer *timer;      // child; looks for a frame twice a second
@@ -156,6 +168,7 @@ private:
     advset_dlg *advdlg = nullptr;          // child
     test_win *testwin = nullptr;           // child
     LightSet_dlg *lightsetdlg = nullptr;   // child
+    connect_dlg *connectdlg = nullptr;     // child
     Version_Dlg *versiondlg = nullptr;     // child
     Rotation_dlg *rotationdlg = nullptr;   // child
 

@@ -239,6 +239,9 @@ bool Posix_QextSerialPort::setStopBits(StopBitsType bits)
     if (!toQt(bits))
         return refuse(tr("There is no stop bits setting number %1. Choose 0 (1 bit) or 2 (2 bits).")
                           .arg(int(bits)));
+    if (bits == STOP_2 && settings.DataBits == DATA_5)
+        return refuse(tr("With 5 data bits a line makes 1.5 stop bits of 2. Choose 1 stop bit or "
+                         "more data bits."));
     PortSettings wanted = settings;
     wanted.StopBits = bits;
     return change(wanted, Setting::StopBits);
@@ -314,9 +317,9 @@ bool Posix_QextSerialPort::change(const PortSettings &wanted, Setting setting)
                          "Check the cable and the flow control.")
                           .arg(port.portName()));
     const bool passed = pass(wanted, setting);
-    const QString other =
-        passed ? mismatch(wanted, setting)
-               : tr("%1 does not take this setting: %2.").arg(name, port.errorString());
+    if (!passed)
+        qCDebug(lcLink).noquote() << name << port.errorString();
+    const QString other = passed ? mismatch(wanted, setting) : notDone(wanted, setting);
     if (!other.isEmpty()) {
         pass(settings, setting);
         return refuse(other);
@@ -360,6 +363,7 @@ QString Posix_QextSerialPort::mismatch(const PortSettings &wanted, Setting setti
     termios2 actual{};
     if (!port.isOpen() || ioctl(port.handle(), TCGETS2, &actual) != 0)
         return {};
+    bool same = true;
     switch (setting) {
     case Setting::BaudRate: {
         const int rate = bitsPerSecond(wanted.BaudRate);
@@ -371,27 +375,42 @@ QString Posix_QextSerialPort::mismatch(const PortSettings &wanted, Setting setti
         break;
     }
     case Setting::DataBits:
-        if ((actual.c_cflag & CSIZE) != sizeFlags(wanted.DataBits))
-            return tr("%1 does not do %2 data bits. Choose another number.")
-                .arg(name)
-                .arg(5 + int(wanted.DataBits));
+        same = (actual.c_cflag & CSIZE) == sizeFlags(wanted.DataBits);
         break;
     case Setting::Parity: {
         const tcflag_t flags = parityFlags(wanted.Parity);
         const tcflag_t mask = flags == 0 ? PARENB : PARENB | PARODD | CMSPAR;
-        if ((actual.c_cflag & mask) != flags)
-            return tr("%1 does not do this parity. Choose another parity.").arg(name);
+        same = (actual.c_cflag & mask) == flags;
         break;
     }
     case Setting::StopBits:
-        if (bool(actual.c_cflag & CSTOPB) != (wanted.StopBits == STOP_2))
-            return tr("%1 does not do this number of stop bits. Choose another number.").arg(name);
+        same = bool(actual.c_cflag & CSTOPB) == (wanted.StopBits == STOP_2);
         break;
     case Setting::FlowControl:
-        if (bool(actual.c_cflag & CRTSCTS) != (wanted.FlowControl == FLOW_HARDWARE) ||
-            bool(actual.c_iflag & IXON) != (wanted.FlowControl == FLOW_XONXOFF))
-            return tr("%1 does not do this flow control. Choose another one.").arg(name);
+        same = bool(actual.c_cflag & CRTSCTS) == (wanted.FlowControl == FLOW_HARDWARE) &&
+               bool(actual.c_iflag & IXON) == (wanted.FlowControl == FLOW_XONXOFF);
         break;
+    }
+    return same ? QString() : notDone(wanted, setting);
+}
+
+QString Posix_QextSerialPort::notDone(const PortSettings &wanted, Setting setting) const
+{
+    switch (setting) {
+    case Setting::BaudRate:
+        return tr("%1 does not do %2 baud. Choose another rate.")
+            .arg(name)
+            .arg(bitsPerSecond(wanted.BaudRate));
+    case Setting::DataBits:
+        return tr("%1 does not do %2 data bits. Choose another number.")
+            .arg(name)
+            .arg(5 + int(wanted.DataBits));
+    case Setting::Parity:
+        return tr("%1 does not do this parity. Choose another parity.").arg(name);
+    case Setting::StopBits:
+        return tr("%1 does not do this number of stop bits. Choose another number.").arg(name);
+    case Setting::FlowControl:
+        return tr("%1 does not do this flow control. Choose another one.").arg(name);
     }
     return {};
 }
@@ -493,8 +512,7 @@ void Posix_QextSerialPort::loseLine()
     if (hangingUp || !port.isOpen())
         return;
     hangingUp = true;
-    refuse(tr("The serial port %1 is gone (%2). Plug it in and open it again.")
-               .arg(port.portName(), port.errorString()));
+    qCDebug(lcLink).noquote() << port.portName() << port.errorString();
     emit lineLost(openings, QPrivateSignal());
 }
 
@@ -503,6 +521,7 @@ void Posix_QextSerialPort::sayFarewell(int opening)
     if (!hangingUp || opening != openings)
         return;
     close();
+    refuse(tr("The serial port %1 is gone. Plug it in and open it again.").arg(port.portName()));
     emit hangUp();
 }
 

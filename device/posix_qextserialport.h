@@ -43,7 +43,8 @@ public:
     bool setBaudRate(BaudRateType rate);
     bool setDataBits(DataBitsType bits);
     bool setParity(ParityType parity);
-    // 1.5 stop bits are refused: they would silently become one.
+    // 1.5 stop bits are refused: they would silently become one. So are 2 after 5 data bits, which
+    // the usual hardware makes 1.5.
     bool setStopBits(StopBitsType bits);
     bool setFlowControl(FlowType flow);
     // How much longer than the line needs for them written bytes may take to leave, in ms.
@@ -77,6 +78,7 @@ private:
     bool pass(const PortSettings &wanted, Setting setting);
     void dropStickParity();
     QString mismatch(const PortSettings &wanted, Setting setting) const;
+    QString notDone(const PortSettings &wanted, Setting setting) const;
     QString whyNotOpened() const;
     bool drain();
     bool lineBusy() const;

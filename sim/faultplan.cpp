@@ -34,6 +34,11 @@ class FaultReader
     Q_DECLARE_TR_FUNCTIONS(sim::FaultPlan)
 
 public:
+    explicit FaultReader(FaultPlan::Link theLink)
+        : link(theLink)
+    {
+    }
+
     // Returns an empty text, or why the line is refused.
     QString take(const QStringList &words);
 
@@ -42,6 +47,10 @@ public:
 private:
     QString takeValues(const QString &name, const QStringList &values);
     QString takeDuration(const QString &name, const QStringList &values, milliseconds *duration);
+    QString takeCount(const QString &name, const QString &of, const QStringList &values,
+                      qint64 most, qint64 *count);
+
+    FaultPlan::Link link;
 };
 
 QString FaultReader::take(const QStringList &words)
@@ -73,30 +82,31 @@ QString FaultReader::takeValues(const QString &name, const QStringList &values)
     }
     if (name == "silent"_L1) {
         fault.kind = Fault::Kind::Silent;
-        if (values.isEmpty())
-            return tr("silent has no count of transfers, such as: at 12 silent 5");
-        const std::optional<qint64> count = DataFile::number(values.first());
-        if (values.size() > 1)
-            return tr("silent takes one value, not %1").arg(values.size());
-        if (!count)
-            return tr("%1 is not a number").arg(values.first());
-        if (*count < 1 || *count > MaxTransfer) {
-            return tr("the count is %1: it lies between 1 and %2")
-                .arg(values.first(), QString::number(MaxTransfer));
-        }
-        fault.count = quint64(*count);
-        return {};
+        qint64 count = 0;
+        QString problem = takeCount(name, tr("transfers"), values, MaxTransfer, &count);
+        fault.count = quint64(count);
+        return problem;
     }
-    if (name == "unplug"_L1) {
+    if (name == "noise"_L1 || name == "lose"_L1) {
+        if (link != FaultPlan::Link::Serial)
+            return tr("%1 happens on a serial line only").arg(name);
+        fault.kind = name == "noise"_L1 ? Fault::Kind::Noise : Fault::Kind::Lose;
+        qint64 count = 0;
+        QString problem = takeCount(name, tr("bytes"), values, FaultPlan::MaxBytes, &count);
+        fault.bytes = int(count);
+        return problem;
+    }
+    if (name == "unplug"_L1 || name == "hangup"_L1) {
         fault.kind = Fault::Kind::Unplug;
         if (values.isEmpty())
             return {};
         if (values.first() != "back"_L1)
-            return tr("%1 does not follow unplug: write back and a duration").arg(values.first());
+            return tr("%1 does not follow %2: write back and a duration").arg(values.first(), name);
         fault.back = milliseconds(0);
         return takeDuration(u"back"_s, values.mid(1), &*fault.back);
     }
-    return tr("%1 is not a fault: there are stall, late, torn, repeat, silent and unplug")
+    return tr("%1 is not a fault: there are stall, late, torn, repeat, silent, unplug, hangup, "
+              "noise and lose")
         .arg(name);
 }
 
@@ -115,6 +125,24 @@ QString FaultReader::takeDuration(const QString &name, const QStringList &values
     return {};
 }
 
+QString FaultReader::takeCount(const QString &name, const QString &of, const QStringList &values,
+                               qint64 most, qint64 *count)
+{
+    if (values.isEmpty())
+        return tr("%1 has no count of %2, such as: at 12 %1 5").arg(name, of);
+    const std::optional<qint64> value = DataFile::number(values.first());
+    if (values.size() > 1)
+        return tr("%1 takes one value, not %2").arg(name).arg(values.size());
+    if (!value)
+        return tr("%1 is not a number").arg(values.first());
+    if (*value < 1 || *value > most) {
+        return tr("the count is %1: it lies between 1 and %2")
+            .arg(values.first(), QString::number(most));
+    }
+    *count = *value;
+    return {};
+}
+
 bool overlap(const Fault &a, const Fault &b)
 {
     return a.first < b.first + b.count && b.first < a.first + a.count;
@@ -123,12 +151,12 @@ bool overlap(const Fault &a, const Fault &b)
 } // namespace
 
 std::optional<FaultPlan> FaultPlan::parse(const QString &text, const QString &file,
-                                          QString *problem)
+                                          QString *problem, Link link)
 {
     FaultPlan plan;
     std::vector<int> lineOf;
     for (const DataFile::Line &line : DataFile::lines(text)) {
-        FaultReader reader;
+        FaultReader reader(link);
         QString reason = reader.take(line.words);
         for (size_t i = 0; reason.isEmpty() && i < plan.list.size(); ++i) {
             if (overlap(plan.list[i], reader.fault))
@@ -146,10 +174,10 @@ std::optional<FaultPlan> FaultPlan::parse(const QString &text, const QString &fi
     return plan;
 }
 
-std::optional<FaultPlan> FaultPlan::load(const QString &path, QString *problem)
+std::optional<FaultPlan> FaultPlan::load(const QString &path, QString *problem, Link link)
 {
     const std::optional<QString> text = DataFile::read(path, problem);
-    return text ? parse(*text, path, problem) : std::nullopt;
+    return text ? parse(*text, path, problem, link) : std::nullopt;
 }
 
 Fault FaultPlan::at(quint64 transfer) const

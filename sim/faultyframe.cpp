@@ -36,13 +36,13 @@ Fault FaultyFrame::beginTransfer()
     return fault;
 }
 
-Frame FaultyFrame::write(const Frame &frame, const Fault &fault)
+Frame FaultyFrame::write(const Frame &frame, const Fault &fault, int length)
 {
     const Frame arrived = fault.kind == Fault::Kind::Torn ? torn(frame) : frame;
     if (fault.kind != Fault::Kind::Silent)
-        model.command(arrived);
+        model.command(arrived, length);
     if (fault.kind == Fault::Kind::Repeat)
-        model.command(arrived);
+        model.command(arrived, length);
     return arrived;
 }
 

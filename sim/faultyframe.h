@@ -20,8 +20,9 @@ public:
 
     // Counts a transfer and tells what happens to it. An unplug has then happened already.
     Fault beginTransfer();
-    // Ends a transfer that the fault lets through. Returns the command as it arrived.
-    Frame write(const Frame &frame, const Fault &fault);
+    // Ends a transfer that the fault lets through. Returns the command as it arrived; length is
+    // how many of its bytes the link carries.
+    Frame write(const Frame &frame, const Fault &fault, int length = FrameSize);
     Report read(const Fault &fault);
 
     bool plugged() const { return in; }

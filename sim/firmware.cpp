@@ -57,7 +57,8 @@ int signedByte(UCHAR byte)
 
 int percent(double part, int whole)
 {
-    return std::min(int(std::lround(part * 100.0 / whole)), MaxDeviation);
+    return whole <= 0 ? MaxDeviation
+                      : std::min(int(std::lround(part * 100.0 / whole)), MaxDeviation);
 }
 
 // Where the host shows its targets: integer division comes first there.
@@ -68,6 +69,22 @@ std::array<QPoint, calibration::Targets> targetsOf(const ScreenGeometry &screen)
     const int top = screen.y + screen.height / 8;
     const int bottom = screen.y + screen.height / 8 * 7;
     return {QPoint(left, top), QPoint(right, top), QPoint(right, bottom), QPoint(left, bottom)};
+}
+
+// The screen whose targets the touches are, as far as they agree.
+ScreenGeometry screenOf(const std::array<QPoint, calibration::Targets> &touches)
+{
+    const auto &[topLeft, topRight, bottomRight, bottomLeft] = touches;
+    const int left = (topLeft.x() + bottomLeft.x()) / 2;
+    const int right = (topRight.x() + bottomRight.x()) / 2;
+    const int top = (topLeft.y() + topRight.y()) / 2;
+    const int bottom = (bottomLeft.y() + bottomRight.y()) / 2;
+    ScreenGeometry screen;
+    screen.width = (right - left) * 8 / 6;
+    screen.height = (bottom - top) * 8 / 6;
+    screen.x = left - screen.width / 8;
+    screen.y = top - screen.height / 8;
+    return screen;
 }
 
 } // namespace
@@ -95,9 +112,9 @@ void Firmware::restart()
     pairs = false;
 }
 
-void Firmware::command(const Frame &request)
+void Firmware::command(const Frame &request, int arrived)
 {
-    if (!execute(request))
+    if (!execute(request, arrived))
         ++unknown;
 }
 
@@ -126,13 +143,13 @@ LightState Firmware::light(UCHAR axis, int number) const
 }
 
 // False: the command is unknown or makes no sense.
-bool Firmware::execute(const Frame &request)
+bool Firmware::execute(const Frame &request, int arrived)
 {
     const UCHAR cls = request[offset::Class];
     const UCHAR sub = request[offset::Sub];
     const UCHAR length = request[offset::Length];
     if (cls == command::Calibration)
-        return calibrate(request);
+        return calibrate(request, arrived);
     if (cls == Settings && sub != settings::GetAdc && sub != settings::Reset)
         return set(request);
     if (cls == Rotation && sub == rotation::Set) {
@@ -171,7 +188,7 @@ bool Firmware::execute(const Frame &request)
     return true;
 }
 
-bool Firmware::calibrate(const Frame &request)
+bool Firmware::calibrate(const Frame &request, int arrived)
 {
     const UCHAR sub = request[offset::Sub];
     switch (sub) {
@@ -191,7 +208,7 @@ bool Firmware::calibrate(const Frame &request)
             state = Calibration::Waiting;
         return true;
     case calibration::Check:
-        return check(request);
+        return check(request, arrived);
     case calibration::Save:
         if (state == Calibration::Ended)
             kept = measured;
@@ -208,26 +225,30 @@ bool Firmware::calibrate(const Frame &request)
     return true;
 }
 
-bool Firmware::check(const Frame &request)
+bool Firmware::check(const Frame &request, int arrived)
 {
-    const ScreenGeometry screen{
-        le16(&request[calibration::StartX]),       le16(&request[calibration::StartY]),
-        le16(&request[calibration::Width]),        le16(&request[calibration::Height]),
-        le16(&request[calibration::DesktopWidth]), le16(&request[calibration::DesktopHeight])};
-    if (screen.width == 0 || screen.height == 0)
+    const auto told = [&request, arrived](int at) {
+        return at + 2 <= arrived ? int(le16(&request[size_t(at)])) : 0;
+    };
+    const ScreenGeometry screen{told(calibration::StartX),       told(calibration::StartY),
+                                told(calibration::Width),        told(calibration::Height),
+                                told(calibration::DesktopWidth), told(calibration::DesktopHeight)};
+    const bool isWhole = arrived >= calibration::Height + 2;
+    if (isWhole && (screen.width == 0 || screen.height == 0))
         return false;
     if (state != Calibration::Offered || step != calibration::Check)
         return true;
 
-    const auto targets = targetsOf(screen);
+    const ScreenGeometry shown = isWhole ? screen : screenOf(touches);
+    const auto targets = targetsOf(shown);
     double offX = 0;
     double offY = 0;
     for (size_t i = 0; i < targets.size(); ++i) {
         offX += std::abs(double(touches[i].x()) - targets[i].x());
         offY += std::abs(double(touches[i].y()) - targets[i].y());
     }
-    measured = {screen, percent(offX / calibration::Targets, screen.width),
-                percent(offY / calibration::Targets, screen.height)};
+    measured = {screen, percent(offX / calibration::Targets, shown.width),
+                percent(offY / calibration::Targets, shown.height)};
     state = Calibration::Ended;
     Frame end = reply(command::Calibration, calibration::End);
     end[calibration::DeviationX] = UCHAR(measured.deviationX);

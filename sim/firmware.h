@@ -18,6 +18,7 @@ namespace sim {
 using Clock = std::function<std::chrono::milliseconds()>;
 
 // Where a screen lies in the desktop, in native pixels, as the check of a calibration tells it.
+// What a serial line cut off is 0.
 struct ScreenGeometry
 {
     int x = 0;
@@ -93,8 +94,9 @@ public:
     Firmware(Profile profile, Clock clock);
 
     // Takes a command; bytes 1 to 63 matter. A command that is unknown or makes no sense changes
-    // nothing and is counted.
-    void command(const Frame &frame);
+    // nothing and is counted. A link that cuts commands says how many bytes arrived; the rest is
+    // zero. Whoever is not told the whole screen of a calibration goes by where the touches lie.
+    void command(const Frame &frame, int arrived = FrameSize);
     // The input report: the next reply, or the last one again. Byte 0 is always the report id.
     Frame report();
     // A finger at a native pixel of the desktop.
@@ -131,9 +133,9 @@ private:
         int org; // 12 bits
     };
 
-    bool execute(const Frame &request);
-    bool calibrate(const Frame &request);
-    bool check(const Frame &request);
+    bool execute(const Frame &request, int arrived);
+    bool calibrate(const Frame &request, int arrived);
+    bool check(const Frame &request, int arrived);
     bool set(const Frame &request);
     bool setLight(const Frame &request);
     void sayFirmware();

@@ -257,6 +257,10 @@ QString faultWords(const Fault &fault)
     case Fault::Kind::Unplug:
         return fault.back ? u"ends in an unplug for %1 ms"_s.arg(fault.back->count())
                           : u"ends in an unplug"_s;
+    case Fault::Kind::Noise:
+        return u"meets %1 bytes of noise"_s.arg(fault.bytes);
+    case Fault::Kind::Lose:
+        return u"loses its last %1 bytes"_s.arg(fault.bytes);
     }
     return {};
 }

@@ -5,6 +5,7 @@
 #include "device/filedescriptor.h"
 #include "sim/faultplan.h"
 #include "sim/profile.h"
+#include "sim/serialsession.h"
 #include "sim/usbsession.h"
 
 #include <QCommandLineParser>
@@ -16,6 +17,7 @@
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
+#include <memory>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -35,7 +37,9 @@ public:
 private:
     bool readOptions(const QStringList &arguments);
     bool openLog(const QString &path);
-    int runUsb();
+    bool isSerial() const;
+    std::unique_ptr<sim::Session> makeSession() const;
+    int runSession();
     void print(const QString &line);
     void printError(const QString &line);
 
@@ -82,7 +86,8 @@ int Simulator::run(const QStringList &arguments)
         profile = *loaded;
     }
     if (parser.isSet(u"faults"_s)) {
-        const auto loaded = sim::FaultPlan::load(parser.value(u"faults"_s), &problem);
+        const auto link = isSerial() ? sim::FaultPlan::Link::Serial : sim::FaultPlan::Link::Usb;
+        const auto loaded = sim::FaultPlan::load(parser.value(u"faults"_s), &problem, link);
         if (!loaded) {
             printError(problem);
             return WrongUsage;
@@ -91,15 +96,16 @@ int Simulator::run(const QStringList &arguments)
     }
     if (parser.isSet(u"log"_s) && !openLog(parser.value(u"log"_s)))
         return Failed;
-    return runUsb();
+    return runSession();
 }
 
 bool Simulator::readOptions(const QStringList &arguments)
 {
     parser.setApplicationDescription(tr(
-        "A simulated touch frame on this machine's USB.\n"
+        "A simulated touch frame on this machine's USB or on a serial line.\n"
         "\n"
-        "  usb   a USB device on the kernel's virtual host controller (modprobe vhci-hcd; root)\n"
+        "  usb     a USB device on the kernel's virtual host controller (modprobe vhci-hcd; root)\n"
+        "  serial  a serial line: a pseudo-terminal, whose name is told in the line \"ok plug\"\n"
         "\n"
         "Standard input takes one command a line: touch X Y (native pixels of the desktop), "
         "plug, unplug, state, wait MS, quit. Each is answered by a line \"ok ...\", or by "
@@ -112,11 +118,12 @@ bool Simulator::readOptions(const QStringList &arguments)
         {{u"v"_s, u"version"_s}, tr("Show the version.")},
         {u"profile"_s, tr("What the frame is like (see sim/profiles)."), tr("file")},
         {u"faults"_s, tr("What goes wrong with its transfers (see sim/faults)."), tr("file")},
+        {u"link"_s, tr("Serial: make a symbolic link to the terminal."), tr("path")},
         {u"log"_s, tr("Append every line of standard output to a file as well."), tr("file")},
         {u"unplugged"_s, tr("Start unplugged.")},
         {u"quit-at-end"_s, tr("Quit at the end of standard input.")},
     });
-    parser.addPositionalArgument(u"usb"_s, tr("How the frame is attached."));
+    parser.addPositionalArgument(u"usb|serial"_s, tr("How the frame is attached."));
 
     if (!parser.parse(arguments)) {
         printError(parser.errorText());
@@ -126,11 +133,16 @@ bool Simulator::readOptions(const QStringList &arguments)
         return true;
     const QStringList doors = parser.positionalArguments();
     if (doors.isEmpty()) {
-        printError(tr("say how the frame is attached: quorvel-sim usb"));
+        printError(tr("say how the frame is attached: quorvel-sim usb, or quorvel-sim serial"));
         return false;
     }
-    if (doors != QStringList(u"usb"_s)) {
-        printError(tr("'%1' is no way to attach the frame: there is usb").arg(doors.join(u' ')));
+    if (doors != QStringList(u"usb"_s) && doors != QStringList(u"serial"_s)) {
+        printError(tr("'%1' is no way to attach the frame: there are usb and serial")
+                       .arg(doors.join(u' ')));
+        return false;
+    }
+    if (parser.isSet(u"link"_s) && (!isSerial() || parser.value(u"link"_s).isEmpty())) {
+        printError(tr("--link goes with serial and takes a path"));
         return false;
     }
     return true;
@@ -145,34 +157,49 @@ bool Simulator::openLog(const QString &path)
     return false;
 }
 
-int Simulator::runUsb()
+bool Simulator::isSerial() const
+{
+    return parser.positionalArguments() == QStringList(u"serial"_s);
+}
+
+std::unique_ptr<sim::Session> Simulator::makeSession() const
+{
+    const auto start = std::chrono::steady_clock::now();
+    const sim::Clock clock = [start] {
+        return std::chrono::duration_cast<std::chrono::milliseconds>(
+            std::chrono::steady_clock::now() - start);
+    };
+    if (isSerial()) {
+        return std::make_unique<sim::SerialSession>(profile, faults, clock,
+                                                    parser.value(u"link"_s));
+    }
+    return std::make_unique<sim::UsbSession>(profile, faults, clock);
+}
+
+int Simulator::runSession()
 {
     const FileDescriptor asked = endSignals();
     // A reader of our output that leaves does not end the frame.
     std::signal(SIGPIPE, SIG_IGN);
 
-    const auto start = std::chrono::steady_clock::now();
-    sim::UsbSession session(profile, faults, [start] {
-        return std::chrono::duration_cast<std::chrono::milliseconds>(
-            std::chrono::steady_clock::now() - start);
-    });
-    QObject::connect(&session, &sim::UsbSession::logged, qApp, [this](const QStringList &lines) {
+    const std::unique_ptr<sim::Session> session = makeSession();
+    QObject::connect(session.get(), &sim::Session::logged, qApp, [this](const QStringList &lines) {
         for (const QString &line : lines)
             print(line);
     });
     if (!parser.isSet(u"unplugged"_s)) {
-        if (const QString problem = session.plug(); !problem.isEmpty()) {
+        if (const QString problem = session->plug(); !problem.isEmpty()) {
             printError(problem);
             return Failed;
         }
-        print(u"ok plug port %1"_s.arg(*session.port()));
+        print(u"ok plug "_s + session->place());
     } else {
         print(u"ok unplugged"_s);
     }
 
     QSocketNotifier ends(asked.get(), QSocketNotifier::Read);
     QObject::connect(&ends, &QSocketNotifier::activated, qApp, &QCoreApplication::quit);
-    SimConsole console(session, STDIN_FILENO);
+    SimConsole console(*session, STDIN_FILENO);
     QObject::connect(&console, &SimConsole::answered, qApp,
                      [this](const QString &line) { print(line); });
     QObject::connect(&console, &SimConsole::failed, qApp,
@@ -184,7 +211,7 @@ int Simulator::runUsb()
                          Qt::QueuedConnection);
     }
     const int code = QCoreApplication::exec();
-    session.unplug();
+    session->unplug();
     return code;
 }
 

@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-SimConsole::SimConsole(sim::UsbSession &theSession, int descriptor)
+SimConsole::SimConsole(sim::Session &theSession, int descriptor)
     : session(theSession)
     , input(descriptor)
     , readable(descriptor, QSocketNotifier::Read)
@@ -84,7 +84,7 @@ void SimConsole::run(const QString &line)
         fail(name, tr("takes no values"));
     } else if (name == "plug"_L1) {
         if (const QString problem = session.plug(); problem.isEmpty())
-            emit answered(u"ok plug port %1"_s.arg(*session.port()));
+            emit answered(u"ok plug "_s + session.place());
         else
             fail(name, problem);
     } else if (name == "unplug"_L1) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sim/usbsession.h"
+#include "sim/session.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -21,7 +21,7 @@ public:
     static constexpr int MaxLine = 1000; // bytes
 
     // The session outlives this. The descriptor stays open and is read as lines come.
-    SimConsole(sim::UsbSession &session, int input);
+    SimConsole(sim::Session &session, int input);
 
 signals:
     void answered(const QString &line);
@@ -39,7 +39,7 @@ private:
     void wait(const QStringList &values);
     void fail(const QString &line, const QString &reason);
 
-    sim::UsbSession &session;
+    sim::Session &session;
     const int input;
     QSocketNotifier readable;
     QTimer pause;

@@ -446,7 +446,7 @@ private slots:
             enabled.append(action->isEnabled());
         }
         QCOMPARE(texts, QStringList({u"&Setting"_s, u"S&moothing"_s, u"&Connect"_s}));
-        QCOMPARE(enabled, QList<bool>({false, true, false}));
+        QCOMPARE(enabled, QList<bool>({false, true, true}));
         QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_M);
         QTRY_VERIFY(child<smoothing_dlg>("smoothing_dlg")->isVisible());
     }

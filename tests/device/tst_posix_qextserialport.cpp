@@ -1,19 +1,12 @@
 #include "device/posix_qextserialport.h"
 
-#include "device/filedescriptor.h"
+#include "tests/support/farend.h"
 
 #include <QSignalSpy>
 #include <QTest>
 
-#include <asm/termbits.h>
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <array>
-#include <ctime>
 #include <functional>
 #include <thread>
 
@@ -21,70 +14,6 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-
-// The far end of a serial line; the near end is a pseudo-terminal's node.
-struct FarEnd
-{
-    FarEnd()
-        : fd(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC))
-    {
-        std::array<char, 64> path{};
-        if (grantpt(fd.get()) == 0 && unlockpt(fd.get()) == 0 &&
-            ptsname_r(fd.get(), path.data(), path.size()) == 0)
-            node = QString::fromLatin1(path.data());
-    }
-
-    // What the near end is set to; the far end of a pseudo-terminal answers for it.
-    termios2 settings() const
-    {
-        termios2 t{};
-        if (ioctl(fd.get(), TCGETS2, &t) != 0)
-            qFatal("TCGETS2 failed");
-        return t;
-    }
-
-    int waiting() const
-    {
-        int n = -1;
-        if (ioctl(fd.get(), FIONREAD, &n) != 0)
-            qFatal("FIONREAD failed");
-        return n;
-    }
-
-    // Takes what comes within the time, up to size bytes.
-    QByteArray take(qsizetype size, int milliseconds = 2000) const
-    {
-        QByteArray all;
-        QDeadlineTimer deadline(milliseconds);
-        while (all.size() < size && !deadline.hasExpired()) {
-            pollfd p{.fd = fd.get(), .events = POLLIN, .revents = 0};
-            if (poll(&p, 1, int(deadline.remainingTime())) != 1 || !(p.revents & POLLIN))
-                break;
-            QByteArray part(size - all.size(), Qt::Uninitialized);
-            const ssize_t n = ::read(fd.get(), part.data(), size_t(part.size()));
-            if (n <= 0)
-                break;
-            all += part.first(n);
-        }
-        return all;
-    }
-
-    void give(const QByteArray &bytes) const
-    {
-        if (::write(fd.get(), bytes.constData(), size_t(bytes.size())) != bytes.size())
-            qFatal("the near end takes no bytes");
-    }
-
-    FileDescriptor fd;
-    QString node;
-};
-
-std::chrono::nanoseconds processorTime()
-{
-    timespec t{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
-    return std::chrono::seconds(t.tv_sec) + std::chrono::nanoseconds(t.tv_nsec);
-}
 
 QByteArray read(Posix_QextSerialPort &port, qint64 maxSize)
 {
@@ -128,6 +57,7 @@ private slots:
     void unread_bytes_are_kept_up_to_a_bound();
     void what_cannot_be_set_is_refused_with_a_reason_data();
     void what_cannot_be_set_is_refused_with_a_reason();
+    void two_stop_bits_after_five_data_bits_are_refused();
     void a_setting_that_the_port_drops_is_refused();
     void settings_that_the_port_drops_at_open_are_named();
     void stop_bits_and_flow_control_reach_the_port();
@@ -535,6 +465,18 @@ void tst_Posix_QextSerialPort::what_cannot_be_set_is_refused_with_a_reason()
     QCOMPARE(far.settings().c_iflag, before.c_iflag);
 }
 
+void tst_Posix_QextSerialPort::two_stop_bits_after_five_data_bits_are_refused()
+{
+    Posix_QextSerialPort port(u"ttyS0"_s, {});
+    QVERIFY(port.setDataBits(DATA_5));
+    QVERIFY(!port.setStopBits(STOP_2));
+    QVERIFY2(port.errorString().contains(u"makes 1.5 stop bits of 2"),
+             qPrintable(port.errorString()));
+    QVERIFY(port.setStopBits(STOP_1));
+    QVERIFY(port.setDataBits(DATA_6));
+    QVERIFY(port.setStopBits(STOP_2));
+}
+
 // A pseudo-terminal always has eight bits and no parity, and reports success nevertheless.
 void tst_Posix_QextSerialPort::a_setting_that_the_port_drops_is_refused()
 {
@@ -543,12 +485,14 @@ void tst_Posix_QextSerialPort::a_setting_that_the_port_drops_is_refused()
     QVERIFY(port.open(QIODevice::ReadWrite));
     for (const DataBitsType bits : {DATA_5, DATA_6, DATA_7}) {
         QVERIFY(!port.setDataBits(bits));
-        QVERIFY2(!port.errorString().isEmpty(), qPrintable(port.errorString()));
+        QVERIFY2(port.errorString().contains(u"does not do %1 data bits"_s.arg(5 + int(bits))),
+                 qPrintable(port.errorString()));
     }
     QVERIFY2(port.setDataBits(DATA_8), qPrintable(port.errorString()));
     for (const ParityType parity : {PAR_ODD, PAR_EVEN, PAR_MARK, PAR_SPACE}) {
         QVERIFY(!port.setParity(parity));
-        QVERIFY2(!port.errorString().isEmpty(), qPrintable(port.errorString()));
+        QVERIFY2(port.errorString().contains(u"does not do this parity"),
+                 qPrintable(port.errorString()));
     }
     // Refused and taken back, not left half set.
     QVERIFY(!(far.settings().c_cflag & CMSPAR));

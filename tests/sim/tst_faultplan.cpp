@@ -18,6 +18,10 @@ private slots:
     void faults_may_stand_in_any_order();
     void an_empty_plan_spoils_nothing();
     void silence_lasts_for_its_count();
+    void a_serial_line_has_faults_of_its_own();
+    void a_serial_fault_is_refused_on_usb();
+    void a_wrong_serial_fault_is_refused_data();
+    void a_wrong_serial_fault_is_refused();
     void a_wrong_text_is_refused_with_line_and_reason_data();
     void a_wrong_text_is_refused_with_line_and_reason();
     void a_file_that_is_not_there_is_refused();
@@ -79,6 +83,62 @@ void TestFaultPlan::silence_lasts_for_its_count()
     QCOMPARE(plan->at(5).kind, Fault::Kind::None);
 }
 
+void TestFaultPlan::a_serial_line_has_faults_of_its_own()
+{
+    QString problem;
+    const auto plan = FaultPlan::parse(u"at 2 noise 5\nat 3 lose 64\nat 4 hangup\n"
+                                       "at 5 hangup back 2s\nat 6 unplug\nat 7 stall 1s\n"_s,
+                                       u"f.faults"_s, &problem, FaultPlan::Link::Serial);
+    QVERIFY2(plan, qPrintable(problem));
+    const std::vector<Fault> expected = {
+        {Fault::Kind::Noise, 2, 1, 0ms, {}, 5},  {Fault::Kind::Lose, 3, 1, 0ms, {}, 64},
+        {Fault::Kind::Unplug, 4, 1, 0ms, {}, 0}, {Fault::Kind::Unplug, 5, 1, 0ms, 2s, 0},
+        {Fault::Kind::Unplug, 6, 1, 0ms, {}, 0}, {Fault::Kind::Stall, 7, 1, 1s, {}, 0},
+    };
+    QCOMPARE(plan->faults(), expected);
+}
+
+void TestFaultPlan::a_serial_fault_is_refused_on_usb()
+{
+    QString problem;
+    QVERIFY(!FaultPlan::parse(u"at 2 torn\nat 3 noise 5"_s, u"f.faults"_s, &problem));
+    QCOMPARE(problem, u"f.faults:2: noise happens on a serial line only"_s);
+    QVERIFY(!FaultPlan::parse(u"at 3 lose 5"_s, u"f.faults"_s, &problem));
+    QCOMPARE(problem, u"f.faults:1: lose happens on a serial line only"_s);
+    // A cable is pulled out of either.
+    QVERIFY(FaultPlan::parse(u"at 3 hangup back 1s"_s, u"f.faults"_s, &problem));
+}
+
+void TestFaultPlan::a_wrong_serial_fault_is_refused_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("problem");
+
+    const auto row = [](const char *name, const char *text, const char *problem) {
+        QTest::newRow(name) << QString::fromLatin1(text) << QString::fromLatin1(problem);
+    };
+    row("noise without count", "\nat 4 noise",
+        "f.faults:2: noise has no count of bytes, such as: at 12 noise 5");
+    row("lose without count", "at 4 lose",
+        "f.faults:1: lose has no count of bytes, such as: at 12 lose 5");
+    row("noise with two counts", "at 4 noise 1 2", "f.faults:1: noise takes one value, not 2");
+    row("noise of no number", "at 4 noise loud", "f.faults:1: loud is not a number");
+    row("nothing lost", "at 4 lose 0", "f.faults:1: the count is 0: it lies between 1 and 64");
+    row("too much lost", "at 4 lose 65", "f.faults:1: the count is 65: it lies between 1 and 64");
+    row("hangup for a while", "at 4 hangup 2s",
+        "f.faults:1: 2s does not follow hangup: write back and a duration");
+}
+
+void TestFaultPlan::a_wrong_serial_fault_is_refused()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, problem);
+
+    QString said;
+    QVERIFY(!FaultPlan::parse(text, u"f.faults"_s, &said, FaultPlan::Link::Serial));
+    QCOMPARE(said, problem);
+}
+
 void TestFaultPlan::a_wrong_text_is_refused_with_line_and_reason_data()
 {
     QTest::addColumn<QString>("text");
@@ -97,7 +157,8 @@ void TestFaultPlan::a_wrong_text_is_refused_with_line_and_reason_data()
     row("transfer too high", "at 1000000001 torn",
         "f.faults:1: the transfer is 1000000001: it lies between 1 and 1000000000");
     row("unknown fault", "at 4 smoke",
-        "f.faults:1: smoke is not a fault: there are stall, late, torn, repeat, silent and unplug");
+        "f.faults:1: smoke is not a fault: there are stall, late, torn, repeat, silent, unplug, "
+        "hangup, noise and lose");
     row("stall without duration", "at 4 stall",
         "f.faults:1: stall has no duration, such as 250ms or 2s");
     row("late without duration", "at 4 late",
@@ -159,10 +220,12 @@ void TestFaultPlan::the_plans_that_come_along_are_right()
 {
     const QDir folder(QStringLiteral(SIM_DIR) + u"/faults"_s);
     const QStringList names = folder.entryList(QDir::Files);
-    QCOMPARE(names.size(), 3);
+    QCOMPARE(names.size(), 4);
     for (const QString &name : names) {
         QString problem;
-        const auto plan = FaultPlan::load(folder.filePath(name), &problem);
+        const bool forUsb = name != "noisy-line.faults"_L1;
+        QCOMPARE(FaultPlan::load(folder.filePath(name), &problem).has_value(), forUsb);
+        const auto plan = FaultPlan::load(folder.filePath(name), &problem, FaultPlan::Link::Serial);
         QVERIFY2(plan, qPrintable(problem));
         QVERIFY(!plan->faults().empty());
     }

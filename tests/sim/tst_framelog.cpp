@@ -174,6 +174,10 @@ void TestFrameLog::faults_are_told_in_words_data()
     QTest::newRow("unplug and back")
         << Fault{Fault::Kind::Unplug, 4, 1, 0ms, 3s}
         << u"     0.007  fault  transfer 4 ends in an unplug for 3000 ms"_s;
+    QTest::newRow("noise") << Fault{Fault::Kind::Noise, 4, 1, 0ms, {}, 5}
+                           << u"     0.007  fault  transfer 4 meets 5 bytes of noise"_s;
+    QTest::newRow("lose") << Fault{Fault::Kind::Lose, 4, 1, 0ms, {}, 3}
+                          << u"     0.007  fault  transfer 4 loses its last 3 bytes"_s;
 }
 
 void TestFrameLog::faults_are_told_in_words()

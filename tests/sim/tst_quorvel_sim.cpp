@@ -1,9 +1,16 @@
+#include "device/filedescriptor.h"
+
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -59,6 +66,10 @@ private slots:
     void an_endless_line_is_refused();
     void waiting_takes_its_time();
     void the_log_file_holds_what_was_printed();
+    void a_serial_line_is_linked_answers_and_is_gone_at_the_end();
+    void a_link_that_cannot_be_made_fails();
+    void a_serial_line_hangs_up_and_comes_back();
+    void a_serial_fault_is_for_serial_lines();
     void the_end_of_input_alone_ends_nothing_and_a_signal_does_data();
     void the_end_of_input_alone_ends_nothing_and_a_signal_does();
 };
@@ -67,8 +78,9 @@ void TestQuorvelSim::help_names_commands_and_exit_codes()
 {
     const Outcome outcome = run({u"--help"_s});
     QCOMPARE(outcome.code, 0);
-    for (const char *word : {"usb", "--profile", "--faults", "--log", "--unplugged",
-                             "--quit-at-end", "touch X Y", "wait MS", "Exit codes: 0"})
+    for (const char *word :
+         {"usb", "serial", "--link", "--profile", "--faults", "--log", "--unplugged",
+          "--quit-at-end", "touch X Y", "wait MS", "Exit codes: 0"})
         QVERIFY2(outcome.out.simplified().contains(word), word);
     QCOMPARE(outcome.err, "");
 }
@@ -86,13 +98,21 @@ void TestQuorvelSim::wrong_usage_is_refused_data()
     QTest::addColumn<QByteArray>("words");
 
     QTest::newRow("nothing") << QStringList()
-                             << QByteArray("say how the frame is attached: quorvel-sim usb\n");
+                             << QByteArray("say how the frame is attached: quorvel-sim usb, or "
+                                           "quorvel-sim serial\n");
     QTest::newRow("unknown door") << QStringList(u"bluetooth"_s)
                                   << QByteArray("'bluetooth' is no way to attach the frame: "
-                                                "there is usb\n");
+                                                "there are usb and serial\n");
     QTest::newRow("two doors") << QStringList({u"usb"_s, u"usb"_s})
                                << QByteArray("'usb usb' is no way to attach the frame: "
-                                             "there is usb\n");
+                                             "there are usb and serial\n");
+    QTest::newRow("both doors") << QStringList({u"usb"_s, u"serial"_s})
+                                << QByteArray("'usb serial' is no way to attach the frame: "
+                                              "there are usb and serial\n");
+    QTest::newRow("link on USB") << QStringList({u"usb"_s, u"--link"_s, u"/tmp/x"_s})
+                                 << QByteArray("--link goes with serial and takes a path\n");
+    QTest::newRow("empty link") << QStringList({u"serial"_s, u"--link"_s, QString()})
+                                << QByteArray("--link goes with serial and takes a path\n");
     QTest::newRow("unknown option")
         << QStringList({u"usb"_s, u"--loud"_s}) << QByteArray("Unknown option 'loud'.\n");
     QTest::newRow("option without value") << QStringList({u"usb"_s, u"--profile"_s})
@@ -236,6 +256,92 @@ void TestQuorvelSim::the_log_file_holds_what_was_printed()
     const Outcome second = run(arguments, "state\n");
     QVERIFY(log.open(QIODevice::ReadOnly));
     QCOMPARE(log.readAll(), first.out + second.out);
+}
+
+void TestQuorvelSim::a_serial_line_is_linked_answers_and_is_gone_at_the_end()
+{
+    QTemporaryDir home;
+    const QString link = home.filePath(u"frame"_s);
+    QProcess process;
+    process.start(QStringLiteral(QUORVEL_SIM), {u"serial"_s, u"--link"_s, link});
+    QByteArray out;
+    const auto says = [&](const char *words) {
+        process.waitForReadyRead(10);
+        out += process.readAllStandardOutput();
+        return out.contains(words);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(says("ok plug /dev/pts/"), LongEnoughMs);
+    QVERIFY(out.contains("ok plug " + QFileInfo(link).symLinkTarget().toUtf8() + '\n'));
+
+    const FileDescriptor terminal(
+        ::open(QFile::encodeName(link).constData(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    const QByteArray commands = QByteArray::fromHex("51 56 00 A7 00 02 00 03 00 00"
+                                                    "51 56 00 A7 02 00 00 00");
+    QCOMPARE(::write(terminal.get(), commands.constData(), size_t(commands.size())),
+             commands.size());
+    QByteArray answer;
+    pollfd waited{terminal.get(), POLLIN, 0};
+    while (answer.size() < 20 && ::poll(&waited, 1, LongEnoughMs) == 1) {
+        char buf[64];
+        const ssize_t count = ::read(terminal.get(), buf, sizeof buf);
+        QVERIFY(count > 0);
+        answer.append(buf, count);
+    }
+    QCOMPARE(answer.toHex(' '), "51 56 fc a7 81 02 00 00 00 00 51 56 fc a7 82 02 00 03 00 00");
+
+    process.write("touch 1 2\nstate\nquit\n");
+    QVERIFY(process.waitForFinished(LongEnoughMs));
+    out += process.readAllStandardOutput();
+    QCOMPARE(process.exitCode(), 0);
+    QVERIFY2(out.contains("host > frame  rotation: set 270 degrees  [A7 00 02 00 03]"),
+             out.constData());
+    QVERIFY(out.contains("ok touch 1,2\n"));
+    QVERIFY(out.contains(" rotation=3 "));
+    QVERIFY(out.contains(" rate=9600\n"));
+    QCOMPARE(process.readAllStandardError(), "");
+    QVERIFY(!QFileInfo(link).isSymLink());
+}
+
+void TestQuorvelSim::a_link_that_cannot_be_made_fails()
+{
+    QTemporaryDir home;
+    QFile file(home.filePath(u"mine"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const Outcome outcome = run({u"serial"_s, u"--link"_s, file.fileName()});
+    QCOMPARE(outcome.code, 1);
+    QCOMPARE(outcome.err, file.fileName().toUtf8() +
+                              " exists and is no left-over link to a terminal: remove it or "
+                              "choose another name\n");
+    QVERIFY(file.exists());
+}
+
+void TestQuorvelSim::a_serial_line_hangs_up_and_comes_back()
+{
+    QTemporaryDir home;
+    const Outcome outcome =
+        run({u"serial"_s, u"--link"_s, home.filePath(u"frame"_s), u"--quit-at-end"_s},
+            "unplug\nunplug\ntouch 1 2\nplug\nstate\n");
+    QCOMPARE(outcome.code, 0);
+    QVERIFY2(outcome.out.contains("  unplugged\nok unplug\n"), outcome.out.constData());
+    QCOMPARE(outcome.out.count("ok plug /dev/pts/"), 2);
+    QVERIFY(outcome.out.contains("ok state plugged=1 "));
+    QCOMPARE(outcome.err, "error: unplug: it is unplugged already\n"
+                          "error: touch: the frame is unplugged and feels nothing\n");
+    QVERIFY(QDir(home.path()).isEmpty());
+}
+
+void TestQuorvelSim::a_serial_fault_is_for_serial_lines()
+{
+    QTemporaryDir home;
+    QFile file(home.filePath(u"noisy.faults"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("at 1 noise 5\nat 2 lose 3\nat 3 hangup back 1s\n");
+    file.close();
+    const QStringList faults = {u"--faults"_s, file.fileName()};
+    const Outcome usb = run(Unplugged + faults);
+    QCOMPARE(usb.code, 2);
+    QCOMPARE(usb.err, file.fileName().toUtf8() + ":1: noise happens on a serial line only\n");
+    QCOMPARE(run(QStringList({u"serial"_s, u"--quit-at-end"_s}) + faults).code, 0);
 }
 
 void TestQuorvelSim::the_end_of_input_alone_ends_nothing_and_a_signal_does_data()

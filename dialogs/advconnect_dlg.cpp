@@ -1,0 +1,12 @@
+#include "advconnect_dlg.h"
+
+#include "ui_advconnect_dlg.h"
+
+advconnect_dlg::advconnect_dlg(QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::advconnect_dlg>())
+{
+    ui->setupUi(this);
+}
+
+advconnect_dlg::~advconnect_dlg() = default;

@@ -1,0 +1,277 @@
+#include "sim/serialsession.h"
+
+#include "device/portsettings.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <unistd.h>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using std::chrono::milliseconds;
+
+namespace sim {
+
+namespace {
+
+constexpr qint64 BitsPerByte = 10; // with start and stop bit
+constexpr qint64 MsPerSecond = 1000;
+constexpr int RateTolerancePercent = 2;
+
+} // namespace
+
+SerialSession::SerialSession(Profile profile, FaultPlan faults, const Clock &clock,
+                             QString linkPath)
+    : Session(std::move(profile), std::move(faults), clock)
+    , link(std::move(linkPath))
+    , ownRate(bitsPerSecond(BAUD9600))
+{
+    for (QTimer *timer : {&busy, &speaking}) {
+        timer->setSingleShot(true);
+        timer->setTimerType(Qt::PreciseTimer);
+    }
+    connect(&busy, &QTimer::timeout, this, [this] {
+        if (!delayed.isEmpty())
+            execute(std::exchange(delayed, {}), {});
+        listen();
+    });
+    connect(&speaking, &QTimer::timeout, this, [this] {
+        if (!said.isEmpty())
+            say();
+        speak();
+    });
+}
+
+SerialSession::~SerialSession()
+{
+    SerialSession::release();
+}
+
+QString SerialSession::place() const
+{
+    return line ? line->path() : QString();
+}
+
+QString SerialSession::state() const
+{
+    return Session::state() + u" rate=%1"_s.arg(ownRate);
+}
+
+QString SerialSession::attach()
+{
+    QString problem;
+    line = SerialLine::open(&problem);
+    if (!line)
+        return problem;
+    // Queued, from the line's thread: by then it may have been replaced.
+    ++attachments;
+    connect(line.get(), &SerialLine::heard, this,
+            [this, number = attachments](const QByteArray &bytes, int rate) {
+                if (!line || attachments != number)
+                    return;
+                waiting.push_back({bytes, rate});
+                listen();
+            });
+    connect(line.get(), &SerialLine::openChanged, this, [this, number = attachments](bool open) {
+        if (line && attachments == number)
+            note(open ? u"a program has opened the line"_s : u"nobody has the line open"_s);
+    });
+    if (!link.isEmpty()) {
+        if (problem = makeLink(); !problem.isEmpty()) {
+            line.reset();
+            return problem;
+        }
+    }
+    return {};
+}
+
+void SerialSession::release()
+{
+    busy.stop();
+    speaking.stop();
+    delayed.clear();
+    said.clear();
+    waiting.clear();
+    reader.reset();
+    if (line && !link.isEmpty())
+        dropLink();
+    line.reset();
+}
+
+QString SerialSession::makeLink()
+{
+    const QByteArray path = QFile::encodeName(link);
+    const QByteArray target = QFile::encodeName(line->path());
+    if (::symlink(target.constData(), path.constData()) == 0)
+        return {};
+    if (errno == EEXIST) {
+        const QFileInfo present(link);
+        const bool isStale = present.isSymLink() && !present.exists() &&
+                             present.symLinkTarget().startsWith("/dev/pts/"_L1);
+        if (!isStale) {
+            return tr("%1 exists and is no left-over link to a terminal: remove it or choose "
+                      "another name")
+                .arg(link);
+        }
+        if (::unlink(path.constData()) == 0 && ::symlink(target.constData(), path.constData()) == 0)
+            return {};
+    }
+    return tr("%1: the link cannot be made: %2")
+        .arg(link, QString::fromLocal8Bit(std::strerror(errno)));
+}
+
+void SerialSession::dropLink()
+{
+    const QFileInfo present(link);
+    if (present.isSymLink() && present.symLinkTarget() == line->path())
+        ::unlink(QFile::encodeName(link).constData());
+}
+
+void SerialSession::listen()
+{
+    while (!waiting.empty() && !busy.isActive()) {
+        Heard &next = waiting.front();
+        if (next.bytes.isEmpty()) {
+            waiting.pop_front();
+        } else if (!isOwnRate(next.rate)) {
+            note(u"noise: %1 bytes at %2 baud, listens at %3"_s.arg(next.bytes.size())
+                     .arg(next.rate)
+                     .arg(ownRate));
+            reader.reset();
+            waiting.pop_front();
+        } else {
+            const auto byte = UCHAR(next.bytes.front());
+            next.bytes.remove(0, 1);
+            if (const std::optional<QByteArray> bytes = reader.take(byte))
+                obey(*bytes);
+        }
+    }
+}
+
+void SerialSession::obey(const QByteArray &bytes)
+{
+    const Fault fault = beginTransfer();
+    switch (fault.kind) {
+    case Fault::Kind::Unplug:
+        pulled();
+        return;
+    case Fault::Kind::Stall:
+        busy.start(fault.duration);
+        return;
+    case Fault::Kind::Late:
+        delayed = bytes;
+        busy.start(fault.duration);
+        return;
+    case Fault::Kind::Lose:
+        reader.lose(bytes, fault.bytes);
+        return;
+    case Fault::Kind::Noise: {
+        QByteArray spoilt = bytes;
+        spoilt.insert(command::serial::HeaderSize, noise(fault.bytes));
+        // The frame ends where it would; what was pushed out of it stands behind it.
+        waiting.front().bytes.prepend(spoilt.mid(bytes.size()));
+        execute(spoilt.left(bytes.size()), fault);
+        return;
+    }
+    default:
+        execute(bytes, fault);
+    }
+}
+
+void SerialSession::execute(const QByteArray &bytes, const Fault &fault)
+{
+    Frame request{};
+    std::copy(bytes.begin(), bytes.end(), request.begin());
+    emit logged(log.command(frame.write(request, fault, int(bytes.size()))));
+    changeRate();
+    speak();
+}
+
+// A number that names no rate changes none.
+void SerialSession::changeRate()
+{
+    const auto code = BaudRateType(frame.firmware().baudCode().value_or(BAUD9600));
+    const int rate = bitsPerSecond(code);
+    if (rate == 0 || rate == ownRate)
+        return;
+    ownRate = rate;
+    reader.reset();
+    note(u"listens at %1 baud"_s.arg(ownRate));
+}
+
+// Puts the next reply on the line unless one is under way.
+void SerialSession::speak()
+{
+    while (frame.plugged() && !speaking.isActive() && frame.firmware().hasReply()) {
+        const Fault fault = beginTransfer();
+        if (fault.kind == Fault::Kind::Unplug) {
+            pulled();
+            return;
+        }
+        if (fault.kind == Fault::Kind::Stall) {
+            speaking.start(fault.duration); // and then says the reply again, as another transfer
+            return;
+        }
+        const bool isTorn = fault.kind == Fault::Kind::Torn;
+        reply = frame.read(isTorn ? fault : Fault()).bytes;
+        if (fault.kind == Fault::Kind::Silent)
+            continue;
+        said = serialBytes(reply);
+        if (fault.kind == Fault::Kind::Repeat)
+            said += serialBytes(reply);
+        else if (fault.kind == Fault::Kind::Noise)
+            said.insert(command::serial::SyncSize + command::serial::HeaderSize,
+                        noise(fault.bytes));
+        else if (fault.kind == Fault::Kind::Lose)
+            said.chop(fault.bytes);
+        const milliseconds late =
+            fault.kind == Fault::Kind::Late ? fault.duration : milliseconds(0);
+        speaking.start(lineTime(said.size()) + late);
+    }
+}
+
+void SerialSession::say()
+{
+    const QByteArray bytes = std::exchange(said, {});
+    emit logged(log.report(reply, true));
+    if (!line->isOpen()) {
+        note(u"lost: nobody has the line open"_s);
+    } else if (const int rate = line->rate(); !isOwnRate(rate)) {
+        note(u"lost: said at %1 baud on a line at %2"_s.arg(ownRate).arg(rate));
+    } else if (const qint64 left = bytes.size() - line->write(bytes); left > 0) {
+        note(u"lost: %1 bytes that the program does not read"_s.arg(left));
+    }
+}
+
+Fault SerialSession::beginTransfer()
+{
+    const Fault fault = frame.beginTransfer();
+    if (const QStringList lines = log.fault(fault, frame.transfers()); !lines.isEmpty())
+        emit logged(lines);
+    return fault;
+}
+
+bool SerialSession::isOwnRate(int other) const
+{
+    return std::abs(other - ownRate) * 100 <= ownRate * RateTolerancePercent;
+}
+
+QByteArray SerialSession::noise(int count)
+{
+    QByteArray bytes;
+    for (int i = 0; i < count; ++i)
+        bytes += char(noiseSource() & 0xFF);
+    return bytes;
+}
+
+milliseconds SerialSession::lineTime(qsizetype bytes) const
+{
+    return milliseconds((bytes * BitsPerByte * MsPerSecond + ownRate - 1) / ownRate);
+}
+
+} // namespace sim

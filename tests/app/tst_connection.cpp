@@ -1,0 +1,400 @@
+#include "app/mainwindow.h"
+#include "dialogs/advconnect_dlg.h"
+#include "dialogs/connect_dlg.h"
+#include "dialogs/smoothing_dlg.h"
+#include "tests/dialogs/settingshome.h"
+#include "tests/support/fakeadapter.h"
+#include "tests/support/pty.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSerialPort>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+// The connection dialog as the main window has it, with a pseudo-terminal for a port and a frame
+// of the test's for USB.
+class tst_connection : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<SettingsHome> home;
+    std::shared_ptr<FakeAdapter> frame;
+    std::unique_ptr<MainWindow> window;
+    connect_dlg *dialog = nullptr;
+
+    const QByteArray To9600 = QByteArray::fromHex("51 56 00 B1 00 03 00 0C 00 00 00");
+    const QByteArray To115200 = QByteArray::fromHex("51 56 00 B1 00 03 00 13 00 00 00");
+
+    void makeWindow()
+    {
+        window = std::make_unique<MainWindow>(frame);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        dialog = window->findChild<connect_dlg *>();
+        QVERIFY(dialog);
+    }
+    QAction *connectAction() const { return window->findChild<QMenu *>()->actions().at(2); }
+    void showDialog()
+    {
+        connectAction()->trigger();
+        QVERIFY(QTest::qWaitForWindowExposed(dialog));
+    }
+    template <typename Widget>
+    Widget *child(const char *name) const
+    {
+        return dialog->findChild<Widget *>(QString::fromLatin1(name));
+    }
+    QString state() const { return child<QPlainTextEdit>("stateText")->toPlainText(); }
+    void press(const char *name) const
+    {
+        QVERIFY(child<QPushButton>(name)->isEnabled());
+        QTest::mouseClick(child<QPushButton>(name), Qt::LeftButton);
+    }
+    void choose(const char *radio) const
+    {
+        QTest::mouseClick(child<QRadioButton>(radio), Qt::LeftButton, {}, QPoint(10, 10));
+    }
+    void openByDialog(const QString &port, const QString &rate = u"9600"_s)
+    {
+        if (!dialog->isVisible())
+            showDialog();
+        choose("uartRadio");
+        child<QComboBox>("portBox")->setEditText(port);
+        child<QComboBox>("rateBox")->setCurrentText(rate);
+        press("openButton");
+    }
+    QByteArray arrived(Pty &line, qsizetype count)
+    {
+        QByteArray bytes;
+        [&] { QTRY_VERIFY((bytes += line.received()).size() >= count); }();
+        return bytes;
+    }
+    static speed_t rateOf(const QString &path)
+    {
+        const FileDescriptor terminal(
+            ::open(path.toLocal8Bit().constData(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+        termios settings{};
+        if (!terminal.isValid() || ::tcgetattr(terminal.get(), &settings) != 0)
+            return B0;
+        return ::cfgetospeed(&settings);
+    }
+
+private slots:
+    void init()
+    {
+        home = std::make_unique<SettingsHome>();
+        frame = std::make_shared<FakeAdapter>();
+        frame->present = false;
+        makeWindow();
+    }
+    void cleanup()
+    {
+        window.reset();
+        frame.reset();
+        home.reset();
+    }
+
+    void the_menu_and_the_buttons_slot_show_the_dialog()
+    {
+        QVERIFY(connectAction()->isEnabled());
+        QCOMPARE(connectAction()->text(), u"&Connect"_s);
+        showDialog();
+        QCOMPARE(dialog->windowTitle(), u"Connect"_s);
+        dialog->close();
+        QMetaObject::invokeMethod(window.get(), "on_conbtn_clicked");
+        QVERIFY(QTest::qWaitForWindowExposed(dialog));
+        QCOMPARE(state(), u"No touch frame is connected, no serial port is open."_s);
+    }
+
+    void nothing_is_opened_at_start()
+    {
+        Pty line;
+        openByDialog(line.path());
+        QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+        arrived(line, 3 * To9600.size());
+        window.reset();
+        line.received();
+
+        makeWindow();
+        QCOMPARE(window->connectState(), MainWindow::NotConnected);
+        showDialog();
+        QTest::qWait(100);
+        QCOMPARE(window->connectState(), MainWindow::NotConnected);
+        QCOMPARE(line.received(), QByteArray());
+        QSerialPort other(line.path());
+        QVERIFY(other.open(QIODevice::ReadWrite));
+    }
+
+    void open_sends_the_rate_and_then_frames_at_it()
+    {
+        Pty line;
+        openByDialog(line.path(), u"115200"_s);
+        QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+        QVERIFY(state().contains(u"The serial port %1 is open."_s.arg(line.path())));
+        QCOMPARE(arrived(line, 3 * To115200.size()), To115200 + To115200 + To115200);
+        QCOMPARE(rateOf(line.path()), speed_t(B115200));
+        UCHAR query[64] = {0, 0xA3, 0x00, 0x00};
+        emit window->Write03(query);
+        QCOMPARE(arrived(line, 8), QByteArray::fromHex("51 56 00 A3 00 00 00 00"));
+    }
+
+    void another_rate_reopens_the_port()
+    {
+        Pty line;
+        openByDialog(line.path(), u"115200"_s);
+        arrived(line, 3 * To115200.size());
+        openByDialog(line.path(), u"57600"_s);
+        QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+        QCOMPARE(rateOf(line.path()), speed_t(B57600));
+        QCOMPARE(arrived(line, 33).mid(7, 1), QByteArray::fromHex("11"));
+        QVERIFY(!state().contains(u"cannot"_s));
+    }
+
+    void another_port_is_opened_instead_of_the_first()
+    {
+        Pty first;
+        Pty second;
+        openByDialog(first.path());
+        openByDialog(second.path());
+        QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+        QVERIFY(state().contains(second.path()));
+        QSerialPort other(first.path());
+        QVERIFY(other.open(QIODevice::ReadWrite));
+    }
+
+    void close_closes_the_port_and_shows_it()
+    {
+        Pty line;
+        openByDialog(line.path());
+        press("closeButton");
+        QCOMPARE(window->connectState(), MainWindow::SerialClosed);
+        QCOMPARE(state(), u"No touch frame is connected, no serial port is open."_s);
+        QVERIFY(!child<QPushButton>("closeButton")->isEnabled());
+        QVERIFY(dialog->isVisible());
+        QSerialPort other(line.path());
+        QVERIFY(other.open(QIODevice::ReadWrite));
+    }
+
+    void a_frame_that_answers_on_the_line_shows()
+    {
+        Pty line;
+        openByDialog(line.path());
+        QVERIFY(!state().contains(u"answers"_s));
+        line.send(QByteArray::fromHex("51 56 FC A3 80 02 00 12 38 01"));
+        QTRY_VERIFY(state().contains(u"A touch frame answers there."_s));
+    }
+
+    void a_port_that_is_not_there_fails_with_the_reason_in_an_open_dialog()
+    {
+        openByDialog(u"/dev/no-such-port"_s);
+        QCOMPARE(window->connectState(), MainWindow::SerialFailed);
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(state(), u"No touch frame is connected, no serial port is open.\n"
+                          u"There is no serial port /dev/no-such-port. Check the cable and the "
+                          u"name, such as ttyUSB0."_s);
+        // The next attempt starts afresh.
+        Pty line;
+        openByDialog(line.path());
+        QVERIFY(!state().contains(u"no-such-port"_s));
+    }
+
+    void a_port_that_another_program_holds_fails_with_the_reason()
+    {
+        Pty line;
+        QSerialPort other(line.path());
+        QVERIFY(other.open(QIODevice::ReadWrite));
+        openByDialog(line.path());
+        QCOMPARE(window->connectState(), MainWindow::SerialFailed);
+        QVERIFY(state().contains(
+            u"The serial port %1 is in use by another program. Close it there."_s.arg(
+                line.path())));
+        other.close();
+        press("openButton");
+        QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+        QVERIFY(!state().contains(u"in use"_s));
+    }
+
+    void settings_that_the_port_refuses_are_told()
+    {
+        Pty line;
+        XML_CLASS().read_connect();
+        home->edit("BAUDRATE", "22");
+        showDialog();
+        choose("uartRadio");
+        child<QComboBox>("portBox")->setEditText(line.path());
+        press("openButton");
+        QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+        QVERIFY(state().contains(u"There is no baud rate number 22."_s));
+        QCOMPARE(home->element("BAUDRATE"), "22");
+    }
+
+    void a_usb_frame_takes_over_and_the_dialog_shows_it()
+    {
+        Pty line;
+        openByDialog(line.path());
+        frame->present = true;
+        QTRY_COMPARE_WITH_TIMEOUT(window->connectState(), MainWindow::UsbConnected, 5000);
+        QVERIFY(state().startsWith(u"A touch frame is connected by USB."_s));
+        QVERIFY(state().contains(u"The frame took over from the serial port."_s));
+        // The port is still open, and can be closed without a word to the frame.
+        press("closeButton");
+        QCOMPARE(window->connectState(), MainWindow::UsbConnected);
+        QCOMPARE(state(), u"A touch frame is connected by USB."_s);
+        QSerialPort other(line.path());
+        QVERIFY(other.open(QIODevice::ReadWrite));
+    }
+
+    void a_port_opened_beside_a_plugged_frame_is_taken_over_at_the_next_look()
+    {
+        frame->present = true;
+        window->OnDeviceAdded();
+        Pty line;
+        openByDialog(line.path());
+        QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+        QTRY_COMPARE_WITH_TIMEOUT(window->connectState(), MainWindow::UsbConnected, 5000);
+        QVERIFY(state().contains(u"The frame took over from the serial port."_s));
+        // Once more, with the port open all the time.
+        press("openButton");
+        QVERIFY(!state().contains(u"cannot"_s) && !state().contains(u"already"_s));
+    }
+
+    void after_a_take_over_and_an_unplug_the_port_opens_again()
+    {
+        Pty line;
+        openByDialog(line.path());
+        frame->present = true;
+        window->OnDeviceAdded();
+        frame->present = false;
+        window->OnDeviceRemoved();
+        QCOMPARE(window->connectState(), MainWindow::NotConnected);
+        QVERIFY(state().contains(u"is open but not used"_s));
+        press("openButton");
+        QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+        QVERIFY(state().startsWith(u"The serial port"_s));
+    }
+
+    void choosing_usb_closes_the_port_and_finds_a_frame()
+    {
+        Pty line;
+        openByDialog(line.path());
+        frame->present = true;
+        choose("usbRadio");
+        press("openButton");
+        QCOMPARE(window->connectState(), MainWindow::UsbConnected);
+        QCOMPARE(state(), u"A touch frame is connected by USB."_s);
+        QSerialPort other(line.path());
+        QVERIFY(other.open(QIODevice::ReadWrite));
+    }
+
+    void choosing_usb_without_a_frame_closes_the_port_and_says_so()
+    {
+        Pty line;
+        openByDialog(line.path());
+        choose("usbRadio");
+        press("openButton");
+        QCOMPARE(window->connectState(), MainWindow::SerialClosed);
+        QVERIFY(state().contains(u"No touch frame was found by USB."_s));
+        frame->present = true;
+        QTRY_COMPARE_WITH_TIMEOUT(window->connectState(), MainWindow::UsbConnected, 5000);
+        QVERIFY(state().startsWith(u"A touch frame is connected by USB."_s));
+    }
+
+    void a_frame_that_may_not_be_opened_is_told_when_usb_is_chosen()
+    {
+        frame->setProblem({u"/dev/usb/hiddev3"_s, EACCES});
+        showDialog();
+        press("openButton");
+        QVERIFY(state().contains(u"/dev/usb/hiddev3"_s));
+        QVERIFY(state().contains(u"70-quorvel.rules"_s));
+    }
+
+    void usb_after_a_failed_port_does_not_repeat_its_reason()
+    {
+        openByDialog(u"/dev/no-such-port"_s);
+        choose("usbRadio");
+        press("openButton");
+        QVERIFY(!state().contains(u"no-such-port"_s));
+        QVERIFY(state().contains(u"No touch frame was found by USB."_s));
+    }
+
+    void a_hang_up_shows_with_its_reason()
+    {
+        Pty line;
+        openByDialog(line.path());
+        line.hangUp();
+        QTRY_COMPARE(window->connectState(), MainWindow::SerialClosed);
+        QVERIFY(dialog->isVisible());
+        QVERIFY(state().startsWith(u"No touch frame is connected, no serial port is open."_s));
+        QVERIFY(state().contains(u"is gone"_s));
+        QVERIFY(!child<QPushButton>("closeButton")->isEnabled());
+    }
+
+    void a_hang_up_behind_a_closed_dialog_is_there_when_it_opens()
+    {
+        Pty line;
+        openByDialog(line.path());
+        dialog->close();
+        line.hangUp();
+        QTRY_COMPARE(window->connectState(), MainWindow::SerialClosed);
+        showDialog();
+        QVERIFY(state().contains(u"is gone"_s));
+    }
+
+    void a_lost_frame_leaves_the_dialog_open()
+    {
+        showDialog();
+        frame->present = true;
+        window->OnDeviceAdded();
+        QVERIFY(state().startsWith(u"A touch frame is connected by USB."_s));
+        auto *smoothing = window->findChild<smoothing_dlg *>();
+        smoothing->show();
+        frame->present = false;
+        window->OnDeviceRemoved();
+        QVERIFY(!smoothing->isVisible());
+        QVERIFY(dialog->isVisible());
+        QCOMPARE(state(), u"No touch frame is connected, no serial port is open."_s);
+    }
+
+    void choices_are_there_again_after_a_restart()
+    {
+        Pty line;
+        openByDialog(line.path(), u"115200"_s);
+        window.reset();
+        makeWindow();
+        showDialog();
+        QVERIFY(child<QRadioButton>("uartRadio")->isChecked());
+        QCOMPARE(child<QComboBox>("portBox")->currentText(), line.path());
+        QCOMPARE(child<QComboBox>("rateBox")->currentText(), u"115200"_s);
+    }
+
+    void what_was_tried_in_vain_is_there_again_after_a_restart()
+    {
+        openByDialog(u"/dev/no-such-port"_s, u"57600"_s);
+        window.reset();
+        makeWindow();
+        QVERIFY(child<QRadioButton>("uartRadio")->isChecked());
+        QCOMPARE(child<QComboBox>("portBox")->currentText(), u"/dev/no-such-port"_s);
+        QCOMPARE(child<QComboBox>("rateBox")->currentText(), u"57600"_s);
+    }
+
+    void no_window_makes_the_form_for_tuio()
+    {
+        showDialog();
+        QVERIFY(!window->findChild<advconnect_dlg *>());
+        for (const QWidget *widget : QApplication::allWidgets())
+            QVERIFY(!qobject_cast<const advconnect_dlg *>(widget));
+    }
+};
+
+QTEST_MAIN(tst_connection)
+#include "tst_connection.moc"

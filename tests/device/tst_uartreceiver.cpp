@@ -1,0 +1,260 @@
+#include "device/uartreceiver.h"
+
+#include <QByteArrayList>
+#include <QTest>
+
+#include <algorithm>
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// A line whose bytes have all arrived, and that may give fewer of them than it says it has.
+struct Line
+{
+    qint64 size() const { return bytes.size(); }
+    qint64 readData(char *data, qint64 maxSize)
+    {
+        const qint64 count = std::min({maxSize, qint64(bytes.size()), shortest});
+        if (count > 0)
+            memcpy(data, bytes.constData(), size_t(count));
+        bytes.remove(0, qsizetype(std::max<qint64>(count, 0)));
+        return count;
+    }
+
+    QByteArray bytes;
+    qint64 shortest = 1000; // of which no read gives more; -1: reading fails
+};
+
+QByteArray hex(const char *digits)
+{
+    return QByteArray::fromHex(digits);
+}
+
+// The bytes of a frame that travelled: those up to the second behind its payload.
+QByteArray travelled(UartReceiver &receiver)
+{
+    const UCHAR *frame = receiver.frame();
+    return {reinterpret_cast<const char *>(frame), 6 + frame[3]};
+}
+
+// What comes of the bytes that wait, in hexadecimal digits.
+QByteArrayList framesOf(UartReceiver &receiver, Line &line)
+{
+    QByteArrayList frames;
+    for (;;) {
+        const UartReceiver::Outcome outcome = receiver.step(line);
+        if (outcome == UartReceiver::Outcome::Waits)
+            return frames;
+        if (outcome == UartReceiver::Outcome::FrameFound)
+            frames += travelled(receiver).toHex(' ').toUpper();
+    }
+}
+
+QByteArrayList framesOf(const QByteArrayList &pieces)
+{
+    UartReceiver receiver;
+    Line line;
+    QByteArrayList frames;
+    for (const QByteArray &piece : pieces) {
+        line.bytes += piece;
+        frames += framesOf(receiver, line);
+    }
+    return frames;
+}
+
+} // namespace
+
+class tst_UartReceiver : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void the_right_frames_are_found_among_noise_data();
+    void the_right_frames_are_found_among_noise();
+    void a_frame_cut_anywhere_is_the_same_frame();
+    void frames_that_arrive_byte_by_byte_are_found();
+    void a_whole_frame_needs_no_further_byte();
+    void a_frame_without_payload_has_six_bytes_behind_the_sync_pair();
+    void the_longest_frame_fills_the_buffer();
+    void each_step_does_one_thing();
+    void a_step_without_bytes_changes_nothing();
+    void a_short_read_of_a_sync_byte_begins_anew();
+    void a_short_read_of_a_header_begins_anew();
+    void a_short_read_of_a_body_waits();
+};
+
+void tst_UartReceiver::the_right_frames_are_found_among_noise_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArrayList>("frames");
+    const QByteArrayList none;
+    const QByteArrayList query = {"FC A3 80 00 00 00"_qba};
+    const QByteArrayList twice = {"FC A3 80 00 00 00"_qba, "FC A7 82 02 00 01 00 00"_qba};
+    const auto row = [](const char *name, const char *digits, const QByteArrayList &frames) {
+        QTest::newRow(name) << hex(digits) << frames;
+    };
+    row("nothing", "", none);
+    row("one frame", "51 56 FC A3 80 00 00 00", query);
+    row("two in one piece", "51 56 FC A3 80 00 00 00 51 56 FC A7 82 02 00 01 00 00", twice);
+    row("noise before", "00 FF 56 51 00 51 56 FC A3 80 00 00 00", query);
+    row("noise between",
+        "51 56 FC A3 80 00 00 00 56 00 51 51 56 51 57 00 51 56 FC A7 82 02 00 01 "
+        "00 00",
+        twice);
+    row("noise behind", "51 56 FC A3 80 00 00 00 51 56", query);
+    row("first sync byte twice", "51 51 56 FC A3 80 00 00 00", none);
+    row("first sync byte three times", "51 51 51 56 FC A3 80 00 00 00", query);
+    row("a frame after one missed for a double sync byte",
+        "51 51 56 FC A3 80 00 00 00 51 56 FC A3 80 00 00 00", query);
+    row("sync bytes the wrong way round", "56 51 FC A3 80 00 00 00", none);
+    row("sync bytes as payload", "51 56 FC A3 80 04 51 56 51 56 00 00 51 56 FC A3 80 00 00 00",
+        {"FC A3 80 04 51 56 51 56 00 00"_qba, "FC A3 80 00 00 00"_qba});
+    row("sync bytes behind a payload", "51 56 FC A3 80 00 51 56 FC A3 80 00 00 00",
+        {"FC A3 80 00 51 56"_qba});
+    row("another report id", "51 56 FB A3 80 00 00 00", none);
+    row("what the tool itself sends", "51 56 00 A3 00 00 00 00", none);
+    row("another report id, then a frame", "51 56 00 A3 00 00 00 00 51 56 FC A3 80 00 00 00",
+        query);
+    row("a frame swallowed by the length of another report id",
+        "51 56 00 A3 00 08 00 51 56 FC A3 80 00 00 00 00 51 56 FC A3 80 00 00 00", query);
+    row("a byte lost inside a frame takes one of the next",
+        "51 56 FC A3 80 02 00 01 00 51 56 FC A7 82 00 00 00 51 56 FC A3 80 00 00 00",
+        {"FC A3 80 02 00 01 00 51"_qba, "FC A3 80 00 00 00"_qba});
+    row("a length of no frame", "51 56 FC A3 80 3D 00 51 56 FC A3 80 00 00 00", query);
+    row("the greatest length", "51 56 FC A3 80 FF 00 51 56 FC A3 80 00 00 00", query);
+    row("a length of no frame, a frame at once", "51 56 FC A3 80 FF 51 56 FC A3 80 00 00 00", none);
+}
+
+void tst_UartReceiver::the_right_frames_are_found_among_noise()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QByteArrayList, frames);
+    QCOMPARE(framesOf({bytes}), frames);
+    QByteArrayList single;
+    for (const char byte : bytes)
+        single += QByteArray(1, byte);
+    QCOMPARE(framesOf(single), frames);
+}
+
+void tst_UartReceiver::a_frame_cut_anywhere_is_the_same_frame()
+{
+    const QByteArray bytes = hex("51 56 FC A7 82 02 00 03 51 56");
+    const QByteArrayList expected = {"FC A7 82 02 00 03 51 56"_qba};
+    for (qsizetype first = 0; first <= bytes.size(); first++) {
+        for (qsizetype second = first; second <= bytes.size(); second++)
+            QCOMPARE(framesOf({bytes.first(first), bytes.sliced(first, second - first),
+                               bytes.sliced(second)}),
+                     expected);
+    }
+}
+
+void tst_UartReceiver::frames_that_arrive_byte_by_byte_are_found()
+{
+    UartReceiver receiver;
+    Line line;
+    const QByteArray bytes = hex("51 56 FC A3 80 00 AA BB 51 56 FC A3 80 01 AA BB CC");
+    QList<qsizetype> foundAt;
+    for (qsizetype i = 0; i < bytes.size(); i++) {
+        line.bytes += bytes[i];
+        for (qsizetype n = framesOf(receiver, line).size(); n > 0; n--)
+            foundAt += i;
+    }
+    QCOMPARE(foundAt, (QList<qsizetype>{7, 16}));
+}
+
+void tst_UartReceiver::a_whole_frame_needs_no_further_byte()
+{
+    UartReceiver receiver;
+    Line line{.bytes = hex("51 56 FC A3 80 00 00 00")};
+    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 00 00 00"_qba}));
+    QCOMPARE(line.size(), 0);
+}
+
+void tst_UartReceiver::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
+{
+    UartReceiver receiver;
+    Line line{.bytes = hex("51 56 FC A3 80 00 AA")};
+    QCOMPARE(framesOf(receiver, line), QByteArrayList());
+    line.bytes += hex("BB CC");
+    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 00 AA BB"_qba}));
+    QCOMPARE(line.bytes, QByteArray());
+}
+
+// 66 bytes behind the sync pair, more than any frame has that a device sends over USB.
+void tst_UartReceiver::the_longest_frame_fills_the_buffer()
+{
+    QByteArray frame = hex("FC A5 81 3C");
+    for (int i = 0; i < 62; i++)
+        frame += char(0x80 + i);
+    QCOMPARE(framesOf({hex("51 56") + frame}), QByteArrayList{frame.toHex(' ').toUpper()});
+}
+
+void tst_UartReceiver::each_step_does_one_thing()
+{
+    using Outcome = UartReceiver::Outcome;
+    UartReceiver receiver;
+    Line line{.bytes = hex("00 51 56 FC A3 80 01 02 03 04 51 56 00 A3 00 00 00 00")};
+    const std::pair<Outcome, qint64> steps[] = {
+        {Outcome::Moved, 17},     {Outcome::Moved, 16}, {Outcome::Moved, 15}, {Outcome::Moved, 10},
+        {Outcome::FrameFound, 8}, {Outcome::Moved, 7},  {Outcome::Moved, 6},  {Outcome::Moved, 1},
+        {Outcome::Moved, 0},      {Outcome::Waits, 0},
+    };
+    for (const auto &[outcome, left] : steps) {
+        QCOMPARE(receiver.step(line), outcome);
+        QCOMPARE(line.size(), left);
+    }
+}
+
+void tst_UartReceiver::a_step_without_bytes_changes_nothing()
+{
+    UartReceiver receiver;
+    Line line;
+    QByteArrayList frames;
+    for (const char byte : hex("51 56 FC A3 80 01 02 03 04")) {
+        for (int i = 0; i < 3; i++)
+            QCOMPARE(receiver.step(line), UartReceiver::Outcome::Waits);
+        line.bytes += byte;
+        frames += framesOf(receiver, line);
+    }
+    QCOMPARE(frames, (QByteArrayList{"FC A3 80 01 02 03 04"_qba}));
+}
+
+void tst_UartReceiver::a_short_read_of_a_sync_byte_begins_anew()
+{
+    UartReceiver receiver;
+    Line line{.bytes = hex("51")};
+    QCOMPARE(framesOf(receiver, line), QByteArrayList());
+    line = {.bytes = hex("56 FC A3 80 00 00 00"), .shortest = -1};
+    QCOMPARE(receiver.step(line), UartReceiver::Outcome::Waits);
+    line.shortest = 1000;
+    QCOMPARE(framesOf(receiver, line), QByteArrayList());
+    line.bytes = hex("51 56 FC A3 80 00 00 00");
+    QCOMPARE(framesOf(receiver, line).size(), 1);
+}
+
+void tst_UartReceiver::a_short_read_of_a_header_begins_anew()
+{
+    UartReceiver receiver;
+    Line line{.bytes = hex("51 56")};
+    QCOMPARE(framesOf(receiver, line), QByteArrayList());
+    line = {.bytes = hex("FC A3 80 00 00 51 56 FC A3 80 00 00 00"), .shortest = 4};
+    QCOMPARE(receiver.step(line), UartReceiver::Outcome::Moved);
+    line.shortest = 1000;
+    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 00 00 00"_qba}));
+}
+
+void tst_UartReceiver::a_short_read_of_a_body_waits()
+{
+    UartReceiver receiver;
+    Line line{.bytes = hex("51 56 FC A3 80 01 AA")};
+    QCOMPARE(framesOf(receiver, line), QByteArrayList());
+    line = {.bytes = hex("BB CC"), .shortest = 1};
+    QCOMPARE(receiver.step(line), UartReceiver::Outcome::Waits);
+    line = {.bytes = hex("DD EE")};
+    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 01 AA DD EE"_qba}));
+}
+
+QTEST_APPLESS_MAIN(tst_UartReceiver)
+#include "tst_uartreceiver.moc"

@@ -1,0 +1,552 @@
+#include "dialogs/connect_dlg.h"
+#include "tests/dialogs/clipped.h"
+#include "tests/dialogs/settingshome.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QSerialPortInfo>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(PortSettings)
+
+using Link = connect_dlg::Link;
+
+// The dialog on a home directory of its own and a system with two ports.
+class tst_connect_dlg : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<SettingsHome> home;
+    QList<connect_dlg::Port> systemPorts;
+    std::unique_ptr<connect_dlg> dialog;
+
+    const QString LongName =
+        u"Extraordinarily Long Manufacturer Incorporated Universal Serial Adapter 4711-B"_s;
+
+    void makeDialog()
+    {
+        dialog = std::make_unique<connect_dlg>(nullptr, [this] { return systemPorts; });
+    }
+    void appear()
+    {
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+    }
+    template <typename Widget>
+    Widget *child(const char *name) const
+    {
+        return dialog->findChild<Widget *>(QString::fromLatin1(name));
+    }
+    QPushButton *button(const char *name) const { return child<QPushButton>(name); }
+    QComboBox *box(const char *name) const { return child<QComboBox>(name); }
+    QRadioButton *usb() const { return child<QRadioButton>("usbRadio"); }
+    QRadioButton *uart() const { return child<QRadioButton>("uartRadio"); }
+    QString state() const { return child<QPlainTextEdit>("stateText")->toPlainText(); }
+    void press(const char *name) const { QTest::mouseClick(button(name), Qt::LeftButton); }
+    void choose(const char *name, const QString &text) const
+    {
+        const int row = box(name)->findText(text);
+        QVERIFY2(row >= 0, qPrintable(text));
+        box(name)->setCurrentIndex(row);
+    }
+    QStringList items(const char *name) const
+    {
+        QStringList texts;
+        for (int i = 0; i < box(name)->count(); ++i)
+            texts.append(box(name)->itemText(i));
+        return texts;
+    }
+    // The file as it was made, with other numbers in some of its elements.
+    void editFile(std::initializer_list<std::pair<const char *, const char *>> elements)
+    {
+        XML_CLASS().read_connect();
+        for (const auto &[name, value] : elements)
+            home->edit(name, value);
+    }
+
+private slots:
+    void init()
+    {
+        home = std::make_unique<SettingsHome>();
+        systemPorts = {{u"ttyS0"_s, QString()}, {u"ttyUSB0"_s, LongName}};
+        makeDialog();
+    }
+    void cleanup()
+    {
+        dialog.reset();
+        home.reset();
+    }
+
+    // Form
+
+    void the_form_offers_what_a_line_can_be()
+    {
+        QCOMPARE(dialog->windowTitle(), u"Connect"_s);
+        QCOMPARE(dialog->font().family(), u"Tahoma"_s);
+        QCOMPARE(items("portBox"), QStringList({u"ttyS0"_s, u"ttyUSB0"_s}));
+        QVERIFY(box("portBox")->isEditable());
+        QCOMPARE(
+            items("rateBox"),
+            QStringList({u"50"_s,    u"75"_s,     u"110"_s,    u"134"_s,   u"150"_s,   u"200"_s,
+                         u"300"_s,   u"600"_s,    u"1200"_s,   u"1800"_s,  u"2400"_s,  u"4800"_s,
+                         u"9600"_s,  u"14400"_s,  u"19200"_s,  u"38400"_s, u"56000"_s, u"57600"_s,
+                         u"76800"_s, u"115200"_s, u"128000"_s, u"256000"_s}));
+        QCOMPARE(items("dataBitsBox"), QStringList({u"5"_s, u"6"_s, u"7"_s, u"8"_s}));
+        QCOMPARE(items("parityBox"),
+                 QStringList({u"None"_s, u"Odd"_s, u"Even"_s, u"Mark"_s, u"Space"_s}));
+        QCOMPARE(items("stopBitsBox"), QStringList({u"1"_s, u"1.5"_s, u"2"_s}));
+    }
+
+    void nothing_is_clipped()
+    {
+        dialog->setState(Link::Serial, u"ttyUSB0"_s,
+                         u"This user may not open the serial port /dev/ttyUSB0. Join the group "
+                         u"dialout, then log in again."_s);
+        appear();
+        QCOMPARE(clipped(*dialog), QStringList());
+        QVERIFY(!child<QPlainTextEdit>("stateText")->verticalScrollBar()->isVisible());
+        for (const char *name : {"rateBox", "dataBitsBox", "parityBox", "stopBitsBox"})
+            QVERIFY2(box(name)->sizeHint().width() <= box(name)->width(), name);
+    }
+
+    void a_path_longer_than_the_window_can_be_read_whole()
+    {
+        const QString path = u"/dev/serial/by-id/"_s + QString(400, u'x');
+        dialog->setState(Link::Serial, path, QString());
+        appear();
+        const auto *text = child<QPlainTextEdit>("stateText");
+        QVERIFY(text->toPlainText().contains(path));
+        QVERIFY(!text->horizontalScrollBar()->isVisible());
+    }
+
+    void every_field_is_reached_and_named_for_a_keyboard_and_a_screen_reader()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        dialog->setState(Link::Serial, u"ttyS0"_s, QString());
+        uart()->setFocus();
+        QStringList reached;
+        for (int i = 0; i < 9; ++i) {
+            QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
+            reached += dialog->focusWidget()->objectName();
+        }
+        QCOMPARE(reached, QStringList({u"portBox"_s, u"refreshButton"_s, u"rateBox"_s,
+                                       u"dataBitsBox"_s, u"parityBox"_s, u"stopBitsBox"_s,
+                                       u"openButton"_s, u"closeButton"_s, u"stateText"_s}));
+        for (const char *name :
+             {"portLabel", "rateLabel", "dataBitsLabel", "parityLabel", "stopBitsLabel"})
+            QVERIFY2(child<QLabel>(name)->buddy() != nullptr, name);
+        QStringList mnemonics;
+        for (const QWidget *widget : dialog->findChildren<QWidget *>()) {
+            const QString text = widget->property("text").toString();
+            if (const qsizetype at = text.indexOf(u'&'); at >= 0)
+                mnemonics += text.sliced(at + 1, 1).toUpper();
+        }
+        QCOMPARE(mnemonics.size(), 10);
+        QCOMPARE(mnemonics.removeDuplicates(), 0);
+    }
+
+    void enter_in_the_port_opens_it()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
+        box("portBox")->setFocus();
+        QTest::keyClick(box("portBox")->lineEdit(), Qt::Key_Return);
+        QCOMPARE(asked.size(), 1);
+    }
+
+    // Ports
+
+    void without_a_list_of_its_callers_it_offers_the_ports_of_the_system()
+    {
+        QStringList names;
+        for (const QSerialPortInfo &info : QSerialPortInfo::availablePorts())
+            names.append(info.portName());
+        dialog = std::make_unique<connect_dlg>(nullptr);
+        QCOMPARE(items("portBox"), names);
+    }
+
+    void a_chosen_port_is_called_by_its_name_and_shown_with_its_adapter()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        QCOMPARE(box("portBox")->itemData(1, Qt::ToolTipRole).toString(),
+                 u"ttyUSB0: "_s + LongName);
+        QCOMPARE(box("portBox")->itemData(0, Qt::ToolTipRole).toString(), u"ttyS0"_s);
+        choose("portBox", u"ttyUSB0"_s);
+        QCOMPARE(box("portBox")->toolTip(), u"ttyUSB0: "_s + LongName);
+        QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
+        press("openButton");
+        QCOMPARE(asked.first().first().toString(), u"ttyUSB0"_s);
+    }
+
+    void long_adapter_names_are_shortened_within_the_list()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        box("portBox")->showPopup();
+        const QAbstractItemView *list = box("portBox")->view();
+        QTRY_VERIFY(list->isVisible());
+        QVERIFY(list->window()->width() <= dialog->width());
+        QVERIFY(list->fontMetrics().horizontalAdvance(LongName) > list->width());
+        QVERIFY(list->textElideMode() != Qt::ElideNone);
+        QVERIFY(!list->horizontalScrollBar()->isVisible());
+        box("portBox")->hidePopup();
+    }
+
+    void a_typed_path_is_taken_as_it_is()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
+        box("portBox")->lineEdit()->selectAll();
+        QTest::keyClicks(box("portBox")->lineEdit(), u"ttyU"_s);
+        QCOMPARE(box("portBox")->currentText(), u"ttyU"_s);
+        box("portBox")->lineEdit()->selectAll();
+        QTest::keyClicks(box("portBox")->lineEdit(), u"/dev/serial/by-id/frame"_s);
+        press("openButton");
+        QCOMPARE(asked.first().first().toString(), u"/dev/serial/by-id/frame"_s);
+        QCOMPARE(home->element("UARTPORT"), "/dev/serial/by-id/frame");
+        QCOMPARE(items("portBox"), QStringList({u"ttyS0"_s, u"ttyUSB0"_s}));
+    }
+
+    void without_a_port_there_is_nothing_to_open()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        box("portBox")->setEditText(QString());
+        QVERIFY(!button("openButton")->isEnabled());
+        box("portBox")->setEditText(u"ttyS0"_s);
+        QVERIFY(button("openButton")->isEnabled());
+    }
+
+    void the_list_is_refreshed_when_the_dialog_opens_and_by_its_button()
+    {
+        editFile({{"CONNECT", "2"}});
+        systemPorts.append({u"ttyACM0"_s, QString()});
+        appear();
+        QCOMPARE(items("portBox"), QStringList({u"ttyS0"_s, u"ttyUSB0"_s, u"ttyACM0"_s}));
+        box("portBox")->setEditText(u"being typed"_s);
+        systemPorts.clear();
+        press("refreshButton");
+        QCOMPARE(items("portBox"), QStringList());
+        QCOMPARE(box("portBox")->currentText(), u"being typed"_s);
+    }
+
+    // Choices
+
+    void a_new_file_says_usb_and_com1_at_9600()
+    {
+        QVERIFY(usb()->isChecked());
+        QVERIFY(!box("portBox")->isEnabled() && !box("rateBox")->isEnabled());
+        QCOMPARE(box("portBox")->currentText(), u"COM1"_s);
+        QCOMPARE(box("rateBox")->currentText(), u"9600"_s);
+        QCOMPARE(box("dataBitsBox")->currentText(), u"8"_s);
+        QCOMPARE(box("parityBox")->currentText(), u"None"_s);
+        QCOMPARE(box("stopBitsBox")->currentText(), u"1"_s);
+    }
+
+    void opening_asks_for_and_keeps_what_is_chosen()
+    {
+        appear();
+        QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
+        QTest::mouseClick(uart(), Qt::LeftButton, {}, QPoint(10, 10));
+        QVERIFY(box("portBox")->isEnabled());
+        choose("portBox", u"ttyUSB0"_s);
+        choose("rateBox", u"115200"_s);
+        choose("dataBitsBox", u"7"_s);
+        choose("parityBox", u"Even"_s);
+        choose("stopBitsBox", u"2"_s);
+        press("openButton");
+        QCOMPARE(asked.size(), 1);
+        QCOMPARE(asked.first().first().toString(), u"ttyUSB0"_s);
+        const auto settings = asked.first().at(1).value<PortSettings>();
+        QCOMPARE(int(settings.BaudRate), 19);
+        QCOMPARE(int(settings.DataBits), 2);
+        QCOMPARE(int(settings.Parity), 2);
+        QCOMPARE(int(settings.StopBits), 2);
+
+        const QList<QPair<QByteArray, QByteArray>> kept = {
+            {"CONNECT", "2"},  {"UARTPORT", "ttyUSB0"}, {"BAUDRATE", "19"},
+            {"DATABITS", "2"}, {"PARITY", "2"},         {"STOPBITS", "2"}};
+        for (const auto &[name, value] : kept)
+            QCOMPARE(home->element(name), value);
+
+        makeDialog();
+        QVERIFY(uart()->isChecked());
+        QCOMPARE(box("portBox")->currentText(), u"ttyUSB0"_s);
+        QCOMPARE(box("rateBox")->currentText(), u"115200"_s);
+        QCOMPARE(box("dataBitsBox")->currentText(), u"7"_s);
+        QCOMPARE(box("parityBox")->currentText(), u"Even"_s);
+        QCOMPARE(box("stopBitsBox")->currentText(), u"2"_s);
+    }
+
+    void usb_is_asked_for_and_kept()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        QSignalSpy usbAsked(dialog.get(), &connect_dlg::useUsb);
+        QSignalSpy uartAsked(dialog.get(), &connect_dlg::openUart);
+        QTest::mouseClick(usb(), Qt::LeftButton, {}, QPoint(10, 10));
+        press("openButton");
+        QCOMPARE(usbAsked.size(), 1);
+        QCOMPARE(uartAsked.size(), 0);
+        QCOMPARE(home->element("CONNECT"), "1");
+    }
+
+    void what_is_not_shown_stays_as_it_is_in_the_file()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        // Another program, while the dialog is open.
+        editFile({{"TUIO_EN", "7"},
+                  {"OS_EN", "-3"},
+                  {"FLOWCONTROL", "55"},
+                  {"TIMEOUT", "123456"},
+                  {"SMO_LV", "6"}});
+        choose("rateBox", u"57600"_s);
+        QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
+        press("openButton");
+        const QList<QPair<QByteArray, QByteArray>> kept = {
+            {"TUIO_EN", "7"},      {"OS_EN", "-3"}, {"FLOWCONTROL", "55"},
+            {"TIMEOUT", "123456"}, {"SMO_LV", "6"}, {"BAUDRATE", "17"}};
+        for (const auto &[name, value] : kept)
+            QCOMPARE(home->element(name), value);
+    }
+
+    void leaving_without_open_drops_what_was_changed()
+    {
+        appear();
+        const QByteArray before = home->content();
+        uart()->setChecked(true);
+        choose("portBox", u"ttyUSB0"_s);
+        choose("parityBox", u"Mark"_s);
+        dialog->close();
+        QCOMPARE(home->content(), before);
+        QVERIFY(usb()->isChecked());
+        QCOMPARE(box("portBox")->currentText(), u"COM1"_s);
+        QCOMPARE(box("parityBox")->currentText(), u"None"_s);
+    }
+
+    void what_another_program_wrote_shows_when_the_dialog_opens()
+    {
+        editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyS7"}, {"BAUDRATE", "21"}});
+        appear();
+        QVERIFY(uart()->isChecked());
+        QCOMPARE(box("portBox")->currentText(), u"ttyS7"_s);
+        QCOMPARE(box("rateBox")->currentText(), u"256000"_s);
+    }
+
+    void values_in_no_list_are_shown_and_kept_until_changed()
+    {
+        editFile({{"CONNECT", "2"},
+                  {"BAUDRATE", "22"},
+                  {"DATABITS", "-1"},
+                  {"PARITY", "2147483647"},
+                  {"STOPBITS", "3"}});
+        appear();
+        QCOMPARE(box("rateBox")->currentText(), u"unknown (22)"_s);
+        QCOMPARE(box("dataBitsBox")->currentText(), u"unknown (-1)"_s);
+        QCOMPARE(box("parityBox")->currentText(), u"unknown (2147483647)"_s);
+        QCOMPARE(box("stopBitsBox")->currentText(), u"unknown (3)"_s);
+        choose("dataBitsBox", u"8"_s);
+        QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
+        press("openButton");
+        const auto settings = asked.first().at(1).value<PortSettings>();
+        QCOMPARE(int(settings.BaudRate), 22);
+        QCOMPARE(int(settings.Parity), 2147483647);
+        QCOMPARE(home->element("BAUDRATE"), "22");
+        QCOMPARE(home->element("DATABITS"), "3");
+        QCOMPARE(home->element("PARITY"), "2147483647");
+        QCOMPARE(home->element("STOPBITS"), "3");
+
+        // A value that the file does not hold any more is no choice either.
+        editFile({{"BAUDRATE", "12"}});
+        dialog->close();
+        appear();
+        QCOMPARE(box("rateBox")->count(), 22);
+        QCOMPARE(box("dataBitsBox")->count(), 4);
+        QCOMPARE(box("stopBitsBox")->count(), 4);
+    }
+
+    void one_and_a_half_stop_bits_are_kept_but_cannot_be_chosen()
+    {
+        editFile({{"CONNECT", "2"}, {"STOPBITS", "1"}});
+        appear();
+        QCOMPARE(box("stopBitsBox")->currentText(), u"1.5"_s);
+        press("openButton");
+        QCOMPARE(home->element("STOPBITS"), "1");
+        box("stopBitsBox")->setCurrentIndex(0);
+        QTest::keyClick(box("stopBitsBox"), Qt::Key_Down);
+        QCOMPARE(box("stopBitsBox")->currentText(), u"2"_s);
+    }
+
+    void another_connect_number_chooses_nothing_and_stays_until_the_user_chooses()
+    {
+        editFile({{"CONNECT", "7"}});
+        appear();
+        QVERIFY(!usb()->isChecked() && !uart()->isChecked());
+        QVERIFY(!button("openButton")->isEnabled());
+        dialog->close();
+        QCOMPARE(home->element("CONNECT"), "7");
+        appear();
+        QTest::mouseClick(uart(), Qt::LeftButton, {}, QPoint(10, 10));
+        QVERIFY(uart()->isChecked() && !usb()->isChecked());
+        press("openButton");
+        QCOMPARE(home->element("CONNECT"), "2");
+    }
+
+    void a_port_name_that_a_field_cannot_show_is_kept()
+    {
+        editFile({{"CONNECT", "2"}, {"UARTPORT", "two\nlines"}});
+        appear();
+        QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
+        press("openButton");
+        QCOMPARE(asked.first().first().toString(), u"two\nlines"_s);
+        QCOMPARE(home->element("UARTPORT"), "two\nlines");
+    }
+
+    void choices_that_cannot_be_kept_say_so()
+    {
+        appear();
+        home->removeConfigDirectory();
+        uart()->setChecked(true);
+        press("openButton");
+        QVERIFY(state().contains(home->path() + u" cannot be written"_s));
+    }
+
+    // State
+
+    void it_says_when_nothing_is_connected()
+    {
+        QCOMPARE(state(), u"No touch frame is connected, no serial port is open."_s);
+        QVERIFY(!button("closeButton")->isEnabled());
+    }
+
+    void a_usb_link_shows()
+    {
+        dialog->setState(Link::Usb, QString(), QString());
+        QCOMPARE(state(), u"A touch frame is connected by USB."_s);
+        QVERIFY(!button("closeButton")->isEnabled());
+    }
+
+    void an_open_port_shows_and_can_be_closed()
+    {
+        appear();
+        dialog->setState(Link::Serial, u"ttyUSB0"_s, QString());
+        QCOMPARE(state(), u"The serial port ttyUSB0 is open.\n"
+                          u"Nothing has come from a touch frame there yet."_s);
+        QSignalSpy asked(dialog.get(), &connect_dlg::closeUart);
+        press("closeButton");
+        QCOMPARE(asked.size(), 1);
+    }
+
+    void the_first_frame_on_a_serial_port_shows()
+    {
+        Frame report{};
+        dialog->DoRecv03(report.data());
+        dialog->setState(Link::Serial, u"ttyUSB0"_s, QString());
+        QVERIFY(state().contains(u"Nothing has come"_s));
+        dialog->DoRecv03(report.data());
+        QCOMPARE(state(), u"The serial port ttyUSB0 is open.\nA touch frame answers there."_s);
+        dialog->setState(Link::None, QString(), QString());
+        dialog->setState(Link::Serial, u"ttyUSB0"_s, QString());
+        QVERIFY(state().contains(u"Nothing has come"_s));
+    }
+
+    void a_failure_stays_until_another_attempt()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        const QString why = u"There is no serial port /dev/COM1."_s;
+        connect(dialog.get(), &connect_dlg::openUart, this,
+                [&] { dialog->setState(Link::None, QString(), why); });
+        press("openButton");
+        QCOMPARE(state(), u"No touch frame is connected, no serial port is open.\n"_s + why);
+        dialog->setState(Link::Usb, QString(), QString());
+        QCOMPARE(state(), u"A touch frame is connected by USB.\n"_s + why);
+        usb()->setChecked(true);
+        press("openButton");
+        QCOMPARE(state(), u"A touch frame is connected by USB."_s);
+    }
+
+    void a_failure_is_forgotten_with_the_dialog()
+    {
+        appear();
+        dialog->setState(Link::None, QString(), u"It is broken."_s);
+        QVERIFY(state().contains(u"It is broken."_s));
+        dialog->close();
+        QVERIFY(!state().contains(u"It is broken."_s));
+    }
+
+    void what_happens_behind_a_closed_dialog_is_there_when_it_opens()
+    {
+        dialog->setState(Link::None, QString(), u"The serial port is gone."_s);
+        appear();
+        QVERIFY(state().contains(u"The serial port is gone."_s));
+    }
+
+    void usb_without_a_frame_says_what_to_do()
+    {
+        appear();
+        press("openButton");
+        QCOMPARE(state(), u"No touch frame is connected, no serial port is open.\n"
+                          u"No touch frame was found by USB. One that is plugged in is connected "
+                          u"at once."_s);
+    }
+
+    void usb_taking_over_from_an_open_port_shows()
+    {
+        dialog->setState(Link::Serial, u"ttyUSB0"_s, QString());
+        dialog->setState(Link::Usb, u"ttyUSB0"_s, QString());
+        QCOMPARE(state(),
+                 u"A touch frame is connected by USB.\n"
+                 u"The serial port ttyUSB0 is open but not used.\n"
+                 u"The frame took over from the serial port. Unplug it to use the port."_s);
+        QVERIFY(button("closeButton")->isEnabled());
+    }
+
+    void a_reply_never_answers_for_another_link()
+    {
+        Frame report{};
+        dialog->setState(Link::Usb, QString(), QString());
+        dialog->DoRecv03(report.data());
+        dialog->setState(Link::Serial, u"ttyS0"_s, QString());
+        QVERIFY(state().contains(u"Nothing has come"_s));
+    }
+
+    void an_unchanged_state_leaves_the_selection_of_the_text()
+    {
+        appear();
+        auto *text = child<QPlainTextEdit>("stateText");
+        text->selectAll();
+        dialog->setState(Link::None, QString(), QString());
+        QVERIFY(text->textCursor().hasSelection());
+    }
+
+    void nothing_is_asked_for_by_itself()
+    {
+        editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}});
+        makeDialog();
+        QSignalSpy usbAsked(dialog.get(), &connect_dlg::useUsb);
+        QSignalSpy uartAsked(dialog.get(), &connect_dlg::openUart);
+        QSignalSpy closeAsked(dialog.get(), &connect_dlg::closeUart);
+        appear();
+        dialog->close();
+        QCOMPARE(usbAsked.size() + uartAsked.size() + closeAsked.size(), 0);
+    }
+};
+
+QTEST_MAIN(tst_connect_dlg)
+#include "tst_connect_dlg.moc"

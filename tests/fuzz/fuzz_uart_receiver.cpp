@@ -1,0 +1,114 @@
+#include "device/uartreceiver.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<UCHAR>;
+
+void demand(bool holds, const char *what)
+{
+    if (holds)
+        return;
+    std::fprintf(stderr, "this does not hold: %s\n", what);
+    std::abort();
+}
+
+// The bytes that have arrived of all that come.
+struct Line
+{
+    long long size() const { return static_cast<long long>(arrived - taken); }
+    long long readData(char *data, long long maxSize)
+    {
+        demand(maxSize > 0 && maxSize <= size(), "no more is read than waits");
+        std::memcpy(data, &all[taken], size_t(maxSize));
+        taken += size_t(maxSize);
+        return maxSize;
+    }
+
+    const Bytes &all;
+    size_t arrived = 0;
+    size_t taken = 0;
+};
+
+// Where each frame begins and ends, as one reads all bytes from left to right: after two sync
+// bytes and a header of five comes as much as the header's fourth byte says and one more. A header
+// that promises more than 66 bytes in all is passed over, and so is what begins with no FC.
+std::vector<Bytes> framesIn(const Bytes &bytes)
+{
+    std::vector<Bytes> frames;
+    size_t at = 0;
+    while (at + 7 <= bytes.size()) {
+        if (bytes[at] != 0x51) {
+            at += 1;
+        } else if (bytes[at + 1] != 0x56) {
+            at += 2;
+        } else if (bytes[at + 5] > 60) {
+            at += 7;
+        } else {
+            const size_t end = at + 8 + bytes[at + 5];
+            if (end > bytes.size())
+                break;
+            if (bytes[at + 2] == 0xFC)
+                frames.emplace_back(bytes.begin() + long(at) + 2, bytes.begin() + long(end));
+            at = end;
+        }
+    }
+    return frames;
+}
+
+// Each piece is one byte, its size, and so many bytes of the line.
+struct Pieces
+{
+    Bytes bytes;
+    std::vector<size_t> cuts;
+};
+
+Pieces cutUp(const UCHAR *input, size_t size)
+{
+    Pieces pieces;
+    for (size_t at = 0; at < size;) {
+        const size_t length = std::min<size_t>(input[at], size - at - 1);
+        pieces.bytes.insert(pieces.bytes.end(), input + at + 1, input + at + 1 + length);
+        pieces.cuts.push_back(pieces.bytes.size());
+        at += 1 + length;
+    }
+    return pieces;
+}
+
+std::vector<Bytes> received(const Bytes &bytes, const std::vector<size_t> &cuts)
+{
+    std::vector<Bytes> frames;
+    UartReceiver receiver;
+    Line line{.all = bytes};
+    for (const size_t cut : cuts) {
+        line.arrived = cut;
+        for (size_t steps = 0;; steps++) {
+            demand(steps <= 2 * bytes.size() + 2, "the bytes that wait take a bounded time");
+            const UartReceiver::Outcome outcome = receiver.step(line);
+            if (outcome == UartReceiver::Outcome::Waits)
+                break;
+            if (outcome == UartReceiver::Outcome::FrameFound)
+                frames.emplace_back(receiver.frame(), receiver.frame() + 6 + receiver.frame()[3]);
+        }
+        demand(line.size() < 62, "what waits is less than the longest body");
+    }
+    return frames;
+}
+
+} // namespace
+
+// Any bytes on the line, however cut, give the frames that a plain reading of them finds.
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *input, size_t size)
+{
+    const Bytes whole(input, input + size);
+    demand(received(whole, {whole.size()}) == framesIn(whole), "in one piece");
+
+    const Pieces pieces = cutUp(input, size);
+    demand(received(pieces.bytes, pieces.cuts) == framesIn(pieces.bytes), "in pieces");
+    return 0;
+}
