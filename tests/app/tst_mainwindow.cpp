@@ -935,7 +935,9 @@ private slots:
     {
         QMenu *menu = nullptr;
         for (QWidget *widget : QApplication::topLevelWidgets()) {
-            if (auto *candidate = qobject_cast<QMenu *>(widget))
+            // Those of windows have a parent.
+            auto *candidate = qobject_cast<QMenu *>(widget);
+            if (candidate && !candidate->parentWidget())
                 menu = candidate;
         }
         if (!menu)
