@@ -1,6 +1,7 @@
 #include "device/struct.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/version_dlg.h"
+#include "tests/support/outside.h"
 
 #include <QApplication>
 #include <QDir>
@@ -28,58 +29,13 @@
 
 using namespace Qt::StringLiterals;
 
+using namespace outside;
+
 namespace {
 
-// Emulated, and on a machine that may be busy.
-constexpr int PatienceMs = 30'000;
-// How long something that must not come is waited for.
-constexpr int SilenceMs = 1500;
 constexpr int Rounds = 50;
 
-constexpr QSize MainWindowSize(350, 272);
-constexpr QSize QuestionSize(421, 106);
-constexpr QPoint CalibrationButton(283, 77);
-constexpr QPoint RotationButton(296, 170);
-constexpr QPoint VersionButton(255, 234);
-constexpr QPoint YesButton(130, 75);
-constexpr QRect StatusLine(12, 250, 326, 20);
-constexpr QSize UsageSize(332, 307);
-constexpr QPoint AdvanceButton(49, 283);
-constexpr QSize GesturesSize(332, 447);
-constexpr QPoint LongerButton(292, 100);
-constexpr QPoint ApplyButton(287, 420);
-constexpr QSize RotationSize(332, 166);
-constexpr QPoint Button270(270, 85);
-constexpr QRect RotationShown(170, 30, 71, 20);
-constexpr QPoint RotationOk(252, 143);
-constexpr QSize VersionSize(190, 180);
-constexpr QPoint DoubleClickRange(214, 268);
-constexpr QSize DiagnosticsSize(131, 148);
-constexpr QPoint TestButton(65, 32);
-constexpr QPoint LightsButton(65, 72);
-constexpr QSize SignalTestSize(1000, 650);
-constexpr QPoint AllTestButton(175, 605);
-constexpr QRect SignalPlot(70, 50, 880, 490);
-// On the light screen, which is the whole screen.
-constexpr QPoint XLight47(640, 760);
-constexpr QPoint MinAdcField(450, 110);
-constexpr QPoint SetButton(475, 261);
-constexpr QPoint SwitchButton(490, 340);
-constexpr QPoint PlusButton(435, 469);
-constexpr QPoint LightsExit(597, 480);
-constexpr int Targets = 4;
-
 constexpr uid_t SomeUser = 12345;
-
-bool within(int ms, const std::function<bool()> &condition)
-{
-    return QTest::qWaitFor(condition, ms);
-}
-
-bool inTime(const std::function<bool()> &condition)
-{
-    return within(PatienceMs, condition);
-}
 
 int entriesOf(const QString &folder)
 {
@@ -88,222 +44,11 @@ int entriesOf(const QString &folder)
     return gone ? -1 : int(std::distance(begin(entries), end(entries)));
 }
 
-// Windows as the window manager lists them.
-
-struct Window
-{
-    xcb_window_t id = XCB_WINDOW_NONE;
-    QRect geometry; // on the screen, without the frame
-};
-
-template <typename Reply>
-using Answer = std::unique_ptr<Reply, decltype(&std::free)>;
-
-xcb_connection_t *display()
-{
-    return qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
-}
-
-QByteArray property(xcb_window_t window, const char *name)
-{
-    xcb_connection_t *x = display();
-    const Answer<xcb_intern_atom_reply_t> atom(
-        xcb_intern_atom_reply(x, xcb_intern_atom(x, 0, uint16_t(qstrlen(name)), name), nullptr),
-        &std::free);
-    if (!atom)
-        return {};
-    constexpr uint32_t MaxWords = 1024;
-    const Answer<xcb_get_property_reply_t> value(
-        xcb_get_property_reply(
-            x, xcb_get_property(x, 0, window, atom->atom, XCB_ATOM_ANY, 0, MaxWords), nullptr),
-        &std::free);
-    if (!value)
-        return {};
-    return {static_cast<const char *>(xcb_get_property_value(value.get())),
-            xcb_get_property_value_length(value.get())};
-}
-
-std::optional<Window> windowSized(QByteArrayView title, QSize size)
-{
-    xcb_connection_t *x = display();
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
-    const QByteArray list = property(root, "_NET_CLIENT_LIST");
-    for (qsizetype i = 0; i + qsizetype(sizeof(xcb_window_t)) <= list.size();
-         i += qsizetype(sizeof(xcb_window_t))) {
-        xcb_window_t id = XCB_WINDOW_NONE;
-        std::copy_n(list.constData() + i, sizeof id, reinterpret_cast<char *>(&id));
-        if (property(id, "_NET_WM_NAME") != title)
-            continue;
-        const Answer<xcb_get_geometry_reply_t> geometry(
-            xcb_get_geometry_reply(x, xcb_get_geometry(x, id), nullptr), &std::free);
-        const Answer<xcb_get_window_attributes_reply_t> attributes(
-            xcb_get_window_attributes_reply(x, xcb_get_window_attributes(x, id), nullptr),
-            &std::free);
-        const Answer<xcb_translate_coordinates_reply_t> place(
-            xcb_translate_coordinates_reply(x, xcb_translate_coordinates(x, id, root, 0, 0),
-                                            nullptr),
-            &std::free);
-        if (!geometry || !attributes || !place || attributes->map_state != XCB_MAP_STATE_VIEWABLE)
-            continue;
-        if (QSize(geometry->width, geometry->height) == size)
-            return Window{id, QRect(QPoint(place->dst_x, place->dst_y), size)};
-    }
-    return {};
-}
-
 // How this process draws a part of a dialog of the tool's.
 QImage drawn(QDialog &dialog, const QRect &part)
 {
     return dialog.grab(part).toImage().convertToFormat(QImage::Format_RGB32);
 }
-
-QImage seen(const QRect &part)
-{
-    return QGuiApplication::primaryScreen()
-        ->grabWindow(0, part.x(), part.y(), part.width(), part.height())
-        .toImage()
-        .convertToFormat(QImage::Format_RGB32);
-}
-
-bool isBlank(const QImage &image)
-{
-    QImage ground(image.size(), image.format());
-    ground.fill(image.pixel(0, 0));
-    return image == ground;
-}
-
-QRect wholeScreen()
-{
-    return QGuiApplication::primaryScreen()->geometry();
-}
-
-bool showsCalibration()
-{
-    return windowSized("MalvoTools", wholeScreen().size()).has_value();
-}
-
-std::optional<Window> question()
-{
-    return windowSized("MalvoTools", QuestionSize);
-}
-
-QPoint targetAt(int number)
-{
-    const int right = wholeScreen().width() / 8 * 7;
-    const int bottom = wholeScreen().height() / 8 * 7;
-    const int left = wholeScreen().width() / 8;
-    const int top = wholeScreen().height() / 8;
-    const std::array<QPoint, Targets> places{QPoint(left, top), QPoint(right, top),
-                                             QPoint(right, bottom), QPoint(left, bottom)};
-    return places.at(size_t(number));
-}
-
-// All four arms of a white cross on blue, between rings of 16 to 24 pixels and of 24 to 32.
-bool showsTarget(QPoint place)
-{
-    constexpr int Arm = 20;
-    constexpr int Beside = 46;
-    const QImage image = seen(QRect(place - QPoint(Beside, Beside), QSize(2 * Beside, 2 * Beside)));
-    const QPoint centre(Beside, Beside);
-    const auto isWhite = [&image](QPoint at) {
-        for (int dx = -2; dx <= 2; ++dx) {
-            if (qRed(image.pixel(at + QPoint(dx, 0))) > 200)
-                return true;
-        }
-        return false;
-    };
-    return isWhite(centre + QPoint(Arm, Arm)) && isWhite(centre + QPoint(-Arm, Arm)) &&
-           isWhite(centre + QPoint(Arm, -Arm)) && isWhite(centre + QPoint(-Arm, -Arm)) &&
-           image.pixelColor(0, Beside) == QColor(Qt::blue);
-}
-
-bool click(QPoint place, int button = 1)
-{
-    return QProcess::execute(u"xdotool"_s, {u"mousemove"_s, QString::number(place.x()),
-                                            QString::number(place.y()), u"click"_s,
-                                            QString::number(button)}) == 0;
-}
-
-bool press(const QString &key)
-{
-    return QProcess::execute(u"xdotool"_s, {u"key"_s, key}) == 0;
-}
-
-// A program whose words are kept.
-class Program
-{
-public:
-    ~Program()
-    {
-        if (process.state() != QProcess::NotRunning) {
-            process.kill();
-            process.waitForFinished();
-        }
-    }
-
-    bool start(const QString &path, const QStringList &arguments = {})
-    {
-        QObject::connect(&process, &QProcess::readyReadStandardOutput, &process,
-                         [this] { output += process.readAllStandardOutput(); });
-        QObject::connect(&process, &QProcess::readyReadStandardError, &process,
-                         [this] { errors += process.readAllStandardError(); });
-        process.start(path, arguments);
-        return process.waitForStarted();
-    }
-    void write(const QByteArray &line) { process.write(line + '\n'); }
-    // Ended with exit code 0, by now or in a while.
-    bool endsWell()
-    {
-        return inTime([this] { return process.state() == QProcess::NotRunning; }) &&
-               process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-    }
-    QString folder() const { return u"/proc/%1/"_s.arg(process.processId()); }
-
-    QProcess process;
-    QByteArray output;
-    QByteArray errors;
-};
-
-// The virtual frame, steered by lines.
-class VirtualFrame : public Program
-{
-public:
-    bool begin()
-    {
-        return start(QStringLiteral(QUORVEL_SIM_PROGRAM), {u"usb"_s, u"--unplugged"_s}) &&
-               waitAnswers(1);
-    }
-    // The answer to a command; empty when none came.
-    QByteArray tell(const QByteArray &command)
-    {
-        const qsizetype before = answers().size();
-        write(command);
-        return waitAnswers(before + 1) ? answers().last() : QByteArray();
-    }
-    bool does(const QByteArray &command)
-    {
-        return tell(command).startsWith("ok " + command.split(' ').first());
-    }
-    bool stateHas(const QByteArray &word) { return tell("state").split(' ').contains(word); }
-    qsizetype heard(const QByteArray &words) const { return output.count(words); }
-
-private:
-    QList<QByteArray> answers() const
-    {
-        QList<QByteArray> found;
-        for (const QByteArray *text : {&output, &errors}) {
-            for (const QByteArray &line : text->left(text->lastIndexOf('\n') + 1).split('\n')) {
-                if (line.startsWith("ok ") || line.startsWith("error:"))
-                    found += line;
-            }
-        }
-        return found;
-    }
-    bool waitAnswers(qsizetype count)
-    {
-        return inTime([this, count] { return answers().size() >= count; });
-    }
-};
 
 const QByteArray AskedForVersion = "host > frame  firmware: read  [A3 00 00]";
 const QByteArray ToldVersion = "frame > host  firmware: revision";
@@ -344,8 +89,6 @@ private:
     QString startTool(std::optional<gid_t> group = {});
     QString plugIn();
     QString touchTargets(int count);
-    QString openGestures();
-    QString openDiagnostics();
     bool statusChanged() const { return status() != unlinked; }
     QImage status() const { return seen(StatusLine.translated(window.geometry.topLeft())); }
     bool startsAs(Program &program, const QStringList &arguments, std::optional<gid_t> group);
@@ -372,7 +115,7 @@ void TestKernel::initTestCase()
 void TestKernel::init()
 {
     frame = std::make_unique<VirtualFrame>();
-    QVERIFY2(frame->begin(), "quorvel-sim did not start");
+    QVERIFY2(frame->begin({u"usb"_s, u"--unplugged"_s}), "quorvel-sim did not start");
 }
 
 void TestKernel::cleanup()
@@ -518,66 +261,10 @@ QString TestKernel::plugIn()
     return {};
 }
 
-// Opens the calibration screen and touches the first targets, each when it is shown and the frame
-// waits for it. Touches come to the frame, as a finger's do, not to the mouse.
 QString TestKernel::touchTargets(int count)
 {
-    const auto asked = [this](int step) {
-        return frame->heard("host > frame  calibration: step " + QByteArray::number(step));
-    };
-    std::array<qsizetype, Targets> before{};
-    for (int target = 0; target < count; ++target)
-        before.at(size_t(target)) = asked(target + 1);
-    if (!click(window.geometry.topLeft() + CalibrationButton))
-        return u"the mouse could not be clicked"_s;
-    if (!inTime(showsCalibration))
-        return u"the calibration screen did not open"_s;
-    for (int target = 0; target < count; ++target) {
-        const QPoint place = targetAt(target);
-        if (!inTime([place] { return showsTarget(place); }))
-            return u"target %1 is not shown"_s.arg(target);
-        if (!inTime([&, target] { return asked(target + 1) > before.at(size_t(target)); }))
-            return u"the tool did not answer step %1"_s.arg(target + 1);
-        keepPicture(u"target-%1"_s.arg(target));
-        if (!frame->does("touch " + QByteArray::number(place.x()) + ' ' +
-                         QByteArray::number(place.y())))
-            return u"target %1 was not touched"_s.arg(target);
-    }
-    return {};
-}
-
-// Through the context menu of the main window and the usage dialog.
-QString TestKernel::openGestures()
-{
-    if (!click(window.geometry.topLeft() + StatusLine.center(), 3))
-        return u"the mouse could not be clicked"_s;
-    std::optional<Window> usage;
-    // The menu takes the key once it is there; the dialog does nothing with it.
-    if (!inTime([&usage] {
-            return (usage = windowSized("MalvoTools", UsageSize)) || !press(u"s"_s);
-        }) ||
-        !usage)
-        return u"the usage dialog did not open"_s;
-    if (!click(usage->geometry.topLeft() + AdvanceButton))
-        return u"the mouse could not be clicked"_s;
-    if (!inTime([] { return windowSized("Advanced Setting", GesturesSize).has_value(); }))
-        return u"the gesture dialog did not open"_s;
-    return {};
-}
-
-// From the gestures, by the key that opens the menu of the diagnostics.
-QString TestKernel::openDiagnostics()
-{
-    if (QString problem = openGestures(); !problem.isEmpty())
-        return problem;
-    if (!click(windowSized("Advanced Setting", GesturesSize)->geometry.topLeft() +
-               DoubleClickRange))
-        return u"the mouse could not be clicked"_s;
-    if (!press(u"c"_s))
-        return u"the key could not be pressed"_s;
-    if (!inTime([] { return windowSized("MalvoTools", DiagnosticsSize).has_value(); }))
-        return u"the menu of the diagnostics did not open"_s;
-    return {};
+    return outside::touchTargets(*frame, window.geometry.topLeft(), count,
+                                 [this](const QString &picture) { keepPicture(picture); });
 }
 
 void TestKernel::plugging_in_connects_and_unplugging_disconnects()
@@ -683,7 +370,7 @@ void TestKernel::gestures_that_were_applied_are_sent_again_after_a_replug()
     QCOMPARE(frame->heard(defaults), 1);
     QVERIFY(frame->output.indexOf(defaults) < frame->output.indexOf(AskedForVersion));
 
-    QCOMPARE(openGestures(), QString());
+    QCOMPARE(openGestures(window.geometry.topLeft()), QString());
     const QPoint dialog = windowSized("Advanced Setting", GesturesSize)->geometry.topLeft();
     QVERIFY(click(dialog + LongerButton));
     QVERIFY(click(dialog + ApplyButton));
@@ -780,17 +467,9 @@ void TestKernel::a_signal_test_draws_both_axes_and_ends_with_the_cable()
     const auto shows = [&opened](QColor colour) {
         constexpr int Many = 100;
         const std::optional<Window> test = opened();
-        if (!test)
-            return false;
-        const QImage plot = seen(SignalPlot.translated(test->geometry.topLeft()));
-        int count = 0;
-        for (int y = 0; y < plot.height(); ++y) {
-            for (int x = 0; x < plot.width(); ++x)
-                count += plot.pixelColor(x, y) == colour ? 1 : 0;
-        }
-        return count > Many;
+        return test && plotted(*test, colour) > Many;
     };
-    QCOMPARE(openDiagnostics(), QString());
+    QCOMPARE(openDiagnostics(window.geometry.topLeft()), QString());
     QVERIFY(click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + TestButton));
     QVERIFY(inTime([&] { return opened().has_value(); }));
     QVERIFY(click(opened()->geometry.topLeft() + AllTestButton));
@@ -810,27 +489,19 @@ void TestKernel::a_light_is_adjusted_and_switched_and_settings_are_read_back()
 {
     QCOMPARE(startTool(), QString());
     QCOMPARE(plugIn(), QString());
-    QCOMPARE(openDiagnostics(), QString());
+    QCOMPARE(openDiagnostics(window.geometry.topLeft()), QString());
     const QPoint menu = windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft();
     const auto opened = [] { return windowSized("Dialog", wholeScreen().size()).has_value(); };
-    // Until counts and light have been read, a click does nothing.
-    const auto clickUntil = [this](QPoint button, const QByteArray &words) {
-        return inTime([&] {
-                   return !click(button) ||
-                          within(SilenceMs, [&] { return frame->heard(words) > 0; });
-               }) &&
-               frame->heard(words) > 0;
-    };
     QVERIFY(click(menu + LightsButton));
     QVERIFY(inTime(opened));
     QVERIFY(inTime([this] { return frame->heard("frame > host  adc: range 3800 to 4000") > 0; }));
-    QVERIFY(clickUntil(XLight47, "host > frame  light X 47: read"));
-    QVERIFY(clickUntil(PlusButton, "host > frame  light X 47: set offset 1"));
+    QVERIFY(clickUntilHeard(*frame, XLight47, "host > frame  light X 47: read"));
+    QVERIFY(clickUntilHeard(*frame, PlusButton, "host > frame  light X 47: set offset 1"));
     QVERIFY(inTime([this] { return frame->heard("frame > host  light X 47: on, offset 1") > 0; }));
     keepPicture(u"adjusted"_s);
-    QVERIFY(clickUntil(SwitchButton, "host > frame  light X 47: switch off"));
+    QVERIFY(clickUntilHeard(*frame, SwitchButton, "host > frame  light X 47: switch off"));
     QVERIFY(inTime([this] { return frame->heard("frame > host  light X 47: off") > 0; }));
-    QVERIFY(clickUntil(SwitchButton, "host > frame  light X 47: switch on"));
+    QVERIFY(clickUntilHeard(*frame, SwitchButton, "host > frame  light X 47: switch on"));
 
     QVERIFY(click(MinAdcField));
     QVERIFY(press(u"ctrl+a"_s));
