@@ -10,6 +10,7 @@
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/connect_dlg.h"
 #include "dialogs/lightset_dlg.h"
+#include "dialogs/present.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/setting_dlg.h"
 #include "dialogs/smoothing_dlg.h"
@@ -78,13 +79,6 @@ QString advice(const NodeProblem &problem)
     return MainWindow::tr("A touch frame is at %1 but it cannot be opened (%2). Unplug it and plug "
                           "it in again.")
         .arg(problem.node, cause);
-}
-
-void present(QWidget *window)
-{
-    window->show();
-    window->raise();
-    window->activateWindow();
 }
 
 } // namespace
@@ -434,12 +428,7 @@ void MainWindow::doRegisterForDevNotification()
 
 void MainWindow::DefUartData()
 {
-    defUartData.BaudRate = BAUD9600;
-    defUartData.DataBits = DATA_8;
-    defUartData.StopBits = STOP_1;
-    defUartData.Parity = PAR_NONE;
-    defUartData.FlowControl = FLOW_OFF;
-    defUartData.Timeout_Millisec = 500;
+    defUartData = {};
 }
 
 bool MainWindow::OpenUart(const QString &portName, const PortSettings &settings)

@@ -1,5 +1,6 @@
 #include "setting_dlg.h"
 
+#include "present.h"
 #include "ui_setting_dlg.h"
 #include "useradv_dlg.h"
 
@@ -115,11 +116,8 @@ void Setting_dlg::on_AdvBtn_clicked()
 {
     if (parentWidget() == nullptr)
         return;
-    if (auto *advanced = parentWidget()->findChild<useradv_dlg *>()) {
-        advanced->show();
-        advanced->raise();
-        advanced->activateWindow();
-    }
+    if (auto *advanced = parentWidget()->findChild<useradv_dlg *>())
+        present(advanced);
 }
 
 void Setting_dlg::Get_Data()

@@ -2,6 +2,7 @@
 
 #include "advset_dlg.h"
 #include "device/commands.h"
+#include "present.h"
 #include "ui_useradv_dlg.h"
 
 #include <QHideEvent>
@@ -73,11 +74,8 @@ void useradv_dlg::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() != Qt::Key_C || !ui->dbran->hasFocus() || parentWidget() == nullptr)
         return;
-    if (auto *diagnostics = parentWidget()->findChild<advset_dlg *>()) {
-        diagnostics->show();
-        diagnostics->raise();
-        diagnostics->activateWindow();
-    }
+    if (auto *diagnostics = parentWidget()->findChild<advset_dlg *>())
+        present(diagnostics);
 }
 
 // Another program may have written the file.
