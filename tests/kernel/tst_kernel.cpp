@@ -390,6 +390,16 @@ void TestKernel::gestures_that_were_applied_are_sent_again_after_a_replug()
 
 void TestKernel::a_rotation_is_set_and_read_back()
 {
+    Rotation_dlg expected(nullptr);
+    expected.show(); // its texts are fitted then
+    auto *label = expected.findChild<QLabel *>(u"Rotationlab"_s);
+    label->setText(u"0"_s);
+    const QImage zero = drawn(expected, RotationShown);
+    label->setText(u"270"_s);
+    const QImage turned = drawn(expected, RotationShown);
+    expected.hide();
+    QVERIFY(zero != turned);
+
     QCOMPARE(startTool(), QString());
     QCOMPARE(plugIn(), QString());
     QVERIFY(frame->stateHas("rotation=0"));
@@ -400,13 +410,6 @@ void TestKernel::a_rotation_is_set_and_read_back()
         const std::optional<Window> dialog = opened();
         return dialog && seen(RotationShown.translated(dialog->geometry.topLeft())) == angle;
     };
-    Rotation_dlg expected(nullptr);
-    auto *label = expected.findChild<QLabel *>(u"Rotationlab"_s);
-    label->setText(u"0"_s);
-    const QImage zero = drawn(expected, RotationShown);
-    label->setText(u"270"_s);
-    const QImage turned = drawn(expected, RotationShown);
-    QVERIFY(zero != turned);
     QVERIFY(inTime([&] { return shows(zero); }));
 
     QVERIFY(click(opened()->geometry.topLeft() + Button270));
