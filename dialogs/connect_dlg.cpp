@@ -106,8 +106,11 @@ void connect_dlg::DoRecv03(UCHAR *)
 // Another program may have written the file, and adapters come and go.
 void connect_dlg::showEvent(QShowEvent *event)
 {
-    if (!event->spontaneous())
+    if (!event->spontaneous()) {
+        // Not before: it takes longer than all else of the tool's start.
+        listPorts();
         Get_Data();
+    }
     QDialog::showEvent(event);
 }
 
@@ -151,7 +154,6 @@ void connect_dlg::on_refreshButton_clicked()
 void connect_dlg::Get_Data()
 {
     ConnectData = xmlclass.read_connect();
-    listPorts();
     ui->portBox->setEditText(ConnectData.uartport);
     shownPort = ui->portBox->currentText();
     const PortSettings &settings = ConnectData.uartsetting;

@@ -93,6 +93,7 @@ private slots:
     {
         QCOMPARE(dialog->windowTitle(), u"Connect"_s);
         QCOMPARE(dialog->font().family(), u"Tahoma"_s);
+        dialog->show();
         QCOMPARE(items("portBox"), QStringList({u"ttyS0"_s, u"ttyUSB0"_s}));
         QVERIFY(box("portBox")->isEditable());
         QCOMPARE(
@@ -174,6 +175,8 @@ private slots:
         for (const QSerialPortInfo &info : QSerialPortInfo::availablePorts())
             names.append(info.portName());
         dialog = std::make_unique<connect_dlg>(nullptr);
+        QCOMPARE(items("portBox"), QStringList()); // a start does not wait for the list
+        dialog->show();
         QCOMPARE(items("portBox"), names);
     }
 
