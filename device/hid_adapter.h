@@ -33,7 +33,9 @@ public:
     // Fills the USB fields of hidver. False after success.
     virtual bool GetVersion() = 0;
     // What kept the last search from opening a device that is there.
-    virtual NodeProblem LastProblem() const = 0;
+    virtual NodeProblem LastProblem() const { return {}; }
+    // The path of the node found last; empty where there is no such thing.
+    virtual QString Node() const { return {}; }
 
 protected:
     HID_Adapter() = default;

@@ -181,7 +181,8 @@ void OP_HID_Adaptee::OpenDevice(int index)
     const char *node = hiddev_name[size_t(index)].data();
     const int opened = io.open(node);
     if (opened < 0) {
-        problem = {QString::fromLocal8Bit(node), errno};
+        const int error = errno;
+        problem = {QString::fromLocal8Bit(node), error};
         OP_CloseDevice();
         return;
     }
@@ -197,8 +198,9 @@ bool OP_HID_Adaptee::isTouchFrame(const char *node)
         return false;
     const int candidate = io.open(node);
     if (candidate < 0) {
+        const int error = errno;
         if (vendor)
-            problem = {QString::fromLocal8Bit(node), errno};
+            problem = {QString::fromLocal8Bit(node), error};
         return false;
     }
     bool matches = false;
@@ -310,6 +312,11 @@ bool OP_HID_Adapter::GetVersion()
 NodeProblem OP_HID_Adapter::LastProblem() const
 {
     return problem;
+}
+
+QString OP_HID_Adapter::Node() const
+{
+    return QString::fromLocal8Bit(hiddev_name[0].data());
 }
 
 int CheckIds(unsigned long vendorId, unsigned long productId, unsigned long flag)

@@ -36,7 +36,7 @@ public:
     static constexpr int MaxNodes = 16; // hiddev has no more minors
     static constexpr int NodeNameSize = 100;
 
-    explicit OP_HID_Adaptee(HiddevIo &io);
+    explicit OP_HID_Adaptee(HiddevIo &hiddev = HiddevIo::system());
     OP_HID_Adaptee(const OP_HID_Adaptee &) = delete;
     OP_HID_Adaptee &operator=(const OP_HID_Adaptee &) = delete;
     ~OP_HID_Adaptee();
@@ -50,8 +50,9 @@ public:
     bool OP_GetVersion();
 
 protected:
-    bool DevOpenedFlag = false; // main thread only
-    NodeProblem problem;        // main thread only
+    bool DevOpenedFlag = false;                                         // main thread only
+    NodeProblem problem;                                                // main thread only
+    std::array<std::array<char, NodeNameSize>, MaxNodes> hiddev_name{}; // the nodes last found
 
 private:
     bool isTouchFrame(const char *node);
@@ -60,7 +61,6 @@ private:
     // The open node, or -1: after a close the number may belong to any other socket or file.
     // Changed only while neither thread uses the device.
     int fd = -1;
-    std::array<std::array<char, NodeNameSize>, MaxNodes> hiddev_name{}; // the nodes last found
 };
 
 class OP_HID_Adapter final : public HID_Adapter, private OP_HID_Adaptee
@@ -76,6 +76,7 @@ public:
     bool DoFindDev(QString collection, bool open) override;
     bool GetVersion() override;
     NodeProblem LastProblem() const override;
+    QString Node() const override;
 };
 
 // 1 when flag is not 0 and the pair is one of the controller's 80 product ids, else 0.

@@ -3,6 +3,8 @@
 #include "link_log.h"
 #include "malvoutil.h"
 
+#include <QScopedValueRollback>
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -13,6 +15,8 @@ constexpr QChar CycleFinished(1);
 ReadReportThread::ReadReportThread(UCHAR *readBuf)
     : ReadBuf(readBuf)
 {
+    connect(this, &ReadReportThread::reportWaits, this, &ReadReportThread::deliver,
+            Qt::QueuedConnection);
 }
 
 ReadReportThread::~ReadReportThread()
@@ -29,16 +33,6 @@ void ReadReportThread::setHIDAdapter(HID_AdpterPacket::HID_Adapter *adapter, UCH
 void ReadReportThread::setReadBuf(UCHAR *readBuf)
 {
     ReadBuf = readBuf;
-}
-
-bool ReadReportThread::takeFrame()
-{
-    const std::lock_guard lock(waitingLock);
-    if (waiting.empty())
-        return false;
-    MALVOUTIL::Buf_util::CopyBuf(waiting.front().data(), ReadBuf, FrameSize);
-    waiting.pop_front();
-    return true;
 }
 
 void ReadReportThread::discardWaiting()
@@ -59,7 +53,7 @@ void ReadReportThread::run()
         Frame frame{};
         HID_Util->ReadReport(reportID, frame.data());
         enqueue(frame);
-        emit ReadOver(CycleFinished);
+        emit reportWaits(QPrivateSignal());
         pause(CyclePause);
     }
 }
@@ -82,4 +76,25 @@ void ReadReportThread::enqueue(const Frame &frame)
     if (report)
         qCWarning(lcLink, "%zu reports of the touch frame wait unread: the oldest are dropped",
                   MaxWaiting);
+}
+
+// Moves the oldest waiting report into the read buffer; false when none waits.
+bool ReadReportThread::takeFrame()
+{
+    const std::lock_guard lock(waitingLock);
+    if (waiting.empty())
+        return false;
+    MALVOUTIL::Buf_util::CopyBuf(waiting.front().data(), ReadBuf, FrameSize);
+    waiting.pop_front();
+    return true;
+}
+
+void ReadReportThread::deliver()
+{
+    // In the event loop of a receiver: whoever delivers its report goes on behind it.
+    if (delivering)
+        return;
+    const QScopedValueRollback guard(delivering, true);
+    while (takeFrame())
+        emit ReadOver(CycleFinished);
 }

@@ -6,6 +6,8 @@ StoppableThread::~StoppableThread() = default;
 
 void StoppableThread::start(Priority priority)
 {
+    if (isRunning())
+        return;
     {
         const std::lock_guard lock(stopLock);
         stop = false;
@@ -22,9 +24,9 @@ void StoppableThread::terminate()
     stopChanged.notify_all();
 }
 
-bool StoppableThread::waitFor(std::chrono::milliseconds time)
+bool StoppableThread::wait(QDeadlineTimer deadline)
 {
-    if (!QThread::wait(QDeadlineTimer(time)))
+    if (!QThread::wait(deadline))
         return false;
     // What the thread did is seen here through this lock too, which the thread sanitizer knows;
     // it cannot see Qt's.
@@ -32,14 +34,19 @@ bool StoppableThread::waitFor(std::chrono::milliseconds time)
     return true;
 }
 
+bool StoppableThread::wait(unsigned long milliseconds)
+{
+    return wait(QDeadlineTimer(qint64(milliseconds)));
+}
+
 bool StoppableThread::wait()
 {
-    if (waitFor(StopBudget))
+    if (wait(QDeadlineTimer(StopBudget)))
         return true;
     qCWarning(lcLink, "%s has been stuck in one call for %lld ms and is killed",
               metaObject()->className(), static_cast<long long>(StopBudget.count()));
     QThread::terminate();
-    return waitFor(StopBudget);
+    return wait(QDeadlineTimer(StopBudget));
 }
 
 bool StoppableThread::stopRequested() const

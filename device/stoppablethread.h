@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDeadlineTimer>
 #include <QThread>
 
 #include <chrono>
@@ -19,12 +20,14 @@ public:
     StoppableThread() = default;
     ~StoppableThread() override;
 
+    // Nothing happens while it runs, also when it has been asked to end but has not ended yet.
     void start(Priority priority = InheritPriority);
     virtual void terminate();
-    // True when the thread has ended by itself in this time, or did not run.
-    bool waitFor(std::chrono::milliseconds time);
     // True when the thread has ended. One that is still busy after the budget is killed.
     bool wait();
+    // True when the thread has ended by itself in time, or did not run.
+    bool wait(QDeadlineTimer deadline);
+    bool wait(unsigned long milliseconds);
 
 signals:
     void terminated();

@@ -230,6 +230,19 @@ void Calibration_Dlg::OnDeviceLost()
         question->reject();
 }
 
+void Calibration_Dlg::OnLinkEnding(bool deviceGone)
+{
+    if (deviceGone) {
+        OnDeviceLost();
+        return;
+    }
+    const bool under = m_IsCali != 0 || question;
+    OnDeviceLost();
+    if (under)
+        SendCalReset();
+    hide();
+}
+
 void Calibration_Dlg::ontimer()
 {
     ellipse_step = (ellipse_step + 1) % Phases;

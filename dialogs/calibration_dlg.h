@@ -65,6 +65,7 @@ public slots:
     // The device is gone: until the next showing nothing is sent and nothing asked, and a question
     // that is being asked goes away.
     void OnDeviceLost();
+    void OnLinkEnding(bool deviceGone);
 
 protected:
     void paintEvent(QPaintEvent *event) override;

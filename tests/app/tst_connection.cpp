@@ -1,4 +1,5 @@
 #include "app/mainwindow.h"
+#include "device/posix_qextserialport.h"
 #include "dialogs/advconnect_dlg.h"
 #include "dialogs/connect_dlg.h"
 #include "dialogs/smoothing_dlg.h"
@@ -268,7 +269,7 @@ private slots:
         QVERIFY(!state().contains(u"cannot"_s) && !state().contains(u"already"_s));
     }
 
-    void after_a_take_over_and_an_unplug_the_port_opens_again()
+    void after_a_take_over_and_an_unplug_the_port_is_closed_and_opens_again()
     {
         Pty line;
         openByDialog(line.path());
@@ -277,7 +278,10 @@ private slots:
         frame->present = false;
         window->OnDeviceRemoved();
         QCOMPARE(window->connectState(), MainWindow::NotConnected);
-        QVERIFY(state().contains(u"is open but not used"_s));
+        QVERIFY(!window->findChild<Posix_QextSerialPort *>()->isOpen());
+        QCOMPARE(state(), u"No touch frame is connected, no serial port is open.\n"
+                          "The frame on USB that had taken over from the serial port %1 is gone. "
+                          "Open the port again to use it."_s.arg(line.path()));
         press("openButton");
         QCOMPARE(window->connectState(), MainWindow::SerialOpen);
         QVERIFY(state().startsWith(u"The serial port"_s));

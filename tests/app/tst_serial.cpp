@@ -135,6 +135,7 @@ private slots:
     void each_baud_command_leaves_at_its_own_rate_and_then_the_port_changes_data();
     void each_baud_command_leaves_at_its_own_rate_and_then_the_port_changes();
     void the_baud_commands_of_a_second_opening_leave_at_the_same_rates();
+    void a_second_opening_announces_the_rate_in_the_default_format();
     void every_rate_is_set_or_refused_with_a_reason_data();
     void every_rate_is_set_or_refused_with_a_reason();
     void every_character_format_is_set_or_refused_with_a_reason_data();
@@ -166,7 +167,7 @@ private slots:
     void a_hang_up_costs_no_processor_time();
     void nothing_is_written_to_a_closed_port_data();
     void nothing_is_written_to_a_closed_port();
-    void closing_a_closed_port_changes_nothing();
+    void closing_leaves_the_state_closed_whatever_it_was();
     void a_hang_up_under_a_usb_frame_changes_nothing_that_shows();
 };
 
@@ -227,6 +228,26 @@ void tst_serial::the_baud_commands_of_a_second_opening_leave_at_the_same_rates()
     beforeSettingsChange = {};
     QCOMPARE(rates, (QList<int>{9600, 57600, 115200}));
     QCOMPARE(int(line->settings().c_ospeed), 57600);
+}
+
+void tst_serial::a_second_opening_announces_the_rate_in_the_default_format()
+{
+    const PortSettings twoStopBits{.StopBits = STOP_2};
+    const auto line = openLine(twoStopBits);
+    QVERIFY(line->settings().c_cflag & CSTOPB);
+    window->CLoseUart();
+    int announced = 0;
+    int wrong = 0;
+    beforeSettingsChange = [&] {
+        if (line->waiting() <= announced)
+            return;
+        announced = line->waiting();
+        wrong += line->settings().c_cflag & CSTOPB ? 1 : 0;
+    };
+    QVERIFY(window->OpenUart(line->node, twoStopBits));
+    QCOMPARE(announced, 33);
+    QCOMPARE(wrong, 0);
+    QVERIFY(line->settings().c_cflag & CSTOPB);
 }
 
 void tst_serial::every_rate_is_set_or_refused_with_a_reason_data()
@@ -598,16 +619,29 @@ void tst_serial::nothing_is_written_to_a_closed_port()
         QCOMPARE(line->take(4096, SettleMs), QByteArray());
 }
 
-void tst_serial::closing_a_closed_port_changes_nothing()
+void tst_serial::closing_leaves_the_state_closed_whatever_it_was()
 {
-    window->CLoseUart();
     QCOMPARE(window->connectState(), MainWindow::NotConnected);
+    window->CLoseUart();
+    QCOMPARE(window->connectState(), MainWindow::SerialClosed);
+    QVERIFY(!window->OpenUart(u"ttyQuorvel7"_s, {}));
+    QCOMPARE(window->connectState(), MainWindow::SerialFailed);
+    window->CLoseUart();
+    QCOMPARE(window->connectState(), MainWindow::SerialClosed);
     const auto line = openLine();
     window->CLoseUart();
     window->CLoseUart();
     QCOMPARE(window->connectState(), MainWindow::SerialClosed);
     QVERIFY(window->OpenUart(line->node, {}));
     QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+
+    frame->present = true;
+    window->OnDeviceAdded();
+    QCOMPARE(window->connectState(), MainWindow::UsbConnected);
+    window->CLoseUart();
+    QCOMPARE(window->connectState(), MainWindow::SerialClosed);
+    QCOMPARE(frame->nowReading.load(), 0);
+    QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected); // still plugged in
 }
 
 void tst_serial::a_hang_up_under_a_usb_frame_changes_nothing_that_shows()

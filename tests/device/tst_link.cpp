@@ -1,29 +1,46 @@
-// The reader, the writer and a receiver that is busy, on a simulated frame.
+// The product's own link on simulated and on fake frames and serial lines, without any window:
+// what the main window, a command line program and the thread sanitizer meet.
 
-#include "device/readreportthread.h"
-#include "device/writereportthread.h"
+#include "device/link.h"
+#include "device/link_log.h"
+#include "device/seriallink.h"
+#include "device/usblink.h"
 #include "sim/sim_adapter.h"
+#include "tests/support/fakeadapter.h"
+#include "tests/support/farend.h"
 
+#include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
+#include <cstring>
 #include <thread>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
 
-constexpr UCHAR ReportId = 0xFC;
+sim::Profile largest()
+{
+    sim::Profile profile;
+    profile.lightsX = 500;
+    profile.lightsY = 350;
+    return profile;
+}
 
-// Stands for the main window: takes every frame that the reader hands over.
+// All that a link hands out, until it goes.
 class Receiver : public QObject
 {
 public:
-    Receiver(ReadReportThread &reader, Frame &buffer)
+    explicit Receiver(const Link &link)
     {
-        connect(&reader, &ReadReportThread::ReadOver, this, [this, &reader, &buffer] {
-            while (reader.takeFrame())
-                frames.append(QByteArray(reinterpret_cast<char *>(buffer.data()), FrameSize));
+        connect(&link, &Link::received, this, [this](const UCHAR *frame) {
+            frames.append(QByteArray(reinterpret_cast<const char *>(frame), FrameSize));
         });
+        connect(&link, &Link::stateChanged, this,
+                [this](const Link::State &state) { states.append(state); });
+        connect(&link, &Link::aboutToEnd, this, [this](Link::End how) { ends.append(how); });
     }
 
     // First lights of the X pages received, without repeats.
@@ -37,57 +54,46 @@ public:
         }
         return firsts;
     }
+    QByteArrayList heads(qsizetype bytes) const
+    {
+        QByteArrayList all;
+        for (const QByteArray &frame : frames)
+            all.append(frame.first(bytes).toHex(' ').toUpper());
+        return all;
+    }
 
     QByteArrayList frames;
+    QList<Link::State> states;
+    QList<Link::End> ends;
 };
 
-sim::Profile largest()
+void send(Link &link, const QByteArray &hex)
 {
-    sim::Profile profile;
-    profile.lightsX = 500;
-    profile.lightsY = 350;
-    return profile;
+    const QByteArray bytes = QByteArray::fromHex(hex);
+    Frame frame{};
+    memcpy(frame.data(), bytes.constData(), size_t(bytes.size()));
+    link.send(frame.data());
 }
 
-struct Link
+// A fake frame and its link.
+struct Fake
 {
-    explicit Link(sim::Profile profile, sim::FaultPlan faults = {})
-        : adapter(std::move(profile), std::move(faults))
-        , reader(received.data())
-        , writer(toSend.data())
-        , receiver(reader, received)
+    Fake() { adapter->present = false; }
+
+    void plug()
     {
-        reader.setHIDAdapter(&adapter, ReportId);
-        writer.setHIDAdapter(&adapter, ReportId);
+        adapter->present = true;
+        link.deviceAdded();
     }
-    void open()
+    void unplug()
     {
-        adapter.DoFindDev(QString(), true);
-        reader.start();
-    }
-    void close()
-    {
-        reader.terminate();
-        reader.wait();
-        writer.terminate();
-        writer.wait();
-        adapter.CloseDevice();
-        reader.discardWaiting();
-    }
-    void send(const QByteArray &bytes)
-    {
-        writer.wait();
-        toSend = {};
-        memcpy(toSend.data(), bytes.constData(), size_t(bytes.size()));
-        writer.start();
+        adapter->present = false;
+        link.deviceRemoved();
     }
 
-    sim::SimAdapter adapter;
-    Frame received{};
-    Frame toSend{};
-    ReadReportThread reader;
-    writereportthread writer;
-    Receiver receiver;
+    std::shared_ptr<FakeAdapter> adapter = std::make_shared<FakeAdapter>();
+    Link link{adapter};
+    Receiver receiver{link};
 };
 
 } // namespace
@@ -97,35 +103,39 @@ class tst_link : public QObject
     Q_OBJECT
 
 private slots:
+    void init() { hidver = {}; }
+
+    // A simulated frame
+
     void every_page_of_a_scan_arrives_through_a_receiver_busy_for_two_seconds()
     {
-        Link link(largest());
-        link.open();
-        link.send(QByteArray::fromHex("00 A5 00"));
-        link.send(QByteArray::fromHex("00 A5 01"));
+        Link link(std::make_shared<sim::SimAdapter>(largest()));
+        const Receiver receiver(link);
+        link.start();
+        send(link, "00 A5 00");
+        send(link, "00 A5 01");
         std::this_thread::sleep_for(2s);
         // Ten pages of 55 lights, each read at least once meanwhile.
-        QTRY_COMPARE(link.receiver.pages(),
-                     QList<int>({0, 55, 110, 165, 220, 275, 330, 385, 440, 495}));
-        QCOMPARE(link.reader.droppedFrames(), quint64(0));
-        link.close();
+        QTRY_COMPARE(receiver.pages(), QList<int>({0, 55, 110, 165, 220, 275, 330, 385, 440, 495}));
     }
 
     void frames_are_whole_while_both_threads_and_touches_are_at_work()
     {
-        Link link(largest());
-        link.open();
+        const auto adapter = std::make_shared<sim::SimAdapter>(largest());
+        Link link(adapter);
+        const Receiver receiver(link);
+        link.start();
         const auto end = std::chrono::steady_clock::now() + 3s;
         while (std::chrono::steady_clock::now() < end) {
-            link.send(QByteArray::fromHex("00 A5 00"));
-            link.send(QByteArray::fromHex("00 A5 01"));
-            link.adapter.touch(QPoint(10, 10));
+            send(link, "00 A5 00");
+            send(link, "00 A5 01");
+            adapter->touch(QPoint(10, 10));
             QTest::qWait(100);
         }
-        link.close();
+        link.end();
         // Every light of this frame is well lit: a torn page would show dark ones.
         int pages = 0;
-        for (const QByteArray &frame : link.receiver.frames) {
+        for (const QByteArray &frame : receiver.frames) {
             if (!frame.startsWith("\xFC\xA5\x81"))
                 continue;
             ++pages;
@@ -138,37 +148,377 @@ private slots:
         QVERIFY(pages > 10);
     }
 
-    void nothing_of_a_removed_device_arrives()
+    void nothing_of_a_removed_device_arrives_whatever_it_was_at_data()
     {
-        Link link(sim::Profile{});
-        for (int round = 0; round < 10; ++round) {
-            link.adapter.plug();
-            link.open();
-            link.send(QByteArray::fromHex("00 A3 00"));
-            QTRY_VERIFY(!link.receiver.frames.isEmpty());
-            std::this_thread::sleep_for(100ms);
-            link.adapter.unplug();
-            link.close();
-            link.receiver.frames.clear();
+        QTest::addColumn<int>("pauseMs");
+        for (const int ms : {0, 5, 20, 51, 60, 66, 70, 100})
+            QTest::addRow("%d ms after a send", ms) << ms;
+    }
+    void nothing_of_a_removed_device_arrives_whatever_it_was_at()
+    {
+        QFETCH(const int, pauseMs);
+        const auto adapter = std::make_shared<sim::SimAdapter>(sim::Profile());
+        Link link(adapter);
+        Receiver receiver(link);
+        for (int round = 0; round < 3; ++round) {
+            adapter->plug();
+            link.deviceAdded();
+            QTRY_COMPARE(link.kind(), Link::UsbConnected);
+            QTRY_VERIFY(!receiver.frames.isEmpty());
+            send(link, "00 A3 00");
+            std::this_thread::sleep_for(std::chrono::milliseconds(pauseMs));
+            adapter->unplug();
+            link.deviceRemoved();
+            QCOMPARE(link.kind(), Link::NotConnected);
+            receiver.frames.clear();
             QTest::qWait(20);
-            QVERIFY(link.receiver.frames.isEmpty());
+            QVERIFY(receiver.frames.isEmpty());
         }
     }
 
     void an_unplug_in_the_middle_of_a_stall_ends_the_stall()
     {
         QString problem;
-        const auto plan = sim::FaultPlan::parse(QStringLiteral("at 3 stall 60s"),
-                                                QStringLiteral("plan"), &problem);
+        const auto plan = sim::FaultPlan::parse(u"at 3 stall 60s"_s, u"plan"_s, &problem);
         QVERIFY2(plan, qPrintable(problem));
-        Link link(sim::Profile{}, *plan);
-        link.open();
-        QTRY_VERIFY(link.adapter.transfers() >= 3);
+        const auto adapter = std::make_shared<sim::SimAdapter>(sim::Profile(), *plan);
+        Link link(adapter);
+        link.start();
+        QTRY_VERIFY(adapter->transfers() >= 3);
         std::this_thread::sleep_for(50ms);
         const auto begin = std::chrono::steady_clock::now();
-        link.adapter.unplug();
-        link.close();
+        adapter->unplug();
+        link.deviceRemoved();
         QVERIFY(std::chrono::steady_clock::now() - begin < 30s);
+    }
+
+    void two_hundred_links_come_and_go_with_reports_under_way()
+    {
+        const auto adapter = std::make_shared<sim::SimAdapter>(
+            sim::Profile(), sim::FaultPlan(), sim::SimOptions{.paced = false, .clock = {}});
+        Link link(adapter);
+        Receiver receiver(link);
+        for (int round = 0; round < 200; ++round) {
+            adapter->plug();
+            link.deviceAdded();
+            QCOMPARE(link.kind(), Link::UsbConnected);
+            if (round % 2 == 0)
+                send(link, "00 A7 02");
+            if (round % 20 == 0)
+                QTRY_VERIFY(!receiver.frames.isEmpty());
+            adapter->unplug();
+            link.deviceRemoved();
+            QCOMPARE(link.kind(), Link::NotConnected);
+            receiver.frames.clear();
+        }
+        QCoreApplication::processEvents();
+        QVERIFY(receiver.frames.isEmpty());
+    }
+
+    void the_linked_frame_says_what_it_is()
+    {
+        sim::Profile profile;
+        profile.release = 0x3011;
+        profile.revision = 0x003812;
+        Link link(std::make_shared<sim::SimAdapter>(profile));
+        connect(&link, &Link::received, &link, &Link::takeVersion);
+        link.start();
+        QVERIFY(link.readVersion());
+        QCOMPARE(hidver.VersionNumber, 0x3011u);
+        send(link, "00 A3 00");
+        QTRY_COMPARE(hidver.SVNNUM, 0x003812u);
+        link.end();
+        QCOMPARE(hidver.VersionNumber, 0u);
+        QCOMPARE(hidver.SVNNUM, 0u);
+    }
+
+    // Sending
+
+    void frames_sent_while_sending_go_out_in_order()
+    {
+        Fake fake;
+        fake.plug();
+        for (const char *frame : {"00 A7 00", "00 A7 02", "00 A5 00"})
+            send(fake.link, frame);
+        QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02", "a5 00"}));
+    }
+
+    void a_device_that_hangs_delays_frames_but_not_their_order()
+    {
+        Fake fake;
+        fake.plug();
+        fake.adapter->stallSends(true);
+        const auto begin = std::chrono::steady_clock::now();
+        for (const char *frame : {"00 A7 00", "00 A7 02", "00 A5 00", "00 A5 01"})
+            send(fake.link, frame);
+        // The second waits for half a second, those behind it do not.
+        QVERIFY(std::chrono::steady_clock::now() - begin < 2s);
+        QVERIFY(fake.adapter->sent().isEmpty());
+        fake.adapter->stallSends(false);
+        QTRY_COMPARE(fake.adapter->sentBytes(2),
+                     QByteArrayList({"a7 00", "a7 02", "a5 00", "a5 01"}));
+    }
+
+    void the_outbox_holds_64_frames_and_says_what_it_drops()
+    {
+        Fake fake;
+        fake.plug();
+        fake.adapter->stallSends(true);
+        send(fake.link, "00 A7 00"); // with the writer
+        for (int i = 0; i < 64; ++i)
+            send(fake.link, "00 A7 02");
+        QTest::ignoreMessage(QtWarningMsg,
+                             "64 frames wait for the touch frame: one more is dropped");
+        send(fake.link, "00 A5 00");
+        fake.adapter->stallSends(false);
+        QTRY_COMPARE_WITH_TIMEOUT(fake.adapter->sent().size(), 65, 20000);
+        QTest::qWait(150);
+        QCOMPARE(fake.adapter->sent().size(), 65);
+        QCOMPARE(fake.adapter->sentBytes(2).last(), QByteArray("a7 02"));
+    }
+
+    void a_failed_send_is_told_and_the_next_goes_out()
+    {
+        Fake fake;
+        fake.plug();
+        fake.adapter->sendFails = true;
+        QTest::ignoreMessage(QtWarningMsg, "a frame could not be sent to the touch frame");
+        send(fake.link, "00 A7 00");
+        QTRY_COMPARE(fake.adapter->sent().size(), 1);
+        QTest::qWait(50);
+        fake.adapter->sendFails = false;
+        send(fake.link, "00 A7 02");
+        QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02"}));
+    }
+
+    void without_a_link_frames_are_dropped()
+    {
+        Fake fake;
+        send(fake.link, "00 A7 00");
+        fake.plug();
+        QTest::qWait(100);
+        QCOMPARE(fake.adapter->sent().size(), 0);
+    }
+
+    void an_end_with_frames_waiting_sends_them_first()
+    {
+        Fake fake;
+        fake.plug();
+        fake.adapter->stallSends(true);
+        for (const char *frame : {"00 A7 00", "00 A7 02", "00 A5 00"})
+            send(fake.link, frame);
+        std::thread later([&fake] {
+            std::this_thread::sleep_for(100ms);
+            fake.adapter->stallSends(false);
+        });
+        fake.link.end();
+        later.join();
+        QCOMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02", "a5 00"}));
+        QCOMPARE(fake.adapter->closes.load(), 1);
+    }
+
+    void an_end_does_not_wait_for_a_device_that_takes_nothing()
+    {
+        Fake fake;
+        fake.plug();
+        fake.adapter->stallSends(true);
+        send(fake.link, "00 A7 00");
+        send(fake.link, "00 A7 02");
+        std::thread later([&fake] {
+            std::this_thread::sleep_for(1500ms);
+            fake.adapter->stallSends(false);
+        });
+        QTest::ignoreMessage(
+            QtWarningMsg, "the touch frame takes nothing any more: what waits for it is dropped");
+        fake.link.end();
+        later.join();
+        // The frame under way cannot be taken back, the other one is.
+        QCOMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00"}));
+    }
+
+    void threads_end_before_the_device_is_closed()
+    {
+        Fake fake;
+        fake.plug();
+        send(fake.link, "00 A7 00");
+        QTRY_VERIFY(fake.adapter->reads > 3);
+        fake.unplug();
+        QCOMPARE(fake.adapter->closes.load(), 1);
+        QCOMPARE(fake.adapter->usesAfterClose.load(), 0);
+    }
+
+    // Which link carries frames
+
+    void the_state_says_which_link_carries_frames()
+    {
+        FarEnd line;
+        Fake fake;
+        QCOMPARE(fake.link.kind(), Link::NotConnected);
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        QVERIFY(fake.link.state() == (Link::State{Link::SerialOpen, line.node, QString()}));
+        fake.plug();
+        QVERIFY(fake.link.state() == (Link::State{Link::UsbConnected, u"/dev/usb/fake"_s, {}}));
+        QCOMPARE(fake.link.openPort(), line.node);
+        fake.unplug();
+        QCOMPARE(fake.link.kind(), Link::NotConnected);
+        QCOMPARE(fake.link.openPort(), QString());
+        QVERIFY(fake.link.state().problem.contains(line.node));
+    }
+
+    void a_takeover_lets_what_was_begun_finish_on_the_line()
+    {
+        FarEnd line;
+        Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        QCOMPARE(line.take(33).size(), 33);
+        connect(&fake.link, &Link::aboutToEnd, &fake.receiver,
+                [&fake] { send(fake.link, "00 01 06"); });
+        fake.plug();
+        QCOMPARE(fake.receiver.ends, QList({Link::End::Replaced}));
+        QCOMPARE(line.take(8), QByteArray::fromHex("51 56 00 01 06 00 00 00"));
+        QTest::qWait(100);
+        QCOMPARE(fake.adapter->sent().size(), 0);
+    }
+
+    void closing_lets_what_was_begun_finish()
+    {
+        FarEnd line;
+        Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        QCOMPARE(line.take(33).size(), 33);
+        connect(&fake.link, &Link::aboutToEnd, &fake.receiver,
+                [&fake] { send(fake.link, "00 01 06"); });
+        fake.link.closeSerial();
+        QCOMPARE(fake.receiver.ends, QList({Link::End::Closed}));
+        QCOMPARE(line.take(8), QByteArray::fromHex("51 56 00 01 06 00 00 00"));
+    }
+
+    void a_frame_that_is_gone_is_sent_nothing_more()
+    {
+        Fake fake;
+        fake.plug();
+        connect(&fake.link, &Link::aboutToEnd, &fake.receiver,
+                [&fake] { send(fake.link, "00 01 06"); });
+        fake.unplug();
+        QCOMPARE(fake.receiver.ends, QList({Link::End::DeviceGone}));
+        fake.plug();
+        QTest::qWait(150);
+        QCOMPARE(fake.adapter->sent().size(), 0);
+    }
+
+    void a_port_that_does_not_open_leaves_the_usb_link_alone()
+    {
+        Fake fake;
+        fake.plug();
+        QVERIFY(!fake.link.openSerial(u"ttyQuorvel7"_s, {}));
+        QCOMPARE(fake.link.kind(), Link::UsbConnected);
+        QVERIFY(fake.receiver.ends.isEmpty());
+        QVERIFY2(fake.link.serialProblem().contains(u"There is no serial port"_s),
+                 qPrintable(fake.link.serialProblem()));
+        send(fake.link, "00 A7 02");
+        QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 02"}));
+    }
+
+    void a_port_that_opens_replaces_the_usb_link()
+    {
+        FarEnd line;
+        Fake fake;
+        fake.plug();
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        QCOMPARE(fake.receiver.ends, QList({Link::End::Replaced}));
+        QCOMPARE(fake.link.kind(), Link::SerialOpen);
+        QCOMPARE(fake.adapter->closes.load(), 1);
+        QCOMPARE(line.take(33).size(), 33);
+    }
+
+    void a_lost_line_closes_the_port_and_says_so()
+    {
+        FarEnd line;
+        Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        line.fd = {};
+        QTRY_COMPARE(fake.link.kind(), Link::SerialClosed);
+        QCOMPARE(fake.receiver.ends, QList({Link::End::DeviceGone}));
+        QCOMPARE(fake.link.openPort(), QString());
+        QVERIFY2(fake.receiver.states.last().problem.contains(u" is gone. "_s),
+                 qPrintable(fake.receiver.states.last().problem));
+    }
+
+    void a_problem_is_told_when_it_has_lasted()
+    {
+        Fake fake;
+        fake.adapter->present = false;
+        fake.adapter->setProblem({u"/dev/usb/hiddev3"_s, EACCES});
+        fake.link.start();
+        QVERIFY(fake.receiver.states.isEmpty());
+        QTRY_VERIFY(!fake.receiver.states.isEmpty());
+        QVERIFY(fake.receiver.states.first().problem.contains(u"/dev/usb/hiddev3"_s));
+        fake.adapter->setProblem({});
+        QTRY_COMPARE(fake.receiver.states.size(), 2);
+        QCOMPARE(fake.receiver.states.last().problem, QString());
+    }
+
+    // Two links at once
+
+    void a_serial_frame_that_comes_during_a_usb_receivers_event_loop_is_delivered_right_after()
+    {
+        FarEnd line;
+        Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        QCOMPARE(line.take(33).size(), 33);
+        fake.plug();
+        bool once = false;
+        connect(&fake.link, &Link::received, &fake.receiver, [&] {
+            if (std::exchange(once, true))
+                return;
+            fake.adapter->stallReads(true);
+            line.give(QByteArray::fromHex("51 56 FC A7 82 02 00 03 00 00"));
+            QTest::qWait(100);
+            QVERIFY(!fake.receiver.heads(3).contains("FC A7 82"));
+        });
+        QTRY_VERIFY(fake.receiver.heads(6).contains("FC A7 82 02 00 03"));
+        fake.adapter->stallReads(false);
+    }
+
+    void a_usb_report_that_comes_during_a_serial_receivers_event_loop_is_delivered_right_after()
+    {
+        FarEnd line;
+        Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        QCOMPARE(line.take(33).size(), 33);
+        bool once = false;
+        QByteArrayList behind;
+        connect(&fake.link, &Link::received, &fake.receiver, [&](const UCHAR *frame) {
+            if (frame[1] == 0xA7 && !std::exchange(once, true)) {
+                fake.plug();
+                QTest::qWait(200);
+            }
+        });
+        const Receiver later(fake.link);
+        line.give(QByteArray::fromHex("51 56 FC A7 82 02 00 03 00 00"));
+        QTRY_VERIFY(later.frames.size() > 3);
+        // The end of the serial link has wiped its frame before it came this far.
+        QCOMPARE(later.frames[0], QByteArray(FrameSize, '\0'));
+        for (int i = 1; i < 4; ++i) {
+            const UCHAR number = UCHAR(later.frames[i][60]);
+            QCOMPARE(int(number), i);
+        }
+    }
+
+    void a_version_reply_over_the_serial_line_changes_nothing()
+    {
+        FarEnd line;
+        Fake fake;
+        connect(&fake.link, &Link::received, &fake.link, &Link::takeVersion);
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        QCOMPARE(line.take(33).size(), 33);
+        line.give(QByteArray::fromHex("51 56 FC A3 80 02 00 12 38 01"));
+        QTRY_COMPARE(fake.receiver.frames.size(), 1);
+        QCOMPARE(hidver.SVNNUM, 0u);
+        fake.plug();
+        line.give(QByteArray::fromHex("51 56 FC A3 80 02 00 12 38 01"));
+        QTRY_VERIFY(fake.receiver.heads(3).count("FC A3 80") == 2);
+        QCOMPARE(hidver.SVNNUM, 0u);
     }
 };
 

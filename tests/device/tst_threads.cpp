@@ -33,6 +33,18 @@ public:
     QList<int> codes;
 };
 
+// The numbers of the reports that a reader tells of, as its buffer has them then.
+class Numbers : public QObject
+{
+public:
+    Numbers(const ReadReportThread &reader, const Frame &buffer)
+    {
+        connect(&reader, &ReadReportThread::ReadOver, this,
+                [this, &buffer] { numbers.append(FakeAdapter::numberOf(buffer.data())); });
+    }
+    QList<int> numbers;
+};
+
 } // namespace
 
 class tst_threads : public QObject
@@ -51,41 +63,113 @@ private slots:
         reader.start();
         QTRY_VERIFY(over.codes.size() >= 3);
         QCOMPARE(over.codes.first(), 1);
-        QVERIFY(reader.takeFrame());
         QCOMPARE(buffer[0], UCHAR(0xFC));
         QCOMPARE(buffer[1], UCHAR(0xA7));
-        QCOMPARE(FakeAdapter::numberOf(buffer.data()), 1);
+        QVERIFY(FakeAdapter::numberOf(buffer.data()) >= 3);
     }
 
-    void the_buffer_changes_only_when_a_frame_is_taken()
+    void the_buffer_holds_each_report_when_it_is_told_of()
     {
         FakeAdapter adapter;
         Frame buffer{};
         ReadReportThread reader(buffer.data());
+        const Numbers heard(reader, buffer);
         reader.setHIDAdapter(&adapter, ReportId);
         reader.start();
-        QTRY_VERIFY(adapter.reads >= 5);
+        while (adapter.reads < 5) // without an event loop nothing is delivered
+            std::this_thread::sleep_for(1ms);
         QCOMPARE(FakeAdapter::numberOf(buffer.data()), 0);
-        QVERIFY(reader.takeFrame());
-        QCOMPARE(FakeAdapter::numberOf(buffer.data()), 1);
+        QTRY_VERIFY(heard.numbers.size() >= 5);
+        for (int i = 0; i < 5; ++i)
+            QCOMPARE(heard.numbers[i], i + 1);
     }
 
-    void every_report_arrives_once_and_in_order_through_a_blocked_receiver()
+    void reports_are_told_of_on_the_thread_that_made_the_reader()
     {
         FakeAdapter adapter;
         Frame buffer{};
         ReadReportThread reader(buffer.data());
+        QList<QThread *> threads;
+        connect(
+            &reader, &ReadReportThread::ReadOver, &reader,
+            [&threads] { threads.append(QThread::currentThread()); }, Qt::DirectConnection);
+        reader.setHIDAdapter(&adapter, ReportId);
+        reader.start();
+        QTRY_VERIFY(threads.size() >= 3);
+        for (const QThread *thread : threads)
+            QCOMPARE(thread, QThread::currentThread());
+    }
+
+    void every_report_arrives_once_whole_and_in_order_through_a_receiver_blocked_for_two_seconds()
+    {
+        FakeAdapter adapter;
+        Frame buffer{};
+        ReadReportThread reader(buffer.data());
+        const Numbers heard(reader, buffer);
         reader.setHIDAdapter(&adapter, ReportId);
         reader.start();
         std::this_thread::sleep_for(2s);
         reader.terminate();
         QVERIFY(reader.wait());
-        int expected = 0;
-        while (reader.takeFrame())
-            QCOMPARE(FakeAdapter::numberOf(buffer.data()), ++expected);
-        QCOMPARE(expected, adapter.reads.load());
-        QVERIFY(expected > 100);
+        QCOMPARE(heard.numbers.size(), 0);
+        QTRY_COMPARE(heard.numbers.size(), qsizetype(adapter.reads.load()));
+        for (int i = 0; i < heard.numbers.size(); ++i)
+            QCOMPARE(heard.numbers[i], i + 1);
+        QVERIFY(heard.numbers.size() > 100);
         QCOMPARE(reader.droppedFrames(), quint64(0));
+    }
+
+    void a_receiver_with_an_event_loop_gets_the_next_report_when_all_have_seen_this_one()
+    {
+        FakeAdapter adapter;
+        Frame buffer{};
+        ReadReportThread reader(buffer.data());
+        const Numbers before(reader, buffer);
+        int depth = 0;
+        bool once = false;
+        connect(&reader, &ReadReportThread::ReadOver, this, [&] {
+            QCOMPARE(depth, 0);
+            if (std::exchange(once, true))
+                return;
+            ++depth;
+            QTest::qWait(200);
+            --depth;
+        });
+        const Numbers behind(reader, buffer);
+        reader.setHIDAdapter(&adapter, ReportId);
+        reader.start();
+        QTRY_VERIFY(behind.numbers.size() > 50);
+        QVERIFY(once);
+        for (int i = 0; i < 50; ++i) {
+            QCOMPARE(before.numbers[i], i + 1);
+            QCOMPARE(behind.numbers[i], i + 1);
+        }
+    }
+
+    void the_buffer_can_be_replaced()
+    {
+        FakeAdapter adapter;
+        Frame first{};
+        Frame second{};
+        ReadReportThread reader(first.data());
+        reader.setReadBuf(second.data());
+        reader.setHIDAdapter(&adapter, ReportId);
+        reader.start();
+        QTRY_VERIFY(FakeAdapter::numberOf(second.data()) > 0);
+        QCOMPARE(FakeAdapter::numberOf(first.data()), 0);
+    }
+
+    void a_failed_read_is_told_of_like_any_other()
+    {
+        FakeAdapter adapter;
+        adapter.readsFail = true;
+        Frame buffer{};
+        ReadReportThread reader(buffer.data());
+        const Codes over(reader, &ReadReportThread::ReadOver);
+        reader.setHIDAdapter(&adapter, ReportId);
+        reader.start();
+        QTRY_VERIFY(over.codes.size() >= 3);
+        QCOMPARE(over.codes.first(), 1);
     }
 
     void a_full_queue_drops_the_oldest_counts_them_and_says_so()
@@ -96,16 +180,17 @@ private slots:
         reader.setHIDAdapter(&adapter, ReportId);
         QTest::ignoreMessage(QtWarningMsg,
                              "1024 reports of the touch frame wait unread: the oldest are dropped");
+        const Numbers heard(reader, buffer);
         reader.start();
-        QTRY_VERIFY_WITH_TIMEOUT(adapter.reads > 1100, 60000);
+        while (adapter.reads <= 1100) // without an event loop nothing is delivered
+            std::this_thread::sleep_for(10ms);
         reader.terminate();
         QVERIFY(reader.wait());
         const int reads = adapter.reads;
         QCOMPARE(reader.droppedFrames(), quint64(reads - 1024));
-        int expected = reads - 1024;
-        while (reader.takeFrame())
-            QCOMPARE(FakeAdapter::numberOf(buffer.data()), ++expected);
-        QCOMPARE(expected, reads);
+        QTRY_COMPARE(heard.numbers.size(), 1024);
+        for (int i = 0; i < 1024; ++i)
+            QCOMPARE(heard.numbers[i], reads - 1024 + i + 1);
     }
 
     void discarded_reports_are_never_handed_over()
@@ -115,11 +200,14 @@ private slots:
         ReadReportThread reader(buffer.data());
         reader.setHIDAdapter(&adapter, ReportId);
         reader.start();
-        QTRY_VERIFY(adapter.reads >= 3);
+        while (adapter.reads < 3)
+            std::this_thread::sleep_for(1ms);
         reader.terminate();
         QVERIFY(reader.wait());
         reader.discardWaiting();
-        QVERIFY(!reader.takeFrame());
+        const Codes over(reader, &ReadReportThread::ReadOver);
+        QTest::qWait(50);
+        QCOMPARE(over.codes.size(), 0);
         QCOMPARE(FakeAdapter::numberOf(buffer.data()), 0);
     }
 
@@ -156,6 +244,36 @@ private slots:
             QVERIFY(reader.wait());
             QVERIFY(reader.isFinished());
         }
+    }
+
+    void starting_a_reader_that_was_asked_to_end_does_not_revive_it()
+    {
+        FakeAdapter adapter;
+        Frame buffer{};
+        ReadReportThread reader(buffer.data());
+        reader.setHIDAdapter(&adapter, ReportId);
+        adapter.stallReads(true);
+        reader.start();
+        QTRY_COMPARE(adapter.nowReading.load(), 1);
+        reader.terminate();
+        reader.start();
+        adapter.stallReads(false);
+        QVERIFY(reader.wait(QDeadlineTimer(5s)));
+        QCOMPARE(adapter.reads.load(), 1);
+    }
+
+    void waiting_is_bounded_as_asked()
+    {
+        FakeAdapter adapter;
+        Frame buffer{};
+        ReadReportThread reader(buffer.data());
+        reader.setHIDAdapter(&adapter, ReportId);
+        reader.start();
+        QVERIFY(!reader.wait(10UL));
+        QVERIFY(!reader.wait(QDeadlineTimer(10ms)));
+        reader.terminate();
+        QVERIFY(reader.wait(5000UL));
+        QVERIFY(reader.wait(QDeadlineTimer(0ms)));
     }
 
     void destroying_a_running_reader_ends_it_and_tells()
@@ -249,7 +367,7 @@ private slots:
         QCOMPARE(over.codes, QList<int>());
     }
 
-    void the_frame_is_copied_before_the_pause()
+    void another_buffer_can_be_sent()
     {
         FakeAdapter adapter;
         Frame first{0x00, 0xA3};
@@ -260,6 +378,28 @@ private slots:
         writer.start();
         QVERIFY(writer.wait());
         QCOMPARE(adapter.sentBytes(1), QList<QByteArray>({"a5"}));
+    }
+
+    void the_frame_is_copied_before_the_pause()
+    {
+        FakeAdapter adapter;
+        Frame frame{0x00, 0xA3};
+        writereportthread writer(frame.data());
+        writer.setHIDAdapter(&adapter, ReportId);
+        bool changed = false;
+        // The pause lasts 50 ms; the copy is made as soon as the thread runs.
+        connect(
+            &writer, &QThread::started, &writer,
+            [&] {
+                std::this_thread::sleep_for(25ms);
+                frame[1] = 0xA5;
+                changed = true;
+            },
+            Qt::QueuedConnection);
+        writer.start();
+        QTRY_VERIFY(changed);
+        QVERIFY(writer.wait());
+        QCOMPARE(adapter.sentBytes(1), QList<QByteArray>({"a3"}));
     }
 };
 

@@ -20,10 +20,14 @@ public:
     std::atomic<bool> present{true};
     std::atomic<bool> paced{false}; // 64 pauses of 1 ms a read, as the real one makes
     std::atomic<bool> sendFails{false};
+    std::atomic<bool> readsFail{false};
     std::atomic<int> reads{0};
     std::atomic<int> closes{0};
     std::atomic<quint32> version{0x3010};
     std::atomic<int> nowReading{0};
+    std::atomic<int> usesAfterClose{
+        0};                        // reads and sends that were under way at a close or came later
+    std::atomic<UCHAR> otherId{0}; // byte 0 of every report instead of the one asked for
 
     struct Sent
     {
@@ -81,6 +85,7 @@ public:
     bool IsDevOpened() override { return opened; }
     bool SendReport(UCHAR, UCHAR *buf) override
     {
+        const Use use(*this);
         std::unique_lock guard(lock);
         unstalled.wait(guard, [this] { return !sendsStalled; });
         frames.append({QByteArray(reinterpret_cast<char *>(buf), FrameSize), Clock::now()});
@@ -88,6 +93,7 @@ public:
     }
     int ReadReport(UCHAR reportId, UCHAR *buf) override
     {
+        const Use use(*this);
         ++nowReading;
         if (paced) {
             Pacer pacer;
@@ -102,14 +108,15 @@ public:
         buf[60] = UCHAR(number);
         buf[61] = UCHAR(number >> 8);
         buf[62] = UCHAR(number >> 16);
-        buf[0] = reportId;
+        buf[0] = otherId ? otherId.load() : reportId;
         --nowReading;
-        return 0;
+        return readsFail ? -1 : 0;
     }
     void CloseDevice() override
     {
         opened = false;
         ++closes;
+        usesAfterClose += users;
     }
     bool DoFindDev(QString, bool open) override
     {
@@ -125,14 +132,32 @@ public:
         return false;
     }
     HID_AdpterPacket::NodeProblem LastProblem() const override { return problem; }
+    QString Node() const override { return QStringLiteral("/dev/usb/fake"); }
 
 private:
+    // A call of one of the threads.
+    struct Use
+    {
+        explicit Use(FakeAdapter &owner)
+            : adapter(owner)
+        {
+            ++adapter.users;
+            if (!adapter.opened)
+                ++adapter.usesAfterClose;
+        }
+        Use(const Use &) = delete;
+        Use &operator=(const Use &) = delete;
+        ~Use() { --adapter.users; }
+        FakeAdapter &adapter;
+    };
+
     std::mutex lock; // protects report, frames and both stalls
     std::condition_variable unstalled;
     QByteArray report;
     QList<Sent> frames;
     bool stalled = false;
     bool sendsStalled = false;
-    bool opened = false;
+    std::atomic<bool> opened{false};
+    std::atomic<int> users{0};
     HID_AdpterPacket::NodeProblem problem;
 };

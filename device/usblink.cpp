@@ -1,0 +1,152 @@
+#include "usblink.h"
+
+#include "frame.h"
+#include "link_log.h"
+#include "linux_hid_adapter.h"
+#include "readreportthread.h"
+#include "writereportthread.h"
+
+#include <cerrno>
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The text that older frames wanted for the interface of their reports.
+const QString Collection = u"col03"_s;
+constexpr QChar ReadFinished(1);
+constexpr QChar WriteFailed(1);
+
+} // namespace
+
+UsbLink::UsbLink(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter, QObject *parent)
+    : QObject(parent)
+    , HID_Util03(std::move(adapter))
+{
+    if (!HID_Util03)
+        HID_Util03 = std::make_shared<HID_AdpterPacket::OP_HID_Adapter>();
+    readThread03 = std::make_unique<ReadReportThread>(RecvBuf03.data());
+    writeThread03 = std::make_unique<writereportthread>(SendBuf03.data());
+    connect(readThread03.get(), &ReadReportThread::ReadOver, this, &UsbLink::OnRecv03);
+    connect(writeThread03.get(), &writereportthread::WriteOver, this, &UsbLink::OnWriteOver);
+    connect(writeThread03.get(), &QThread::finished, this, &UsbLink::OnWriterFinished);
+}
+
+UsbLink::~UsbLink()
+{
+    close();
+}
+
+void UsbLink::registerForNotification(void *window)
+{
+    HID_Util03->DeviceNotification(window);
+}
+
+bool UsbLink::open()
+{
+    if (opened || !HID_Util03->DoFindDev(Collection, true) || !HID_Util03->IsDevOpened())
+        return false;
+    readThread03->setHIDAdapter(HID_Util03.get(), command::ReportId);
+    readThread03->start(QThread::InheritPriority);
+    writeThread03->setHIDAdapter(HID_Util03.get(), command::ReportId);
+    opened = true;
+    return true;
+}
+
+bool UsbLink::isPlugged()
+{
+    return HID_Util03->DoFindDev(Collection, false);
+}
+
+void UsbLink::close()
+{
+    if (!opened)
+        return;
+    opened = false;
+    readThread03->terminate();
+    readThread03->wait();
+    writeThread03->terminate();
+    writeThread03->wait();
+    HID_Util03->CloseDevice();
+    readThread03->discardWaiting();
+    outbox.clear();
+}
+
+bool UsbLink::send(const UCHAR *frame)
+{
+    if (outbox.size() >= MaxOutbox) {
+        qCWarning(lcLink, "%zu frames wait for the touch frame: one more is dropped", MaxOutbox);
+        return false;
+    }
+    // The next frame waits for the last one to be out, but not for a device that hangs.
+    const bool hanging = !outbox.empty();
+    outbox.push_back(command::frameAt(frame));
+    if (!hanging && writeThread03->wait(QDeadlineTimer(SendPatience)))
+        sendNext();
+    return true;
+}
+
+bool UsbLink::flush()
+{
+    while (writeThread03->wait(QDeadlineTimer(SendPatience))) {
+        if (outbox.empty())
+            return true;
+        sendNext();
+    }
+    return false;
+}
+
+// Hands the first waiting frame to the writer, which has ended.
+void UsbLink::sendNext()
+{
+    SendBuf03 = outbox.front();
+    outbox.pop_front();
+    writeThread03->start(QThread::InheritPriority);
+}
+
+void UsbLink::readVersion()
+{
+    HID_Util03->GetVersion();
+}
+
+QString UsbLink::node() const
+{
+    return opened ? HID_Util03->Node() : QString();
+}
+
+QString UsbLink::problem() const
+{
+    const HID_AdpterPacket::NodeProblem found = HID_Util03->LastProblem();
+    if (found.node.isEmpty())
+        return {};
+    const QString cause = QString::fromLocal8Bit(std::strerror(found.error));
+    if (found.error == EACCES || found.error == EPERM) {
+        return tr("A touch frame is at %1 but this user may not open it (%2). Install the udev "
+                  "rule 70-quorvel.rules, or join the group plugdev if the rule is there, and plug "
+                  "the frame in again.")
+            .arg(found.node, cause);
+    }
+    return tr("A touch frame is at %1 but it cannot be opened (%2). Unplug it and plug it in "
+              "again.")
+        .arg(found.node, cause);
+}
+
+void UsbLink::OnRecv03(QChar status)
+{
+    if (opened && status == ReadFinished &&
+        RecvBuf03[command::offset::ReportId] == command::ReportId)
+        emit received(RecvBuf03.data());
+}
+
+void UsbLink::OnWriteOver(QChar status)
+{
+    if (opened && status == WriteFailed)
+        qCWarning(lcLink, "a frame could not be sent to the touch frame");
+}
+
+void UsbLink::OnWriterFinished()
+{
+    if (!outbox.empty() && writeThread03->wait(QDeadlineTimer(SendPatience)))
+        sendNext();
+}
