@@ -1,7 +1,7 @@
-#include "sim/profile.h"
+#include "profile.h"
 
+#include "datafile.h"
 #include "device/commands.h"
-#include "sim/datafile.h"
 
 #include <QHash>
 

@@ -1,4 +1,4 @@
-#include "sim/serialframing.h"
+#include "serialframing.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "sim/serialsession.h"
+#include "serialsession.h"
 
 #include "device/portsettings.h"
 
@@ -251,8 +251,8 @@ void SerialSession::say()
 Fault SerialSession::beginTransfer()
 {
     const Fault fault = frame.beginTransfer();
-    if (const QStringList lines = log.fault(fault, frame.transfers()); !lines.isEmpty())
-        emit logged(lines);
+    if (fault.kind != Fault::Kind::None)
+        note(words(fault, frame.transfers()));
     return fault;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "sim/serialframing.h"
-#include "sim/serialline.h"
-#include "sim/session.h"
+#include "serialframing.h"
+#include "serialline.h"
+#include "session.h"
 
 #include <QTimer>
 

@@ -1,5 +1,5 @@
-#include "frames.h"
 #include "sim/firmware.h"
+#include "tests/support/frames.h"
 
 #include <QTest>
 
@@ -210,7 +210,7 @@ void TestFirmware::an_unknown_or_senseless_command_is_counted_and_changes_nothin
     QCOMPARE(firmware.rotation(), 0);
     QCOMPARE(firmware.baudCode(), std::nullopt);
     QCOMPARE(firmware.gestures(), std::nullopt);
-    QCOMPARE(firmware.adcSettings(), sim::AdcSettings());
+    QCOMPARE(firmware.adcSettings(), sim::FirstAdcLines);
     QCOMPARE(firmware.light(X, 0), sim::LightState());
 }
 
@@ -255,7 +255,7 @@ void TestFirmware::gestures_are_kept_as_sent()
     Firmware firmware(Profile(), clock);
     QVERIFY(!firmware.gestures());
     firmware.command(hostFrame("A2 00 05 00 01 00 DC 05 03 01 02"));
-    const sim::GestureSettings expected{1, 0, 1500, 3, 1, 2};
+    const command::Gestures expected{1, 0, 1500, 3, 1, 2};
     QCOMPARE(firmware.gestures(), std::optional(expected));
 }
 
@@ -266,7 +266,7 @@ void TestFirmware::adc_settings_are_told_as_they_were_set()
     firmware.command(hostFrame("A2 05"));
     QCOMPARE(text(firmware.report()),
              "FC A2 85 11 00 01 00 02 01 03 02 04 03 05 04 06 05 60 00 36");
-    const sim::AdcSettings expected{1, 258, 515, 772, 1029, 1286};
+    const command::AdcLines expected{1, 258, 515, 772, 1029, 1286};
     QCOMPARE(firmware.adcSettings(), expected);
 }
 
