@@ -82,6 +82,7 @@ void Firmware::restart()
 {
     startedAt = clock();
     replies.clear();
+    scansToCome.clear();
     last = command::report(0, 0);
     state = Calibration::Idle;
     step = 0;
@@ -100,6 +101,7 @@ Frame Firmware::report()
     if (!replies.empty()) {
         last = replies.front();
         replies.pop_front();
+        beginScanToCome();
     }
     return last;
 }
@@ -165,7 +167,7 @@ bool Firmware::execute(const Frame &request, int arrived)
     else if (cls == Scan && sub == scan::Counts)
         sayCounts();
     else if (cls == Scan && (sub == scan::AxisX || sub == scan::AxisY))
-        sayScan(sub);
+        askForScan(sub);
     else if (cls == Rotation && sub == rotation::Query) {
         answer({RotationReport{rotation::DefaultReply, features.defaultRotation}.encode()});
         answer({RotationReport{rotation::CurrentReply, turn}.encode()});
@@ -289,6 +291,26 @@ void Firmware::sayCounts()
     answer({LightCounts{features.lightsX, features.lightsY}.encode()});
 }
 
+void Firmware::askForScan(UCHAR axis)
+{
+    if (features.earlyRequest == EarlyRequest::Drops || !isWaiting(Scan, replyTo(axis)))
+        sayScan(axis);
+    else if (std::find(scansToCome.begin(), scansToCome.end(), axis) == scansToCome.end())
+        scansToCome.push_back(axis);
+}
+
+// The lights are read when the last page before has been: not when they were asked for.
+void Firmware::beginScanToCome()
+{
+    const auto next = std::find_if(scansToCome.begin(), scansToCome.end(),
+                                   [this](UCHAR axis) { return !isWaiting(Scan, replyTo(axis)); });
+    if (next == scansToCome.end())
+        return;
+    const UCHAR axis = *next;
+    scansToCome.erase(next);
+    sayScan(axis);
+}
+
 void Firmware::sayScan(UCHAR axis)
 {
     const int perPage = pairs ? scan::PairsPerPage : scan::LevelsPerPage;
@@ -322,6 +344,12 @@ void Firmware::answer(const std::vector<Frame> &pages)
         return is(waiting, first[offset::Class], first[offset::Sub]);
     });
     replies.insert(replies.end(), pages.begin(), pages.end());
+}
+
+bool Firmware::isWaiting(UCHAR cls, UCHAR sub) const
+{
+    return std::any_of(replies.begin(), replies.end(),
+                       [cls, sub](const Frame &waiting) { return is(waiting, cls, sub); });
 }
 
 void Firmware::dropReplies(UCHAR cls)

@@ -111,10 +111,13 @@ private:
     void sayAdc();
     void sayLight(const command::LightName &name);
     void sayCounts();
+    void askForScan(UCHAR axis);
+    void beginScanToCome();
     void sayScan(UCHAR axis);
     void sayCalibration(UCHAR sub);
 
     void answer(const std::vector<Frame> &pages);
+    bool isWaiting(UCHAR cls, UCHAR sub) const;
     void dropReplies(UCHAR cls);
     int lights(UCHAR axis) const;
     Reading measure(UCHAR axis, int number);
@@ -138,6 +141,8 @@ private:
     std::vector<LightState> lightsX;
     std::vector<LightState> lightsY;
     bool pairs = false; // scan pages carry two bytes a light
+    // Axes that are scanned again once their pages have been read; each stands here once.
+    std::vector<UCHAR> scansToCome;
     UCHAR turn;
     std::optional<int> baud;
 };

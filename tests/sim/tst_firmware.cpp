@@ -32,10 +32,26 @@ QByteArrayList answers(Firmware &firmware)
     return all;
 }
 
+// What tells scan pages apart: axis, length and first light.
+QByteArrayList pageHeads(Firmware &firmware)
+{
+    QByteArrayList heads;
+    while (firmware.hasReply())
+        heads += text(firmware.report()).left(20);
+    return heads;
+}
+
 Profile quiet()
 {
     Profile profile;
     profile.noise = 0;
+    return profile;
+}
+
+Profile finishing()
+{
+    Profile profile = quiet();
+    profile.earlyRequest = sim::EarlyRequest::Finishes;
     return profile;
 }
 
@@ -96,6 +112,12 @@ private slots:
     void the_first_scan_after_power_on_has_one_byte_a_light();
     void a_page_of_pairs_carries_level_and_gain();
     void a_new_request_replaces_what_is_queued_of_its_kind();
+    void a_frame_that_finishes_says_the_first_scan_and_then_the_second();
+    void a_frame_that_finishes_scans_anew_once_however_often_it_is_asked();
+    void a_frame_that_finishes_reads_the_lights_when_the_second_scan_begins();
+    void a_frame_that_finishes_keeps_the_axes_apart();
+    void a_frame_that_finishes_still_replaces_other_replies();
+    void a_reset_forgets_the_scan_to_come();
     void the_same_calls_give_the_same_bytes();
     void another_seed_gives_other_noise();
     void noise_stays_within_its_bounds();
@@ -688,6 +710,88 @@ void TestFirmware::a_new_request_replaces_what_is_queued_of_its_kind()
     QCOMPARE(text(firmware.report()), "FC A5 80 05 00 60 00 36");
     QCOMPARE(text(firmware.report()).left(23), "FC A2 87 0B 00 01 01 00");
     QVERIFY(!firmware.hasReply());
+}
+
+void TestFirmware::a_frame_that_finishes_says_the_first_scan_and_then_the_second()
+{
+    Firmware firmware(finishing(), clock);
+    firmware.command(hostFrame("A5 01"));
+    QCOMPARE(text(firmware.report()).left(20), "FC A5 81 3A 00 00 00");
+    firmware.command(hostFrame("A5 01"));
+    QCOMPARE(firmware.queuedReplies(), 1);
+    QCOMPARE(pageHeads(firmware), QByteArrayList({"FC A5 81 2C 00 37 00", "FC A5 81 3A 00 00 00",
+                                                  "FC A5 81 2C 00 37 00"}));
+    // With nothing left to say a request is not early.
+    firmware.command(hostFrame("A5 01"));
+    QCOMPARE(pageHeads(firmware), QByteArrayList({"FC A5 81 3A 00 00 00", "FC A5 81 2C 00 37 00"}));
+    QCOMPARE(firmware.unknownCommands(), 0);
+}
+
+void TestFirmware::a_frame_that_finishes_scans_anew_once_however_often_it_is_asked()
+{
+    Firmware firmware(finishing(), clock);
+    for (int i = 0; i < 1000; ++i)
+        firmware.command(hostFrame("A5 01"));
+    QCOMPARE(firmware.queuedReplies(), 2);
+    QCOMPARE(pageHeads(firmware), QByteArrayList({"FC A5 81 3A 00 00 00", "FC A5 81 2C 00 37 00",
+                                                  "FC A5 81 3A 00 00 00", "FC A5 81 2C 00 37 00"}));
+    // A host that asks before every read hears whole scans one after another.
+    firmware.command(hostFrame("A5 01"));
+    for (int i = 0; i < 10; ++i) {
+        firmware.command(hostFrame("A5 01"));
+        QCOMPARE(text(firmware.report()).left(20), "FC A5 81 3A 00 00 00");
+        firmware.command(hostFrame("A5 01"));
+        QCOMPARE(text(firmware.report()).left(20), "FC A5 81 2C 00 37 00");
+        QCOMPARE(firmware.queuedReplies(), 2);
+    }
+}
+
+void TestFirmware::a_frame_that_finishes_reads_the_lights_when_the_second_scan_begins()
+{
+    Firmware firmware(finishing(), clock);
+    firmware.command(hostFrame("A5 02"));
+    firmware.command(hostFrame("A5 02"));
+    // From now on a light has two bytes, and the first Y light reads nothing.
+    firmware.command(hostFrame("A2 05"));
+    firmware.command(hostFrame("A2 08 04 00 02 00 00 01"));
+    QCOMPARE(text(firmware.report()).left(23), "FC A5 82 39 00 00 00 C3");
+    QCOMPARE(text(firmware.report()).left(11), "FC A2 85 11");
+    QCOMPARE(text(firmware.report()).left(11), "FC A2 87 0B");
+    QCOMPARE(text(firmware.report()).left(26), "FC A5 82 39 00 00 00 00 44");
+    QCOMPARE(text(firmware.report()).left(20), "FC A5 82 39 00 1B 00");
+    QVERIFY(!firmware.hasReply());
+}
+
+void TestFirmware::a_frame_that_finishes_keeps_the_axes_apart()
+{
+    Firmware firmware(finishing(), clock);
+    firmware.command(hostFrame("A5 01"));
+    firmware.command(hostFrame("A5 02"));
+    firmware.command(hostFrame("A5 02"));
+    firmware.command(hostFrame("A5 01"));
+    QCOMPARE(pageHeads(firmware), QByteArrayList({"FC A5 81 3A 00 00 00", "FC A5 81 2C 00 37 00",
+                                                  "FC A5 82 39 00 00 00", "FC A5 81 3A 00 00 00",
+                                                  "FC A5 81 2C 00 37 00", "FC A5 82 39 00 00 00"}));
+}
+
+void TestFirmware::a_frame_that_finishes_still_replaces_other_replies()
+{
+    Firmware firmware(finishing(), clock);
+    firmware.command(hostFrame("A5 00"));
+    firmware.command(hostFrame("A7 02"));
+    firmware.command(hostFrame("A5 00"));
+    QCOMPARE(answers(firmware),
+             QByteArrayList({"FC A7 81 02", "FC A7 82 02", "FC A5 80 05 00 60 00 36"}));
+}
+
+void TestFirmware::a_reset_forgets_the_scan_to_come()
+{
+    Firmware firmware(finishing(), clock);
+    firmware.command(hostFrame("A5 02"));
+    firmware.command(hostFrame("A5 02"));
+    firmware.command(hostFrame("A2 03"));
+    firmware.command(hostFrame("A5 00"));
+    QCOMPARE(answers(firmware), QByteArrayList({"FC A5 80 05 00 60 00 36"}));
 }
 
 void TestFirmware::the_same_calls_give_the_same_bytes()
