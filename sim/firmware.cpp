@@ -14,7 +14,6 @@ namespace {
 // The converter has twelve bits; a one-byte scan level is its upper eight.
 constexpr int AdcPerLevel = 16;
 constexpr int MaxAdcReading = 0xFFF;
-constexpr int MaxLevel = 0xFF;
 constexpr int MaxAgc = 0xFF;
 // Gain of a light in the middle of an axis; the ends need more.
 constexpr int MiddleAgc = 48;
@@ -66,6 +65,27 @@ CalibrationCheck screenOf(const std::array<QPoint, calibration::Targets> &touche
 
 } // namespace
 
+template <typename Record>
+bool Firmware::keep(const Frame &request)
+{
+    if (!wellFormed<Record>(request))
+        return false;
+    std::erase_if(keptCommands,
+                  [](const Frame &older) { return Record::decode(older).has_value(); });
+    keptCommands.push_back(request);
+    return true;
+}
+
+template <typename Record>
+std::optional<Record> Firmware::kept() const
+{
+    for (const Frame &command : keptCommands) {
+        if (const std::optional<Record> record = Record::decode(command))
+            return record;
+    }
+    return {};
+}
+
 Firmware::Firmware(Profile profile, Clock theClock)
     : features(std::move(profile))
     , clock(std::move(theClock))
@@ -73,7 +93,6 @@ Firmware::Firmware(Profile profile, Clock theClock)
     , generator(features.seed)
     , lightsX(size_t(features.lightsX))
     , lightsY(size_t(features.lightsY))
-    , turn(features.rotation)
 {
     restart();
 }
@@ -86,7 +105,8 @@ void Firmware::restart()
     last = command::report(0, 0);
     state = Calibration::Idle;
     step = 0;
-    gestureSettings.reset();
+    std::erase_if(keptCommands,
+                  [](const Frame &command) { return Gestures::decode(command).has_value(); });
     pairs = false;
 }
 
@@ -121,6 +141,27 @@ LightState Firmware::light(UCHAR axis, int number) const
     return axis == settings::AxisX ? lightsX.at(size_t(number)) : lightsY.at(size_t(number));
 }
 
+std::optional<Gestures> Firmware::gestures() const
+{
+    return kept<Gestures>();
+}
+
+AdcLines Firmware::adcSettings() const
+{
+    return kept<AdcLines>().value_or(FirstAdcLines);
+}
+
+int Firmware::rotation() const
+{
+    return kept<RotationCommand>().value_or(RotationCommand{features.rotation}).code;
+}
+
+std::optional<int> Firmware::baudCode() const
+{
+    const auto rate = kept<BaudCommand>();
+    return rate ? std::optional(rate->code) : std::nullopt;
+}
+
 // False: the command is unknown or makes no sense.
 bool Firmware::execute(const Frame &request, int arrived)
 {
@@ -128,30 +169,17 @@ bool Firmware::execute(const Frame &request, int arrived)
     const UCHAR sub = request[offset::Sub];
     if (cls == command::Calibration)
         return calibrate(request, arrived);
-    if (const auto gestures = wellFormed<Gestures>(request)) {
-        gestureSettings = gestures;
-        return true;
-    }
-    if (const auto lines = wellFormed<AdcLines>(request)) {
-        adc = *lines;
-        return true;
-    }
     if (const auto light = wellFormed<LightRequest>(request)) {
         // The record takes any other number for 1.
         if (sub == settings::SwitchLight && request[settings::LightSwitch] > 1)
             return false;
         return obeyLight(*light);
     }
-    if (const auto wanted = wellFormed<RotationCommand>(request)) {
-        if (wanted->code > MaxQuarterTurn)
-            return false;
-        turn = wanted->code;
+    if (const auto turn = RotationCommand::decode(request); turn && turn->code > MaxQuarterTurn)
+        return false;
+    if (keep<Gestures>(request) || keep<AdcLines>(request) || keep<RotationCommand>(request) ||
+        keep<BaudCommand>(request))
         return true;
-    }
-    if (const auto rate = wellFormed<BaudCommand>(request)) {
-        baud = rate->code;
-        return true;
-    }
 
     // The others carry nothing.
     if (request[offset::Length] != 0)
@@ -170,7 +198,7 @@ bool Firmware::execute(const Frame &request, int arrived)
         askForScan(sub);
     else if (cls == Rotation && sub == rotation::Query) {
         answer({RotationReport{rotation::DefaultReply, features.defaultRotation}.encode()});
-        answer({RotationReport{rotation::CurrentReply, turn}.encode()});
+        answer({RotationReport{rotation::CurrentReply, UCHAR(rotation())}.encode()});
     } else
         return false;
     return true;
@@ -199,7 +227,7 @@ bool Firmware::calibrate(const Frame &request, int arrived)
         return check(request, arrived);
     case calibration::Save:
         if (state == Calibration::Ended)
-            kept = measured;
+            saved = measured;
         break;
     case calibration::Reset:
         break;
@@ -269,7 +297,7 @@ void Firmware::sayFirmware()
 void Firmware::sayAdc()
 {
     pairs = true;
-    answer({AdcReport{adc, {features.lightsX, features.lightsY}}.encode()});
+    answer({AdcReport{adcSettings(), {features.lightsX, features.lightsY}}.encode()});
 }
 
 void Firmware::sayLight(const LightName &name)

@@ -85,15 +85,15 @@ public:
     Calibration calibration() const { return state; }
     // The step that the device offered or waits at, 1 to 5; 0 while idle.
     int calibrationStep() const { return step; }
-    bool calibrationKept() const { return kept.has_value(); }
-    std::optional<KeptCalibration> keptCalibration() const { return kept; }
+    bool calibrationKept() const { return saved.has_value(); }
+    std::optional<KeptCalibration> keptCalibration() const { return saved; }
 
-    std::optional<command::Gestures> gestures() const { return gestureSettings; }
-    command::AdcLines adcSettings() const { return adc; }
+    std::optional<command::Gestures> gestures() const;
+    command::AdcLines adcSettings() const;
     // The axis is command::settings::AxisX or AxisY, the number is 0-based and in range.
     LightState light(UCHAR axis, int number) const;
-    int rotation() const { return turn; }
-    std::optional<int> baudCode() const { return baud; }
+    int rotation() const;
+    std::optional<int> baudCode() const;
 
 private:
     struct Reading
@@ -104,6 +104,12 @@ private:
     };
 
     bool execute(const Frame &request, int arrived);
+    // Keeps a command that is well-formed and of this kind; false for any other.
+    template <typename Record>
+    bool keep(const Frame &request);
+    // What was kept last, if anything.
+    template <typename Record>
+    std::optional<Record> kept() const;
     bool calibrate(const Frame &request, int arrived);
     bool check(const Frame &request, int arrived);
     bool obeyLight(const command::LightRequest &request);
@@ -134,17 +140,14 @@ private:
     int step = 0;
     std::array<QPoint, command::calibration::Targets> touches;
     KeptCalibration measured; // of the check that ended the calibration
-    std::optional<KeptCalibration> kept;
+    std::optional<KeptCalibration> saved;
 
-    std::optional<command::Gestures> gestureSettings;
-    command::AdcLines adc = FirstAdcLines;
+    std::vector<Frame> keptCommands; // the last of each kind that sets something and no more
     std::vector<LightState> lightsX;
     std::vector<LightState> lightsY;
     bool pairs = false; // scan pages carry two bytes a light
     // Axes that are scanned again once their pages have been read; each stands here once.
     std::vector<UCHAR> scansToCome;
-    UCHAR turn;
-    std::optional<int> baud;
 };
 
 } // namespace sim

@@ -1,8 +1,10 @@
+#include "device/framewords.h"
 #include "sim/firmware.h"
 #include "tests/support/frames.h"
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using sim::Firmware;
 using sim::Profile;
@@ -78,8 +80,8 @@ class TestFirmware : public QObject
 private slots:
     void before_any_reply_the_report_is_the_id_and_zeros();
     void the_last_reply_is_read_again_until_the_next_one();
-    void each_command_gets_its_answer_data();
-    void each_command_gets_its_answer();
+    void each_command_is_told_and_gets_its_answer_data();
+    void each_command_is_told_and_gets_its_answer();
     void an_unknown_or_senseless_command_is_counted_and_changes_nothing_data();
     void an_unknown_or_senseless_command_is_counted_and_changes_nothing();
 
@@ -146,43 +148,75 @@ void TestFirmware::the_last_reply_is_read_again_until_the_next_one()
     QCOMPARE(text(firmware.report()), "FC A5 80 05 00 60 00 36");
 }
 
-void TestFirmware::each_command_gets_its_answer_data()
+void TestFirmware::each_command_is_told_and_gets_its_answer_data()
 {
+    using Lines = QList<std::pair<const char *, const char *>>;
     QTest::addColumn<QByteArray>("request");
-    QTest::addColumn<QByteArrayList>("replies");
+    QTest::addColumn<QStringList>("lines");
 
-    const auto row = [](const char *name, const char *request, const QByteArrayList &replies) {
-        QTest::newRow(name) << QByteArray(request) << replies;
+    // What the host sends, then what the frame answers, each in bytes and in words.
+    const auto row = [](const char *request, const char *words, const Lines &replies) {
+        QStringList lines{QString::fromLatin1(words)};
+        for (const auto &[bytes, replyWords] : replies)
+            lines += u"%1  %2"_s.arg(QString::fromLatin1(bytes), QString::fromLatin1(replyWords));
+        QTest::newRow(words) << QByteArray(request) << lines;
     };
-    row("calibration begin", "01 00", {"FC 01", "FC 01 01"});
-    row("calibration step out of turn", "01 01", {});
-    row("calibration check out of turn", Check, {});
-    row("calibration discard", "01 06", {});
-    row("calibration save", "01 FF", {});
-    row("reset", "A2 03", {});
-    row("older reset", "10 00", {});
-    row("gestures", "A2 00 05 00 01 01 DC 05 03 01 02", {});
-    row("adc set", "A2 04 0C 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02", {});
-    row("adc read", "A2 05 00", {"FC A2 85 11 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02 60 00 36"});
-    row("light offset", "A2 06 04 00 01 30 00 05", {"FC A2 87 0B 00 01 30 00 05 30 C0 0D 70 0D"});
-    row("light read", "A2 07 03 00 01 30 00", {"FC A2 87 0B 00 01 30 00 00 30 70 0D 70 0D"});
-    row("light off", "A2 08 04 00 02 1A 00 01", {"FC A2 87 0B 00 02 1A 00 00 30 00 00 00 00 01"});
-    row("light on", "A2 08 04 00 02 1A 00 00", {"FC A2 87 0B 00 02 1A 00 00 30 70 0D 70 0D"});
-    row("firmware", "A3 00", {"FC A3 80 0E 00 12 38 00 DE C0 17 5A 34 12 50 60 01 21"});
-    row("light counts", "A5 00", {"FC A5 80 05 00 60 00 36"});
-    row("rotation set", "A7 00 02 00 03", {});
-    row("rotation read", "A7 02", {"FC A7 81 02", "FC A7 82 02"});
-    row("serial rate", "B1 00 03 00 13", {});
+    row("01 00", "calibration: begin",
+        {{"FC 01", "calibration: begun"}, {"FC 01 01", "calibration: ready for step 1"}});
+    row("01 01", "calibration: step 1", {});
+    row(Check, "calibration: check, screen 0,0 1280x800 of 1280x800", {});
+    row("01 06", "calibration: discard", {});
+    row("01 FF", "calibration: save", {});
+    row("A2 03", "reset", {});
+    row("10 00", "reset (older devices)", {});
+    row("A2 00 05 00 01 01 DC 05 03 01 02",
+        "gestures: all 1, right button 1 after 1500 ms within 3, wheel 1 at 2", {});
+    row("A2 04 0C 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02",
+        "adc: set range 3800 to 4000, edge range 3000 to 3200, threshold 1000, edge threshold 600",
+        {});
+    row("A2 05 00", "adc: read settings",
+        {{"FC A2 85 11 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02 60 00 36",
+          "adc: range 3800 to 4000, edge range 3000 to 3200, threshold 1000, edge threshold 600; "
+          "96 X lights, 54 Y lights"}});
+    row("A2 06 04 00 01 30 00 05", "light X 48: set offset 5",
+        {{"FC A2 87 0B 00 01 30 00 05 30 C0 0D 70 0D",
+          "light X 48: on, offset 5, agc 48, adc 3520, org 3440"}});
+    row("A2 07 03 00 01 30 00", "light X 48: read",
+        {{"FC A2 87 0B 00 01 30 00 00 30 70 0D 70 0D",
+          "light X 48: on, offset 0, agc 48, adc 3440, org 3440"}});
+    row("A2 08 04 00 02 1A 00 01", "light Y 26: switch off",
+        {{"FC A2 87 0B 00 02 1A 00 00 30 00 00 00 00 01",
+          "light Y 26: off, offset 0, agc 48, adc 0, org 0"}});
+    row("A2 08 04 00 02 1A 00 00", "light Y 26: switch on",
+        {{"FC A2 87 0B 00 02 1A 00 00 30 70 0D 70 0D",
+          "light Y 26: on, offset 0, agc 48, adc 3440, org 3440"}});
+    row("A3 00", "firmware: read",
+        {{"FC A3 80 0E 00 12 38 00 DE C0 17 5A 34 12 50 60 01 21",
+          "firmware: revision 0x003812, checksum 0x5A17C0DE, date 0x1605, number 0x01234, "
+          "family 0x21"}});
+    row("A5 00", "scan: read light counts",
+        {{"FC A5 80 05 00 60 00 36", "scan: 96 X lights, 54 Y lights"}});
+    row("A7 00 02 00 03", "rotation: set 270 degrees", {});
+    row("A7 02", "rotation: read",
+        {{"FC A7 81 02", "rotation: default is 0 degrees"},
+         {"FC A7 82 02", "rotation: now 0 degrees"}});
+    row("B1 00 03 00 13", "serial rate: set code 19", {});
 }
 
-void TestFirmware::each_command_gets_its_answer()
+void TestFirmware::each_command_is_told_and_gets_its_answer()
 {
     QFETCH(QByteArray, request);
-    QFETCH(QByteArrayList, replies);
+    QFETCH(QStringList, lines);
 
     Firmware firmware(quiet(), clock);
-    firmware.command(hostFrame(request.constData()));
-    QCOMPARE(answers(firmware), replies);
+    const Frame command = hostFrame(request.constData());
+    firmware.command(command);
+    QStringList all{framewords::describeCommand(command)};
+    while (firmware.hasReply()) {
+        const Frame reply = firmware.report();
+        all += u"%1  %2"_s.arg(QString::fromLatin1(text(reply)), framewords::describeReport(reply));
+    }
+    QCOMPARE(all, lines);
     QCOMPARE(firmware.unknownCommands(), 0);
 }
 
