@@ -1,3 +1,4 @@
+#include "device/records.h"
 #include "dialogs/lightset_dlg.h"
 #include "figure.h"
 
@@ -11,6 +12,7 @@
 
 #include <xcb/xcb.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -93,20 +95,19 @@ double timeRepaint(QWidget &window)
     return Ms(std::chrono::steady_clock::now() - begin).count();
 }
 
-void sendScan(LightSet_dlg &screen, UCHAR reply, int lights, int (*level)(std::minstd_rand &),
+void tell(LightSet_dlg &screen, Frame report)
+{
+    screen.DoRecv03(report.data());
+}
+
+void sendScan(LightSet_dlg &screen, UCHAR axis, int lights, int (*level)(std::minstd_rand &),
               std::minstd_rand &random)
 {
     for (int first = 0; first < lights; first += command::scan::PairsPerPage) {
-        Frame page{};
-        page[command::offset::Class] = command::Scan;
-        page[command::offset::Sub] = command::replyTo(reply);
-        command::putLe16(&page[command::scan::FirstLight], first);
-        for (int k = 0; k < command::scan::PairsPerPage; ++k) {
-            const int at = command::scan::Levels + 2 * k;
-            page[size_t(at)] = UCHAR(level(random));
-            page[size_t(at) + 1] = UCHAR(level(random));
-        }
-        screen.DoRecv03(page.data());
+        command::ScanPage page{
+            .axis = axis, .first = first, .size = 2 * command::scan::PairsPerPage};
+        std::generate_n(page.bytes.begin(), page.size, [&] { return UCHAR(level(random)); });
+        tell(screen, page.encode());
     }
 }
 
@@ -122,18 +123,10 @@ int noise(std::minstd_rand &random)
 
 void tellCounts(LightSet_dlg &screen)
 {
-    Frame counts{};
-    counts[command::offset::Class] = command::Scan;
-    counts[command::offset::Sub] = command::replyTo(command::scan::Counts);
-    command::putLe16(&counts[command::scan::CountX], LightsX);
-    command::putLe16(&counts[command::scan::CountY], LightsY);
-    screen.DoRecv03(counts.data());
-    Frame light{};
-    light[command::offset::Class] = command::Settings;
-    light[command::offset::Sub] = command::replyTo(command::settings::GetLight);
-    light[command::settings::LightAxis] = command::settings::AxisX;
-    command::putLe16(&light[command::settings::LightNumber], LightsX / 2);
-    screen.DoRecv03(light.data());
+    tell(screen, command::LightCounts{LightsX, LightsY}.encode());
+    command::LightReport middle;
+    middle.light = {command::settings::AxisX, LightsX / 2};
+    tell(screen, middle.encode());
 }
 
 bool measure(LightSet_dlg &screen, EmptyPicture &empty, const char *name,

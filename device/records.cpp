@@ -185,20 +185,6 @@ std::optional<ScanPage> ScanPage::decode(const Frame &frame)
     return page;
 }
 
-Frame RotationCommand::encode() const
-{
-    Frame frame = request(Rotation, rotation::Set, rotation::SetLength);
-    frame[rotation::Code] = code;
-    return frame;
-}
-
-std::optional<RotationCommand> RotationCommand::decode(const Frame &frame)
-{
-    if (!is(frame, Rotation, rotation::Set))
-        return {};
-    return RotationCommand{frame[rotation::Code]};
-}
-
 Frame RotationReport::encode() const
 {
     Frame frame = report(Rotation, sub, lengthUpTo(rotation::Code + 1));
@@ -234,19 +220,6 @@ std::optional<FirmwareRecord> FirmwareRecord::decode(const Frame &frame)
     return FirmwareRecord{le24(frame, firmware::Revision), le32(frame, firmware::Checksum),
                           le20(frame, firmware::ProductNum),
                           le20(frame, firmware::ProductDate) >> 4, frame[firmware::ProductFamily]};
-}
-
-Frame CalibrationStep::encode() const
-{
-    // This class has no length.
-    return request(Calibration, step);
-}
-
-std::optional<CalibrationStep> CalibrationStep::decode(const Frame &frame)
-{
-    if (frame[offset::Class] != Calibration)
-        return {};
-    return CalibrationStep{frame[offset::Sub]};
 }
 
 Frame CalibrationCheck::encode() const
@@ -285,20 +258,6 @@ std::optional<CalibrationEnd> CalibrationEnd::decode(const Frame &frame)
         return {};
     return CalibrationEnd{signedByte(frame, calibration::DeviationX),
                           signedByte(frame, calibration::DeviationY)};
-}
-
-Frame BaudCommand::encode() const
-{
-    Frame frame = request(SerialBaud, serialbaud::Set, serialbaud::SetLength);
-    putLe24(frame, serialbaud::Code, quint32(code));
-    return frame;
-}
-
-std::optional<BaudCommand> BaudCommand::decode(const Frame &frame)
-{
-    if (!is(frame, SerialBaud, serialbaud::Set))
-        return {};
-    return BaudCommand{int(le24(frame, serialbaud::Code))};
 }
 
 } // namespace command

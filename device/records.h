@@ -125,8 +125,18 @@ struct RotationCommand
 {
     UCHAR code = 0; // quarter turns
 
-    Frame encode() const;
-    static std::optional<RotationCommand> decode(const Frame &frame);
+    Frame encode() const
+    {
+        Frame frame = request(Rotation, rotation::Set, rotation::SetLength);
+        frame[rotation::Code] = code;
+        return frame;
+    }
+    static std::optional<RotationCommand> decode(const Frame &frame)
+    {
+        if (!is(frame, Rotation, rotation::Set))
+            return {};
+        return RotationCommand{frame[rotation::Code]};
+    }
     bool operator==(const RotationCommand &) const = default;
 };
 
@@ -156,13 +166,21 @@ struct FirmwareRecord
 };
 
 // Either side: a step of the calibration that carries nothing more; the host's Check and the
-// device's End carry the two records below.
+// device's End carry the two records below. encode() makes the host's.
 struct CalibrationStep
 {
     UCHAR step = calibration::Begin;
 
-    Frame encode() const; // as the host sends it
-    static std::optional<CalibrationStep> decode(const Frame &frame);
+    Frame encode() const
+    {
+        return request(Calibration, step); // this class has no length
+    }
+    static std::optional<CalibrationStep> decode(const Frame &frame)
+    {
+        if (frame[offset::Class] != Calibration)
+            return {};
+        return CalibrationStep{frame[offset::Sub]};
+    }
     bool operator==(const CalibrationStep &) const = default;
 };
 
@@ -197,8 +215,18 @@ struct BaudCommand
 {
     int code = 0; // of BaudRateType, 24 bits
 
-    Frame encode() const;
-    static std::optional<BaudCommand> decode(const Frame &frame);
+    Frame encode() const
+    {
+        Frame frame = request(SerialBaud, serialbaud::Set, serialbaud::SetLength);
+        putLe24(frame, serialbaud::Code, quint32(code));
+        return frame;
+    }
+    static std::optional<BaudCommand> decode(const Frame &frame)
+    {
+        if (!is(frame, SerialBaud, serialbaud::Set))
+            return {};
+        return BaudCommand{int(le24(frame, serialbaud::Code))};
+    }
     bool operator==(const BaudCommand &) const = default;
 };
 

@@ -1,20 +1,23 @@
 #include "uartreceiver.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr int HeaderSize = 5; // frame bytes 0 to 4
 
 } // namespace
 
-int UartReceiver::bodySize() const
+int UartReceiver::frameLength() const
 {
-    return RecvBufUart[command::offset::Length] + command::serial::HeaderSize +
-           command::serial::TrailerSize - HeaderSize;
+    const int length = command::serial::wireLength(RecvBufUart[command::offset::Length]) -
+                       command::serial::SyncSize;
+    return from == Sender::Host ? std::min(length, FrameSize) : length;
 }
 
 bool UartReceiver::tooLong() const
 {
-    return HeaderSize + bodySize() > int(RecvBufUart.size());
+    return frameLength() > int(RecvBufUart.size());
 }
 
 // What the next step reads.
@@ -27,7 +30,7 @@ UartReceiver::Piece UartReceiver::wanted()
     case ReadHeader:
         return {RecvBufUart.data(), HeaderSize};
     case ReadBody:
-        return {&RecvBufUart[HeaderSize], tooLong() ? 0 : bodySize()};
+        return {&RecvBufUart[HeaderSize], tooLong() ? 0 : frameLength() - HeaderSize};
     }
     return {&sync, 1};
 }
@@ -50,6 +53,8 @@ UartReceiver::Outcome UartReceiver::advance(bool gotAll)
         if (!gotAll)
             return Outcome::Waits;
         Uart_step = HuntSync1;
+        if (from == Sender::Host)
+            return Outcome::FrameFound;
         // No frame is longer than the buffer; that, like a wrong report id, was noise.
         return !tooLong() && RecvBufUart[command::offset::ReportId] == command::ReportId
                    ? Outcome::FrameFound

@@ -1,4 +1,4 @@
-#include "sim/datafile.h"
+#include "datafile.h"
 
 #include <QFile>
 

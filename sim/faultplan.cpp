@@ -1,6 +1,6 @@
-#include "sim/faultplan.h"
+#include "faultplan.h"
 
-#include "sim/datafile.h"
+#include "datafile.h"
 
 #include <algorithm>
 
@@ -148,7 +148,39 @@ bool overlap(const Fault &a, const Fault &b)
     return a.first < b.first + b.count && b.first < a.first + a.count;
 }
 
+QString words(const Fault &fault)
+{
+    const QString ms = QString::number(fault.duration.count());
+    switch (fault.kind) {
+    case Fault::Kind::None:
+        return u"goes well"_s;
+    case Fault::Kind::Stall:
+        return u"stalls for %1 ms"_s.arg(ms);
+    case Fault::Kind::Late:
+        return u"is %1 ms late"_s.arg(ms);
+    case Fault::Kind::Torn:
+        return u"is torn"_s;
+    case Fault::Kind::Repeat:
+        return u"happens twice"_s;
+    case Fault::Kind::Silent:
+        return u"meets silence"_s;
+    case Fault::Kind::Unplug:
+        return fault.back ? u"ends in an unplug for %1 ms"_s.arg(fault.back->count())
+                          : u"ends in an unplug"_s;
+    case Fault::Kind::Noise:
+        return u"meets %1 bytes of noise"_s.arg(fault.bytes);
+    case Fault::Kind::Lose:
+        return u"loses its last %1 bytes"_s.arg(fault.bytes);
+    }
+    return {};
+}
+
 } // namespace
+
+QString words(const Fault &fault, quint64 transfer)
+{
+    return u"fault  transfer %1 %2"_s.arg(transfer).arg(words(fault));
+}
 
 std::optional<FaultPlan> FaultPlan::parse(const QString &text, const QString &file,
                                           QString *problem, Link link)

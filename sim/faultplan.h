@@ -34,6 +34,9 @@ struct Fault
     bool operator==(const Fault &) const = default;
 };
 
+// How a log tells of a fault: "fault  transfer 4 is torn".
+QString words(const Fault &fault, quint64 transfer);
+
 // What goes wrong on a link, and when: a list of faults by the number of the transfer.
 //
 // Transfers are commands sent and reports read (on a serial line: said), counted together from 1.

@@ -1,4 +1,4 @@
-#include "sim/faultyframe.h"
+#include "faultyframe.h"
 
 #include <algorithm>
 #include <utility>
@@ -24,7 +24,6 @@ FaultyFrame::FaultyFrame(Profile profile, FaultPlan faults, Clock theClock, bool
     , in(startsPlugged)
     , plugs(startsPlugged ? 1 : 0)
 {
-    lastReport[command::offset::ReportId] = command::ReportId;
 }
 
 Fault FaultyFrame::beginTransfer()
@@ -64,8 +63,7 @@ bool FaultyFrame::plug()
     in = true;
     ++plugs;
     model.restart();
-    lastReport = {};
-    lastReport[command::offset::ReportId] = command::ReportId;
+    lastReport = command::report(0, 0);
     return true;
 }
 

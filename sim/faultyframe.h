@@ -1,7 +1,7 @@
 #pragma once
 
-#include "sim/faultplan.h"
-#include "sim/firmware.h"
+#include "faultplan.h"
+#include "firmware.h"
 
 namespace sim {
 
@@ -44,7 +44,7 @@ private:
     FaultPlan plan;
     Clock clock;
     Firmware model;
-    Frame lastReport{};
+    Frame lastReport = command::report(0, 0);
     quint64 count = 0;
     bool in;
     quint64 plugs;

@@ -1,7 +1,6 @@
-#include "sim/firmware.h"
+#include "firmware.h"
 
 #include <algorithm>
-#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <utility>
@@ -15,7 +14,6 @@ namespace {
 // The converter has twelve bits; a one-byte scan level is its upper eight.
 constexpr int AdcPerLevel = 16;
 constexpr int MaxAdcReading = 0xFFF;
-constexpr int MaxLevel = 0xFF;
 constexpr int MaxAgc = 0xFF;
 // Gain of a light in the middle of an axis; the ends need more.
 constexpr int MiddleAgc = 48;
@@ -24,35 +22,13 @@ constexpr int MaxQuarterTurn = 3;
 // What a light that does not shine still lets through, at most.
 constexpr int DarkReading = 2 * AdcPerLevel;
 
-// Lengths of replies: the payload up to its last value.
-constexpr UCHAR lengthUpTo(int end)
+// The record of a command that says the length that such a command has.
+template <typename Record>
+std::optional<Record> wellFormed(const Frame &request)
 {
-    return UCHAR(end - offset::Payload);
-}
-constexpr UCHAR FirmwareLength = lengthUpTo(firmware::ProductFamily + 1);
-constexpr UCHAR AdcReplyLength = lengthUpTo(settings::AdcLightsY + 2);
-constexpr UCHAR LightLength = lengthUpTo(settings::LightOff + 1);
-constexpr UCHAR CountsLength = lengthUpTo(scan::CountY + 2);
-constexpr UCHAR RotationLength = lengthUpTo(rotation::Code + 1);
-
-Frame reply(UCHAR cls, UCHAR sub, UCHAR length = 0)
-{
-    Frame frame{};
-    frame[offset::ReportId] = ReportId;
-    frame[offset::Class] = cls;
-    frame[offset::Sub] = sub;
-    frame[offset::Length] = length;
-    return frame;
-}
-
-bool sameKind(const Frame &a, const Frame &b)
-{
-    return a[offset::Class] == b[offset::Class] && a[offset::Sub] == b[offset::Sub];
-}
-
-int signedByte(UCHAR byte)
-{
-    return byte <= SCHAR_MAX ? byte : byte - (UCHAR_MAX + 1);
+    const std::optional<Record> record = Record::decode(request);
+    return record && record->encode()[offset::Length] == request[offset::Length] ? record
+                                                                                 : std::nullopt;
 }
 
 int percent(double part, int whole)
@@ -62,7 +38,7 @@ int percent(double part, int whole)
 }
 
 // Where the host shows its targets: integer division comes first there.
-std::array<QPoint, calibration::Targets> targetsOf(const ScreenGeometry &screen)
+std::array<QPoint, calibration::Targets> targetsOf(const CalibrationCheck &screen)
 {
     const int left = screen.x + screen.width / 8;
     const int right = screen.x + screen.width / 8 * 7;
@@ -72,14 +48,14 @@ std::array<QPoint, calibration::Targets> targetsOf(const ScreenGeometry &screen)
 }
 
 // The screen whose targets the touches are, as far as they agree.
-ScreenGeometry screenOf(const std::array<QPoint, calibration::Targets> &touches)
+CalibrationCheck screenOf(const std::array<QPoint, calibration::Targets> &touches)
 {
     const auto &[topLeft, topRight, bottomRight, bottomLeft] = touches;
     const int left = (topLeft.x() + bottomLeft.x()) / 2;
     const int right = (topRight.x() + bottomRight.x()) / 2;
     const int top = (topLeft.y() + topRight.y()) / 2;
     const int bottom = (bottomLeft.y() + bottomRight.y()) / 2;
-    ScreenGeometry screen;
+    CalibrationCheck screen;
     screen.width = (right - left) * 8 / 6;
     screen.height = (bottom - top) * 8 / 6;
     screen.x = left - screen.width / 8;
@@ -89,6 +65,27 @@ ScreenGeometry screenOf(const std::array<QPoint, calibration::Targets> &touches)
 
 } // namespace
 
+template <typename Record>
+bool Firmware::keep(const Frame &request)
+{
+    if (!wellFormed<Record>(request))
+        return false;
+    std::erase_if(keptCommands,
+                  [](const Frame &older) { return Record::decode(older).has_value(); });
+    keptCommands.push_back(request);
+    return true;
+}
+
+template <typename Record>
+std::optional<Record> Firmware::kept() const
+{
+    for (const Frame &command : keptCommands) {
+        if (const std::optional<Record> record = Record::decode(command))
+            return record;
+    }
+    return {};
+}
+
 Firmware::Firmware(Profile profile, Clock theClock)
     : features(std::move(profile))
     , clock(std::move(theClock))
@@ -96,7 +93,6 @@ Firmware::Firmware(Profile profile, Clock theClock)
     , generator(features.seed)
     , lightsX(size_t(features.lightsX))
     , lightsY(size_t(features.lightsY))
-    , turn(features.rotation)
 {
     restart();
 }
@@ -105,10 +101,12 @@ void Firmware::restart()
 {
     startedAt = clock();
     replies.clear();
-    last = reply(0, 0);
+    scansToCome.clear();
+    last = command::report(0, 0);
     state = Calibration::Idle;
     step = 0;
-    gestureSettings.reset();
+    std::erase_if(keptCommands,
+                  [](const Frame &command) { return Gestures::decode(command).has_value(); });
     pairs = false;
 }
 
@@ -123,6 +121,7 @@ Frame Firmware::report()
     if (!replies.empty()) {
         last = replies.front();
         replies.pop_front();
+        beginScanToCome();
     }
     return last;
 }
@@ -142,31 +141,48 @@ LightState Firmware::light(UCHAR axis, int number) const
     return axis == settings::AxisX ? lightsX.at(size_t(number)) : lightsY.at(size_t(number));
 }
 
+std::optional<Gestures> Firmware::gestures() const
+{
+    return kept<Gestures>();
+}
+
+AdcLines Firmware::adcSettings() const
+{
+    return kept<AdcLines>().value_or(FirstAdcLines);
+}
+
+int Firmware::rotation() const
+{
+    return kept<RotationCommand>().value_or(RotationCommand{features.rotation}).code;
+}
+
+std::optional<int> Firmware::baudCode() const
+{
+    const auto rate = kept<BaudCommand>();
+    return rate ? std::optional(rate->code) : std::nullopt;
+}
+
 // False: the command is unknown or makes no sense.
 bool Firmware::execute(const Frame &request, int arrived)
 {
     const UCHAR cls = request[offset::Class];
     const UCHAR sub = request[offset::Sub];
-    const UCHAR length = request[offset::Length];
     if (cls == command::Calibration)
         return calibrate(request, arrived);
-    if (cls == Settings && sub != settings::GetAdc && sub != settings::Reset)
-        return set(request);
-    if (cls == Rotation && sub == rotation::Set) {
-        if (length != rotation::SetLength || request[rotation::Code] > MaxQuarterTurn)
+    if (const auto light = wellFormed<LightRequest>(request)) {
+        // The record takes any other number for 1.
+        if (sub == settings::SwitchLight && request[settings::LightSwitch] > 1)
             return false;
-        turn = request[rotation::Code];
-        return true;
+        return obeyLight(*light);
     }
-    if (cls == SerialBaud && sub == serialbaud::Set) {
-        if (length != serialbaud::SetLength)
-            return false;
-        baud = le16(&request[serialbaud::Code]) | request[serialbaud::Code + 2] << 16;
+    if (const auto turn = RotationCommand::decode(request); turn && turn->code > MaxQuarterTurn)
+        return false;
+    if (keep<Gestures>(request) || keep<AdcLines>(request) || keep<RotationCommand>(request) ||
+        keep<BaudCommand>(request))
         return true;
-    }
 
     // The others carry nothing.
-    if (length != 0)
+    if (request[offset::Length] != 0)
         return false;
     const bool current = isCurrentGeneration(features.release);
     if (cls == command::Firmware && sub == firmware::Query && current)
@@ -179,10 +195,10 @@ bool Firmware::execute(const Frame &request, int arrived)
     else if (cls == Scan && sub == scan::Counts)
         sayCounts();
     else if (cls == Scan && (sub == scan::AxisX || sub == scan::AxisY))
-        sayScan(sub);
+        askForScan(sub);
     else if (cls == Rotation && sub == rotation::Query) {
-        sayRotation(rotation::DefaultReply, features.defaultRotation);
-        sayRotation(rotation::CurrentReply, turn);
+        answer({RotationReport{rotation::DefaultReply, features.defaultRotation}.encode()});
+        answer({RotationReport{rotation::CurrentReply, UCHAR(rotation())}.encode()});
     } else
         return false;
     return true;
@@ -211,7 +227,7 @@ bool Firmware::calibrate(const Frame &request, int arrived)
         return check(request, arrived);
     case calibration::Save:
         if (state == Calibration::Ended)
-            kept = measured;
+            saved = measured;
         break;
     case calibration::Reset:
         break;
@@ -227,19 +243,18 @@ bool Firmware::calibrate(const Frame &request, int arrived)
 
 bool Firmware::check(const Frame &request, int arrived)
 {
-    const auto told = [&request, arrived](int at) {
-        return at + 2 <= arrived ? int(le16(&request[size_t(at)])) : 0;
-    };
-    const ScreenGeometry screen{told(calibration::StartX),       told(calibration::StartY),
-                                told(calibration::Width),        told(calibration::Height),
-                                told(calibration::DesktopWidth), told(calibration::DesktopHeight)};
+    // The values are two bytes each, and half of one is none.
+    Frame whole = request;
+    const int end = calibration::StartX + (arrived - calibration::StartX) / 2 * 2;
+    std::fill(whole.begin() + std::clamp(end, 0, FrameSize), whole.end(), UCHAR(0));
+    const CalibrationCheck screen = CalibrationCheck::decode(whole).value();
     const bool isWhole = arrived >= calibration::Height + 2;
     if (isWhole && (screen.width == 0 || screen.height == 0))
         return false;
     if (state != Calibration::Offered || step != calibration::Check)
         return true;
 
-    const ScreenGeometry shown = isWhole ? screen : screenOf(touches);
+    const CalibrationCheck shown = isWhole ? screen : screenOf(touches);
     const auto targets = targetsOf(shown);
     double offX = 0;
     double offY = 0;
@@ -250,162 +265,119 @@ bool Firmware::check(const Frame &request, int arrived)
     measured = {screen, percent(offX / calibration::Targets, shown.width),
                 percent(offY / calibration::Targets, shown.height)};
     state = Calibration::Ended;
-    Frame end = reply(command::Calibration, calibration::End);
-    end[calibration::DeviationX] = UCHAR(measured.deviationX);
-    end[calibration::DeviationY] = UCHAR(measured.deviationY);
-    answer({end});
+    answer({CalibrationEnd{measured.deviationX, measured.deviationY}.encode()});
     return true;
 }
 
-bool Firmware::set(const Frame &request)
-{
-    const UCHAR length = request[offset::Length];
-    switch (request[offset::Sub]) {
-    case settings::SetGestures:
-        if (length != settings::GesturesLength)
-            return false;
-        gestureSettings = {request[settings::AllEnabled],
-                           request[settings::RightButtonEnabled],
-                           le16(&request[settings::RightButtonDuration]),
-                           request[settings::RightButtonRange],
-                           request[settings::WheelEnabled],
-                           request[settings::WheelSensitivity]};
-        return true;
-    case settings::SetAdc:
-        if (length != settings::AdcLength)
-            return false;
-        adc = {le16(&request[settings::MinAdc]),       le16(&request[settings::MaxAdc]),
-               le16(&request[settings::MinEdgeAdc]),   le16(&request[settings::MaxEdgeAdc]),
-               le16(&request[settings::AdcThreshold]), le16(&request[settings::EdgeAdcThreshold])};
-        return true;
-    case settings::SetLight:
-        return length == settings::SetLightLength && setLight(request);
-    case settings::SwitchLight:
-        return length == settings::SwitchLightLength && request[settings::LightSwitch] <= 1 &&
-               setLight(request);
-    case settings::GetLight:
-        return length == settings::GetLightLength && setLight(request);
-    default:
-        return false;
-    }
-}
-
 // The three commands that name a light, each answered by how the light is then.
-bool Firmware::setLight(const Frame &request)
+bool Firmware::obeyLight(const LightRequest &request)
 {
-    const UCHAR axis = request[settings::LightAxis];
-    if (axis != settings::AxisX && axis != settings::AxisY)
-        return false;
-    const int number = le16(&request[settings::LightNumber]);
-    if (number >= lights(axis))
+    const auto [axis, number] = request.light;
+    if ((axis != settings::AxisX && axis != settings::AxisY) || number >= lights(axis))
         return false;
     LightState &light = (axis == settings::AxisX ? lightsX : lightsY)[size_t(number)];
-    if (request[offset::Sub] == settings::SetLight)
-        light.offset = signedByte(request[settings::LightOffset]);
-    else if (request[offset::Sub] == settings::SwitchLight)
-        light.off = request[settings::LightSwitch] != 0;
-    sayLight(axis, number);
+    if (request.sub == settings::SetLight)
+        light.offset = request.offset;
+    else if (request.sub == settings::SwitchLight)
+        light.off = request.off;
+    sayLight(request.light);
     return true;
 }
 
 void Firmware::sayFirmware()
 {
-    Frame words = reply(command::Firmware, replyTo(firmware::Query), FirmwareLength);
-    putLe16(&words[firmware::Revision], int(features.revision & 0xFFFF));
-    words[firmware::Revision + 2] = UCHAR(features.revision >> 16);
-    putLe16(&words[firmware::Checksum], int(features.checksum & 0xFFFF));
-    putLe16(&words[firmware::Checksum + 2], int(features.checksum >> 16));
-    putLe16(&words[firmware::ProductNum], int(features.number & 0xFFFF));
-    // Number and date share a byte.
-    words[firmware::ProductDate] =
-        UCHAR((features.number >> 16 & 0x0F) | (features.date & 0x0F) << 4);
-    words[firmware::ProductDate + 1] = UCHAR(features.date >> 4 & 0xFF);
-    words[firmware::ProductDate + 2] = UCHAR(features.date >> 12 & 0x0F);
-    words[firmware::ProductFamily] = features.family;
-    answer({words});
+    answer({FirmwareRecord{.revision = features.revision,
+                           .checksum = features.checksum,
+                           .number = features.number,
+                           .date = features.date,
+                           .family = features.family}
+                .encode()});
 }
 
 void Firmware::sayAdc()
 {
     pairs = true;
-    Frame words = reply(Settings, replyTo(settings::GetAdc), AdcReplyLength);
-    putLe16(&words[settings::MinAdc], adc.min);
-    putLe16(&words[settings::MaxAdc], adc.max);
-    putLe16(&words[settings::MinEdgeAdc], adc.minEdge);
-    putLe16(&words[settings::MaxEdgeAdc], adc.maxEdge);
-    putLe16(&words[settings::AdcThreshold], adc.threshold);
-    putLe16(&words[settings::EdgeAdcThreshold], adc.edgeThreshold);
-    putLe16(&words[settings::AdcLightsX], features.lightsX);
-    putLe16(&words[settings::AdcLightsY], features.lightsY);
-    answer({words});
+    answer({AdcReport{adcSettings(), {features.lightsX, features.lightsY}}.encode()});
 }
 
-void Firmware::sayLight(UCHAR axis, int number)
+void Firmware::sayLight(const LightName &name)
 {
-    const Reading reading = measure(axis, number);
-    const LightState own = light(axis, number);
-    Frame words = reply(Settings, replyTo(settings::GetLight), LightLength);
-    words[settings::LightAxis] = axis;
-    putLe16(&words[settings::LightNumber], number);
-    words[settings::LightOffset] = UCHAR(own.offset);
-    words[settings::LightAgc] = UCHAR(reading.agc);
-    putLe16(&words[settings::LightAdc], reading.adc);
-    putLe16(&words[settings::LightOrg], reading.org);
-    words[settings::LightOff] = own.off ? 1 : 0;
-    answer({words});
+    const Reading reading = measure(name.axis, name.number);
+    const LightState own = light(name.axis, name.number);
+    answer({LightReport{.light = name,
+                        .offset = own.offset,
+                        .agc = reading.agc,
+                        .adc = reading.adc,
+                        .org = reading.org,
+                        .off = own.off}
+                .encode()});
 }
 
 void Firmware::sayCounts()
 {
     pairs = false;
-    Frame words = reply(Scan, replyTo(scan::Counts), CountsLength);
-    putLe16(&words[scan::CountX], features.lightsX);
-    putLe16(&words[scan::CountY], features.lightsY);
-    answer({words});
+    answer({LightCounts{features.lightsX, features.lightsY}.encode()});
+}
+
+void Firmware::askForScan(UCHAR axis)
+{
+    if (features.earlyRequest == EarlyRequest::Drops || !isWaiting(Scan, replyTo(axis)))
+        sayScan(axis);
+    else if (std::find(scansToCome.begin(), scansToCome.end(), axis) == scansToCome.end())
+        scansToCome.push_back(axis);
+}
+
+// The lights are read when the last page before has been: not when they were asked for.
+void Firmware::beginScanToCome()
+{
+    const auto next = std::find_if(scansToCome.begin(), scansToCome.end(),
+                                   [this](UCHAR axis) { return !isWaiting(Scan, replyTo(axis)); });
+    if (next == scansToCome.end())
+        return;
+    const UCHAR axis = *next;
+    scansToCome.erase(next);
+    sayScan(axis);
 }
 
 void Firmware::sayScan(UCHAR axis)
 {
     const int perPage = pairs ? scan::PairsPerPage : scan::LevelsPerPage;
-    const int bytesPerLight = pairs ? 2 : 1;
     const UCHAR lightAxis = axis == scan::AxisX ? settings::AxisX : settings::AxisY;
     const int count = lights(lightAxis);
     std::vector<Frame> pages;
     for (int first = 0; first < count; first += perPage) {
-        const int onPage = std::min(perPage, count - first);
-        Frame page = reply(Scan, replyTo(axis), lengthUpTo(scan::Levels + onPage * bytesPerLight));
-        putLe16(&page[scan::FirstLight], first);
-        auto byte = page.begin() + scan::Levels;
-        for (int i = 0; i < onPage; ++i) {
-            const Reading reading = measure(lightAxis, first + i);
-            *byte++ = UCHAR(reading.adc / AdcPerLevel);
+        ScanPage page{.axis = axis, .first = first};
+        for (int number = first; number < std::min(first + perPage, count); ++number) {
+            const Reading reading = measure(lightAxis, number);
+            page.bytes[size_t(page.size++)] = UCHAR(reading.adc / AdcPerLevel);
             if (pairs)
-                *byte++ = UCHAR(reading.agc);
+                page.bytes[size_t(page.size++)] = UCHAR(reading.agc);
         }
-        pages.push_back(page);
+        pages.push_back(page.encode());
     }
     answer(pages);
 }
 
-void Firmware::sayRotation(UCHAR sub, UCHAR code)
-{
-    Frame words = reply(Rotation, sub, RotationLength);
-    words[rotation::Code] = code;
-    answer({words});
-}
-
 void Firmware::sayCalibration(UCHAR sub)
 {
-    answer({reply(command::Calibration, sub)});
+    answer({command::report(command::Calibration, sub)});
 }
 
 // A host that asks again wants the answer of now, and one that asks faster than it reads would
 // otherwise fill the queue: what still waits of the same kind is dropped.
 void Firmware::answer(const std::vector<Frame> &pages)
 {
-    std::erase_if(replies,
-                  [&pages](const Frame &waiting) { return sameKind(waiting, pages.front()); });
+    const Frame &first = pages.front();
+    std::erase_if(replies, [&first](const Frame &waiting) {
+        return is(waiting, first[offset::Class], first[offset::Sub]);
+    });
     replies.insert(replies.end(), pages.begin(), pages.end());
+}
+
+bool Firmware::isWaiting(UCHAR cls, UCHAR sub) const
+{
+    return std::any_of(replies.begin(), replies.end(),
+                       [cls, sub](const Frame &waiting) { return is(waiting, cls, sub); });
 }
 
 void Firmware::dropReplies(UCHAR cls)

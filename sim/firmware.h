@@ -1,7 +1,7 @@
 #pragma once
 
-#include "device/commands.h"
-#include "sim/profile.h"
+#include "device/records.h"
+#include "profile.h"
 
 #include <QPoint>
 
@@ -17,53 +17,23 @@ namespace sim {
 
 using Clock = std::function<std::chrono::milliseconds()>;
 
-// Where a screen lies in the desktop, in native pixels, as the check of a calibration tells it.
-// What a serial line cut off is 0.
-struct ScreenGeometry
-{
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-    int desktopWidth = 0;
-    int desktopHeight = 0;
-
-    bool operator==(const ScreenGeometry &) const = default;
-};
-
 // A calibration that the device keeps.
 struct KeptCalibration
 {
-    ScreenGeometry screen;
-    int deviationX = 0; // percent of the screen's width, 0 to 127
+    command::CalibrationCheck screen; // what a serial line cut off is 0
+    int deviationX = 0;               // percent of the screen's width, 0 to 127
     int deviationY = 0;
 
     bool operator==(const KeptCalibration &) const = default;
 };
 
-struct GestureSettings
-{
-    int allEnabled = 0;
-    int rightButtonEnabled = 0;
-    int rightButtonDuration = 0; // ms
-    int rightButtonRange = 0;
-    int wheelEnabled = 0;
-    int wheelSensitivity = 0;
-
-    bool operator==(const GestureSettings &) const = default;
-};
-
-struct AdcSettings
-{
-    int min = 3800;
-    int max = 4000;
-    int minEdge = 3000;
-    int maxEdge = 3200;
-    int threshold = 1000;
-    int edgeThreshold = 600;
-
-    bool operator==(const AdcSettings &) const = default;
-};
+// What a device that nobody has set keeps its lights between.
+inline constexpr command::AdcLines FirstAdcLines{.min = 3800,
+                                                 .max = 4000,
+                                                 .minEdge = 3000,
+                                                 .maxEdge = 3200,
+                                                 .threshold = 1000,
+                                                 .edgeThreshold = 600};
 
 struct LightState
 {
@@ -115,15 +85,15 @@ public:
     Calibration calibration() const { return state; }
     // The step that the device offered or waits at, 1 to 5; 0 while idle.
     int calibrationStep() const { return step; }
-    bool calibrationKept() const { return kept.has_value(); }
-    std::optional<KeptCalibration> keptCalibration() const { return kept; }
+    bool calibrationKept() const { return saved.has_value(); }
+    std::optional<KeptCalibration> keptCalibration() const { return saved; }
 
-    std::optional<GestureSettings> gestures() const { return gestureSettings; }
-    AdcSettings adcSettings() const { return adc; }
+    std::optional<command::Gestures> gestures() const;
+    command::AdcLines adcSettings() const;
     // The axis is command::settings::AxisX or AxisY, the number is 0-based and in range.
     LightState light(UCHAR axis, int number) const;
-    int rotation() const { return turn; }
-    std::optional<int> baudCode() const { return baud; }
+    int rotation() const;
+    std::optional<int> baudCode() const;
 
 private:
     struct Reading
@@ -134,19 +104,26 @@ private:
     };
 
     bool execute(const Frame &request, int arrived);
+    // Keeps a command that is well-formed and of this kind; false for any other.
+    template <typename Record>
+    bool keep(const Frame &request);
+    // What was kept last, if anything.
+    template <typename Record>
+    std::optional<Record> kept() const;
     bool calibrate(const Frame &request, int arrived);
     bool check(const Frame &request, int arrived);
-    bool set(const Frame &request);
-    bool setLight(const Frame &request);
+    bool obeyLight(const command::LightRequest &request);
     void sayFirmware();
     void sayAdc();
-    void sayLight(UCHAR axis, int number);
+    void sayLight(const command::LightName &name);
     void sayCounts();
+    void askForScan(UCHAR axis);
+    void beginScanToCome();
     void sayScan(UCHAR axis);
-    void sayRotation(UCHAR sub, UCHAR code);
     void sayCalibration(UCHAR sub);
 
     void answer(const std::vector<Frame> &pages);
+    bool isWaiting(UCHAR cls, UCHAR sub) const;
     void dropReplies(UCHAR cls);
     int lights(UCHAR axis) const;
     Reading measure(UCHAR axis, int number);
@@ -163,15 +140,14 @@ private:
     int step = 0;
     std::array<QPoint, command::calibration::Targets> touches;
     KeptCalibration measured; // of the check that ended the calibration
-    std::optional<KeptCalibration> kept;
+    std::optional<KeptCalibration> saved;
 
-    std::optional<GestureSettings> gestureSettings;
-    AdcSettings adc;
+    std::vector<Frame> keptCommands; // the last of each kind that sets something and no more
     std::vector<LightState> lightsX;
     std::vector<LightState> lightsY;
     bool pairs = false; // scan pages carry two bytes a light
-    UCHAR turn;
-    std::optional<int> baud;
+    // Axes that are scanned again once their pages have been read; each stands here once.
+    std::vector<UCHAR> scansToCome;
 };
 
 } // namespace sim

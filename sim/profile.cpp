@@ -1,7 +1,7 @@
-#include "sim/profile.h"
+#include "profile.h"
 
+#include "datafile.h"
 #include "device/commands.h"
-#include "sim/datafile.h"
 
 #include <QHash>
 
@@ -29,6 +29,11 @@ struct Key
     qint64 max;
     std::function<void(Profile &, qint64)> store;
 };
+
+// The words of the one key that has no number.
+constexpr auto EarlyRequestKey = "early-request"_L1;
+constexpr auto Drops = "drops"_L1;
+constexpr auto Finishes = "finishes"_L1;
 
 const QHash<QString, Key> &keys()
 {
@@ -66,7 +71,8 @@ public:
     Profile profile;
 
 private:
-    QString takeNumber(const QString &name, const Key &key, const QStringList &values);
+    QString takeNumber(const QString &name, const Key &key, const QString &word);
+    QString takeEarlyRequest(const QString &word);
     QString takeLight(const QString &name, const QStringList &values, int line);
 
     QHash<QString, int> seen; // key and the line that it stood on
@@ -80,21 +86,29 @@ QString ProfileReader::take(const DataFile::Line &line)
     if (name == "dead"_L1 || name == "weak"_L1 || name == "noisy"_L1)
         return takeLight(name, values, line.number);
     const auto key = keys().constFind(name);
-    if (key == keys().constEnd())
+    if (key == keys().constEnd() && name != EarlyRequestKey)
         return tr("%1 is not a key of a profile").arg(name);
     if (const auto before = seen.constFind(name); before != seen.constEnd())
         return tr("%1 stands on line %2 already").arg(name).arg(*before);
     seen.insert(name, line.number);
-    return takeNumber(name, *key, values);
-}
-
-QString ProfileReader::takeNumber(const QString &name, const Key &key, const QStringList &values)
-{
     if (values.isEmpty())
         return tr("%1 has no value").arg(name);
     if (values.size() > 1)
         return tr("%1 takes one value, not %2").arg(name).arg(values.size());
-    const QString &word = values.first();
+    return name == EarlyRequestKey ? takeEarlyRequest(values.first())
+                                   : takeNumber(name, *key, values.first());
+}
+
+QString ProfileReader::takeEarlyRequest(const QString &word)
+{
+    if (word != Drops && word != Finishes)
+        return tr("%1 is %2: write drops or finishes").arg(EarlyRequestKey, word);
+    profile.earlyRequest = word == Drops ? EarlyRequest::Drops : EarlyRequest::Finishes;
+    return {};
+}
+
+QString ProfileReader::takeNumber(const QString &name, const Key &key, const QString &word)
+{
     const std::optional<qint64> value = DataFile::number(word);
     // 3010 would be another number than the release 3.010 that is meant.
     const bool hexOnly = name == "release"_L1 || name == "product"_L1;

@@ -21,6 +21,12 @@ struct OddLight
     bool operator==(const OddLight &) const = default;
 };
 
+// What a frame does when it is asked for a scan while one of the same axis still waits to be read.
+enum class EarlyRequest {
+    Drops,    // drops the pages that wait and scans anew
+    Finishes, // says them all, then scans anew, once however often it was asked meanwhile
+};
+
 // What one touch frame is like: everything that differs between frames is data. sim/profiles/
 // holds examples; each says what its keys mean.
 struct Profile
@@ -48,10 +54,11 @@ public:
     // Quarter turns, 0 to 3.
     UCHAR rotation = 0;
     UCHAR defaultRotation = 0;
+    EarlyRequest earlyRequest = EarlyRequest::Drops;
 
-    // Reads lines of "key value"; '#' starts a comment. Returns nothing for a text that is wrong,
-    // and tells file, line and reason in problem, for example
-    // "frame.profile:7: lights-x is 600: the largest frame has 500".
+    // Reads lines of "key value", such as "lights-x 96" or "early-request finishes"; '#' starts a
+    // comment. Returns nothing for a text that is wrong, and tells file, line and reason in
+    // problem, for example "frame.profile:7: lights-x is 600: the largest frame has 500".
     static std::optional<Profile> parse(const QString &text, const QString &file, QString *problem);
     // The same for a file on disk; problem then begins with the path.
     static std::optional<Profile> load(const QString &path, QString *problem);

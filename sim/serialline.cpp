@@ -1,4 +1,4 @@
-#include "sim/serialline.h"
+#include "serialline.h"
 
 #include <algorithm>
 #include <array>

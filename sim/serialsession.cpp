@@ -1,6 +1,7 @@
-#include "sim/serialsession.h"
+#include "serialsession.h"
 
 #include "device/portsettings.h"
+#include "device/serialframing.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -22,6 +23,21 @@ namespace {
 constexpr qint64 BitsPerByte = 10; // with start and stop bit
 constexpr qint64 MsPerSecond = 1000;
 constexpr int RateTolerancePercent = 2;
+
+// What did not travel is zero.
+Frame frameOf(const QByteArray &bytes)
+{
+    Frame frame{};
+    std::copy(bytes.begin(), bytes.end(), frame.begin());
+    return frame;
+}
+
+QByteArray onLine(const Frame &frame)
+{
+    command::serial::LineBuffer line;
+    const int length = command::serial::putOnLine(frame, line);
+    return {reinterpret_cast<const char *>(line.data()), length};
+}
 
 } // namespace
 
@@ -97,7 +113,7 @@ void SerialSession::release()
     delayed.clear();
     said.clear();
     waiting.clear();
-    reader.reset();
+    beginAnew();
     if (line && !link.isEmpty())
         dropLink();
     line.reset();
@@ -142,15 +158,38 @@ void SerialSession::listen()
             note(u"noise: %1 bytes at %2 baud, listens at %3"_s.arg(next.bytes.size())
                      .arg(next.rate)
                      .arg(ownRate));
-            reader.reset();
+            beginAnew();
             waiting.pop_front();
         } else {
-            const auto byte = UCHAR(next.bytes.front());
+            const char byte = next.bytes.front();
             next.bytes.remove(0, 1);
-            if (const std::optional<QByteArray> bytes = reader.take(byte))
-                obey(*bytes);
+            if (take(byte))
+                obey({reinterpret_cast<const char *>(receiver.frame()), receiver.frameLength()});
         }
     }
+}
+
+// True when the byte completes a frame.
+bool SerialSession::take(char byte)
+{
+    understood.bytes += byte;
+    auto outcome = UartReceiver::Outcome::Moved;
+    while (outcome == UartReceiver::Outcome::Moved)
+        outcome = receiver.step(understood);
+    return outcome == UartReceiver::Outcome::FrameFound;
+}
+
+void SerialSession::beginAnew()
+{
+    receiver.reset();
+    understood.bytes.clear();
+}
+
+qint64 SerialSession::Understood::readData(char *data, qint64 maxSize)
+{
+    std::copy_n(bytes.constBegin(), maxSize, data);
+    bytes.remove(0, maxSize);
+    return maxSize;
 }
 
 void SerialSession::obey(const QByteArray &bytes)
@@ -168,7 +207,7 @@ void SerialSession::obey(const QByteArray &bytes)
         busy.start(fault.duration);
         return;
     case Fault::Kind::Lose:
-        reader.lose(bytes, fault.bytes);
+        loseLast(bytes, fault.bytes);
         return;
     case Fault::Kind::Noise: {
         QByteArray spoilt = bytes;
@@ -183,11 +222,19 @@ void SerialSession::obey(const QByteArray &bytes)
     }
 }
 
+// Goes on as though the last bytes of a frame that has just come had not come yet.
+void SerialSession::loseLast(const QByteArray &bytes, int count)
+{
+    beginAnew();
+    QByteArray came = onLine(frameOf(bytes));
+    came.chop(count);
+    for (const char byte : came)
+        take(byte);
+}
+
 void SerialSession::execute(const QByteArray &bytes, const Fault &fault)
 {
-    Frame request{};
-    std::copy(bytes.begin(), bytes.end(), request.begin());
-    emit logged(log.command(frame.write(request, fault, int(bytes.size()))));
+    emit logged(log.command(frame.write(frameOf(bytes), fault, int(bytes.size()))));
     changeRate();
     speak();
 }
@@ -200,7 +247,7 @@ void SerialSession::changeRate()
     if (rate == 0 || rate == ownRate)
         return;
     ownRate = rate;
-    reader.reset();
+    beginAnew();
     note(u"listens at %1 baud"_s.arg(ownRate));
 }
 
@@ -221,9 +268,9 @@ void SerialSession::speak()
         reply = frame.read(isTorn ? fault : Fault()).bytes;
         if (fault.kind == Fault::Kind::Silent)
             continue;
-        said = serialBytes(reply);
+        said = onLine(reply);
         if (fault.kind == Fault::Kind::Repeat)
-            said += serialBytes(reply);
+            said += onLine(reply);
         else if (fault.kind == Fault::Kind::Noise)
             said.insert(command::serial::SyncSize + command::serial::HeaderSize,
                         noise(fault.bytes));
@@ -251,8 +298,8 @@ void SerialSession::say()
 Fault SerialSession::beginTransfer()
 {
     const Fault fault = frame.beginTransfer();
-    if (const QStringList lines = log.fault(fault, frame.transfers()); !lines.isEmpty())
-        emit logged(lines);
+    if (fault.kind != Fault::Kind::None)
+        note(words(fault, frame.transfers()));
     return fault;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "sim/serialframing.h"
-#include "sim/serialline.h"
-#include "sim/session.h"
+#include "device/uartreceiver.h"
+#include "serialline.h"
+#include "session.h"
 
 #include <QTimer>
 
@@ -41,6 +41,15 @@ private:
         int rate; // of the terminal when they arrived
     };
 
+    // What has come at the frame's own rate, for its receiver.
+    struct Understood
+    {
+        qint64 size() const { return bytes.size(); }
+        qint64 readData(char *data, qint64 maxSize);
+
+        QByteArray bytes;
+    };
+
     QString attach() override;
     void release() override;
     void felt() override { speak(); }
@@ -48,7 +57,10 @@ private:
     void dropLink();
 
     void listen();
+    bool take(char byte);
+    void beginAnew();
     void obey(const QByteArray &bytes);
+    void loseLast(const QByteArray &bytes, int count);
     void execute(const QByteArray &bytes, const Fault &fault);
     void changeRate();
     void speak();
@@ -62,7 +74,8 @@ private:
     std::unique_ptr<SerialLine> line; // while plugged
     quint64 attachments = 0;
     int ownRate;
-    SerialReader reader;
+    UartReceiver receiver{UartReceiver::Sender::Host};
+    Understood understood;     // as far as the receiver has not taken it
     std::deque<Heard> waiting; // not read yet
     QTimer busy;               // runs while a fault keeps the frame from listening
     QByteArray delayed;        // the command that is obeyed when it ends

@@ -1,4 +1,4 @@
-#include "sim/session.h"
+#include "session.h"
 
 #include <utility>
 
@@ -27,7 +27,7 @@ QString keptWords(const std::optional<KeptCalibration> &kept)
 {
     if (!kept)
         return u"kept=0"_s;
-    const ScreenGeometry &screen = kept->screen;
+    const command::CalibrationCheck &screen = kept->screen;
     return u"kept=1 kept-deviation=%1,%2 kept-screen=%3,%4,%5,%6,%7,%8"_s.arg(kept->deviationX)
         .arg(kept->deviationY)
         .arg(screen.x)
@@ -38,7 +38,7 @@ QString keptWords(const std::optional<KeptCalibration> &kept)
         .arg(screen.desktopHeight);
 }
 
-QString gestureWords(const std::optional<GestureSettings> &gestures)
+QString gestureWords(const std::optional<command::Gestures> &gestures)
 {
     if (!gestures)
         return u"gestures=none"_s;

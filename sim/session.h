@@ -1,7 +1,7 @@
 #pragma once
 
-#include "sim/faultyframe.h"
-#include "sim/framelog.h"
+#include "device/framelog.h"
+#include "faultyframe.h"
 
 #include <QObject>
 #include <QPoint>

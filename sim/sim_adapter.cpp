@@ -1,8 +1,8 @@
-#include "sim/sim_adapter.h"
+#include "sim_adapter.h"
 
+#include "device/frame.h"
 #include "device/pacing.h"
 
-#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -103,9 +103,7 @@ bool SimAdapter::SendReport(UCHAR reportId, UCHAR *buf)
     {
         Look look(*this);
         if (!transfer(look, reportId, [this, buf](const Fault &fault) {
-                Frame frame{};
-                if (buf)
-                    std::copy_n(buf + 1, FrameSize - 1, frame.begin() + 1);
+                const Frame frame = buf ? command::frameAt(buf) : Frame();
                 note(frameLog.command(model.write(frame, fault)));
             }))
             return true;
@@ -142,7 +140,7 @@ int SimAdapter::ReadReport(UCHAR reportId, UCHAR *buf)
     if (!read)
         report = {};
     report[command::offset::ReportId] = reportId;
-    std::copy(report.begin(), report.end(), buf);
+    MALVOUTIL::Buf_util::CopyBuf(report.data(), buf, FrameSize);
     return read ? 0 : -1;
 }
 
@@ -260,7 +258,8 @@ bool SimAdapter::transfer(Look &look, UCHAR reportId,
     if (!usable() || reportId != command::ReportId)
         return false;
     const Fault fault = model.beginTransfer();
-    note(frameLog.fault(fault, model.transfers()));
+    if (fault.kind != Fault::Kind::None)
+        note(frameLog.note(words(fault, model.transfers())));
     if (fault.kind == Fault::Kind::Unplug) {
         look.changed(false);
         return false;

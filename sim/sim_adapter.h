@@ -1,8 +1,8 @@
 #pragma once
 
+#include "device/framelog.h"
 #include "device/hid_adapter.h"
-#include "sim/faultyframe.h"
-#include "sim/framelog.h"
+#include "faultyframe.h"
 
 #include <QPoint>
 

@@ -1,4 +1,4 @@
-#include "sim/usbdevice.h"
+#include "usbdevice.h"
 
 #include <QTimer>
 #include <QtEndian>
@@ -424,8 +424,8 @@ void UsbDevice::transferReport(const Urb &request, const Setup &setup)
         return;
     }
     const Fault fault = frame.beginTransfer();
-    if (const QStringList lines = log.fault(fault, frame.transfers()); !lines.isEmpty())
-        emit logged(lines);
+    if (fault.kind != Fault::Kind::None)
+        emit logged(log.note(words(fault, frame.transfers())));
     switch (fault.kind) {
     case Fault::Kind::Unplug:
         pullOut();

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "device/filedescriptor.h"
-#include "sim/faultyframe.h"
-#include "sim/framelog.h"
+#include "device/framelog.h"
+#include "faultyframe.h"
 
 #include <QByteArray>
 #include <QHash>

@@ -1,4 +1,4 @@
-#include "sim/usbsession.h"
+#include "usbsession.h"
 
 #include "device/filedescriptor.h"
 

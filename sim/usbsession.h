@@ -1,8 +1,8 @@
 #pragma once
 
-#include "sim/session.h"
-#include "sim/usbdevice.h"
-#include "sim/vhciport.h"
+#include "session.h"
+#include "usbdevice.h"
+#include "vhciport.h"
 
 #include <memory>
 

@@ -1,4 +1,4 @@
-#include "sim/vhciport.h"
+#include "vhciport.h"
 
 #include "device/filedescriptor.h"
 

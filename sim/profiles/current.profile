@@ -25,3 +25,8 @@ family 0x21
 # Quarter turns.
 rotation 0
 default-rotation 0
+
+# When a scan is asked for while one of its axis still waits to be read, the frame
+#   drops     what waits and scans anew, or
+#   finishes  what waits, then scans anew, once however often it was asked meanwhile.
+early-request drops

@@ -16,3 +16,6 @@ number 0xFFFFF
 family 0xFF
 rotation 1
 default-rotation 3
+# A scan that is asked for while one of its axis still waits to be read: the frame says the one
+# that waits to its end, then scans again, once however often it was asked.
+early-request finishes

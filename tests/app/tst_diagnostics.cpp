@@ -385,8 +385,8 @@ private slots:
         type("MinADC", u"3700"_s);
         type("EdgeADCThreshold", u"555"_s);
         press(lights, "ADCSetBtn");
-        QTRY_COMPARE(model<sim::AdcSettings>(&sim::Firmware::adcSettings),
-                     (sim::AdcSettings{3700, 4000, 3000, 3200, 1000, 555}));
+        QTRY_COMPARE(model<command::AdcLines>(&sim::Firmware::adcSettings),
+                     (command::AdcLines{3700, 4000, 3000, 3200, 1000, 555}));
         lights->close();
         lights->show();
         QTRY_COMPARE(field("MinADC"), u"3700"_s);

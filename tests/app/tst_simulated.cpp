@@ -134,7 +134,7 @@ private slots:
         touchTargets(4);
         QTRY_VERIFY(kept());
         QCOMPARE(answer.asked, 1);
-        QCOMPARE(kept()->screen, (sim::ScreenGeometry{0, 0, 1280, 800, 1280, 800}));
+        QCOMPARE(kept()->screen, (command::CalibrationCheck{0, 0, 1280, 800, 1280, 800}));
         QCOMPARE(kept()->deviationX, 0);
         QVERIFY(!calibrationScreen()->isVisible());
     }
@@ -243,7 +243,7 @@ private slots:
     void gestures_are_there_again_after_a_restart_a_replug_and_an_edited_file()
     {
         const auto gestures = [this] {
-            std::optional<sim::GestureSettings> set;
+            std::optional<command::Gestures> set;
             frame->inspect([&](const sim::Firmware &firmware) { set = firmware.gestures(); });
             return set;
         };
@@ -253,11 +253,11 @@ private slots:
         QVERIFY(QDir(home.path()).mkdir(u".config"_s));
         XML_CLASS::useHome(home.path());
         start();
-        QTRY_COMPARE(gestures(), (sim::GestureSettings{1, 1, 1500, 3, 1, 2}));
+        QTRY_COMPARE(gestures(), (command::Gestures{1, 1, 1500, 3, 1, 2}));
         dialog()->show();
         slider()->setValue(2000);
         QTest::mouseClick(dialog()->findChild<QPushButton *>(u"okbtn"_s), Qt::LeftButton);
-        const sim::GestureSettings longer{1, 1, 2000, 3, 1, 2};
+        const command::Gestures longer{1, 1, 2000, 3, 1, 2};
         QTRY_COMPARE(gestures(), longer);
 
         frame->unplug();
@@ -284,7 +284,7 @@ private slots:
         frame->unplug();
         window->OnDeviceRemoved();
         frame->plug();
-        QTRY_COMPARE(gestures(), (sim::GestureSettings{1, 1, 500, 3, 1, 2}));
+        QTRY_COMPARE(gestures(), (command::Gestures{1, 1, 500, 3, 1, 2}));
     }
 
     void a_turn_by_270_degrees_is_shown_when_the_frame_says_so()

@@ -32,11 +32,9 @@ QByteArray hex(const char *digits)
     return QByteArray::fromHex(digits);
 }
 
-// The bytes of a frame that travelled: those up to the second behind its payload.
 QByteArray travelled(UartReceiver &receiver)
 {
-    const UCHAR *frame = receiver.frame();
-    return {reinterpret_cast<const char *>(frame), 6 + frame[3]};
+    return {reinterpret_cast<const char *>(receiver.frame()), receiver.frameLength()};
 }
 
 // What comes of the bytes that wait, in hexadecimal digits.
@@ -52,9 +50,10 @@ QByteArrayList framesOf(UartReceiver &receiver, Line &line)
     }
 }
 
-QByteArrayList framesOf(const QByteArrayList &pieces)
+QByteArrayList framesOf(const QByteArrayList &pieces,
+                        UartReceiver::Sender sender = UartReceiver::Sender::Device)
 {
-    UartReceiver receiver;
+    UartReceiver receiver(sender);
     Line line;
     QByteArrayList frames;
     for (const QByteArray &piece : pieces) {
@@ -83,6 +82,12 @@ private slots:
     void a_short_read_of_a_sync_byte_begins_anew();
     void a_short_read_of_a_header_begins_anew();
     void a_short_read_of_a_body_waits();
+    void the_frames_of_a_host_are_found_data();
+    void the_frames_of_a_host_are_found();
+    void no_frame_of_a_host_is_longer_than_64_bytes_data();
+    void no_frame_of_a_host_is_longer_than_64_bytes();
+    void after_a_reset_a_frame_begins_anew_data();
+    void after_a_reset_a_frame_begins_anew();
 };
 
 void tst_UartReceiver::the_right_frames_are_found_among_noise_data()
@@ -254,6 +259,79 @@ void tst_UartReceiver::a_short_read_of_a_body_waits()
     QCOMPARE(receiver.step(line), UartReceiver::Outcome::Waits);
     line = {.bytes = hex("DD EE")};
     QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 01 AA DD EE"_qba}));
+}
+
+void tst_UartReceiver::the_frames_of_a_host_are_found_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArrayList>("frames");
+    const QByteArrayList query = {"00 A3 00 00 00 00"_qba};
+    const auto row = [](const char *name, const char *digits, const QByteArrayList &frames) {
+        QTest::newRow(name) << hex(digits) << frames;
+    };
+    row("one frame", "51 56 00 A3 00 00 00 00", query);
+    row("another first byte", "51 56 42 A3 00 00 00 00", {"42 A3 00 00 00 00"_qba});
+    row("what a device sends", "51 56 FC A3 80 01 00 00 00", {"FC A3 80 01 00 00 00"_qba});
+    row("two, with noise between",
+        "51 56 00 A7 00 02 00 02 00 00 FF 51 51 56 00 51 56 00 A3 00 00 00 00",
+        {"00 A7 00 02 00 02 00 00"_qba, "00 A3 00 00 00 00"_qba});
+    row("a frame whose fifth byte is a sync byte",
+        "51 56 00 A3 00 00 51 56 51 56 00 A3 00 00 00 00",
+        {"00 A3 00 00 51 56"_qba, "00 A3 00 00 00 00"_qba});
+    row("a calibration check of a screen at 3", "51 56 00 01 05 03 00 00 00 80 07 38 04",
+        {"00 01 05 03 00 00 00 80 07"_qba});
+}
+
+void tst_UartReceiver::the_frames_of_a_host_are_found()
+{
+    QFETCH(const QByteArray, bytes);
+    QFETCH(const QByteArrayList, frames);
+    QCOMPARE(framesOf({bytes}, UartReceiver::Sender::Host), frames);
+    for (qsizetype cut = 1; cut < bytes.size(); cut++)
+        QCOMPARE(framesOf({bytes.left(cut), bytes.mid(cut)}, UartReceiver::Sender::Host), frames);
+}
+
+void tst_UartReceiver::no_frame_of_a_host_is_longer_than_64_bytes_data()
+{
+    QTest::addColumn<QByteArray>("begin");
+    QTest::newRow("the greatest length that fits") << "00 01 05 3A"_qba;
+    QTest::newRow("one more") << "00 01 05 3B"_qba;
+    QTest::newRow("one more than a device may say") << "00 01 05 3D"_qba;
+    QTest::newRow("a screen at 128") << "00 01 05 80"_qba;
+    QTest::newRow("the greatest") << "00 01 05 FF"_qba;
+}
+
+void tst_UartReceiver::no_frame_of_a_host_is_longer_than_64_bytes()
+{
+    QFETCH(const QByteArray, begin);
+    QByteArray frame = hex(begin.constData());
+    for (int i = 4; i < 64; i++)
+        frame += char(0x80 + i);
+    const QByteArray next = hex("51 56 00 A3 00 00 00 00");
+    QCOMPARE(framesOf({hex("51 56") + frame + next}, UartReceiver::Sender::Host),
+             (QByteArrayList{frame.toHex(' ').toUpper(), "00 A3 00 00 00 00"_qba}));
+}
+
+void tst_UartReceiver::after_a_reset_a_frame_begins_anew_data()
+{
+    QTest::addColumn<QByteArray>("begun");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("one sync byte") << "51"_qba;
+    QTest::newRow("both sync bytes") << "51 56"_qba;
+    QTest::newRow("a header") << "51 56 00 A7 00 02 00"_qba;
+}
+
+void tst_UartReceiver::after_a_reset_a_frame_begins_anew()
+{
+    QFETCH(const QByteArray, begun);
+    UartReceiver receiver(UartReceiver::Sender::Host);
+    Line line{.bytes = hex(begun.constData())};
+    QCOMPARE(framesOf(receiver, line), QByteArrayList());
+    QCOMPARE(line.size(), 0);
+    receiver.reset();
+    // Neither the rest of a frame that had begun nor a second sync byte alone.
+    line.bytes = hex("56 00 00 51 56 00 A3 00 00 00 00");
+    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"00 A3 00 00 00 00"_qba}));
 }
 
 QTEST_APPLESS_MAIN(tst_UartReceiver)

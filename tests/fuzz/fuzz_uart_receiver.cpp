@@ -35,10 +35,13 @@ struct Line
     size_t taken = 0;
 };
 
+using Sender = UartReceiver::Sender;
+
 // Where each frame begins and ends, as one reads all bytes from left to right: after two sync
-// bytes and a header of five comes as much as the header's fourth byte says and one more. A header
-// that promises more than 66 bytes in all is passed over, and so is what begins with no FC.
-std::vector<Bytes> framesIn(const Bytes &bytes)
+// bytes and a header of five comes as much as the header's fourth byte says and one more. Of a
+// device's frames, a header that promises more than 66 bytes in all is passed over, and so is what
+// begins with no FC. Of a host's, no frame has more than 64 bytes.
+std::vector<Bytes> framesIn(const Bytes &bytes, Sender sender)
 {
     std::vector<Bytes> frames;
     size_t at = 0;
@@ -47,13 +50,14 @@ std::vector<Bytes> framesIn(const Bytes &bytes)
             at += 1;
         } else if (bytes[at + 1] != 0x56) {
             at += 2;
-        } else if (bytes[at + 5] > 60) {
+        } else if (sender == Sender::Device && bytes[at + 5] > 60) {
             at += 7;
         } else {
-            const size_t end = at + 8 + bytes[at + 5];
+            const size_t most = sender == Sender::Host ? 64 : 66;
+            const size_t end = at + 2 + std::min<size_t>(6 + bytes[at + 5], most);
             if (end > bytes.size())
                 break;
-            if (bytes[at + 2] == 0xFC)
+            if (sender == Sender::Host || bytes[at + 2] == 0xFC)
                 frames.emplace_back(bytes.begin() + long(at) + 2, bytes.begin() + long(end));
             at = end;
         }
@@ -80,10 +84,10 @@ Pieces cutUp(const UCHAR *input, size_t size)
     return pieces;
 }
 
-std::vector<Bytes> received(const Bytes &bytes, const std::vector<size_t> &cuts)
+std::vector<Bytes> received(const Bytes &bytes, const std::vector<size_t> &cuts, Sender sender)
 {
     std::vector<Bytes> frames;
-    UartReceiver receiver;
+    UartReceiver receiver(sender);
     Line line{.all = bytes};
     for (const size_t cut : cuts) {
         line.arrived = cut;
@@ -93,7 +97,7 @@ std::vector<Bytes> received(const Bytes &bytes, const std::vector<size_t> &cuts)
             if (outcome == UartReceiver::Outcome::Waits)
                 break;
             if (outcome == UartReceiver::Outcome::FrameFound)
-                frames.emplace_back(receiver.frame(), receiver.frame() + 6 + receiver.frame()[3]);
+                frames.emplace_back(receiver.frame(), receiver.frame() + receiver.frameLength());
         }
         demand(line.size() < 62, "what waits is less than the longest body");
     }
@@ -102,13 +106,16 @@ std::vector<Bytes> received(const Bytes &bytes, const std::vector<size_t> &cuts)
 
 } // namespace
 
-// Any bytes on the line, however cut, give the frames that a plain reading of them finds.
+// Any bytes on the line, from whichever end and however cut, give the frames that a plain reading
+// of them finds.
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *input, size_t size)
 {
     const Bytes whole(input, input + size);
-    demand(received(whole, {whole.size()}) == framesIn(whole), "in one piece");
-
     const Pieces pieces = cutUp(input, size);
-    demand(received(pieces.bytes, pieces.cuts) == framesIn(pieces.bytes), "in pieces");
+    for (const Sender sender : {Sender::Device, Sender::Host}) {
+        demand(received(whole, {whole.size()}, sender) == framesIn(whole, sender), "in one piece");
+        demand(received(pieces.bytes, pieces.cuts, sender) == framesIn(pieces.bytes, sender),
+               "in pieces");
+    }
     return 0;
 }

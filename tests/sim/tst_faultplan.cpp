@@ -25,6 +25,8 @@ private slots:
     void a_wrong_text_is_refused_with_line_and_reason_data();
     void a_wrong_text_is_refused_with_line_and_reason();
     void a_file_that_is_not_there_is_refused();
+    void faults_are_told_in_words_data();
+    void faults_are_told_in_words();
     void the_plans_that_come_along_are_right();
 };
 
@@ -214,6 +216,39 @@ void TestFaultPlan::a_file_that_is_not_there_is_refused()
     QString problem;
     QVERIFY(!FaultPlan::load(path, &problem));
     QCOMPARE(problem, path + u": cannot be read: No such file or directory"_s);
+}
+
+void TestFaultPlan::faults_are_told_in_words_data()
+{
+    QTest::addColumn<Fault>("fault");
+    QTest::addColumn<QString>("line");
+
+    QTest::newRow("stall") << Fault{Fault::Kind::Stall, 4, 1, 500ms, {}}
+                           << u"fault  transfer 4 stalls for 500 ms"_s;
+    QTest::newRow("late") << Fault{Fault::Kind::Late, 4, 1, 2s, {}}
+                          << u"fault  transfer 4 is 2000 ms late"_s;
+    QTest::newRow("torn") << Fault{Fault::Kind::Torn, 4, 1, 0ms, {}}
+                          << u"fault  transfer 4 is torn"_s;
+    QTest::newRow("repeat") << Fault{Fault::Kind::Repeat, 4, 1, 0ms, {}}
+                            << u"fault  transfer 4 happens twice"_s;
+    QTest::newRow("silent") << Fault{Fault::Kind::Silent, 4, 3, 0ms, {}}
+                            << u"fault  transfer 4 meets silence"_s;
+    QTest::newRow("unplug") << Fault{Fault::Kind::Unplug, 4, 1, 0ms, {}}
+                            << u"fault  transfer 4 ends in an unplug"_s;
+    QTest::newRow("unplug and back") << Fault{Fault::Kind::Unplug, 4, 1, 0ms, 3s}
+                                     << u"fault  transfer 4 ends in an unplug for 3000 ms"_s;
+    QTest::newRow("noise") << Fault{Fault::Kind::Noise, 4, 1, 0ms, {}, 5}
+                           << u"fault  transfer 4 meets 5 bytes of noise"_s;
+    QTest::newRow("lose") << Fault{Fault::Kind::Lose, 4, 1, 0ms, {}, 3}
+                          << u"fault  transfer 4 loses its last 3 bytes"_s;
+}
+
+void TestFaultPlan::faults_are_told_in_words()
+{
+    QFETCH(Fault, fault);
+    QFETCH(QString, line);
+
+    QCOMPARE(sim::words(fault, 4), line);
 }
 
 void TestFaultPlan::the_plans_that_come_along_are_right()

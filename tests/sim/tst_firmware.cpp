@@ -1,8 +1,10 @@
-#include "frames.h"
+#include "device/framewords.h"
 #include "sim/firmware.h"
+#include "tests/support/frames.h"
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using sim::Firmware;
 using sim::Profile;
@@ -32,10 +34,26 @@ QByteArrayList answers(Firmware &firmware)
     return all;
 }
 
+// What tells scan pages apart: axis, length and first light.
+QByteArrayList pageHeads(Firmware &firmware)
+{
+    QByteArrayList heads;
+    while (firmware.hasReply())
+        heads += text(firmware.report()).left(20);
+    return heads;
+}
+
 Profile quiet()
 {
     Profile profile;
     profile.noise = 0;
+    return profile;
+}
+
+Profile finishing()
+{
+    Profile profile = quiet();
+    profile.earlyRequest = sim::EarlyRequest::Finishes;
     return profile;
 }
 
@@ -62,8 +80,8 @@ class TestFirmware : public QObject
 private slots:
     void before_any_reply_the_report_is_the_id_and_zeros();
     void the_last_reply_is_read_again_until_the_next_one();
-    void each_command_gets_its_answer_data();
-    void each_command_gets_its_answer();
+    void each_command_is_told_and_gets_its_answer_data();
+    void each_command_is_told_and_gets_its_answer();
     void an_unknown_or_senseless_command_is_counted_and_changes_nothing_data();
     void an_unknown_or_senseless_command_is_counted_and_changes_nothing();
 
@@ -96,6 +114,12 @@ private slots:
     void the_first_scan_after_power_on_has_one_byte_a_light();
     void a_page_of_pairs_carries_level_and_gain();
     void a_new_request_replaces_what_is_queued_of_its_kind();
+    void a_frame_that_finishes_says_the_first_scan_and_then_the_second();
+    void a_frame_that_finishes_scans_anew_once_however_often_it_is_asked();
+    void a_frame_that_finishes_reads_the_lights_when_the_second_scan_begins();
+    void a_frame_that_finishes_keeps_the_axes_apart();
+    void a_frame_that_finishes_still_replaces_other_replies();
+    void a_reset_forgets_the_scan_to_come();
     void the_same_calls_give_the_same_bytes();
     void another_seed_gives_other_noise();
     void noise_stays_within_its_bounds();
@@ -124,43 +148,75 @@ void TestFirmware::the_last_reply_is_read_again_until_the_next_one()
     QCOMPARE(text(firmware.report()), "FC A5 80 05 00 60 00 36");
 }
 
-void TestFirmware::each_command_gets_its_answer_data()
+void TestFirmware::each_command_is_told_and_gets_its_answer_data()
 {
+    using Lines = QList<std::pair<const char *, const char *>>;
     QTest::addColumn<QByteArray>("request");
-    QTest::addColumn<QByteArrayList>("replies");
+    QTest::addColumn<QStringList>("lines");
 
-    const auto row = [](const char *name, const char *request, const QByteArrayList &replies) {
-        QTest::newRow(name) << QByteArray(request) << replies;
+    // What the host sends, then what the frame answers, each in bytes and in words.
+    const auto row = [](const char *request, const char *words, const Lines &replies) {
+        QStringList lines{QString::fromLatin1(words)};
+        for (const auto &[bytes, replyWords] : replies)
+            lines += u"%1  %2"_s.arg(QString::fromLatin1(bytes), QString::fromLatin1(replyWords));
+        QTest::newRow(words) << QByteArray(request) << lines;
     };
-    row("calibration begin", "01 00", {"FC 01", "FC 01 01"});
-    row("calibration step out of turn", "01 01", {});
-    row("calibration check out of turn", Check, {});
-    row("calibration discard", "01 06", {});
-    row("calibration save", "01 FF", {});
-    row("reset", "A2 03", {});
-    row("older reset", "10 00", {});
-    row("gestures", "A2 00 05 00 01 01 DC 05 03 01 02", {});
-    row("adc set", "A2 04 0C 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02", {});
-    row("adc read", "A2 05 00", {"FC A2 85 11 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02 60 00 36"});
-    row("light offset", "A2 06 04 00 01 30 00 05", {"FC A2 87 0B 00 01 30 00 05 30 C0 0D 70 0D"});
-    row("light read", "A2 07 03 00 01 30 00", {"FC A2 87 0B 00 01 30 00 00 30 70 0D 70 0D"});
-    row("light off", "A2 08 04 00 02 1A 00 01", {"FC A2 87 0B 00 02 1A 00 00 30 00 00 00 00 01"});
-    row("light on", "A2 08 04 00 02 1A 00 00", {"FC A2 87 0B 00 02 1A 00 00 30 70 0D 70 0D"});
-    row("firmware", "A3 00", {"FC A3 80 0E 00 12 38 00 DE C0 17 5A 34 12 50 60 01 21"});
-    row("light counts", "A5 00", {"FC A5 80 05 00 60 00 36"});
-    row("rotation set", "A7 00 02 00 03", {});
-    row("rotation read", "A7 02", {"FC A7 81 02", "FC A7 82 02"});
-    row("serial rate", "B1 00 03 00 13", {});
+    row("01 00", "calibration: begin",
+        {{"FC 01", "calibration: begun"}, {"FC 01 01", "calibration: ready for step 1"}});
+    row("01 01", "calibration: step 1", {});
+    row(Check, "calibration: check, screen 0,0 1280x800 of 1280x800", {});
+    row("01 06", "calibration: discard", {});
+    row("01 FF", "calibration: save", {});
+    row("A2 03", "reset", {});
+    row("10 00", "reset (older devices)", {});
+    row("A2 00 05 00 01 01 DC 05 03 01 02",
+        "gestures: all 1, right button 1 after 1500 ms within 3, wheel 1 at 2", {});
+    row("A2 04 0C 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02",
+        "adc: set range 3800 to 4000, edge range 3000 to 3200, threshold 1000, edge threshold 600",
+        {});
+    row("A2 05 00", "adc: read settings",
+        {{"FC A2 85 11 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02 60 00 36",
+          "adc: range 3800 to 4000, edge range 3000 to 3200, threshold 1000, edge threshold 600; "
+          "96 X lights, 54 Y lights"}});
+    row("A2 06 04 00 01 30 00 05", "light X 48: set offset 5",
+        {{"FC A2 87 0B 00 01 30 00 05 30 C0 0D 70 0D",
+          "light X 48: on, offset 5, agc 48, adc 3520, org 3440"}});
+    row("A2 07 03 00 01 30 00", "light X 48: read",
+        {{"FC A2 87 0B 00 01 30 00 00 30 70 0D 70 0D",
+          "light X 48: on, offset 0, agc 48, adc 3440, org 3440"}});
+    row("A2 08 04 00 02 1A 00 01", "light Y 26: switch off",
+        {{"FC A2 87 0B 00 02 1A 00 00 30 00 00 00 00 01",
+          "light Y 26: off, offset 0, agc 48, adc 0, org 0"}});
+    row("A2 08 04 00 02 1A 00 00", "light Y 26: switch on",
+        {{"FC A2 87 0B 00 02 1A 00 00 30 70 0D 70 0D",
+          "light Y 26: on, offset 0, agc 48, adc 3440, org 3440"}});
+    row("A3 00", "firmware: read",
+        {{"FC A3 80 0E 00 12 38 00 DE C0 17 5A 34 12 50 60 01 21",
+          "firmware: revision 0x003812, checksum 0x5A17C0DE, date 0x1605, number 0x01234, "
+          "family 0x21"}});
+    row("A5 00", "scan: read light counts",
+        {{"FC A5 80 05 00 60 00 36", "scan: 96 X lights, 54 Y lights"}});
+    row("A7 00 02 00 03", "rotation: set 270 degrees", {});
+    row("A7 02", "rotation: read",
+        {{"FC A7 81 02", "rotation: default is 0 degrees"},
+         {"FC A7 82 02", "rotation: now 0 degrees"}});
+    row("B1 00 03 00 13", "serial rate: set code 19", {});
 }
 
-void TestFirmware::each_command_gets_its_answer()
+void TestFirmware::each_command_is_told_and_gets_its_answer()
 {
     QFETCH(QByteArray, request);
-    QFETCH(QByteArrayList, replies);
+    QFETCH(QStringList, lines);
 
     Firmware firmware(quiet(), clock);
-    firmware.command(hostFrame(request.constData()));
-    QCOMPARE(answers(firmware), replies);
+    const Frame command = hostFrame(request.constData());
+    firmware.command(command);
+    QStringList all{framewords::describeCommand(command)};
+    while (firmware.hasReply()) {
+        const Frame reply = firmware.report();
+        all += u"%1  %2"_s.arg(QString::fromLatin1(text(reply)), framewords::describeReport(reply));
+    }
+    QCOMPARE(all, lines);
     QCOMPARE(firmware.unknownCommands(), 0);
 }
 
@@ -210,7 +266,7 @@ void TestFirmware::an_unknown_or_senseless_command_is_counted_and_changes_nothin
     QCOMPARE(firmware.rotation(), 0);
     QCOMPARE(firmware.baudCode(), std::nullopt);
     QCOMPARE(firmware.gestures(), std::nullopt);
-    QCOMPARE(firmware.adcSettings(), sim::AdcSettings());
+    QCOMPARE(firmware.adcSettings(), sim::FirstAdcLines);
     QCOMPARE(firmware.light(X, 0), sim::LightState());
 }
 
@@ -255,7 +311,7 @@ void TestFirmware::gestures_are_kept_as_sent()
     Firmware firmware(Profile(), clock);
     QVERIFY(!firmware.gestures());
     firmware.command(hostFrame("A2 00 05 00 01 00 DC 05 03 01 02"));
-    const sim::GestureSettings expected{1, 0, 1500, 3, 1, 2};
+    const command::Gestures expected{1, 0, 1500, 3, 1, 2};
     QCOMPARE(firmware.gestures(), std::optional(expected));
 }
 
@@ -266,7 +322,7 @@ void TestFirmware::adc_settings_are_told_as_they_were_set()
     firmware.command(hostFrame("A2 05"));
     QCOMPARE(text(firmware.report()),
              "FC A2 85 11 00 01 00 02 01 03 02 04 03 05 04 06 05 60 00 36");
-    const sim::AdcSettings expected{1, 258, 515, 772, 1029, 1286};
+    const command::AdcLines expected{1, 258, 515, 772, 1029, 1286};
     QCOMPARE(firmware.adcSettings(), expected);
 }
 
@@ -688,6 +744,88 @@ void TestFirmware::a_new_request_replaces_what_is_queued_of_its_kind()
     QCOMPARE(text(firmware.report()), "FC A5 80 05 00 60 00 36");
     QCOMPARE(text(firmware.report()).left(23), "FC A2 87 0B 00 01 01 00");
     QVERIFY(!firmware.hasReply());
+}
+
+void TestFirmware::a_frame_that_finishes_says_the_first_scan_and_then_the_second()
+{
+    Firmware firmware(finishing(), clock);
+    firmware.command(hostFrame("A5 01"));
+    QCOMPARE(text(firmware.report()).left(20), "FC A5 81 3A 00 00 00");
+    firmware.command(hostFrame("A5 01"));
+    QCOMPARE(firmware.queuedReplies(), 1);
+    QCOMPARE(pageHeads(firmware), QByteArrayList({"FC A5 81 2C 00 37 00", "FC A5 81 3A 00 00 00",
+                                                  "FC A5 81 2C 00 37 00"}));
+    // With nothing left to say a request is not early.
+    firmware.command(hostFrame("A5 01"));
+    QCOMPARE(pageHeads(firmware), QByteArrayList({"FC A5 81 3A 00 00 00", "FC A5 81 2C 00 37 00"}));
+    QCOMPARE(firmware.unknownCommands(), 0);
+}
+
+void TestFirmware::a_frame_that_finishes_scans_anew_once_however_often_it_is_asked()
+{
+    Firmware firmware(finishing(), clock);
+    for (int i = 0; i < 1000; ++i)
+        firmware.command(hostFrame("A5 01"));
+    QCOMPARE(firmware.queuedReplies(), 2);
+    QCOMPARE(pageHeads(firmware), QByteArrayList({"FC A5 81 3A 00 00 00", "FC A5 81 2C 00 37 00",
+                                                  "FC A5 81 3A 00 00 00", "FC A5 81 2C 00 37 00"}));
+    // A host that asks before every read hears whole scans one after another.
+    firmware.command(hostFrame("A5 01"));
+    for (int i = 0; i < 10; ++i) {
+        firmware.command(hostFrame("A5 01"));
+        QCOMPARE(text(firmware.report()).left(20), "FC A5 81 3A 00 00 00");
+        firmware.command(hostFrame("A5 01"));
+        QCOMPARE(text(firmware.report()).left(20), "FC A5 81 2C 00 37 00");
+        QCOMPARE(firmware.queuedReplies(), 2);
+    }
+}
+
+void TestFirmware::a_frame_that_finishes_reads_the_lights_when_the_second_scan_begins()
+{
+    Firmware firmware(finishing(), clock);
+    firmware.command(hostFrame("A5 02"));
+    firmware.command(hostFrame("A5 02"));
+    // From now on a light has two bytes, and the first Y light reads nothing.
+    firmware.command(hostFrame("A2 05"));
+    firmware.command(hostFrame("A2 08 04 00 02 00 00 01"));
+    QCOMPARE(text(firmware.report()).left(23), "FC A5 82 39 00 00 00 C3");
+    QCOMPARE(text(firmware.report()).left(11), "FC A2 85 11");
+    QCOMPARE(text(firmware.report()).left(11), "FC A2 87 0B");
+    QCOMPARE(text(firmware.report()).left(26), "FC A5 82 39 00 00 00 00 44");
+    QCOMPARE(text(firmware.report()).left(20), "FC A5 82 39 00 1B 00");
+    QVERIFY(!firmware.hasReply());
+}
+
+void TestFirmware::a_frame_that_finishes_keeps_the_axes_apart()
+{
+    Firmware firmware(finishing(), clock);
+    firmware.command(hostFrame("A5 01"));
+    firmware.command(hostFrame("A5 02"));
+    firmware.command(hostFrame("A5 02"));
+    firmware.command(hostFrame("A5 01"));
+    QCOMPARE(pageHeads(firmware), QByteArrayList({"FC A5 81 3A 00 00 00", "FC A5 81 2C 00 37 00",
+                                                  "FC A5 82 39 00 00 00", "FC A5 81 3A 00 00 00",
+                                                  "FC A5 81 2C 00 37 00", "FC A5 82 39 00 00 00"}));
+}
+
+void TestFirmware::a_frame_that_finishes_still_replaces_other_replies()
+{
+    Firmware firmware(finishing(), clock);
+    firmware.command(hostFrame("A5 00"));
+    firmware.command(hostFrame("A7 02"));
+    firmware.command(hostFrame("A5 00"));
+    QCOMPARE(answers(firmware),
+             QByteArrayList({"FC A7 81 02", "FC A7 82 02", "FC A5 80 05 00 60 00 36"}));
+}
+
+void TestFirmware::a_reset_forgets_the_scan_to_come()
+{
+    Firmware firmware(finishing(), clock);
+    firmware.command(hostFrame("A5 02"));
+    firmware.command(hostFrame("A5 02"));
+    firmware.command(hostFrame("A2 03"));
+    firmware.command(hostFrame("A5 00"));
+    QCOMPARE(answers(firmware), QByteArrayList({"FC A5 80 05 00 60 00 36"}));
 }
 
 void TestFirmware::the_same_calls_give_the_same_bytes()

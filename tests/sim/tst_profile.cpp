@@ -16,6 +16,7 @@ private slots:
     void every_key_is_read();
     void an_empty_text_is_the_frame_of_the_defaults();
     void comments_and_blanks_mean_nothing();
+    void an_early_request_drops_or_finishes();
     void a_wrong_text_is_refused_with_line_and_reason_data();
     void a_wrong_text_is_refused_with_line_and_reason();
     void a_file_that_is_not_there_is_refused();
@@ -46,7 +47,8 @@ void TestProfile::every_key_is_read()
                                         "number 0xFFFFF\n"
                                         "family 255\n"
                                         "rotation 3\n"
-                                        "default-rotation 1\n"_s,
+                                        "default-rotation 1\n"
+                                        "early-request finishes\n"_s,
                                         u"a.profile"_s, &problem);
     QVERIFY2(profile, qPrintable(problem));
     QCOMPARE(profile->release, 0x2FFF);
@@ -67,6 +69,7 @@ void TestProfile::every_key_is_read()
     QCOMPARE(int(profile->family), 255);
     QCOMPARE(int(profile->rotation), 3);
     QCOMPARE(int(profile->defaultRotation), 1);
+    QCOMPARE(profile->earlyRequest, sim::EarlyRequest::Finishes);
 }
 
 void TestProfile::an_empty_text_is_the_frame_of_the_defaults()
@@ -77,6 +80,7 @@ void TestProfile::an_empty_text_is_the_frame_of_the_defaults()
     QCOMPARE(profile->release, 0x3010);
     QCOMPARE(profile->lightsX, 96);
     QCOMPARE(profile->lightsY, 54);
+    QCOMPARE(profile->earlyRequest, sim::EarlyRequest::Drops);
     QVERIFY(problem.isEmpty());
 }
 
@@ -87,6 +91,17 @@ void TestProfile::comments_and_blanks_mean_nothing()
         Profile::parse(u"# lights-x 5\r\n\n  lights-x \t 7 # seven\n#"_s, u"a.profile"_s, &problem);
     QVERIFY2(profile, qPrintable(problem));
     QCOMPARE(profile->lightsX, 7);
+}
+
+void TestProfile::an_early_request_drops_or_finishes()
+{
+    QString problem;
+    const auto drops = Profile::parse(u"early-request drops"_s, u"a.profile"_s, &problem);
+    QVERIFY2(drops, qPrintable(problem));
+    QCOMPARE(drops->earlyRequest, sim::EarlyRequest::Drops);
+    const auto finishes = Profile::parse(u"early-request finishes"_s, u"a.profile"_s, &problem);
+    QVERIFY2(finishes, qPrintable(problem));
+    QCOMPARE(finishes->earlyRequest, sim::EarlyRequest::Finishes);
 }
 
 void TestProfile::a_wrong_text_is_refused_with_line_and_reason_data()
@@ -134,6 +149,16 @@ void TestProfile::a_wrong_text_is_refused_with_line_and_reason_data()
         "f.profile:1: rotation is 4: it lies between 0 and 3");
     row("default rotation in degrees", "default-rotation 90",
         "f.profile:1: default-rotation is 90: it lies between 0 and 3");
+    row("early request without a word", "\nearly-request",
+        "f.profile:2: early-request has no value");
+    row("early request with two words", "early-request drops finishes",
+        "f.profile:1: early-request takes one value, not 2");
+    row("early request of another word", "level 9\nearly-request waits",
+        "f.profile:2: early-request is waits: write drops or finishes");
+    row("early request of a number", "early-request 1",
+        "f.profile:1: early-request is 1: write drops or finishes");
+    row("repeated early request", "early-request drops\nearly-request finishes",
+        "f.profile:2: early-request stands on line 1 already");
     row("repeated key", "level 1\nnoise 1\nlevel 1", "f.profile:3: level stands on line 1 already");
     row("dead without a light", "dead x",
         "f.profile:1: dead takes an axis and a light, such as: dead x 12");
@@ -238,6 +263,8 @@ void TestProfile::the_profiles_that_come_along_are_right()
     QCOMPARE(int(profile->release), release);
     QCOMPARE(profile->lightsX, lightsX);
     QCOMPARE(profile->lightsY, lightsY);
+    QCOMPARE(profile->earlyRequest,
+             name == u"edge"_s ? sim::EarlyRequest::Finishes : sim::EarlyRequest::Drops);
     const QStringList all = QDir(QStringLiteral(SIM_DIR) + u"/profiles"_s).entryList(QDir::Files);
     QCOMPARE(all, QStringList({u"current.profile"_s, u"edge.profile"_s, u"largest.profile"_s,
                                u"old.profile"_s, u"worn.profile"_s}));

@@ -1,5 +1,5 @@
-#include "frames.h"
 #include "sim/sim_adapter.h"
+#include "tests/support/frames.h"
 
 #include <QElapsedTimer>
 #include <QTest>

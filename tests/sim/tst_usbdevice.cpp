@@ -1,5 +1,5 @@
-#include "frames.h"
 #include "sim/usbdevice.h"
+#include "tests/support/frames.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -98,7 +98,7 @@ public:
     }
 
     sim::FaultyFrame frame;
-    sim::FrameLog log;
+    FrameLog log;
     QStringList lines;
     FileDescriptor socket;
     std::unique_ptr<sim::UsbDevice> device;

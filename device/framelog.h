@@ -1,18 +1,12 @@
 #pragma once
 
-#include "sim/faultplan.h"
-#include "sim/firmware.h"
+#include "struct.h"
 
+#include <QString>
 #include <QStringList>
 
-namespace sim {
-
-// A frame in words, without its direction: "rotation: set 90 degrees".
-// Reports and log lines stay untranslated: they are a record that scripts and support read.
-QString describeCommand(const Frame &frame);
-QString describeReport(const Frame &frame);
-// The used bytes from byte 1 on: "A7 00 02 00 02".
-QString usedBytes(const Frame &frame);
+#include <chrono>
+#include <functional>
 
 // Turns the traffic with a frame into lines such as
 //    12.345 host > frame  rotation: set 90 degrees  [A7 00 02 00 01]
@@ -21,11 +15,14 @@ QString usedBytes(const Frame &frame);
 class FrameLog
 {
 public:
+    using Clock = std::function<std::chrono::milliseconds()>;
+
     explicit FrameLog(Clock clock);
 
     QStringList command(const Frame &frame);
+    // Fresh: the frame has said it anew, though it may be the same again.
     QStringList report(const Frame &frame, bool fresh);
-    QStringList fault(const Fault &fault, quint64 transfer);
+    // What else happens on the link.
     QStringList note(const QString &words);
 
 private:
@@ -36,5 +33,3 @@ private:
     bool any = false;
     quint64 repeats = 0;
 };
-
-} // namespace sim

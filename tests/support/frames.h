@@ -18,6 +18,14 @@ inline Frame hostFrame(const char *text)
     return frame;
 }
 
+// The same as a device sends it.
+inline Frame deviceFrame(const char *text)
+{
+    Frame frame = hostFrame(text);
+    frame[0] = 0xFC;
+    return frame;
+}
+
 // A whole frame from byte 0 on, without the zeros at its end: "FC A7 82 02 00 03".
 inline QByteArray text(const Frame &frame)
 {
