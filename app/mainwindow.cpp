@@ -162,7 +162,7 @@ bool MainWindow::CheckUSBDevRem(bool force)
 {
     if (connect_sta == UsbConnected && (force || !HID_Util03->DoFindDev(u"col03"_s, false))) {
         // First of all, so that nothing that closes now sends to the next device.
-        calibrationdlg->OnDeviceLost();
+        calibrationdlg->OnLinkEnding(true);
         if (!isHidden())
             UiWhenUncon();
         endUsb();
@@ -456,7 +456,7 @@ void MainWindow::CLoseUart()
     serialProblem.clear();
     if (connect_sta != SerialOpen)
         return;
-    calibrationdlg->OnDeviceLost();
+    calibrationdlg->OnLinkEnding(true);
     setState(SerialClosed);
     updateUi();
 }
