@@ -102,25 +102,29 @@ void XML_CLASS::write_connect(const _CONNECT_DATA &data)
 _EASYSETTING_DATA XML_CLASS::read_easysetting()
 {
     readFile();
-    return XmlData.EasySettingData;
+    EasysettingData = XmlData.EasySettingData;
+    return EasysettingData;
 }
 
 _SETTING_DATA XML_CLASS::read_setting()
 {
     readFile();
-    return XmlData.SettingData;
+    SettingData = XmlData.SettingData;
+    return SettingData;
 }
 
 _SMOOTHING_DATA XML_CLASS::read_smoothing()
 {
     readFile();
-    return XmlData.SmoothingData;
+    SmoothingData = XmlData.SmoothingData;
+    return SmoothingData;
 }
 
 _CONNECT_DATA XML_CLASS::read_connect()
 {
     readFile();
-    return XmlData.ConnectData;
+    ConnectData = XmlData.ConnectData;
+    return ConnectData;
 }
 
 // Reads the whole file, which is made with the defaults if it cannot be read.

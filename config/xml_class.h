@@ -41,4 +41,11 @@ private:
     xml_writer xmlWriter;
     xml_reader xmlReader;
     _XML_DATA XmlData; // the file as it was last read or written
+
+public:
+    // Each section as it was last read by its own name.
+    _EASYSETTING_DATA EasysettingData;
+    _SETTING_DATA SettingData;
+    _SMOOTHING_DATA SmoothingData;
+    _CONNECT_DATA ConnectData;
 };

@@ -14,7 +14,7 @@ class advconnect_dlg : public QDialog
 {
     Q_OBJECT
 public:
-    explicit advconnect_dlg(QWidget *parent);
+    explicit advconnect_dlg(QWidget *parent = nullptr);
     ~advconnect_dlg() override;
 
 private:

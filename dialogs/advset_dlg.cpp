@@ -1,11 +1,21 @@
 #include "advset_dlg.h"
 
-#include "device/malvoutil.h"
 #include "lightset_dlg.h"
 #include "test_win.h"
 #include "ui_advset_dlg.h"
 
-#include <QMutexLocker>
+namespace {
+
+template <typename Screen>
+void showSibling(const QWidget *menu)
+{
+    if (menu->parentWidget() == nullptr)
+        return;
+    if (auto *screen = menu->parentWidget()->findChild<Screen *>())
+        screen->show();
+}
+
+} // namespace
 
 advset_dlg::advset_dlg(QWidget *parent)
     : QDialog(parent)
@@ -21,21 +31,29 @@ void advset_dlg::on_canbtn_clicked()
     hide();
 }
 
-void advset_dlg::DoRecv03(UCHAR *RecvBuf)
+void advset_dlg::GetData() {}
+
+void advset_dlg::SendSettingData() {}
+
+void advset_dlg::showEvent(QShowEvent *event)
 {
-    Frame frame;
-    const QMutexLocker lock(&mutex);
-    MALVOUTIL::Buf_util::CopyBuf(RecvBuf, frame.data(), FrameSize);
+    QDialog::showEvent(event);
 }
+
+void advset_dlg::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+}
+
+// No report concerns a menu; the main window hands them to every dialog of a device alike.
+void advset_dlg::DoRecv03(UCHAR *) {}
 
 void advset_dlg::on_testbtn_2_clicked()
 {
-    if (auto *screen = parentWidget()->findChild<LightSet_dlg *>())
-        screen->show();
+    showSibling<LightSet_dlg>(this);
 }
 
 void advset_dlg::on_testbtn_clicked()
 {
-    if (auto *screen = parentWidget()->findChild<test_win *>())
-        screen->show();
+    showSibling<test_win>(this);
 }

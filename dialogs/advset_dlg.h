@@ -3,7 +3,6 @@
 #include "device/struct.h"
 
 #include <QDialog>
-#include <QMutex>
 
 #include <memory>
 
@@ -20,6 +19,10 @@ public:
     explicit advset_dlg(QWidget *parent = nullptr);
     ~advset_dlg() override;
 
+    // As every dialog of a device has them; a menu has nothing to read or send.
+    void GetData();
+    void SendSettingData();
+
 signals:
     void Write03(UCHAR *WriteBuf); // every device dialog has it; never emitted here
 
@@ -29,7 +32,10 @@ public slots:
     void on_testbtn_2_clicked();
     void on_testbtn_clicked();
 
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
 private:
     std::unique_ptr<Ui::advset_dlg> ui;
-    QMutex mutex; // held while a report is copied
 };

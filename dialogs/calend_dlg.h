@@ -17,7 +17,7 @@ public:
     static constexpr int LargestGoodDeviation = 5; // per cent
 
     // The countdown runs from here.
-    explicit CalEnd_dlg(QWidget *parent);
+    explicit CalEnd_dlg(QWidget *parent = nullptr);
     ~CalEnd_dlg() override;
 
     // Asks, and returns true for Yes. The deviation is in per cent, 0 or more.
@@ -26,7 +26,7 @@ public:
     // What there is to say about a deviation.
     static QString accuracyText(int deviation);
 
-private slots:
+public slots:
     void on_Nobtn_clicked();
     void on_pushButton_clicked();
     void ontimer();

@@ -1,12 +1,10 @@
 #include "calibration_dlg.h"
 
 #include "calend_dlg.h"
-#include "device/commands.h"
-#include "device/malvoutil.h"
+#include "device/records.h"
 #include "ui_calibration_dlg.h"
 
 #include <QGuiApplication>
-#include <QMutexLocker>
 #include <QPainter>
 #include <QScreen>
 #include <QTimer>
@@ -21,7 +19,6 @@ namespace {
 
 constexpr auto TickPeriod = 500ms;
 constexpr int TicksUntilTimeOut = 60;
-constexpr UCHAR Nothing = cal::Begin; // as the awaited reply
 
 // Rings of the target per animation phase, radii in pixels.
 constexpr int Phases = 3;
@@ -36,14 +33,6 @@ constexpr int HintPoints = 40;
 constexpr QPoint CountdownFromCentre(-25, 0);
 constexpr QPoint HintFromCentre(-200, 50);
 
-Frame calibrationCommand(UCHAR sub)
-{
-    Frame frame{};
-    frame[command::offset::Class] = command::Calibration;
-    frame[command::offset::Sub] = sub;
-    return frame;
-}
-
 } // namespace
 
 Calibration_Dlg::Calibration_Dlg(QWidget *parent)
@@ -54,6 +43,7 @@ Calibration_Dlg::Calibration_Dlg(QWidget *parent)
     ui->setupUi(this);
     setWindowOpacity(0.5);
     connect(timer, &QTimer::timeout, this, &Calibration_Dlg::ontimer);
+    await(cal::Step1);
 }
 
 Calibration_Dlg::~Calibration_Dlg() = default;
@@ -103,29 +93,26 @@ void Calibration_Dlg::placeTargets(int width, int height)
 
 void Calibration_Dlg::SendCalStep(int step)
 {
-    Frame frame = calibrationCommand(UCHAR(step));
-    if (step == cal::Check) {
-        command::putLe16(&frame[cal::StartX], cStartX);
-        command::putLe16(&frame[cal::StartY], cStartY);
-        command::putLe16(&frame[cal::Width], cWidth);
-        command::putLe16(&frame[cal::Height], cHeight);
-        command::putLe16(&frame[cal::DesktopWidth], gWidth);
-        command::putLe16(&frame[cal::DesktopHeight], gHeight);
-    }
+    Frame frame = step == cal::Check ? command::CalibrationCheck{.x = cStartX,
+                                                                 .y = cStartY,
+                                                                 .width = cWidth,
+                                                                 .height = cHeight,
+                                                                 .desktopWidth = gWidth,
+                                                                 .desktopHeight = gHeight}
+                                           .encode()
+                                     : command::CalibrationStep{UCHAR(step)}.encode();
     emit Write03(frame.data());
 }
 
 void Calibration_Dlg::SendCalSave()
 {
     std::puts("SendCalSave");
-    Frame frame = calibrationCommand(cal::Save);
-    emit Write03(frame.data());
+    SendCalStep(cal::Save);
 }
 
 void Calibration_Dlg::SendCalReset()
 {
-    Frame frame = calibrationCommand(cal::Reset);
-    emit Write03(frame.data());
+    SendCalStep(cal::Reset);
 }
 
 int Calibration_Dlg::GetDeviation() const
@@ -182,13 +169,14 @@ void Calibration_Dlg::paintEvent(QPaintEvent *)
 void Calibration_Dlg::showEvent(QShowEvent *)
 {
     cal_end = false;
-    deviceLost = false;
+    underWay = true;
+    ++session;
     point_step = 0;
     ellipse_step = 0;
     time_step = 0;
     deviation = 0;
     m_IsCali = 1;
-    awaited = cal::Step1;
+    await(cal::Step1);
     if (rect.isValid())
         setGeometry(rect);
     // Not showFullScreen(), which shows a window that is being shown already: newer toolkits take
@@ -202,45 +190,45 @@ void Calibration_Dlg::hideEvent(QHideEvent *)
 {
     m_IsCali = 0;
     timer->stop();
+    // What the device still says belongs to what is over.
+    news.forget();
     finishSession();
 }
 
 // Tells the device what becomes of the calibration.
 void Calibration_Dlg::finishSession()
 {
+    if (!underWay)
+        return;
     bool save = false;
-    if (cal_end && !deviceLost) {
+    if (cal_end) {
+        const int asking = session;
         CalEnd_dlg asked(nullptr);
         question = &asked;
         save = asked.CalEnd(deviation);
+        // Another device may have been plugged in meanwhile; the result is not its own.
+        if (session != asking)
+            return;
     }
-    // Another device may have been plugged in meanwhile; the result is not its own.
-    if (deviceLost)
-        return;
+    underWay = false;
     if (save)
         SendCalSave();
     else
         SendCalReset();
 }
 
-void Calibration_Dlg::OnDeviceLost()
-{
-    deviceLost = true;
-    if (question)
-        question->reject();
-}
-
 void Calibration_Dlg::OnLinkEnding(bool deviceGone)
 {
-    if (deviceGone) {
-        OnDeviceLost();
-        return;
-    }
-    const bool under = m_IsCali != 0 || question;
-    OnDeviceLost();
-    if (under)
+    const bool tell = underWay && !deviceGone;
+    underWay = false;
+    ++session;
+    news.forget();
+    if (tell)
         SendCalReset();
-    hide();
+    if (question)
+        question->reject();
+    if (!deviceGone)
+        hide();
 }
 
 void Calibration_Dlg::ontimer()
@@ -254,52 +242,51 @@ void Calibration_Dlg::ontimer()
 
 void Calibration_Dlg::DoRecv03(UCHAR *RecvBuf)
 {
-    {
-        const QMutexLocker lock(&mutex);
-        DoOldCalibration(RecvBuf);
-    }
+    DoOldCalibration(RecvBuf);
     if (cal_end)
         hide();
 }
 
+// The link delivers a reply many times over: each is acted on once, and in order.
+void Calibration_Dlg::await(UCHAR step)
+{
+    news.forget();
+    news.ask({command::Calibration, step});
+}
+
 void Calibration_Dlg::DoOldCalibration(unsigned char *buf)
 {
-    Frame frame;
-    MALVOUTIL::Buf_util::CopyBuf(buf, frame.data(), FrameSize);
-    if (frame[command::offset::Class] != command::Calibration || deviceLost)
+    const Frame frame = command::frameAt(buf);
+    const bool awaited = news.take(frame) == ReportNews::News::Answer;
+    const auto reply = command::CalibrationStep::decode(frame);
+    if (!reply)
         return;
-
-    const UCHAR reply = frame[command::offset::Sub];
-    if (reply == cal::Begin) {
+    if (reply->step == cal::Begin)
         qDebug("CAL_BEGIN\n");
+    if (!awaited)
         return;
-    }
-    // The link delivers a reply many times over: each is acted on once, and in order.
-    if (reply != awaited)
-        return;
-    switch (reply) {
+    switch (reply->step) {
     case cal::Step1:
     case cal::Step2:
     case cal::Step3:
     case cal::Step4:
-        qDebug("CAL_STEP%d\n", reply);
-        SendCalStep(reply);
-        point_step = reply - cal::Step1;
-        awaited = UCHAR(reply + 1);
+        qDebug("CAL_STEP%d\n", reply->step);
+        point_step = reply->step - cal::Step1;
+        await(UCHAR(reply->step + 1));
+        SendCalStep(reply->step);
         break;
     case cal::Check:
         qDebug("CAL_CHECK\n");
+        await(cal::End);
         SendCalStep(cal::Check);
-        awaited = cal::End;
         break;
     default:
         qDebug("CAL_END\n");
-        deviation =
-            (std::abs(qint8(frame[cal::DeviationX])) + std::abs(qint8(frame[cal::DeviationY]))) / 2;
+        if (const auto end = command::CalibrationEnd::decode(frame))
+            deviation = (std::abs(end->deviationX) + std::abs(end->deviationY)) / 2;
         if (deviation <= CalEnd_dlg::LargestGoodDeviation)
             qDebug("%s\n", qPrintable(tr("Calibration accuracy: %1%").arg(100 - deviation)));
         cal_end = true;
-        awaited = Nothing;
         break;
     }
     update();

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "device/struct.h"
+#include "device/reportnews.h"
 #include "screenlayout.h"
 
 #include <QDialog>
-#include <QMutex>
 #include <QPixmap>
 #include <QPointer>
 
@@ -21,7 +20,8 @@ class QTimer;
 //
 // The device leads: it says which step it is ready for, and the window echoes the step and moves
 // the target. At the end the user is asked whether to save. However the window is left, the device
-// is told to save or to reset, unless it is gone (OnDeviceLost).
+// is told to save or to reset, unless it is gone. What one device said is neither asked about nor
+// answered on the link of another: a session ends with its link (OnLinkEnding).
 class Calibration_Dlg : public QDialog
 {
     Q_OBJECT
@@ -62,9 +62,9 @@ signals:
 public slots:
     void ontimer();
     void DoRecv03(UCHAR *RecvBuf);
-    // The device is gone: until the next showing nothing is sent and nothing asked, and a question
-    // that is being asked goes away.
-    void OnDeviceLost();
+    // The link to the device is about to end: a question that is being asked goes away, and until
+    // the next showing nothing more is sent or asked. A device that can still hear is told to reset
+    // if a calibration is under way, and the window hides.
     void OnLinkEnding(bool deviceGone);
 
 protected:
@@ -74,11 +74,13 @@ protected:
 
 private:
     void placeTargets(int width, int height);
+    void await(UCHAR step);
     void finishSession();
 
     std::unique_ptr<Ui::Calibration_Dlg> ui;
     bool cal_end = false;           // the device has reported the end
-    bool deviceLost = false;        // since the last showing
+    bool underWay = false;          // begun, and the device not yet told what becomes of it
+    int session = 0;                // counts showings and ended links
     int point_step = 0;             // the target shown, 0 to 3
     int ellipse_step = 0;           // animation phase, 0 to 2
     std::array<int, 4> ellipse_x{}; // target centres, native pixels of the calibrated screen
@@ -87,8 +89,7 @@ private:
     int deviation = 0; // per cent, as the device reported it
     QTimer *timer;     // child
     QPixmap mainmap;   // everything is drawn here first; native size of the calibrated screen
-    QMutex mutex;      // held while a reply is handled
-    UCHAR awaited = 0; // the one reply of the device that is acted on next
+    ReportNews news;   // awaits the one reply of the device that is acted on next
     QRect rect;        // where the window goes, in Qt's coordinates
     int gWidth = 0;    // the whole desktop, native pixels
     int gHeight = 0;

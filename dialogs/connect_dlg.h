@@ -35,8 +35,11 @@ public:
     using PortList = std::function<QList<Port>()>;
     static QList<Port> systemPorts();
 
-    explicit connect_dlg(QWidget *parent, PortList portList = systemPorts);
+    explicit connect_dlg(QWidget *parent = nullptr, PortList portList = systemPorts);
     ~connect_dlg() override;
+
+    void Get_Data(); // file to form
+    void Set_Data(); // form to file
 
     // What frames travel on now, which serial port is open (perhaps beneath a USB link; empty for
     // none), and a sentence on what went wrong. An empty one leaves the last one until a serial
@@ -63,8 +66,6 @@ private slots:
     void on_refreshButton_clicked();
 
 private:
-    void Get_Data(); // file to form
-    void Set_Data(); // form to file
     void fillLists();
     void listPorts();
     void updateChoices();

@@ -1,33 +1,21 @@
 #include "rotation_dlg.h"
 
-#include "device/commands.h"
+#include "device/records.h"
 #include "fittext.h"
 #include "ui_rotation_dlg.h"
 
 #include <QLocale>
-#include <QMutexLocker>
 #include <QShowEvent>
 #include <QThread>
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 namespace rotation = command::rotation;
-namespace offset = command::offset;
 
 namespace {
 
 constexpr unsigned long AnswerTimeS = 1;
 constexpr UCHAR LargestCode = 3;
 constexpr int QuarterTurn = 90; // degrees
-
-Frame rotationCommand(UCHAR sub)
-{
-    Frame frame{};
-    frame[offset::Class] = command::Rotation;
-    frame[offset::Sub] = sub;
-    return frame;
-}
 
 } // namespace
 
@@ -46,9 +34,7 @@ Rotation_dlg::~Rotation_dlg() = default;
 
 void Rotation_dlg::SendRotationData()
 {
-    Frame frame = rotationCommand(rotation::Set);
-    frame[offset::Length] = rotation::SetLength;
-    frame[rotation::Code] = tosetRotation;
+    Frame frame = command::RotationCommand{tosetRotation}.encode();
     emit Write03(frame.data());
     getCurrentRotation();
     updateCurrentRotationLab();
@@ -58,7 +44,7 @@ void Rotation_dlg::getCurrentRotation()
 {
     if (!unansweredSince)
         setUnansweredSince(QTime::currentTime());
-    Frame frame = rotationCommand(rotation::Query);
+    Frame frame = command::request(command::Rotation, rotation::Query);
     emit Write03(frame.data());
     QThread::sleep(AnswerTimeS);
 }
@@ -69,23 +55,30 @@ void Rotation_dlg::updateCurrentRotationLab()
         currentRotation <= LargestCode ? QString::number(currentRotation * QuarterTurn) : u"-1"_s);
 }
 
+void Rotation_dlg::OnLinkEnded()
+{
+    defaultRotation = UnknownRotation;
+    currentRotation = UnknownRotation;
+    news.forget();
+    setUnansweredSince(std::nullopt);
+    updateCurrentRotationLab();
+}
+
 void Rotation_dlg::DoRecv03(UCHAR *RecvBuf)
 {
-    const QMutexLocker locker(&mutex);
-    Frame frame;
-    std::copy_n(RecvBuf, frame.size(), frame.begin());
-    if (frame[offset::Class] == command::Rotation) {
-        if (frame[offset::Sub] == rotation::DefaultReply)
-            defaultRotation = frame[rotation::Code];
-        if (frame[offset::Sub] == rotation::CurrentReply) {
-            currentRotation = frame[rotation::Code];
+    const Frame frame = command::frameAt(RecvBuf);
+    const bool isNew = news.take(frame) == ReportNews::News::New;
+    if (const auto report = command::RotationReport::decode(frame)) {
+        if (report->sub == rotation::DefaultReply) {
+            defaultRotation = report->code;
+        } else {
+            currentRotation = report->code;
             // The link repeats the last report until there is another one, so an old answer comes
             // again after the question. A new one follows the default rotation.
-            if (frame != lastReport)
+            if (isNew)
                 setUnansweredSince(std::nullopt);
         }
     }
-    lastReport = frame;
     updateCurrentRotationLab();
 }
 

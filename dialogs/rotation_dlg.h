@@ -1,9 +1,8 @@
 #pragma once
 
-#include "device/struct.h"
+#include "device/reportnews.h"
 
 #include <QDialog>
-#include <QMutex>
 #include <QTime>
 
 #include <memory>
@@ -21,7 +20,7 @@ class Rotation_dlg : public QDialog
 {
     Q_OBJECT
 public:
-    explicit Rotation_dlg(QWidget *parent);
+    explicit Rotation_dlg(QWidget *parent = nullptr);
     ~Rotation_dlg() override;
 
     // Sends the rotation chosen last and asks which one the frame has.
@@ -29,6 +28,8 @@ public:
     // Asks, then blocks for a second: the frame's time to answer. The answer comes to DoRecv03.
     void getCurrentRotation();
     void updateCurrentRotationLab();
+    // What the frame said is forgotten: the next one may be another.
+    void OnLinkEnded();
 
     // What the frame turns by after a reset, in quarter turns; UnknownRotation before it said so.
     UCHAR reportedDefaultRotation() const { return defaultRotation; }
@@ -39,18 +40,16 @@ signals:
     void Write03(UCHAR *WriteBuf);
 
 public slots:
-    // Takes a report of FrameSize bytes, of any command class.
-    void DoRecv03(UCHAR *RecvBuf);
-
-protected:
-    void showEvent(QShowEvent *event) override;
-
-private slots:
     void on_okbtn_clicked();
     void on_rotation0btn_clicked();
     void on_rotation90btn_clicked();
     void on_rotation180btn_clicked();
     void on_rotation270btn_clicked();
+    // Takes a report of FrameSize bytes, of any command class.
+    void DoRecv03(UCHAR *RecvBuf);
+
+protected:
+    void showEvent(QShowEvent *event) override;
 
 private:
     void setRotation(UCHAR code);
@@ -60,7 +59,6 @@ private:
     UCHAR defaultRotation = UnknownRotation; // quarter turns, as reported
     UCHAR currentRotation = UnknownRotation; // quarter turns, as reported
     UCHAR tosetRotation = 0;                 // quarter turns, of the next set command
-    QMutex mutex;                            // held while a report is handled
     std::optional<QTime> unansweredSince;    // the first question without an answer
-    std::optional<Frame> lastReport;         // the report delivered last
+    ReportNews news;
 };

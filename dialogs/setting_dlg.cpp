@@ -5,10 +5,7 @@
 #include "useradv_dlg.h"
 
 #include <QHideEvent>
-#include <QMutexLocker>
 #include <QShowEvent>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -27,12 +24,8 @@ Setting_dlg::Setting_dlg(QWidget *parent)
 
 Setting_dlg::~Setting_dlg() = default;
 
-void Setting_dlg::DoRecv03(UCHAR *RecvBuf)
-{
-    const QMutexLocker lock(&mutex);
-    Frame report;
-    std::copy_n(RecvBuf, FrameSize, report.begin());
-}
+// No report concerns a preset; the main window hands them to every dialog of a device alike.
+void Setting_dlg::DoRecv03(UCHAR *) {}
 
 void Setting_dlg::OnUSBConnect()
 {

@@ -4,7 +4,6 @@
 #include "device/struct.h"
 
 #include <QDialog>
-#include <QMutex>
 
 #include <memory>
 
@@ -19,21 +18,20 @@ class Setting_dlg : public QDialog
 {
     Q_OBJECT
 public:
-    explicit Setting_dlg(QWidget *parent);
+    explicit Setting_dlg(QWidget *parent = nullptr);
     ~Setting_dlg() override;
+
+    void Get_Data();     // file to form
+    void Easyset_Data(); // form to file
+    void Data2Easysetting();
+    void Easysetting2Data();
+    void SendSettingData();
+    void setStringFont();
 
 signals:
     void Write03(UCHAR *WriteBuf); // never emitted
 
 public slots:
-    void DoRecv03(UCHAR *RecvBuf); // FrameSize bytes
-    void OnUSBConnect();
-
-protected:
-    void showEvent(QShowEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
-
-private slots:
     void on_Operatebtn_clicked();
     void on_Writebtn_clicked();
     void on_Percussionbtn_clicked();
@@ -46,17 +44,15 @@ private slots:
     void on_canbtn_clicked();
     void on_applybtn_clicked();
     void on_AdvBtn_clicked();
+    void DoRecv03(UCHAR *RecvBuf); // FrameSize bytes; nothing is done with them
+    void OnUSBConnect();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
-    void Get_Data();     // file to form
-    void Easyset_Data(); // form to file
-    void Data2Easysetting();
-    void Easysetting2Data();
-    void SendSettingData();
-    void setStringFont();
-
     std::unique_ptr<Ui::Setting_dlg> ui;
     _EASYSETTING_DATA EasysettingData; // as last read or kept
     XML_CLASS xmlclass;
-    QMutex mutex; // held while a report is taken
 };

@@ -1,13 +1,9 @@
 #include "smoothing_dlg.h"
 
-#include "device/malvoutil.h"
 #include "ui_smoothing_dlg.h"
 
 #include <QHideEvent>
-#include <QMutexLocker>
 #include <QShowEvent>
-
-using namespace MALVOUTIL;
 
 smoothing_dlg::smoothing_dlg(QWidget *parent)
     : QDialog(parent)
@@ -49,12 +45,8 @@ void smoothing_dlg::SendSmoothingData()
     emit Write03(frame.data());
 }
 
-void smoothing_dlg::DoRecv04(UCHAR *RecvBuf)
-{
-    const QMutexLocker locker(&mutex);
-    Frame report;
-    Buf_util::CopyBuf(RecvBuf, report.data(), FrameSize);
-}
+// For a report that tells of smoothing; no device is known to send one.
+void smoothing_dlg::DoRecv04(UCHAR *) {}
 
 // Another program may have written the file.
 void smoothing_dlg::showEvent(QShowEvent *event)

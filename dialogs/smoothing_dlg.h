@@ -4,7 +4,6 @@
 #include "device/struct.h"
 
 #include <QDialog>
-#include <QMutex>
 
 #include <memory>
 
@@ -18,9 +17,13 @@ class smoothing_dlg : public QDialog
 {
     Q_OBJECT
 public:
-    explicit smoothing_dlg(QWidget *parent);
+    explicit smoothing_dlg(QWidget *parent = nullptr);
     ~smoothing_dlg() override;
 
+    void Get_Data(); // file to form
+    void Set_Data(); // form to file
+    void Data2Smoothing();
+    void Smoothing2Data();
     // Sends an empty frame: no command for smoothing is known, so nothing calls this.
     void SendSmoothingData();
 
@@ -28,6 +31,10 @@ signals:
     void Write03(UCHAR *WriteBuf);
 
 public slots:
+    void on_pushButton_clicked();
+    void on_pushButton_2_clicked();
+    void on_pushButton_3_clicked();
+    void on_pushButton_4_clicked();
     // Takes a report of FrameSize bytes and drops it.
     void DoRecv04(UCHAR *RecvBuf);
 
@@ -35,20 +42,8 @@ protected:
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
-private slots:
-    void on_pushButton_clicked();
-    void on_pushButton_2_clicked();
-    void on_pushButton_3_clicked();
-    void on_pushButton_4_clicked();
-
 private:
-    void Get_Data();
-    void Set_Data();
-    void Data2Smoothing();
-    void Smoothing2Data();
-
     std::unique_ptr<Ui::smoothing_dlg> ui;
     _SMOOTHING_DATA SmoothingData; // as the file or the window had it last
     XML_CLASS xmlclass;
-    QMutex mutex; // held while a report is copied
 };

@@ -1,13 +1,12 @@
 #include "useradv_dlg.h"
 
 #include "advset_dlg.h"
-#include "device/commands.h"
+#include "device/records.h"
 #include "present.h"
 #include "ui_useradv_dlg.h"
 
 #include <QHideEvent>
 #include <QKeyEvent>
-#include <QMutexLocker>
 #include <QShowEvent>
 #include <QToolTip>
 
@@ -55,12 +54,8 @@ void useradv_dlg::setConnected(bool connected)
     isConnected = connected;
 }
 
-void useradv_dlg::DoRecv03(UCHAR *RecvBuf)
-{
-    const QMutexLocker lock(&mutex);
-    Frame report;
-    std::copy_n(RecvBuf, FrameSize, report.begin());
-}
+// No reply is awaited; the main window hands every report to every dialog of a device alike.
+void useradv_dlg::DoRecv03(UCHAR *) {}
 
 void useradv_dlg::OnUSBConnect()
 {
@@ -214,16 +209,13 @@ void useradv_dlg::Setting2Data()
 
 void useradv_dlg::SendSettingData()
 {
-    Frame frame{};
-    frame[command::offset::Class] = command::Settings;
-    frame[command::offset::Sub] = command::settings::SetGestures;
-    frame[command::offset::Length] = command::settings::GesturesLength;
-    frame[command::settings::AllEnabled] = UCHAR(SettingData.all_en);
-    frame[command::settings::RightButtonEnabled] = UCHAR(SettingData.rb_en);
-    command::putLe16(&frame[command::settings::RightButtonDuration], SettingData.rb_duration);
-    frame[command::settings::RightButtonRange] = UCHAR(SettingData.rb_ran);
-    frame[command::settings::WheelEnabled] = UCHAR(SettingData.wheel_en);
-    frame[command::settings::WheelSensitivity] = UCHAR(SettingData.wheel_sen);
+    Frame frame = command::Gestures{.allEnabled = SettingData.all_en,
+                                    .rightButtonEnabled = SettingData.rb_en,
+                                    .rightButtonDuration = SettingData.rb_duration,
+                                    .rightButtonRange = SettingData.rb_ran,
+                                    .wheelEnabled = SettingData.wheel_en,
+                                    .wheelSensitivity = SettingData.wheel_sen}
+                      .encode();
     emit Write03(frame.data());
 }
 

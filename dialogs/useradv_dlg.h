@@ -4,7 +4,6 @@
 #include "device/struct.h"
 
 #include <QDialog>
-#include <QMutex>
 
 #include <memory>
 
@@ -21,25 +20,22 @@ class useradv_dlg : public QDialog
 {
     Q_OBJECT
 public:
-    explicit useradv_dlg(QWidget *parent);
+    explicit useradv_dlg(QWidget *parent = nullptr);
     ~useradv_dlg() override;
 
     // Whether a frame would receive what is sent; not at first.
     void setConnected(bool connected);
 
+    void Get_Data(); // file to form
+    void Set_Data(); // form to file
+    void Data2Setting();
+    void Setting2Data();
+    void SendSettingData();
+
 signals:
     void Write03(UCHAR *WriteBuf); // FrameSize bytes, valid during the call
 
 public slots:
-    void DoRecv03(UCHAR *RecvBuf); // FrameSize bytes; no reply is awaited
-    void OnUSBConnect();
-
-protected:
-    void keyPressEvent(QKeyEvent *event) override;
-    void showEvent(QShowEvent *event) override;
-    void hideEvent(QHideEvent *event) override;
-
-private slots:
     void on_pushButton_4_clicked();
     void on_pushButton_5_clicked();
     void on_pushButton_6_clicked();
@@ -54,19 +50,20 @@ private slots:
     void on_resbtn_clicked();
     void on_okbtn_clicked();
     void on_canbtn_clicked();
+    void DoRecv03(UCHAR *RecvBuf); // FrameSize bytes; nothing is done with them
+    void OnUSBConnect();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
-    void Get_Data(); // file to form
-    void Set_Data(); // form to file
-    void Data2Setting();
-    void Setting2Data();
-    void SendSettingData();
     void applySettings();
     void setNotice(const QString &text);
 
     std::unique_ptr<Ui::useradv_dlg> ui;
     _SETTING_DATA SettingData; // as last read, kept or defaulted
     XML_CLASS xmlclass;
-    QMutex mutex; // held while a report is taken
     bool isConnected = false;
 };

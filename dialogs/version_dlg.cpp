@@ -32,6 +32,7 @@ Version_Dlg::Version_Dlg(QWidget *parent)
 {
     ui->setupUi(this);
     setStringFont();
+    setUI();
     ui->pushButton_upgrade->hide();
     ui->pushButton->move(OkPlace);
 }
@@ -43,7 +44,22 @@ void Version_Dlg::setStringFont()
     setFont(QFont(u"Tahoma"_s, FontPoints));
 }
 
+// Nothing beyond the form yet.
+void Version_Dlg::setUI() {}
+
+void Version_Dlg::OnLinkEnded()
+{
+    if (isVisible())
+        showRecord();
+}
+
 void Version_Dlg::showEvent(QShowEvent *event)
+{
+    showRecord();
+    QDialog::showEvent(event);
+}
+
+void Version_Dlg::showRecord()
 {
     const quint32 version = hidver.VersionNumber;
     ui->label_3->setText(tr("Device version: ") + hex(version >> 12) + tr(".") +
@@ -59,7 +75,6 @@ void Version_Dlg::showEvent(QShowEvent *event)
                          hex(hidver.P_NUM, 5));
     for (QLabel *label : {ui->label_2, ui->label_3, ui->label_4, ui->label_5, ui->label_6})
         fitText(label, label->width());
-    QDialog::showEvent(event);
 }
 
 void Version_Dlg::on_pushButton_upgrade_clicked()

@@ -27,17 +27,22 @@ class Version_Dlg : public QDialog
 {
     Q_OBJECT
 public:
-    explicit Version_Dlg(QWidget *parent);
+    explicit Version_Dlg(QWidget *parent = nullptr);
     ~Version_Dlg() override;
+
+    void setStringFont();
+    void setUI();
+    // A record that has changed shows at once.
+    void OnLinkEnded();
+
+public slots:
+    void on_pushButton_upgrade_clicked();
 
 protected:
     void showEvent(QShowEvent *event) override;
 
-private slots:
-    void on_pushButton_upgrade_clicked();
-
 private:
-    void setStringFont();
+    void showRecord();
 
     std::unique_ptr<Ui::Version_Dlg> ui;
 };

@@ -89,6 +89,29 @@ private slots:
         QCOMPARE(words(XML_CLASS().read_connect()), u"1 0 1 'COM1' 12 3 0 0 0 500"_s);
     }
 
+    void a_section_that_was_read_is_kept_beside_the_others()
+    {
+        XML_CLASS store;
+        QCOMPARE(store.SettingData, _SETTING_DATA());
+        store.read_setting();
+        QCOMPARE(store.SettingData.rb_duration, 1500);
+        QCOMPARE(store.EasysettingData, _EASYSETTING_DATA());
+        store.read_easysetting();
+        QCOMPARE(store.EasysettingData.Use, u"Write"_s);
+        QCOMPARE(store.SmoothingData, _SMOOTHING_DATA());
+        store.read_smoothing();
+        QCOMPARE(store.SmoothingData.smo_lv, 5);
+        QCOMPARE(store.ConnectData, _CONNECT_DATA());
+        store.read_connect();
+        QCOMPARE(store.ConnectData.uartport, u"COM1"_s);
+
+        XML_CLASS().write_setting(SomeSetting);
+        store.read_smoothing();
+        QCOMPARE(store.SettingData.rb_duration, 1500);
+        store.read_setting();
+        QCOMPARE(store.SettingData, SomeSetting);
+    }
+
     void the_file_is_all_that_is_made()
     {
         XML_CLASS().read_setting();

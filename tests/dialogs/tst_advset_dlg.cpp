@@ -9,6 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
+static_assert(std::is_default_constructible_v<advset_dlg>);
+
 class tst_advset_dlg : public QObject
 {
     Q_OBJECT
@@ -145,6 +147,26 @@ private slots:
         settings[17] = settings[19] = 4;
         lights->DoRecv03(settings);
         QTRY_VERIFY(!polled.isEmpty());
+    }
+
+    void without_a_window_behind_it_the_menu_leads_nowhere()
+    {
+        advset_dlg alone;
+        alone.show();
+        for (const char *name : {"testbtn", "testbtn_2"})
+            QTest::mouseClick(alone.findChild<QPushButton *>(QString::fromLatin1(name)),
+                              Qt::LeftButton);
+        QVERIFY(alone.isVisible());
+        QVERIFY(!test->isVisible());
+        QVERIFY(!lights->isVisible());
+    }
+
+    void it_reads_and_sends_nothing()
+    {
+        QSignalSpy sent(menu, &advset_dlg::Write03);
+        menu->GetData();
+        menu->SendSettingData();
+        QCOMPARE(sent.size(), 0);
     }
 
     void escape_hides_the_menu()

@@ -9,6 +9,8 @@
 
 using namespace Qt::StringLiterals;
 
+static_assert(std::is_default_constructible_v<CalEnd_dlg>);
+
 class tst_calend_dlg : public QObject
 {
     Q_OBJECT

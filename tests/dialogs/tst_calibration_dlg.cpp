@@ -11,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
+static_assert(std::is_default_constructible_v<Calibration_Dlg>);
+
 namespace {
 
 // A reply as it comes from the device: report id, class, step.
@@ -390,7 +392,7 @@ private slots:
                 screen->ontimer();
         } else if (ending == "device lost"_L1) {
             reply(*screen, 1);
-            screen->OnDeviceLost();
+            screen->OnLinkEnding(true);
             screen->close();
         } else {
             bringToCheck();
@@ -417,12 +419,149 @@ private slots:
         QCOMPARE(sent->take(), QByteArrayList({Save}));
     }
 
+    void before_the_first_showing_replies_are_followed_all_the_same()
+    {
+        screen->setPrimaryScr(0, oneScreen(1280, 800));
+        for (const UCHAR step : {2, 0, 1, 1, 3, 2})
+            reply(*screen, step);
+        QCOMPARE(sent->take(), QByteArrayList({Step1, Step2}));
+        for (const UCHAR step : {3, 4, 5})
+            reply(*screen, step);
+        QCOMPARE(sent->take(),
+                 QByteArrayList({Step3, Step4, "00 01 05 00 00 00 00 00 05 20 03 00 05 20 03"_ba}));
+        reply(*screen, 0xFF, 1, 1);
+        QCOMPARE(sent->take(), QByteArrayList());
+        QVERIFY(!screen->isVisible());
+        QVERIFY(!QApplication::activeModalWidget());
+        show();
+        QCOMPARE(sent->take(), QByteArrayList({Begin}));
+    }
+
+    void a_hidden_screen_answers_nothing_data()
+    {
+        QTest::addColumn<int>("touches");
+        QTest::addColumn<QString>("ending");
+        for (const char *ending : {"escape", "time-out", "link lost", "link closed"}) {
+            for (const int touches : {0, 1, 5})
+                QTest::addRow("%s after %d", ending, touches)
+                    << touches << QString::fromLatin1(ending);
+        }
+        QTest::newRow("saved") << 5 << u"saved"_s;
+        QTest::newRow("discarded") << 5 << u"discarded"_s;
+    }
+    void a_hidden_screen_answers_nothing()
+    {
+        QFETCH(const int, touches);
+        QFETCH(const QString, ending);
+        show();
+        for (int step = 0; step <= touches; ++step)
+            reply(*screen, UCHAR(step));
+        QCOMPARE(sent->take().size(), touches + 1);
+        if (ending == "escape"_L1)
+            QTest::keyClick(screen.get(), Qt::Key_Escape);
+        for (int tick = 0; ending == "time-out"_L1 && tick < 60; ++tick)
+            screen->ontimer();
+        if (ending.startsWith("link"_L1))
+            screen->OnLinkEnding(ending == "link lost"_L1);
+        if (ending == "link lost"_L1)
+            screen->close();
+        if (ending == "saved"_L1 || ending == "discarded"_L1) {
+            Answer answer(ending == "saved"_L1);
+            reply(*screen, 0xFF, 1, 1);
+        }
+        QVERIFY(!screen->isVisible());
+        const QByteArrayList told = ending == "saved"_L1       ? QByteArrayList{Save}
+                                    : ending == "link lost"_L1 ? QByteArrayList{}
+                                                               : QByteArrayList{Reset};
+        QCOMPARE(sent->take(), told);
+        for (const UCHAR step : {0, 1, 2, 3, 4, 5, 0xFF, 6})
+            reply(*screen, step);
+        QCOMPARE(sent->take(), QByteArrayList());
+        QVERIFY(!QApplication::activeModalWidget());
+    }
+
+    // The link ends
+
+    void a_device_that_can_still_hear_is_reset_before_its_link_ends()
+    {
+        show();
+        reply(*screen, 1);
+        sent->take();
+        screen->OnLinkEnding(false);
+        QCOMPARE(sent->take(), QByteArrayList({Reset}));
+        QVERIFY(!screen->isVisible());
+        QVERIFY(!QApplication::activeModalWidget());
+        screen->OnLinkEnding(false);
+        screen->OnLinkEnding(true);
+        screen->close();
+        QCOMPARE(sent->take(), QByteArrayList());
+    }
+
+    void a_link_that_ends_without_a_calibration_is_told_nothing()
+    {
+        screen->OnLinkEnding(false);
+        screen->OnLinkEnding(true);
+        show();
+        screen->close();
+        sent->take();
+        screen->OnLinkEnding(false);
+        QCOMPARE(sent->take(), QByteArrayList());
+        QVERIFY(!screen->isVisible());
+    }
+
+    void a_link_that_ends_during_the_question_takes_it_away_and_resets_once()
+    {
+        show();
+        bringToCheck();
+        sent->take();
+        QByteArrayList atOnce;
+        QTimer::singleShot(200, screen.get(), [&] {
+            QVERIFY(qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget()));
+            screen->OnLinkEnding(false);
+            atOnce = sent->take();
+        });
+        reply(*screen, 0xFF, 1, 1);
+        QVERIFY(!QApplication::activeModalWidget());
+        QCOMPARE(atOnce, QByteArrayList({Reset}));
+        QCOMPARE(sent->take(), QByteArrayList());
+    }
+
+    void a_device_that_goes_after_its_link_was_said_to_end_is_sent_nothing_more()
+    {
+        show();
+        screen->OnLinkEnding(true);
+        sent->take();
+        QVERIFY(screen->isVisible());
+        screen->OnLinkEnding(false);
+        QCOMPARE(sent->take(), QByteArrayList());
+        QVERIFY(!screen->isVisible());
+    }
+
+    void the_answer_to_an_old_question_does_not_reach_the_next_calibration()
+    {
+        show();
+        bringToCheck();
+        sent->take();
+        QTimer::singleShot(200, screen.get(), [&] {
+            auto *question = qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget());
+            QVERIFY(question);
+            screen->OnLinkEnding(true);
+            // The answer is still on its way when the next frame is calibrated.
+            screen->show();
+        });
+        reply(*screen, 0xFF, 1, 1);
+        QCOMPARE(sent->take(), QByteArrayList({Begin}));
+        QVERIFY(screen->isVisible());
+        screen->close();
+        QCOMPARE(sent->take(), QByteArrayList({Reset}));
+    }
+
     void a_lost_device_is_neither_asked_about_nor_sent_to()
     {
         show();
         bringToCheck();
         sent->take();
-        screen->OnDeviceLost();
+        screen->OnLinkEnding(true);
         reply(*screen, 0xFF, 1, 1);
         screen->close();
         QVERIFY(!screen->isVisible());
@@ -436,7 +575,7 @@ private slots:
         sent->take();
         QTimer::singleShot(200, screen.get(), [this] {
             QVERIFY(qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget()));
-            screen->OnDeviceLost();
+            screen->OnLinkEnding(true);
         });
         reply(*screen, 0xFF, 1, 1);
         QVERIFY(!QApplication::activeModalWidget());

@@ -16,6 +16,8 @@
 
 using namespace Qt::StringLiterals;
 
+static_assert(std::is_default_constructible_v<connect_dlg>);
+
 Q_DECLARE_METATYPE(PortSettings)
 
 using Link = connect_dlg::Link;

@@ -4,6 +4,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLocale>
+#include <QMetaMethod>
 #include <QPushButton>
 #include <QShowEvent>
 #include <QTest>
@@ -11,6 +12,8 @@
 #include <memory>
 
 using namespace Qt::StringLiterals;
+
+static_assert(std::is_default_constructible_v<Rotation_dlg>);
 
 namespace {
 
@@ -343,6 +346,45 @@ private slots:
         }
         QVERIFY(sent.isEmpty());
         QVERIFY(hintless());
+    }
+
+    // Another frame
+
+    void the_end_of_a_link_forgets_what_its_frame_said()
+    {
+        receive(frame("FC A7 81 02 00 03"));
+        receive(CurrentIs90);
+        dialog->getCurrentRotation();
+        QVERIFY(hinted());
+        dialog->OnLinkEnded();
+        QCOMPARE(shown()->text(), u"-1"_s);
+        QCOMPARE(dialog->reportedDefaultRotation(), UCHAR(0xFF));
+        QVERIFY(hintless());
+        QCOMPARE(sent, {Query});
+    }
+
+    void the_first_answer_of_the_next_frame_is_new_even_if_it_says_the_same()
+    {
+        receive(CurrentIs90);
+        dialog->OnLinkEnded();
+        dialog->getCurrentRotation();
+        receive(CurrentIs90);
+        QVERIFY(hintless());
+        QCOMPARE(shown()->text(), u"90"_s);
+    }
+
+    void signal_and_slots_are_in_their_order()
+    {
+        QByteArrayList found;
+        const QMetaObject &meta = Rotation_dlg::staticMetaObject;
+        for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
+            found.append(meta.method(i).methodSignature() + ' ' +
+                         meta.method(i).parameterNames().join(','));
+        QCOMPARE(found,
+                 QByteArrayList({"Write03(UCHAR*) WriteBuf", "on_okbtn_clicked() ",
+                                 "on_rotation0btn_clicked() ", "on_rotation90btn_clicked() ",
+                                 "on_rotation180btn_clicked() ", "on_rotation270btn_clicked() ",
+                                 "DoRecv03(UCHAR*) RecvBuf"}));
     }
 
     // A frame that does not answer

@@ -14,6 +14,8 @@
 
 using namespace Qt::StringLiterals;
 
+static_assert(std::is_default_constructible_v<Setting_dlg>);
+
 class tst_setting_dlg : public QObject
 {
     Q_OBJECT
@@ -244,6 +246,27 @@ private slots:
         QCOMPARE(home->element("USE"), QByteArray("Multipoint"));
         dialog->show();
         QCOMPARE(use(), u"Multipoint"_s);
+    }
+
+    void its_steps_are_there_one_by_one()
+    {
+        open();
+        click(u"Percussionbtn"_s);
+        dialog->Data2Easysetting();
+        QCOMPARE(use(), u"Write"_s);
+        click(u"Percussionbtn"_s);
+        dialog->Easysetting2Data();
+        dialog->Data2Easysetting();
+        QCOMPARE(use(), u"Percussion"_s);
+        QCOMPARE(home->element("USE"), "Write"_ba);
+        dialog->Easyset_Data();
+        QCOMPARE(home->element("USE"), "Percussion"_ba);
+        home->edit("USE", "Operate");
+        dialog->Get_Data();
+        QCOMPARE(use(), u"Operate"_s);
+        dialog->SendSettingData();
+        dialog->setStringFont();
+        QCOMPARE(dialog->font(), QFont(u"Tahoma"_s, 9));
     }
 
     void Percussion_then_Cancel_leaves_what_is_stored()

@@ -16,6 +16,8 @@
 
 using namespace Qt::StringLiterals;
 
+static_assert(std::is_default_constructible_v<smoothing_dlg>);
+
 // The dialog on a home directory of its own.
 class tst_smoothing_dlg : public QObject
 {
@@ -337,6 +339,23 @@ private slots:
         QCOMPARE(sent.size(), 0);
     }
 
+    void its_steps_are_there_one_by_one()
+    {
+        smoothing_dlg dialog;
+        level(dialog)->setValue(6);
+        dialog.Data2Smoothing();
+        QCOMPARE(level(dialog)->value(), 5);
+        level(dialog)->setValue(6);
+        dialog.Smoothing2Data();
+        QVERIFY(content().contains("<SMO_LV>5<"));
+        dialog.Set_Data();
+        QVERIFY(content().contains("<SMO_LV>6<"));
+        writeFile(smoothingFile("0", "4"));
+        dialog.Get_Data();
+        QCOMPARE(level(dialog)->value(), 4);
+        QVERIFY(!use(dialog)->isChecked());
+    }
+
     void the_send_step_sends_64_zeros()
     {
         smoothing_dlg dialog(nullptr);
@@ -360,8 +379,6 @@ private slots:
         const QByteArray before = content();
         Frame report;
         report.fill(0xFF);
-        // Twice: the lock is given back.
-        dialog.DoRecv04(report.data());
         dialog.DoRecv04(report.data());
         QVERIFY(use(dialog)->isChecked());
         QCOMPARE(level(dialog)->value(), 5);

@@ -17,6 +17,8 @@
 
 using namespace Qt::StringLiterals;
 
+static_assert(std::is_default_constructible_v<useradv_dlg>);
+
 namespace {
 
 const QString Notice = u"No touch frame is connected. The settings are kept and will be sent when "
@@ -446,6 +448,25 @@ private slots:
         QCOMPARE(home->element("DB_RAN"), "60"_ba);
         QCOMPARE(home->element("WHEEL_EN"), "0"_ba);
         QCOMPARE(home->element("WHEEL_SEN"), "1"_ba);
+    }
+
+    void its_steps_are_there_one_by_one()
+    {
+        open();
+        changeEverything();
+        dialog->Data2Setting();
+        QCOMPARE(shown(), fileDefaults());
+        changeEverything();
+        dialog->Setting2Data();
+        QCOMPARE(home->element("RB_DURATION"), "1500"_ba);
+        dialog->SendSettingData();
+        QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 00 00 D007 05 00 01")}));
+        dialog->Set_Data();
+        QCOMPARE(home->element("RB_DURATION"), "2000"_ba);
+        home->edit("RB_DURATION", "2500");
+        dialog->Get_Data();
+        QCOMPARE(slider(u"rbspeed"_s)->value(), 2500);
+        QCOMPARE(sent.size(), 1);
     }
 
     void every_switch_has_its_own_byte_and_element_data()

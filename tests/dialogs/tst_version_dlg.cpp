@@ -21,6 +21,8 @@
 
 using namespace Qt::StringLiterals;
 
+static_assert(std::is_default_constructible_v<Version_Dlg>);
+
 namespace {
 
 // Stands for the main window.
@@ -265,6 +267,27 @@ private slots:
         dialog.show();
         QCOMPARE(lines(dialog).first(), u"Device version: 3.0.1.0"_s);
         QCOMPARE(lines(dialog).last(), u"PID: ORVA - 000000000"_s);
+    }
+
+    void the_end_of_a_link_shows_at_once()
+    {
+        Version_Dlg dialog(nullptr);
+        hidver = {0x5156, 0x1, 0x3010, 0x3812, 0x5C19E0A7, 1, 0x7E6, 0xABC};
+        dialog.show();
+        hidver = {};
+        dialog.OnLinkEnded();
+        QCOMPARE(lines(dialog),
+                 QStringList({u"Device version: 0.0.0.0"_s, u"Hardware: 0000 - 0000"_s,
+                              u"SID: 00000000 - 000000"_s, u"PID: UNDEF - 000000000"_s}));
+    }
+
+    void the_end_of_a_link_leaves_a_hidden_window_as_it_is()
+    {
+        Version_Dlg dialog;
+        dialog.OnLinkEnded();
+        QCOMPARE(lines(dialog).first(), u"Device version:"_s);
+        dialog.setUI();
+        QCOMPARE(lines(dialog).first(), u"Device version:"_s);
     }
 
     void no_value_of_a_device_is_clipped()
