@@ -48,32 +48,35 @@ void LightPlot::setCounts(int x, int y)
     change(YTotal, y);
 }
 
-bool LightPlot::storeX(const Frame &page)
+bool LightPlot::storeX(const command::ScanPage &page)
 {
     const int end = std::min(XTotal, command::MaxLightsX);
-    const int first = command::le16(&page[scan::FirstLight]);
     for (int k = 0; k < scan::PairsPerPage; ++k) {
-        const int i = first + k;
+        const int i = page.first + k;
         if (XTotal == 0 || i >= command::MaxLightsX)
             return false;
-        const int at = scan::Levels + 2 * k;
-        change(XLevels[size_t(i)], {page[size_t(at)], page[size_t(at) + 1]});
+        change(XLevels[size_t(i)], {UCHAR(page.pairLevel(k)), UCHAR(page.pairGain(k))});
         if (i == end - 1)
             return true;
     }
     return false;
 }
 
-void LightPlot::storeY(const Frame &page)
+void LightPlot::storeY(const command::ScanPage &page)
 {
-    const int first = command::le16(&page[scan::FirstLight]);
     for (int k = 0; k < scan::PairsPerPage; ++k) {
-        const int i = first + k;
+        const int i = page.first + k;
         if (YTotal == 0 || i >= command::MaxLightsY)
             return;
-        const int at = scan::Levels + 2 * k;
-        change(YLevels[size_t(i)], {page[size_t(at)], page[size_t(at) + 1]});
+        change(YLevels[size_t(i)], {UCHAR(page.pairLevel(k)), UCHAR(page.pairGain(k))});
     }
+}
+
+void LightPlot::forget()
+{
+    setCounts(0, 0);
+    XLevels = {};
+    YLevels = {};
 }
 
 void LightPlot::choose(std::optional<Light> light, const QString &adc, const QString &agc)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "device/commands.h"
+#include "device/records.h"
 
 #include <QPixmap>
 #include <QPoint>
@@ -39,8 +39,11 @@ public:
 
     // Takes in one page of a scan; one that comes while its axis has no lights is ignored.
     // X: true if the page reaches the last light, what it holds behind that is not looked at.
-    bool storeX(const Frame &page);
-    void storeY(const Frame &page);
+    bool storeX(const command::ScanPage &page);
+    void storeY(const command::ScanPage &page);
+
+    // No lights and no levels: the device is another one.
+    void forget();
 
     // The light to mark, if any, and its values as the label gives them.
     void choose(std::optional<Light> light, const QString &adc, const QString &agc);

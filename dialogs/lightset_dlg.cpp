@@ -1,17 +1,16 @@
 #include "lightset_dlg.h"
 
-#include "device/malvoutil.h"
+#include "device/records.h"
 #include "screenlayout.h"
 #include "ui_lightset_dlg.h"
 
 #include <QGuiApplication>
 #include <QMouseEvent>
-#include <QMutexLocker>
 #include <QPainter>
 #include <QScreen>
 #include <QTimer>
 
-#include <utility>
+#include <initializer_list>
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
@@ -27,21 +26,11 @@ constexpr int TicksAfterRead = 5;
 constexpr int TicksAfterWrite = 10;
 constexpr int LargestOffset = 50; // of a light's AGC, either way
 
-Frame request(UCHAR classOf, UCHAR sub, UCHAR length = 0)
-{
-    Frame frame{};
-    frame[command::offset::Class] = classOf;
-    frame[command::offset::Sub] = sub;
-    frame[command::offset::Length] = length;
-    return frame;
-}
-
 // A typed number: what is none counts as 0, and the high byte is a quotient, cut towards 0.
-void putTyped(UCHAR *p, const QString &text)
+int typed(const QLineEdit *field)
 {
-    const int value = text.toInt();
-    p[0] = UCHAR(value & 0xFF);
-    p[1] = UCHAR(value / 256);
+    const int value = field->text().toInt();
+    return (value & 0xFF) | (value / 256 & 0xFF) << 8;
 }
 
 UCHAR axisCode(Axis axis)
@@ -80,11 +69,9 @@ void LightSet_dlg::on_LightChooseBtn_2_clicked()
     const auto light = chosenLight();
     if (!light)
         return;
-    Frame frame = request(command::Settings, settings::SwitchLight, settings::SwitchLightLength);
-    frame[settings::LightAxis] = axisCode(light->axis);
-    putTyped(&frame[settings::LightNumber], ui->LightNum->text());
-    frame[settings::LightSwitch] = ui->LightChooseBtn_2->text() == tr("Disable") ? 1 : 0;
-    emit Write03(frame.data());
+    command::LightRequest request{settings::SwitchLight, {axisCode(light->axis), light->number}};
+    request.off = ui->LightChooseBtn_2->text() == tr("Disable");
+    askAbout(request);
 }
 
 void LightSet_dlg::on_LightChooseBtn_clicked()
@@ -92,11 +79,8 @@ void LightSet_dlg::on_LightChooseBtn_clicked()
     const auto light = chosenLight();
     if (!light)
         return;
-    Frame frame = request(command::Settings, settings::GetLight, settings::GetLightLength);
-    frame[settings::LightAxis] = axisCode(light->axis);
-    putTyped(&frame[settings::LightNumber], ui->LightNum->text());
     unasked = false;
-    emit Write03(frame.data());
+    askAbout({settings::GetLight, {axisCode(light->axis), light->number}});
 }
 
 void LightSet_dlg::on_LightDecBtn_clicked()
@@ -162,53 +146,67 @@ void LightSet_dlg::ontimer()
 
 void LightSet_dlg::DoRecv03(UCHAR *RecvBuf)
 {
-    const QMutexLocker lock(&mutex);
-    Frame frame;
-    MALVOUTIL::Buf_util::CopyBuf(RecvBuf, frame.data(), FrameSize);
-    const UCHAR sub = frame[command::offset::Sub];
-
-    if (frame[command::offset::Class] == command::Settings) {
-        if (sub == command::replyTo(settings::GetAdc)) {
-            for (const auto &[field, at] :
-                 {std::pair(ui->MinADC, settings::MinAdc), std::pair(ui->MaxADC, settings::MaxAdc),
-                  std::pair(ui->MinEdgeADC, settings::MinEdgeAdc),
-                  std::pair(ui->MaxEdgeADC, settings::MaxEdgeAdc),
-                  std::pair(ui->ADCThreshold, settings::AdcThreshold),
-                  std::pair(ui->EdgeADCThreshold, settings::EdgeAdcThreshold)})
-                field->setText(QString::number(command::le16(&frame[size_t(at)])));
-            plot.setCounts(command::le16(&frame[settings::AdcLightsX]),
-                           command::le16(&frame[settings::AdcLightsY]));
-        } else if (sub == command::replyTo(settings::GetLight)) {
-            showLight(frame);
+    const Frame report = command::frameAt(RecvBuf);
+    if (news.take(report) == ReportNews::News::Repeated)
+        return;
+    if (const auto settingsReport = command::AdcReport::decode(report)) {
+        takeSettings(*settingsReport);
+    } else if (const auto light = command::LightReport::decode(report)) {
+        showLight(*light);
+        update();
+    } else if (const auto counts = command::LightCounts::decode(report)) {
+        plot.setCounts(counts->x, counts->y);
+    } else if (const auto page = command::ScanPage::decode(report)) {
+        if (page->axis == scan::AxisY)
+            plot.storeY(*page);
+        else if (plot.storeX(*page))
             update();
-        }
-    } else if (frame[command::offset::Class] == command::Scan) {
-        if (sub == command::replyTo(scan::Counts))
-            plot.setCounts(command::le16(&frame[scan::CountX]),
-                           command::le16(&frame[scan::CountY]));
-        else if (sub == command::replyTo(scan::AxisX) && plot.storeX(frame))
-            update();
-        else if (sub == command::replyTo(scan::AxisY))
-            plot.storeY(frame);
     }
 }
 
-void LightSet_dlg::showLight(const Frame &frame)
+void LightSet_dlg::OnLinkEnded()
 {
-    const UCHAR axis = frame[settings::LightAxis];
+    Ready = false;
+    unasked = false;
+    news.forget();
+    plot.forget();
+    for (QLineEdit *field : {ui->MinADC, ui->MaxADC, ui->MinEdgeADC, ui->MaxEdgeADC,
+                             ui->ADCThreshold, ui->EdgeADCThreshold, ui->LightDir, ui->LightNum,
+                             ui->LightADC, ui->LightORG, ui->LightAGC, ui->LightAGCSet})
+        field->clear();
+    for (QPushButton *button : {ui->LightChooseBtn_2, ui->LightAddBtn, ui->LightDecBtn})
+        button->setEnabled(false);
+    ui->LightChooseBtn_2->setText(tr("Disable"));
+    update();
+}
+
+void LightSet_dlg::takeSettings(const command::AdcReport &report)
+{
+    const command::AdcLines &lines = report.lines;
+    ui->MinADC->setText(QString::number(lines.min));
+    ui->MaxADC->setText(QString::number(lines.max));
+    ui->MinEdgeADC->setText(QString::number(lines.minEdge));
+    ui->MaxEdgeADC->setText(QString::number(lines.maxEdge));
+    ui->ADCThreshold->setText(QString::number(lines.threshold));
+    ui->EdgeADCThreshold->setText(QString::number(lines.edgeThreshold));
+    plot.setCounts(report.counts.x, report.counts.y);
+}
+
+void LightSet_dlg::showLight(const command::LightReport &report)
+{
+    const UCHAR axis = report.light.axis;
     if (axis == settings::AxisX || axis == settings::AxisY) {
-        const Light light{axis == settings::AxisX ? Axis::X : Axis::Y,
-                          command::le16(&frame[settings::LightNumber])};
+        const Light light{axis == settings::AxisX ? Axis::X : Axis::Y, report.light.number};
         // The answer to an earlier question does not take back what the user has chosen since.
         if (unasked && light != chosenLight())
             return;
         setChosen(light);
     }
-    ui->LightAGCSet->setText(QString::number(qint8(frame[settings::LightOffset])));
-    ui->LightAGC->setText(QString::number(frame[settings::LightAgc]));
-    ui->LightADC->setText(QString::number(command::le16(&frame[settings::LightAdc])));
-    ui->LightORG->setText(QString::number(command::le16(&frame[settings::LightOrg])));
-    ui->LightChooseBtn_2->setText(frame[settings::LightOff] != 0 ? tr("Enable") : tr("Disable"));
+    ui->LightAGCSet->setText(QString::number(report.offset));
+    ui->LightAGC->setText(QString::number(report.agc));
+    ui->LightADC->setText(QString::number(report.adc));
+    ui->LightORG->setText(QString::number(report.org));
+    ui->LightChooseBtn_2->setText(report.off ? tr("Enable") : tr("Disable"));
     ui->LightChooseBtn_2->setEnabled(true);
     ui->LightAddBtn->setEnabled(true);
     ui->LightDecBtn->setEnabled(true);
@@ -280,38 +278,49 @@ void LightSet_dlg::setChosen(const Light &light)
 
 void LightSet_dlg::GetADCData()
 {
-    Frame frame = request(command::Settings, settings::GetAdc);
-    emit Write03(frame.data());
+    news.ask({command::Settings, command::replyTo(settings::GetAdc), {}, 0});
+    send(command::request(command::Settings, settings::GetAdc));
     TimerStop = TicksAfterRead;
 }
 
 void LightSet_dlg::SendADCData()
 {
-    Frame frame = request(command::Settings, settings::SetAdc, settings::AdcLength);
-    putTyped(&frame[settings::MinAdc], ui->MinADC->text());
-    putTyped(&frame[settings::MaxAdc], ui->MaxADC->text());
-    putTyped(&frame[settings::MinEdgeAdc], ui->MinEdgeADC->text());
-    putTyped(&frame[settings::MaxEdgeAdc], ui->MaxEdgeADC->text());
-    putTyped(&frame[settings::AdcThreshold], ui->ADCThreshold->text());
-    putTyped(&frame[settings::EdgeAdcThreshold], ui->EdgeADCThreshold->text());
-    emit Write03(frame.data());
+    send(command::AdcLines{typed(ui->MinADC), typed(ui->MaxADC), typed(ui->MinEdgeADC),
+                           typed(ui->MaxEdgeADC), typed(ui->ADCThreshold),
+                           typed(ui->EdgeADCThreshold)}
+             .encode());
     TimerStop = TicksAfterWrite;
 }
 
 void LightSet_dlg::SendSetLightData()
 {
-    Frame frame = request(command::Settings, settings::SetLight, settings::SetLightLength);
-    frame[settings::LightAxis] = ui->LightDir->text() == "X"_L1 ? settings::AxisX : settings::AxisY;
-    putTyped(&frame[settings::LightNumber], ui->LightNum->text());
-    frame[settings::LightOffset] = UCHAR(ui->LightAGCSet->text().toInt());
+    const UCHAR axis = ui->LightDir->text() == "X"_L1 ? settings::AxisX : settings::AxisY;
+    command::LightRequest request{settings::SetLight, {axis, typed(ui->LightNum)}};
+    request.offset = ui->LightAGCSet->text().toInt();
     ui->LightAddBtn->setEnabled(false);
     ui->LightDecBtn->setEnabled(false);
-    emit Write03(frame.data());
+    askAbout(request);
 }
 
 void LightSet_dlg::requestScan(UCHAR axis)
 {
-    Frame frame = request(command::Scan, axis);
+    news.ask({command::Scan, command::replyTo(axis), {0, 0}, 2});
+    send(command::request(command::Scan, axis));
+}
+
+// Each request about a light is answered by how the light is.
+void LightSet_dlg::askAbout(const command::LightRequest &request)
+{
+    const command::LightName &light = request.light;
+    news.ask({command::Settings,
+              command::replyTo(settings::GetLight),
+              {light.axis, UCHAR(light.number & 0xFF), UCHAR(light.number >> 8 & 0xFF)},
+              3});
+    send(request.encode());
+}
+
+void LightSet_dlg::send(Frame frame)
+{
     emit Write03(frame.data());
 }
 

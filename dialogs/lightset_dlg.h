@@ -1,9 +1,9 @@
 #pragma once
 
+#include "device/reportnews.h"
 #include "lightplot.h"
 
 #include <QDialog>
-#include <QMutex>
 #include <QRect>
 
 #include <memory>
@@ -39,6 +39,8 @@ public slots:
     void ontimer();
     // Takes in a report of FrameSize bytes.
     void DoRecv03(UCHAR *RecvBuf);
+    // The next device is another one: nothing of this one is shown any more.
+    void OnLinkEnded();
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -52,7 +54,10 @@ private:
     void SendADCData();
     void SendSetLightData();
     void requestScan(UCHAR axis);
-    void showLight(const Frame &frame);
+    void askAbout(const command::LightRequest &request);
+    void send(Frame frame);
+    void takeSettings(const command::AdcReport &report);
+    void showLight(const command::LightReport &report);
     void setChosen(const LightPlot::Light &light);
     // What LightDir and LightNum name, if the device has such a light.
     std::optional<LightPlot::Light> chosenLight() const;
@@ -60,7 +65,7 @@ private:
 
     std::unique_ptr<Ui::LightSet_dlg> ui;
     LightPlot plot;
-    QMutex mutex;         // held while a report is handled
+    ReportNews news;
     int TimerStop = 0;    // ticks still to let pass without a request
     int TimerStep = 0;    // 0 the chosen light, 1 the Y scan, 2 the X scan
     bool Ready = false;   // the first request after the showing is due: there is something to paint

@@ -1,17 +1,12 @@
 #include "test_win.h"
 
-#include "device/malvoutil.h"
 #include "message.h"
 #include "ui_test_win.h"
 
 #include <QAction>
 #include <QContextMenuEvent>
-#include <QDateTime>
-#include <QFile>
 #include <QIntValidator>
-#include <QLoggingCategory>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPainter>
 #include <QShortcut>
 #include <QTimer>
@@ -21,8 +16,6 @@
 
 using namespace Qt::StringLiterals;
 namespace scan = command::scan;
-
-Q_LOGGING_CATEGORY(lcSignalTest, "quorvel.signaltest", QtWarningMsg)
 
 namespace {
 
@@ -43,7 +36,6 @@ const QString DefaultUpper = u"1000"_s;
 const QString DefaultLower = u"650"_s;
 const QString DefaultInterval = u"1"_s;
 const QString DefaultAgc = u"255"_s;
-const QString LogFile = u"TestLog.csv"_s;
 
 int pagesOf(int lights)
 {
@@ -58,6 +50,7 @@ test_win::test_win(QWidget *parent)
     , timer(new QTimer(this))
     , logAction(new QAction(tr("&Log to TestLog.csv"), this))
     , menu(new QMenu(this))
+    , log(this)
 {
     ui->setupUi(this);
     for (QLineEdit *limit : {ui->Upper_text, ui->Lower_text})
@@ -75,12 +68,7 @@ test_win::test_win(QWidget *parent)
             [this] { openMenu(mapToGlobal(PlotCorner)); });
 }
 
-test_win::~test_win()
-{
-    endRow();
-    if (unsaved && !storeLog())
-        qCWarning(lcSignalTest).noquote() << LogFile << "was not written";
-}
+test_win::~test_win() = default;
 
 void test_win::on_exitbtn_clicked()
 {
@@ -127,25 +115,28 @@ void test_win::ontimer()
 
 void test_win::DoRecv03(UCHAR *RecvBuf)
 {
-    Frame frame;
-    MALVOUTIL::Buf_util::CopyBuf(RecvBuf, frame.data(), FrameSize);
-    const bool repeated = frame == lastReport;
-    lastReport = frame;
-    if (frame[command::offset::Class] != command::Scan)
-        return;
-    switch (frame[command::offset::Sub]) {
-    case command::replyTo(scan::Counts):
-        takeCounts(frame);
-        break;
-    case command::replyTo(scan::AxisX):
-        takePage(dataX(), frame, repeated);
-        break;
-    case command::replyTo(scan::AxisY):
-        takePage(dataY(), frame, repeated);
-        break;
-    default:
-        break;
+    const Frame report = command::frameAt(RecvBuf);
+    const bool repeated = news.take(report) == ReportNews::News::Repeated;
+    if (const auto counts = command::LightCounts::decode(report))
+        takeCounts(*counts);
+    else if (const auto page = command::ScanPage::decode(report); page && !repeated)
+        takePage(page->axis == scan::AxisX ? dataX() : dataY(), *page);
+}
+
+void test_win::OnLinkEnded()
+{
+    if (isContinuous())
+        stopContinuous();
+    testing = false;
+    log.end();
+    news.forget();
+    testdata.X_total = 0;
+    testdata.Y_total = 0;
+    for (const AxisData &axis : {dataX(), dataY()}) {
+        for (const std::span<QPoint> curve : {axis.adc, axis.agc, axis.ripple})
+            std::fill(curve.begin(), curve.end(), QPoint());
     }
+    showPlot();
 }
 
 void test_win::paintEvent(QPaintEvent *event)
@@ -177,8 +168,8 @@ void test_win::hideEvent(QHideEvent *event)
         return; // minimised, or on another workspace
     if (isContinuous())
         stopContinuous();
-    else if (!testing && unsaved)
-        writeLog();
+    else if (!testing && log.isUnsaved())
+        log.writeLog();
 }
 
 void test_win::contextMenuEvent(QContextMenuEvent *event)
@@ -193,12 +184,12 @@ int test_win::AxisData::lights() const
 
 test_win::AxisData test_win::dataX()
 {
-    return {Row::X, XADC_point, XAGC_point, XRIP_point, testdata.X_total, X_enable, askedX};
+    return {Row::X, XADC_point, XAGC_point, XRIP_point, testdata.X_total, X_enable};
 }
 
 test_win::AxisData test_win::dataY()
 {
-    return {Row::Y, YADC_point, YAGC_point, YRIP_point, testdata.Y_total, Y_enable, askedY};
+    return {Row::Y, YADC_point, YAGC_point, YRIP_point, testdata.Y_total, Y_enable};
 }
 
 // False when the limits make no sense; no test starts then.
@@ -212,8 +203,7 @@ bool test_win::takeSettings()
         ui->Lower_text->setText(DefaultLower);
         return false;
     }
-    endLog();
-    warned = false;
+    log.beginTest();
     testdata.AGC = ui->AGC_text->text().toInt();
     testdata.interal = ui->interal_text->text().toInt();
     testdata.upper = upper;
@@ -260,7 +250,7 @@ void test_win::stopContinuous()
     ui->ALL_btn->setText(tr("All Test"));
     showPlot();
     testing = false;
-    endLog();
+    log.end();
 }
 
 bool test_win::isContinuous() const
@@ -284,46 +274,39 @@ void test_win::showPlot()
 
 void test_win::send(UCHAR sub)
 {
-    Frame frame{};
-    frame[command::offset::Class] = command::Scan;
-    frame[command::offset::Sub] = sub;
-    askedX = askedX || sub == scan::AxisX;
-    askedY = askedY || sub == scan::AxisY;
+    if (sub != scan::Counts) // a scan is news from its first page on
+        news.ask({command::Scan, command::replyTo(sub), {0, 0}, 2});
+    Frame frame = command::request(command::Scan, sub);
     emit Write03(frame.data());
 }
 
-void test_win::takeCounts(const Frame &frame)
+void test_win::takeCounts(const command::LightCounts &counts)
 {
-    testdata.X_total = command::le16(&frame[scan::CountX]);
-    testdata.Y_total = command::le16(&frame[scan::CountY]);
+    testdata.X_total = counts.x;
+    testdata.Y_total = counts.y;
     outdated = true;
-    if (testing && !logging && logAction->isChecked())
-        beginLog();
+    if (testing && !log.isRunning() && logAction->isChecked())
+        log.begin(dataX().lights(), dataY().lights());
 }
 
-void test_win::takePage(const AxisData &axis, const Frame &page, bool repeated)
+void test_win::takePage(const AxisData &axis, const command::ScanPage &page)
 {
-    const int first = command::le16(&page[scan::FirstLight]);
     const int lights = axis.lights();
     // Both axes are drawn on the scale of X.
-    if (testdata.X_total == 0 || first >= lights)
+    if (testdata.X_total == 0 || page.first >= lights)
         return;
-    if (repeated && (first != 0 || !axis.asked))
-        return;
-    if (first == 0)
-        axis.asked = false;
     outdated = true;
-    const int end = std::min(first + scan::LevelsPerPage, lights);
-    for (int i = first; i < end; ++i) {
-        const int level = UnitsPerLevel * page[size_t(scan::Levels + i - first)];
+    const int end = std::min(page.first + scan::LevelsPerPage, lights);
+    for (int i = page.first; i < end; ++i) {
+        const int level = UnitsPerLevel * page.level(i - page.first);
         const QPoint point((i + 1) * CurveWidth / testdata.X_total, SignalPlot::row(level));
         const auto light = size_t(i);
         const int change = std::abs(point.y() - axis.adc[light].y());
         axis.ripple[light] = {point.x(), SignalPlot::Size.height() - change};
         axis.adc[light] = point;
         axis.agc[light] = {point.x(), 0};
-        if (logging && axis.enable != 0)
-            logLevel(axis.axis, i, level);
+        if (axis.enable != 0)
+            log.level(axis.axis, i, level);
     }
     if (end == lights)
         completeScan(axis);
@@ -340,10 +323,10 @@ void test_win::completeScan(const AxisData &axis)
     showPlot();
     if (!underTest)
         return;
-    endRow();
+    log.endRow();
     if (!isContinuous()) {
         testing = false;
-        endLog();
+        log.end();
     }
 }
 
@@ -380,114 +363,10 @@ void test_win::openMenu(const QPoint &globalPos)
     menu->popup(globalPos);
 }
 
-void test_win::doCVSstring_Title()
-{
-    CVSstring = u"Date,Time,"_s;
-    for (int i = 0; i < dataX().lights(); ++i)
-        CVSstring += u"X%1,"_s.arg(i, 3, 10, QLatin1Char('0'));
-    for (int i = 0; i < dataY().lights(); ++i)
-        CVSstring += u"Y%1,"_s.arg(i, 3, 10, QLatin1Char('0'));
-    CVSstring += u"NG/PASS\n"_s;
-}
-
-void test_win::doCVSstring_X(int index, int value)
-{
-    qCDebug(lcSignalTest).nospace() << "doCVSstring_X: " << index;
-    if (index == 0)
-        CVSstring += QDateTime::currentDateTime().toString(u"yyMMdd,hh:mm:ss:zzz,"_s);
-    CVSstring += QString::number(value) + u',';
-}
-
-void test_win::doCVSstring_Y(int index, int value)
-{
-    qCDebug(lcSignalTest).nospace() << "doCVSstring_Y: " << index;
-    CVSstring += QString::number(value) + u",,"_s;
-}
-
-void test_win::writeLog()
-{
-    if (storeLog() || warned)
-        return;
-    warned = true;
-    auto *box = new QMessageBox(QMessageBox::Warning, tr("warning"),
-                                tr("False to open ResultX.csv."), QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setModal(false);
-    box->show();
-}
-
 void test_win::onLogToggled(bool on)
 {
     if (!on)
-        endLog();
+        log.end();
     else if (testing && testdata.X_total != 0)
-        beginLog();
-}
-
-void test_win::beginLog()
-{
-    doCVSstring_Title();
-    logRow = Row::None;
-    logging = true;
-    unsaved = true;
-}
-
-// Ends the log of a test, or tries again to write an earlier one.
-void test_win::endLog()
-{
-    endRow();
-    logging = false;
-    if (unsaved)
-        writeLog();
-}
-
-// A row begins with the first light of an axis; for lights of a page that got lost it has empty
-// fields.
-void test_win::logLevel(Row axis, int index, int value)
-{
-    if (index == 0) {
-        if (axis == Row::X || logRow == Row::Y)
-            endRow();
-        else
-            fillRow(dataX().lights());
-        logRow = axis;
-        nextLight = 0;
-    }
-    if (logRow != axis || index < nextLight)
-        return;
-    fillRow(index);
-    if (axis == Row::X)
-        doCVSstring_X(index, value);
-    else
-        doCVSstring_Y(index, value);
-    nextLight = index + 1;
-    unsaved = true;
-}
-
-void test_win::fillRow(int until)
-{
-    if (logRow == Row::None)
-        return;
-    for (; nextLight < until; ++nextLight)
-        CVSstring += logRow == Row::X ? u","_s : u",,"_s;
-}
-
-void test_win::endRow()
-{
-    if (logRow == Row::None)
-        return;
-    CVSstring += u'\n';
-    logRow = Row::None;
-}
-
-// True when the whole text is in the file.
-bool test_win::storeLog()
-{
-    QFile file(LogFile);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
-        return false;
-    const QByteArray text = CVSstring.toLatin1();
-    const bool written = file.write(text) == text.size() && file.flush();
-    unsaved = !written;
-    return written;
+        log.begin(dataX().lights(), dataY().lights());
 }

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "device/commands.h"
+#include "device/records.h"
+#include "device/reportnews.h"
+#include "signallog.h"
 #include "signalplot.h"
 
 #include <QMainWindow>
@@ -20,12 +22,8 @@ class QTimer;
 // Shows the signal level of every light of both axes as curves between two limits, for one scan
 // or, until it is stopped, for one scan after the other.
 //
-// A scan comes in pages, and the link hands over the last page again and again until there is
-// another: a page counts as new only if it differs from the report before it, or if its scan was
-// asked for again. Pages are ignored as long as the device has not told the light counts.
-//
-// The levels of a test can be logged in TestLog.csv in the working directory, one row a scan of
-// the axes under test, in signal units; the file is written when the test ends.
+// A scan comes in pages; those that the link only hands over again are left out. Pages are ignored
+// as long as the device has not told the light counts. The levels of a test can be logged.
 class test_win : public QMainWindow
 {
     Q_OBJECT
@@ -51,6 +49,8 @@ public slots:
     void on_ALL_btn_clicked();
     void ontimer();
     void DoRecv03(UCHAR *RecvBuf);
+    // The next device is another one: a test ends, and nothing of this one is shown any more.
+    void OnLinkEnded();
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -58,7 +58,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
-    enum class Row { None, X, Y };
+    using Row = SignalLog::Row;
     // What the pages of one axis go into.
     struct AxisData
     {
@@ -68,7 +68,6 @@ private:
         std::span<QPoint> ripple;
         qint32 total;   // lights
         qint32 &enable; // progress
-        bool &asked;
 
         int lights() const; // that there is room for
     };
@@ -83,25 +82,14 @@ private:
     void enableInputs(bool enabled);
     void showPlot();
     void send(UCHAR sub);
-    void takeCounts(const Frame &frame);
-    void takePage(const AxisData &axis, const Frame &page, bool repeated);
+    void takeCounts(const command::LightCounts &counts);
+    void takePage(const AxisData &axis, const command::ScanPage &page);
     void completeScan(const AxisData &axis);
     void makeMaps(int ratio);
     void drawPicture();
     void openMenu(const QPoint &globalPos);
 
-    // The log.
-    void doCVSstring_Title();
-    void doCVSstring_X(int index, int value);
-    void doCVSstring_Y(int index, int value);
-    void writeLog();
     void onLogToggled(bool on);
-    void beginLog();
-    void endLog();
-    void logLevel(Row axis, int index, int value);
-    void fillRow(int until);
-    void endRow();
-    bool storeLog();
 
     std::unique_ptr<Ui::test_win> ui;
     bool X_finish = false; // the next tick asks for Y
@@ -115,9 +103,7 @@ private:
     std::array<QPoint, command::MaxLightsY> YAGC_point;
     std::array<QPoint, command::MaxLightsX> XRIP_point;
     std::array<QPoint, command::MaxLightsY> YRIP_point;
-    Frame lastReport{};
-    bool askedX = false; // and no new first page has come since
-    bool askedY = false;
+    ReportNews news;
 
     SignalPlot plot;
     QPixmap BGmap;        // the scale
@@ -127,11 +113,6 @@ private:
 
     QAction *logAction; // child
     QMenu *menu;        // child
-    QString CVSstring;
-    bool testing = false;   // a test runs whose end has not come
-    bool logging = false;   // its levels go into CVSstring
-    bool unsaved = false;   // CVSstring holds what the file does not
-    bool warned = false;    // of the file, in this test
-    Row logRow = Row::None; // the axis being appended to the last row
-    int nextLight = 0;      // of that axis
+    SignalLog log;
+    bool testing = false; // a test runs whose end has not come
 };

@@ -20,14 +20,14 @@ const QColor Red(Qt::darkRed);
 const QColor White(Qt::white);
 
 // A page as it comes from the device, up to 27 pairs; what is not given is 0.
-Frame page(UCHAR sub, int first, const Levels &pairs)
+command::ScanPage page(UCHAR sub, int first, const Levels &pairs)
 {
     Frame frame{0xFC, 0xA5, sub, 0x00, 0x00, UCHAR(first % 256), UCHAR(first / 256)};
     for (size_t k = 0; k < pairs.size() && k < 27; ++k) {
         frame[7 + 2 * k] = UCHAR(pairs[k].first);
         frame[8 + 2 * k] = UCHAR(pairs[k].second);
     }
-    return frame;
+    return command::ScanPage::decode(frame).value();
 }
 
 // All pages of both axes; true if the X scan was complete with the last page and not before.

@@ -322,7 +322,7 @@ private slots:
                  QByteArrayList({"on_LightChooseBtn_2_clicked", "on_LightChooseBtn_clicked",
                                  "on_LightDecBtn_clicked", "on_LightAddBtn_clicked",
                                  "on_ADCSetBtn_clicked", "on_ADCDefBtn_clicked",
-                                 "on_ExitBtn_clicked", "ontimer", "DoRecv03"}));
+                                 "on_ExitBtn_clicked", "ontimer", "DoRecv03", "OnLinkEnded"}));
     }
 
     // Showing, polling, hiding
@@ -881,6 +881,50 @@ private slots:
         QTest::keyClicks(child("LightNum"), u"1"_s);
         QCOMPARE(text("LightNum"), u"31"_s);
         QCOMPARE(text("LightADC"), u"16"_s);
+    }
+
+    // The end of a link
+
+    void what_one_device_said_is_not_shown_for_the_next()
+    {
+        showWithLights();
+        tick();
+        const QImage none = withoutPanel(screen->grab().toImage());
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0x8C, 0x0F, 0x34, 0x0F, 1});
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 100, 10});
+        QVERIFY(withoutPanel(screen->grab().toImage()) != none);
+        screen->OnLinkEnded();
+        for (const char *name :
+             {"MinADC", "MaxADC", "MinEdgeADC", "MaxEdgeADC", "ADCThreshold", "EdgeADCThreshold",
+              "LightDir", "LightNum", "LightADC", "LightORG", "LightAGC", "LightAGCSet"})
+            QVERIFY2(text(name).isEmpty(), name);
+        for (const char *name : {"LightChooseBtn_2", "LightAddBtn", "LightDecBtn"})
+            QVERIFY2(!button(name)->isEnabled(), name);
+        QCOMPARE(button("LightChooseBtn_2")->text(), u"Disable"_s);
+        // The counts are unknown: no light is read.
+        type("LightDir", "X");
+        type("LightNum", "7");
+        sent();
+        tick(3);
+        QCOMPARE(sent(), QByteArrayList({ScanY, ScanX}));
+        // And no level of the other device is left.
+        child("LightDir")->clear();
+        child("LightNum")->clear();
+        report({0xFC, 0xA5, 0x80, 0x00, 0x00, 96, 0, 54, 0});
+        tick();
+        QCOMPARE(withoutPanel(screen->grab().toImage()), none);
+    }
+
+    void what_the_next_device_says_is_news_even_if_the_last_one_said_the_same()
+    {
+        showWithLights();
+        answerLight();
+        screen->OnLinkEnded();
+        answerLight();
+        QCOMPARE(text("LightNum"), u"10"_s);
+        QVERIFY(button("LightAddBtn")->isEnabled());
     }
 
     // Choosing with the mouse

@@ -456,10 +456,10 @@ private slots:
             if (meta.method(i).methodType() == QMetaMethod::Slot)
                 names.append(QString::fromLatin1(meta.method(i).methodSignature()));
         }
-        QCOMPARE(names,
-                 QStringList({u"on_exitbtn_clicked()"_s, u"on_def_btn_clicked()"_s,
-                              u"on_Xbtn_clicked()"_s, u"on_Ybtn_clicked()"_s,
-                              u"on_ALL_btn_clicked()"_s, u"ontimer()"_s, u"DoRecv03(UCHAR*)"_s}));
+        QCOMPARE(names, QStringList({u"on_exitbtn_clicked()"_s, u"on_def_btn_clicked()"_s,
+                                     u"on_Xbtn_clicked()"_s, u"on_Ybtn_clicked()"_s,
+                                     u"on_ALL_btn_clicked()"_s, u"ontimer()"_s,
+                                     u"DoRecv03(UCHAR*)"_s, u"OnLinkEnded()"_s}));
     }
 
     void the_default_button_restores_what_the_form_began_with()
@@ -1219,6 +1219,65 @@ private slots:
         click(u"Ybtn"_s);
         deliver({Counts32, Y1});
         compare({{Axis::Y, Y1Points}});
+    }
+
+    // The end of a link
+
+    void the_end_of_the_link_stops_a_continuous_test_as_stop_does()
+    {
+        logAction()->trigger();
+        startContinuous();
+        deliver({Counts32, X1, Y1});
+        window->OnLinkEnded();
+        QVERIFY(!timer()->isActive());
+        QCOMPARE(child(u"ALL_btn"_s)->text(), u"All Test"_s);
+        QVERIFY(child(u"Xbtn"_s)->isEnabled());
+        QVERIFY(pictureIsEmpty());
+        QVERIFY(log().endsWith(u"\nD,T,1000,400,800,600,,100,,\n"_s));
+    }
+
+    void the_end_of_the_link_ends_a_single_test_and_writes_its_log()
+    {
+        logAction()->trigger();
+        click(u"Xbtn"_s);
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x00, 0x00}); // 56
+        deliver(page(0x81, 0, 1));
+        window->OnLinkEnded();
+        const QString expected = log();
+        QVERIFY(expected.endsWith(u"NG/PASS\nD,T,"_s + u"4,"_s.repeated(55) + u"\n"_s));
+        deliver({{0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x00, 0x00}, page(0x81, 55, 2)});
+        window->hide();
+        QCOMPARE(log(), expected);
+    }
+
+    void curves_of_one_device_are_not_shown_for_the_next()
+    {
+        wideLimits();
+        click(u"Xbtn"_s);
+        deliver({Counts32, X1});
+        window->OnLinkEnded();
+        compare({});
+        // Pages that come without counts are nobody's.
+        deliver(X2);
+        compare({});
+        click(u"Xbtn"_s);
+        deliver({Counts32, X1});
+        compare({{Axis::X, X1Points}});
+    }
+
+    void no_level_of_one_device_is_left_in_the_curve_of_the_next()
+    {
+        wideLimits();
+        click(u"Xbtn"_s);
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x00, 0x00}); // 56
+        deliver({page(0x81, 0, 100), page(0x81, 55, 100)});
+        window->OnLinkEnded();
+        click(u"Xbtn"_s);
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x00, 0x00});
+        deliver(page(0x81, 55, 100)); // the first page is lost
+        QList<QPoint> points(55);
+        points.append({870, 312});
+        compare({{Axis::X, points}});
     }
 
     // The log
