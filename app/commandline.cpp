@@ -1,32 +1,52 @@
 #include "commandline.h"
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 CommandLine CommandLine::parse(const QStringList &arguments)
 {
-    constexpr auto profileOption = "--profile="_L1;
-    constexpr auto faultsOption = "--faults="_L1;
-
     CommandLine asked;
-    for (const QString &argument : arguments) {
-        if (argument == "--help"_L1)
-            asked.help = true;
-        else if (argument == "--version"_L1)
-            asked.version = true;
-        else if (argument == "--demo"_L1)
-            asked.demo = true;
-        else if (argument.startsWith(profileOption))
-            asked.profile = argument.sliced(profileOption.size());
-        else if (argument.startsWith(faultsOption))
-            asked.faults = argument.sliced(faultsOption.size());
+    const std::pair<QLatin1StringView, QString *> withValue[] = {{"--profile="_L1, &asked.profile},
+                                                                 {"--faults="_L1, &asked.faults}};
+    const std::pair<QLatin1StringView, bool *> flags[] = {{"--help"_L1, &asked.help},
+                                                          {"-h"_L1, &asked.help},
+                                                          {"--version"_L1, &asked.version},
+                                                          {"--demo"_L1, &asked.demo}};
+    const auto takeKnown = [&](const QString &argument) {
+        for (const auto &[name, value] : withValue) {
+            if (!argument.startsWith(name))
+                continue;
+            *value = argument.sliced(name.size());
+            if (value->isEmpty() && asked.problem.isEmpty())
+                asked.problem = tr("%1 takes a file: %1FILE").arg(name);
+            return true;
+        }
+        for (const auto &[name, flag] : flags) {
+            if (argument == name)
+                return *flag = true;
+        }
+        return false;
+    };
 
-        if (asked.close)
+    for (const QString &argument : arguments) {
+        if (takeKnown(argument))
             continue;
-        if (argument.contains("-close"_L1))
+        if (argument.contains("-close"_L1)) {
             asked.close = true;
-        else if (argument.contains("-s"_L1))
+            break;
+        }
+        if (argument.contains("-s"_L1)) {
             asked.hidden = true;
+            asked.hiddenBy = argument;
+        } else if (argument.startsWith(u'-') && asked.problem.isEmpty()) {
+            asked.problem = tr("There is no option %1; --help lists all.").arg(argument);
+        }
     }
+    if (asked.problem.isEmpty() && !asked.demo)
+        for (const auto &[name, value] : withValue)
+            if (!value->isEmpty())
+                asked.problem = tr("%1 goes with --demo only.").arg(name + *value);
     return asked;
 }
 
@@ -41,8 +61,9 @@ QString CommandLine::helpText()
               "                   screen is a touch of the frame\n"
               "  --profile=FILE   with --demo: what the simulated frame is like\n"
               "  --faults=FILE    with --demo: what goes wrong on its cable\n"
-              "  --help           show this text\n"
+              "  -h, --help       show this text\n"
               "  --version        show the version\n"
               "\n"
-              "-close and -s are looked for anywhere inside each argument.\n");
+              "-close and -s are looked for anywhere inside each argument, but not in the\n"
+              "values of other options.\n");
 }

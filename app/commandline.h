@@ -16,9 +16,12 @@ public:
     QString faults;      // of the simulated frame; a file
     bool close = false;  // ask the running instance to quit
     bool hidden = false; // start in the tray
+    QString hiddenBy;    // the argument that asked for it
+    QString problem;     // what is wrong with the arguments, in one line; empty when nothing is
 
-    // arguments: all behind the program's name. "-close" and "-s" count anywhere inside an
-    // argument, and "-close" ends their search; the other options are whole arguments.
+    // arguments: all behind the program's name, without those of the toolkit. "-close" and "-s"
+    // count anywhere inside an argument but the value of another option, and "-close" ends the
+    // search; the other options are whole arguments.
     static CommandLine parse(const QStringList &arguments);
     static QString helpText();
 };

@@ -1,17 +1,25 @@
 #include "commandline.h"
 #include "demo.h"
+#include "endsignals.h"
 #include "mainwindow.h"
 #include "pluginfolder.h"
 #include "qtsingleapplication.h"
 #include "resources/resources.h"
 
+#include <QElapsedTimer>
+#include <QPointer>
+
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr int MessageTimeoutMs = 5000;
+constexpr int Failed = 1;
 constexpr int WrongUsage = 2;
 
 QStringList argumentsOf(int argc, char **argv)
@@ -22,12 +30,55 @@ QStringList argumentsOf(int argc, char **argv)
     return arguments;
 }
 
+// The toolkit ends the program with a core dump when it finds no display.
+void sayWithoutDump(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (type != QtFatalMsg) {
+        std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
+        return;
+    }
+    std::fprintf(stderr, "%s\n",
+                 qPrintable(QCoreApplication::translate(
+                     "main", "There is no display to show windows on. Start this from a desktop, "
+                             "or set DISPLAY or WAYLAND_DISPLAY.")));
+    _exit(Failed);
+}
+
+// True when the running instance has taken the message. One that is there and does not answer is
+// told of.
+bool handOver(QtSingleApplication &app, const QString &message, bool *hangs)
+{
+    QElapsedTimer time;
+    time.start();
+    const bool taken = app.sendMessage(message, MessageTimeoutMs);
+    *hangs = !taken && time.hasExpired(MessageTimeoutMs);
+    if (*hangs) {
+        std::fprintf(stderr, "%s\n",
+                     qPrintable(QCoreApplication::translate(
+                         "main", "Quorvel runs already but does not answer. End it with "
+                                 "\"pkill -KILL quorvel\" and start it again.")));
+    }
+    return taken;
+}
+
+// The window whose link ends in good order when the toolkit ends the program by itself, as it does
+// when the display is gone.
+QPointer<MainWindow> shownWindow;
+
+void endShownWindow()
+{
+    if (shownWindow)
+        shownWindow->endLink();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     // Whoever reads the output through a pipe sees each line when it is written.
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    // Who no longer reads the output does not end the program.
+    std::signal(SIGPIPE, SIG_IGN);
 
     CommandLine asked = CommandLine::parse(argumentsOf(argc, argv));
     if (asked.help) {
@@ -49,32 +100,51 @@ int main(int argc, char **argv)
     }
 
     addPluginFolder();
+    // Nothing is shown, so no display is needed.
+    if (argumentsOf(argc, argv).contains(u"-close"_s))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     // Closing the last window is no reason to end: the program lives in the tray.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     // A demonstration is an instance of its own kind and leaves the real one alone.
+    const QtMessageHandler usual = qInstallMessageHandler(sayWithoutDump);
     QtSingleApplication app(argc, argv, demo ? u"quorvel-demo"_s : QString());
+    qInstallMessageHandler(usual);
     initResources();
     // Qt has taken its own options out by now: "-style" does not ask for a silent start.
     asked = CommandLine::parse(argumentsOf(argc, argv));
+    if (!asked.close && !asked.problem.isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(asked.problem));
+        return WrongUsage;
+    }
 
     MainWindow window(demo ? demo->adapter() : nullptr);
     if (demo)
         demo->attachTo(window);
 
+    bool hangs = false;
     if (asked.close) {
-        app.sendMessage(u"-C"_s, MessageTimeoutMs);
+        handOver(app, u"-C"_s, &hangs);
         window.OnExit();
-        return 0;
+        return hangs ? Failed : 0;
     }
     // An instance that was just ending leaves its place to this one.
-    if (app.isRunning() && (app.sendMessage(u"-W"_s, MessageTimeoutMs) || app.isRunning())) {
+    if (app.isRunning() && (handOver(app, u"-W"_s, &hangs) || hangs || app.isRunning())) {
         window.OnExit();
-        return 0;
+        return hangs ? Failed : 0;
     }
     QObject::connect(&app, &QtSingleApplication::messageReceived, &window,
                      &MainWindow::handleMessage);
+    EndSignals endSignals;
+    QObject::connect(&endSignals, &EndSignals::asked, &window, &MainWindow::OnExit);
+    shownWindow = &window;
+    std::atexit(endShownWindow);
     if (!asked.hidden)
         window.show();
+    else
+        std::fprintf(stderr, "%s\n",
+                     qPrintable(QCoreApplication::translate("main", "Started hidden in the tray: "
+                                                                    "the argument %1 asks for it.")
+                                    .arg(asked.hiddenBy)));
     const int result = QtSingleApplication::exec();
     if (demo)
         std::puts(demo->calibrationKept() ? "calibration: kept" : "calibration: not kept");

@@ -15,13 +15,14 @@
 #include "dialogs/useradv_dlg.h"
 #include "dialogs/version_dlg.h"
 #include "readhotplug.h"
+#include "resetquestion.h"
+#include "statushint.h"
 #include "ui_mainwindow.h"
 
 #include <QCloseEvent>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QMenu>
-#include <QMessageBox>
 #include <QScreen>
 #include <QShortcut>
 
@@ -57,15 +58,21 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
     addTray();
     setStringFont();
     setPictures();
+    onLinkChanged(link->state());
     hotplugThread->start(QThread::InheritPriority);
     link->start();
 }
 
 MainWindow::~MainWindow()
 {
+    endLink();
+    hotplugThread.reset();
+}
+
+void MainWindow::endLink()
+{
     // A calibration that is under way tells the frame so.
     link->end();
-    hotplugThread.reset();
 }
 
 // The link
@@ -144,12 +151,11 @@ void MainWindow::onLinkChanged(const Link::State &state)
 {
     useradvdlg->setConnected(link->isLinked());
     showLinked(link->isLinked());
-    if (ui->stalab->toolTip() != state.problem) {
-        ui->stalab->setToolTip(state.problem);
-        ui->stalab->setAccessibleDescription(state.problem);
-        if (!state.problem.isEmpty())
-            std::fprintf(stderr, "%s\n", qPrintable(state.problem));
-    }
+    if (std::exchange(toldProblem, state.problem) != state.problem && !state.problem.isEmpty())
+        std::fprintf(stderr, "%s\n", qPrintable(state.problem));
+    const QString hint = statusHint(state);
+    ui->stalab->setToolTip(hint);
+    ui->stalab->setAccessibleDescription(hint);
     tellConnection();
 }
 
@@ -223,6 +229,7 @@ void MainWindow::addDialogs()
     calibrationdlg = std::make_unique<Calibration_Dlg>();
     wire(calibrationdlg.get());
     versiondlg = new Version_Dlg(this);
+    connect(link, &Link::ended, versiondlg, &Version_Dlg::OnLinkEnded);
     wire(rotationdlg = new Rotation_dlg(this));
 }
 
@@ -255,7 +262,8 @@ void MainWindow::on_rotationButton_clicked()
 
 void MainWindow::on_pushButton_2_clicked()
 {
-    QMessageBox::about(this, tr("Reset"), tr("Reset the device"));
+    if (!resetIsConfirmed(this, *link))
+        return;
     const Frame old = command::request(command::OldReset, command::oldreset::Reset);
     Frame frame = isCurrentGeneration(hidver.VersionNumber)
                       ? command::request(command::Settings, command::settings::Reset)
@@ -331,7 +339,7 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 void MainWindow::addTray()
 {
     iTraymenu = std::make_unique<QMenu>();
-    ShowAction = iTraymenu->addAction(tr("Show"), this, &MainWindow::show);
+    ShowAction = iTraymenu->addAction(tr("Show"), this, [this] { present(this); });
     iTraymenu->addSeparator();
     ExitAction = iTraymenu->addAction(tr("Exit"), this, &MainWindow::OnExit);
 
@@ -348,7 +356,7 @@ void MainWindow::iconActivated(QSystemTrayIcon::ActivationReason reason)
 {
     if (reason != QSystemTrayIcon::Trigger)
         return;
-    show();
+    present(this);
     // Closing more than what worked on that frame would cost the user what was not applied yet.
     if (std::exchange(removedBehind, false) && !link->isLinked())
         UiWhenUncon();

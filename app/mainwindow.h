@@ -51,6 +51,9 @@ public:
     void doRegisterForDevNotification();
     void GetHIDver();
 
+    // Ends the link in good order and for good: the program ends.
+    void endLink();
+
     // The status line and the buttons that make sense with a frame only. Without one, the dialogs
     // that work on a frame are closed.
     void UiWhenCon();
@@ -107,6 +110,7 @@ private:
     std::unique_ptr<Ui::MainWindow> ui;
     Link *link; // child
     std::unique_ptr<ReadHotplugThread> hotplugThread;
+    QString toldProblem;        // on standard error
     bool removedBehind = false; // a frame was removed while this window was hidden
 
     // Dialogs that show a sibling find it among this window's children.

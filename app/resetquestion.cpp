@@ -1,0 +1,31 @@
+#include "resetquestion.h"
+
+#include <QMessageBox>
+#include <QStyle>
+
+namespace {
+
+struct Words
+{
+    Q_DECLARE_TR_FUNCTIONS(MainWindow)
+};
+
+} // namespace
+
+bool resetIsConfirmed(QWidget *parent, const Link &link)
+{
+    QMessageBox box(QMessageBox::NoIcon, Words::tr("Reset"), Words::tr("Reset the device"),
+                    QMessageBox::Ok, parent);
+    box.setIconPixmap(
+        parent->windowIcon().pixmap(box.style()->pixelMetric(QStyle::PM_LargeIconSize)));
+    bool dismissed = false;
+    bool abandoned = false;
+    // An end of the program leaves exec() without finishing the box.
+    QObject::connect(&box, &QDialog::finished, &box, [&dismissed] { dismissed = true; });
+    QObject::connect(&link, &Link::aboutToEnd, &box, [&box, &abandoned] {
+        abandoned = true;
+        box.reject();
+    });
+    box.exec();
+    return dismissed && !abandoned;
+}

@@ -1,0 +1,412 @@
+// What the windows do when the link changes under them: nobody believes or answers a frame that is
+// not theirs, and nobody loses what was not applied yet.
+
+#include "app/mainwindow.h"
+#include "device/posix_qextserialport.h"
+#include "dialogs/calibration_dlg.h"
+#include "dialogs/lightset_dlg.h"
+#include "dialogs/rotation_dlg.h"
+#include "dialogs/smoothing_dlg.h"
+#include "dialogs/test_win.h"
+#include "dialogs/version_dlg.h"
+#include "resources/resources.h"
+#include "tests/dialogs/settingshome.h"
+#include "tests/support/fakeadapter.h"
+#include "tests/support/farend.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSlider>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+Calibration_Dlg *calibrationScreen()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *screen = qobject_cast<Calibration_Dlg *>(widget))
+            return screen;
+    }
+    return nullptr;
+}
+
+// A calibration command on a serial line, which carries two bytes behind the header.
+QByteArray onLine(const char *sub)
+{
+    return QByteArray::fromHex("51 56 00 01") + QByteArray::fromHex(sub) +
+           QByteArray::fromHex("00 00 00");
+}
+
+} // namespace
+
+class tst_link_change : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<SettingsHome> home;
+    std::shared_ptr<FakeAdapter> frame;
+    std::unique_ptr<MainWindow> window;
+
+    template <typename Widget>
+    Widget *child(const char *name) const
+    {
+        return window->findChild<Widget *>(QString::fromLatin1(name));
+    }
+    template <typename Dialog>
+    QString text(const char *label) const
+    {
+        return window->findChild<Dialog *>()
+            ->template findChild<QLabel *>(QString::fromLatin1(label))
+            ->text();
+    }
+    void plug()
+    {
+        frame->present = true;
+        window->OnDeviceAdded();
+        QCOMPARE(window->connectState(), MainWindow::UsbConnected);
+    }
+    void unplug()
+    {
+        frame->present = false;
+        window->OnDeviceRemoved();
+        QVERIFY(window->connectState() != MainWindow::UsbConnected);
+    }
+    // A line to which the window is connected, without what that sent.
+    std::unique_ptr<FarEnd> openLine()
+    {
+        auto line = std::make_unique<FarEnd>();
+        if (!window->OpenUart(line->node, {}))
+            qFatal("%s", qPrintable(window->uartProblem()));
+        if (line->take(33).size() != 33)
+            qFatal("not three baud commands");
+        return line;
+    }
+    // Edits a setting without applying it.
+    QSlider *editSmoothing()
+    {
+        auto *dialog = window->findChild<smoothing_dlg *>();
+        dialog->show();
+        auto *level = dialog->findChild<QSlider *>(u"smo_lv"_s);
+        level->setValue(level->value() == 6 ? 4 : 6);
+        edited = level->value();
+        return level;
+    }
+    int edited = 0;
+    bool keepsTheEdit(const QSlider *level) const
+    {
+        return window->findChild<smoothing_dlg *>()->isVisible() && level->value() == edited;
+    }
+
+private slots:
+    void initTestCase() { initResources(); }
+    void init()
+    {
+        hidver = {};
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+        home = std::make_unique<SettingsHome>();
+        frame = std::make_shared<FakeAdapter>();
+        frame->present = false;
+        window = std::make_unique<MainWindow>(frame);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    }
+    void cleanup()
+    {
+        window.reset();
+        frame.reset();
+        home.reset();
+    }
+
+    // Calibration
+
+    void a_usb_frame_plugged_in_during_a_calibration_on_a_serial_line_inherits_nothing()
+    {
+        const auto line = openLine();
+        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        QCOMPARE(line->take(8), onLine("00"));
+        line->give(QByteArray::fromHex("51 56 FC 01 01 00 00 00"));
+        QCOMPARE(line->take(8), onLine("01"));
+
+        plug();
+        QVERIFY(!calibrationScreen()->isVisible());
+        QCOMPARE(line->take(8), onLine("06"));
+        // What the serial frame says now is answered to nobody.
+        line->give(QByteArray::fromHex("51 56 FC 01 02 00 00 00"));
+        QTest::qWait(300);
+        for (const QByteArray &sent : frame->sentBytes(1))
+            QVERIFY(sent != "01");
+        QCOMPARE(line->take(1, 100), QByteArray());
+    }
+
+    void closing_the_port_during_a_calibration_resets_the_frame_on_it()
+    {
+        const auto line = openLine();
+        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        QCOMPARE(line->take(8), onLine("00"));
+        window->CLoseUart();
+        QVERIFY(!calibrationScreen()->isVisible());
+        QCOMPARE(line->take(8), onLine("06"));
+        QCOMPARE(line->take(1, 100), QByteArray());
+    }
+
+    void a_lost_line_ends_its_calibration()
+    {
+        const auto line = openLine();
+        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        QCOMPARE(line->take(8), onLine("00"));
+        line->fd = {};
+        QTRY_COMPARE(window->connectState(), MainWindow::SerialClosed);
+        QVERIFY(!calibrationScreen()->isVisible());
+        plug();
+        QTest::qWait(200);
+        for (const QByteArray &sent : frame->sentBytes(1))
+            QVERIFY(sent != "01");
+    }
+
+    void opening_a_port_during_a_calibration_by_usb_resets_that_frame_first()
+    {
+        plug();
+        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        QTRY_VERIFY(frame->sentBytes(2).contains("01 00"));
+        const auto line = openLine();
+        QCOMPARE(frame->sentBytes(2).last(), QByteArray("01 06"));
+        QVERIFY(!calibrationScreen()->isVisible());
+        QCOMPARE(line->take(1, 100), QByteArray());
+    }
+
+    // What a device said
+
+    void the_rotation_of_a_removed_frame_is_not_known()
+    {
+        frame->setReport(QByteArray::fromHex("FC A7 82 02 00 01"));
+        plug();
+        QTRY_COMPARE(text<Rotation_dlg>("Rotationlab"), u"90"_s);
+        unplug();
+        QCOMPARE(text<Rotation_dlg>("Rotationlab"), u"-1"_s);
+        frame->setReport({});
+        plug();
+        QTest::qWait(50);
+        QCOMPARE(text<Rotation_dlg>("Rotationlab"), u"-1"_s);
+    }
+
+    void the_versions_of_a_removed_frame_are_zero()
+    {
+        frame->setReport(
+            QByteArray::fromHex("FC A3 80 0E 00 12 38 00 DE C0 17 5A 34 12 50 60 01 02"));
+        plug();
+        QTRY_COMPARE(hidver.P_FID, 2u);
+        unplug();
+        QCOMPARE(hidver.VendorID, 0u);
+        QCOMPARE(hidver.VersionNumber, 0u);
+        QCOMPARE(hidver.SVNNUM, 0u);
+        QCOMPARE(hidver.CHECKSUM, 0u);
+        window->findChild<Version_Dlg *>()->show();
+        QVERIFY2(!text<Version_Dlg>("label_5").contains(u"5A17C0DE"_s),
+                 qPrintable(text<Version_Dlg>("label_5")));
+    }
+
+    void the_light_of_a_removed_frame_is_not_shown_for_the_next()
+    {
+        auto *screen = window->findChild<LightSet_dlg *>();
+        const auto field = [screen](const char *name) {
+            return screen->findChild<QLineEdit *>(QString::fromLatin1(name))->text();
+        };
+        const QString before = field("LightNum");
+        plug();
+        frame->setReport(
+            QByteArray::fromHex("FC A2 85 11 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02 60 00 36 00"));
+        QTRY_COMPARE(field("MinADC"), u"3800"_s);
+        frame->setReport(QByteArray::fromHex("FC A2 87 0B 00 01 07 00 05 30 34 12 78 56 00"));
+        QTRY_COMPARE(field("LightAGCSet"), u"5"_s);
+        unplug();
+        QCOMPARE(field("MinADC"), QString());
+        QCOMPARE(field("LightAGCSet"), QString());
+        QCOMPARE(field("LightNum"), before);
+    }
+
+    void what_was_said_over_a_serial_line_goes_with_it()
+    {
+        const auto line = openLine();
+        line->give(QByteArray::fromHex("51 56 FC A7 82 02 00 03 00 00"));
+        QTRY_COMPARE(text<Rotation_dlg>("Rotationlab"), u"270"_s);
+        plug();
+        QCOMPARE(text<Rotation_dlg>("Rotationlab"), u"-1"_s);
+    }
+
+    // Dialogs and what was not applied yet
+
+    void showing_the_window_closes_no_dialog_data()
+    {
+        QTest::addColumn<int>("state");
+        QTest::addColumn<QString>("how");
+        for (const char *how : {"-W", "tray icon", "tray menu", "show"}) {
+            QTest::addRow("not connected, %s", how) << 2 << QString::fromLatin1(how);
+            QTest::addRow("closed, %s", how) << 4 << QString::fromLatin1(how);
+            QTest::addRow("failed, %s", how) << 5 << QString::fromLatin1(how);
+        }
+    }
+    void showing_the_window_closes_no_dialog()
+    {
+        QFETCH(const int, state);
+        QFETCH(const QString, how);
+        if (state == 4)
+            window->CLoseUart();
+        if (state == 5)
+            QVERIFY(!window->OpenUart(u"ttyQuorvel7"_s, {}));
+        QCOMPARE(int(window->connectState()), state);
+        const QSlider *level = editSmoothing();
+        window->hide();
+        if (how == "-W"_L1)
+            window->handleMessage(u"-W"_s);
+        else if (how == "tray icon"_L1)
+            window->iconActivated(QSystemTrayIcon::Trigger);
+        else if (how == "show"_L1)
+            window->show();
+        else
+            for (QWidget *widget : QApplication::topLevelWidgets())
+                if (auto *menu = qobject_cast<QMenu *>(widget); menu && !menu->parentWidget())
+                    menu->actions().first()->trigger();
+        QVERIFY(window->isVisible());
+        QVERIFY(keepsTheEdit(level));
+    }
+
+    void closing_a_port_closes_no_dialog()
+    {
+        const auto line = openLine();
+        const QSlider *level = editSmoothing();
+        window->CLoseUart();
+        QVERIFY(keepsTheEdit(level));
+        QVERIFY(!child<QPushButton>("calbtn")->isEnabled());
+        QCOMPARE(child<QLabel>("stalab")->text(), u"Have not linked equipment"_s);
+    }
+
+    void a_port_that_does_not_open_costs_neither_the_usb_link_nor_a_dialog()
+    {
+        plug();
+        const QSlider *level = editSmoothing();
+        QVERIFY(!window->OpenUart(u"ttyQuorvel7"_s, {}));
+        QCOMPARE(window->connectState(), MainWindow::UsbConnected);
+        QVERIFY(keepsTheEdit(level));
+        QVERIFY(child<QPushButton>("calbtn")->isEnabled());
+        QVERIFY2(window->uartProblem().contains(u"There is no serial port"_s),
+                 qPrintable(window->uartProblem()));
+    }
+
+    void a_port_that_does_not_open_without_a_usb_link_closes_the_dialogs()
+    {
+        editSmoothing();
+        QVERIFY(!window->OpenUart(u"ttyQuorvel7"_s, {}));
+        QVERIFY(!window->findChild<smoothing_dlg *>()->isVisible());
+    }
+
+    void a_removal_behind_a_hidden_window_closes_the_dialogs_at_the_next_click_on_the_tray_icon()
+    {
+        plug();
+        editSmoothing();
+        window->hide();
+        unplug();
+        QVERIFY(window->findChild<smoothing_dlg *>()->isVisible());
+        window->iconActivated(QSystemTrayIcon::Trigger);
+        QVERIFY(!window->findChild<smoothing_dlg *>()->isVisible());
+        editSmoothing();
+        window->iconActivated(QSystemTrayIcon::Trigger);
+        QVERIFY(window->findChild<smoothing_dlg *>()->isVisible());
+    }
+
+    // The box before a reset
+
+    void a_reset_box_whose_frame_goes_resets_nobody()
+    {
+        plug();
+        bool asked = false;
+        QTimer::singleShot(100, this, [&] {
+            asked = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            unplug();
+            QVERIFY(!QApplication::activeModalWidget());
+            plug();
+            QTRY_VERIFY(frame->sentBytes(2).contains("a3 00"));
+            frame->forgetSent();
+        });
+        QTest::mouseClick(child<QPushButton>("pushButton_2"), Qt::LeftButton);
+        QVERIFY(asked);
+        QTest::qWait(200);
+        QCOMPARE(frame->sentBytes(2), QByteArrayList());
+    }
+
+    void an_end_of_the_program_with_the_reset_box_open_resets_nobody()
+    {
+        plug();
+        QTRY_VERIFY(frame->sentBytes(2).contains("a3 00"));
+        frame->forgetSent();
+        bool asked = false;
+        QTimer::singleShot(0, this, [&] {
+            QTimer::singleShot(100, this, [&] {
+                asked = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+                window->handleMessage(u"-C"_s);
+            });
+            QTest::mouseClick(child<QPushButton>("pushButton_2"), Qt::LeftButton);
+        });
+        QCOMPARE(QApplication::exec(), 0);
+        QVERIFY(asked);
+        window.reset();
+        QCOMPARE(frame->sentBytes(2), QByteArrayList());
+    }
+
+    // The status line
+
+    void the_status_line_says_by_what_a_frame_is_linked_or_what_to_try()
+    {
+        const auto *status = child<QLabel>("stalab");
+        QVERIFY(status->toolTip().contains(u"1. Plug the frame in."_s));
+        QCOMPARE(status->accessibleName(), QString()); // so that its text is read
+        plug();
+        QCOMPARE(status->toolTip(), u"Linked by USB, at /dev/usb/fake."_s);
+        QCOMPARE(status->accessibleDescription(), status->toolTip());
+        unplug();
+        const auto line = openLine();
+        QCOMPARE(status->toolTip(), u"Linked over the serial port %1."_s.arg(line->node));
+        line->fd = {};
+        QTRY_VERIFY(status->toolTip().contains(u" is gone. "_s));
+    }
+
+    // Minimised windows
+
+    void a_minimised_window_comes_back_data()
+    {
+        QTest::addColumn<QString>("how");
+        for (const char *how : {"-W", "tray icon", "tray menu"})
+            QTest::addRow("%s", how) << QString::fromLatin1(how);
+    }
+    void a_minimised_window_comes_back()
+    {
+        QFETCH(const QString, how);
+        window->showMinimized();
+        QTRY_VERIFY(window->windowState() & Qt::WindowMinimized);
+        QTest::qWait(100);
+        if (how == "-W"_L1)
+            window->handleMessage(u"-W"_s);
+        else if (how == "tray icon"_L1)
+            window->iconActivated(QSystemTrayIcon::Trigger);
+        else
+            for (QWidget *widget : QApplication::topLevelWidgets())
+                if (auto *menu = qobject_cast<QMenu *>(widget); menu && !menu->parentWidget())
+                    menu->actions().first()->trigger();
+        QTRY_VERIFY(!(window->windowState() & Qt::WindowMinimized));
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    }
+};
+
+QTEST_MAIN(tst_link_change)
+#include "tst_link_change.moc"
