@@ -1,5 +1,6 @@
 #include "resetquestion.h"
 
+#include <QCoreApplication>
 #include <QMessageBox>
 #include <QStyle>
 

@@ -47,14 +47,13 @@ constexpr int Status = 20;
 constexpr int ActualLength = 24;
 } // namespace urb
 
-// Requests of USB 2.0, chapter 9, and of the HID class 1.11, chapter 7.
+// Requests that every USB device knows, and those of a HID device.
 namespace usb {
 constexpr quint8 DirectionIn = 0x80;
 constexpr quint8 KindMask = 0x60;
 constexpr quint8 StandardKind = 0x00;
 constexpr quint8 ClassKind = 0x20;
 constexpr quint8 RecipientMask = 0x1F;
-constexpr quint8 ToDevice = 0;
 constexpr quint8 ToInterface = 1;
 constexpr quint8 ToEndpoint = 2;
 
