@@ -61,7 +61,7 @@ QString CommandLine::helpText()
               "                   screen is a touch of the frame\n"
               "  --profile=FILE   with --demo: what the simulated frame is like\n"
               "  --faults=FILE    with --demo: what goes wrong on its cable\n"
-              "  -h, --help       show this text\n"
+              "  --help, -h       show this text\n"
               "  --version        show the version\n"
               "\n"
               "-close and -s are looked for anywhere inside each argument, but not in the\n"

@@ -30,11 +30,14 @@ QStringList argumentsOf(int argc, char **argv)
     return arguments;
 }
 
-// The toolkit ends the program with a core dump when it finds no display.
+// Where the toolkit finds no display it writes several lines and ends with a core dump. What it
+// writes is kept until it is clear that it was about something else.
+QByteArray heldBack;
+
 void sayWithoutDump(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
     if (type != QtFatalMsg) {
-        std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
+        heldBack += qFormatLogMessage(type, context, message).toLocal8Bit() + '\n';
         return;
     }
     std::fprintf(stderr, "%s\n",
@@ -109,6 +112,7 @@ int main(int argc, char **argv)
     const QtMessageHandler usual = qInstallMessageHandler(sayWithoutDump);
     QtSingleApplication app(argc, argv, demo ? u"quorvel-demo"_s : QString());
     qInstallMessageHandler(usual);
+    std::fputs(heldBack.constData(), stderr);
     initResources();
     // Qt has taken its own options out by now: "-style" does not ask for a silent start.
     asked = CommandLine::parse(argumentsOf(argc, argv));

@@ -162,6 +162,8 @@ void MainWindow::onLinkChanged(const Link::State &state)
 void MainWindow::onLinkEnding(Link::End how)
 {
     calibrationdlg->OnLinkEnding(how == Link::End::DeviceGone);
+    if (connectState() == SerialOpen)
+        calibrationdlg->close();
     // What works on a frame goes with a frame that is pulled out.
     if (connectState() != UsbConnected || how == Link::End::Closed)
         return;

@@ -235,7 +235,8 @@ private slots:
         }
         QCOMPARE(reached, QStringList({u"calbtn"_s, u"rotationButton"_s, u"pushButton_2"_s,
                                        u"pushButton"_s}));
-        QCOMPARE(child<QLabel>("stalab")->accessibleName(), u"Status"_s);
+        // A name would be read instead of the status.
+        QCOMPARE(child<QLabel>("stalab")->accessibleName(), QString());
     }
 
     // Connecting
@@ -354,7 +355,7 @@ private slots:
         const auto *label = child<QLabel>("stalab");
         Capture errors(stderr);
         frame->setProblem({u"/dev/usb/hiddev3"_s, EACCES});
-        QTRY_VERIFY_WITH_TIMEOUT(!label->toolTip().isEmpty(), 3000);
+        QTRY_VERIFY_WITH_TIMEOUT(label->toolTip().startsWith(u"A touch frame is at"_s), 3000);
         QCOMPARE(label->toolTip(),
                  u"A touch frame is at /dev/usb/hiddev3 but this user may not open it (Permission "
                  "denied). Install the udev rule 70-quorvel.rules, or join the group plugdev if "
@@ -367,10 +368,10 @@ private slots:
 
         frame->setProblem({});
         connectFrame();
-        QCOMPARE(label->toolTip(), QString());
+        QVERIFY(label->toolTip().startsWith(u"Linked by USB"_s));
         removeFrame();
         frame->setProblem({u"/dev/usb/hiddev3"_s, EACCES});
-        QTRY_VERIFY_WITH_TIMEOUT(!label->toolTip().isEmpty(), 3000);
+        QTRY_VERIFY_WITH_TIMEOUT(label->toolTip().startsWith(u"A touch frame is at"_s), 3000);
         QCOMPARE(errors.text().count('\n'), 2);
     }
 
@@ -384,7 +385,7 @@ private slots:
         connectFrame();
         QTest::qWait(600);
         QCOMPARE(errors.text(), "");
-        QCOMPARE(child<QLabel>("stalab")->toolTip(), QString());
+        QVERIFY(child<QLabel>("stalab")->toolTip().startsWith(u"Linked by USB"_s));
     }
 
     void every_connection_sends_the_stored_gestures_and_then_asks_for_the_version()

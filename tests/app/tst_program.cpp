@@ -70,6 +70,19 @@ private:
         return {process->exitCode(), process->readAllStandardOutput(),
                 process->readAllStandardError()};
     }
+    static Result runWithoutDisplay(const QStringList &arguments)
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(u"DISPLAY"_s);
+        environment.remove(u"WAYLAND_DISPLAY"_s);
+        process.setProcessEnvironment(environment);
+        process.start(Program, arguments);
+        if (!process.waitForFinished(20000) || process.exitStatus() != QProcess::NormalExit)
+            return {};
+        return {process.exitCode(), process.readAllStandardOutput(),
+                process.readAllStandardError()};
+    }
     static bool endsWith(QProcess *process, int code)
     {
         return process->waitForFinished(10000) && process->exitStatus() == QProcess::NormalExit &&
@@ -261,6 +274,102 @@ private slots:
         QCOMPARE(process.exitCode(), 0);
         QVERIFY(process.readAllStandardOutput().startsWith(text));
         QCOMPARE(process.readAllStandardError(), QByteArray());
+    }
+
+    void without_a_display_one_sentence_says_so()
+    {
+        const Result start = runWithoutDisplay({});
+        QCOMPARE(start.code, 1);
+        QCOMPARE(start.errors.count('\n'), 1);
+        QVERIFY2(start.errors.startsWith("There is no display"), start.errors.constData());
+        QCOMPARE(runWithoutDisplay({u"-close"_s}).code, 0);
+    }
+
+    void close_reaches_the_running_instance_without_a_display()
+    {
+        QProcess *first = start({});
+        QTRY_VERIFY_WITH_TIMEOUT(shown(), 10000);
+        QCOMPARE(runWithoutDisplay({u"-close"_s}).code, 0);
+        QVERIFY(endsWith(first, 0));
+    }
+
+    void an_argument_that_nobody_knows_is_told_with_code_2()
+    {
+        const Result wrong = run({u"--nonense"_s});
+        QCOMPARE(wrong.code, 2);
+        QCOMPARE(wrong.errors, QByteArray("There is no option --nonense; --help lists all.\n"));
+        QCOMPARE(run({u"--profile=x"_s}).code, 2);
+        QCOMPARE(run({u"--nonense"_s, u"-close"_s}).code, 0);
+    }
+
+    void a_hidden_start_says_which_argument_asked_for_it()
+    {
+        QProcess *process = startHidden({u"-silent"_s});
+        QCOMPARE(run({u"-close"_s}).code, 0);
+        QVERIFY(endsWith(process, 0));
+        QCOMPARE(process->readAllStandardError(),
+                 QByteArray("Started hidden in the tray: the argument -silent asks for it.\n"));
+    }
+
+    void the_name_of_a_fault_plan_hides_nothing()
+    {
+        QTemporaryDir directory;
+        QFile plan(directory.filePath(u"long-stall.faults"_s));
+        QVERIFY(plan.open(QIODevice::WriteOnly) && plan.write("at 3 stall 10ms\n") > 0);
+        plan.close();
+        start({u"--demo"_s, u"--faults="_s + plan.fileName()});
+        QTRY_VERIFY_WITH_TIMEOUT(demoShown(), 10000);
+    }
+
+    void a_first_instance_that_hangs_is_told_of_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("second start") << QStringList();
+        QTest::newRow("close") << QStringList{u"-close"_s};
+    }
+    void a_first_instance_that_hangs_is_told_of()
+    {
+        QFETCH(const QStringList, arguments);
+        QProcess *first = start({});
+        QTRY_VERIFY_WITH_TIMEOUT(shown(), 10000);
+        QCOMPARE(::kill(pid_t(first->processId()), SIGSTOP), 0);
+        const auto begin = std::chrono::steady_clock::now();
+        const Result second = run(arguments);
+        const auto took = std::chrono::steady_clock::now() - begin;
+        ::kill(pid_t(first->processId()), SIGCONT);
+        QCOMPARE(second.code, 1);
+        QVERIFY2(second.errors.contains("does not answer"), second.errors.constData());
+        QVERIFY(took >= std::chrono::seconds(5));
+        QVERIFY(took < std::chrono::seconds(15));
+    }
+
+    void signals_end_the_program_in_good_order_data()
+    {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("SIGTERM") << SIGTERM;
+        QTest::newRow("SIGHUP") << SIGHUP;
+        QTest::newRow("SIGINT") << SIGINT;
+    }
+    void signals_end_the_program_in_good_order()
+    {
+        QFETCH(const int, signal);
+        QProcess *process = start({u"--demo"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(demoShown(), 10000);
+        QCOMPARE(::kill(pid_t(process->processId()), signal), 0);
+        QVERIFY(endsWith(process, 0));
+        QVERIFY(process->readAllStandardOutput().endsWith("calibration: not kept\n"));
+    }
+
+    void a_closed_output_does_not_end_the_program()
+    {
+        QProcess *process = start({u"--demo"_s});
+        QTRY_VERIFY_WITH_TIMEOUT(demoShown(), 10000);
+        process->closeReadChannel(QProcess::StandardOutput);
+        process->closeReadChannel(QProcess::StandardError);
+        // The demonstration tells of a frame soon, to nobody.
+        QVERIFY(!process->waitForFinished(1500));
+        QCOMPARE(::kill(pid_t(process->processId()), SIGTERM), 0);
+        QVERIFY(endsWith(process, 0));
     }
 
     void no_option_of_ours_contains_a_described_one()
