@@ -41,17 +41,17 @@ inline Frame frameAt(const UCHAR *bytes)
 // the low half of a third.
 constexpr int le16(const Frame &frame, int at)
 {
-    return frame[size_t(at)] | frame[size_t(at + 1)] << 8;
+    return frame[size_t(at)] | frame[size_t(at) + 1] << 8;
 }
 
 constexpr quint32 le20(const Frame &frame, int at)
 {
-    return quint32(le16(frame, at) | (frame[size_t(at + 2)] & 0x0F) << 16);
+    return quint32(le16(frame, at) | (frame[size_t(at) + 2] & 0x0F) << 16);
 }
 
 constexpr quint32 le24(const Frame &frame, int at)
 {
-    return quint32(le16(frame, at) | frame[size_t(at + 2)] << 16);
+    return quint32(le16(frame, at) | frame[size_t(at) + 2] << 16);
 }
 
 constexpr quint32 le32(const Frame &frame, int at)

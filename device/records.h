@@ -112,8 +112,8 @@ struct ScanPage
     int size = 0; // of bytes, as far as the frame tells; not above Room
 
     int level(int light) const { return bytes[size_t(light)]; }
-    int pairLevel(int light) const { return bytes[size_t(2 * light)]; }
-    int pairGain(int light) const { return bytes[size_t(2 * light + 1)]; }
+    int pairLevel(int light) const { return bytes[2 * size_t(light)]; }
+    int pairGain(int light) const { return bytes[2 * size_t(light) + 1]; }
 
     Frame encode() const;
     static std::optional<ScanPage> decode(const Frame &frame);
