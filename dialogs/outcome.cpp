@@ -5,6 +5,7 @@
 
 #include <QAccessible>
 #include <QCoreApplication>
+#include <QDir>
 #include <QLabel>
 
 namespace outcome {
@@ -16,8 +17,10 @@ QString kept()
 
 QString notKept()
 {
-    return QCoreApplication::translate("outcome", "Not kept: cannot write %1")
-        .arg(XML_CLASS::filePath());
+    QString path = XML_CLASS::filePath();
+    if (path.startsWith(QDir::homePath() + u'/'))
+        path.replace(0, QDir::homePath().size(), u'~');
+    return QCoreApplication::translate("outcome", "Not kept: cannot write %1").arg(path);
 }
 
 void show(QLabel *label, const QString &text)

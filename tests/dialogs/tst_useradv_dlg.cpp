@@ -127,8 +127,7 @@ private slots:
         for (const QWidget *widget : dialog->findChildren<QWidget *>()) {
             QCOMPARE(widget->font().family(), u"Tahoma"_s);
             const QString name = widget->objectName();
-            QCOMPARE(widget->font().pointSize(),
-                     name.endsWith(u"Number"_s) || name == u"noticeLab"_s ? 8 : 9);
+            QCOMPARE(widget->font().pointSize(), name.endsWith(u"Number"_s) ? 8 : 9);
         }
     }
 
@@ -824,7 +823,7 @@ private slots:
         QVERIFY(notice->sizeHint().width() <= notice->width() ||
                 notice->toolTip() == notice->text());
         QVERIFY(notice->sizeHint().height() <= notice->height());
-        QVERIFY(!canKeep || notice->font().pointSize() == 8);
+        QVERIFY(!canKeep || notice->font().pointSize() == 9);
         // The slow reader has time.
         QTest::qWait(200);
         QVERIFY(!notice->text().isEmpty());
