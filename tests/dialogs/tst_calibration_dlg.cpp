@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QPainter>
+#include <QProcess>
 #include <QPushButton>
 #include <QScreen>
 #include <QShowEvent>
@@ -532,6 +533,10 @@ private slots:
         QShowEvent back;
         QSpontaneKeyEvent::setSpontaneous(&back);
         qApp->notify(screen.get(), &back);
+        for (const QString &workspace : {u"1"_s, u"0"_s}) {
+            QCOMPARE(QProcess::execute(u"xdotool"_s, {u"set_desktop"_s, workspace}), 0);
+            QTest::qWait(200);
+        }
         QCOMPARE(sent->take(), QByteArrayList());
         QCOMPARE(screen->m_IsCali, UCHAR(1));
     }
