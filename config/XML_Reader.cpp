@@ -19,10 +19,20 @@ void take(Number &field, const QString &text)
         field = Number(text.toInt());
 }
 
+// A bit for each field of a section.
+quint32 allFieldsOf(auto &section)
+{
+    int count = 0;
+    element::visitFields(section, [&count](QLatin1StringView, auto &) { ++count; });
+    return (1U << count) - 1;
+}
+
 } // namespace
 
 _XML_DATA xml_reader::read(QIODevice *device)
 {
+    given.clear();
+    whole.clear();
     if (!device->isReadable())
         return XmlData;
     setDevice(device);
@@ -80,20 +90,30 @@ void xml_reader::readSection(QLatin1StringView sectionName, auto &section)
         readNext();
         if (isEndElement() && name() == sectionName)
             return;
-        if (isStartElement())
-            readField(section);
+        if (!isStartElement())
+            continue;
+        if (const int field = readField(section); field >= 0)
+            given[sectionName] |= 1U << field;
+        if (given.value(sectionName) == allFieldsOf(section))
+            whole.insert(sectionName);
     }
 }
 
-void xml_reader::readField(auto &section)
+int xml_reader::readField(auto &section)
 {
     const QString wanted = name().toString();
+    int number = 0;
+    int taken = -1;
     element::visitFields(section, [&](QLatin1StringView fieldName, auto &field) {
+        const int own = number++;
         if (wanted != fieldName)
             return;
         const QString text = readElementText(SkipChildElements);
         // A number that a mistake cuts short is another number.
-        if (!hasError())
-            take(field, text);
+        if (hasError())
+            return;
+        take(field, text);
+        taken = own;
     });
+    return taken;
 }

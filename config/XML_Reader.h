@@ -2,6 +2,8 @@
 
 #include "settings_data.h"
 
+#include <QHash>
+#include <QSet>
 #include <QXmlStreamReader>
 
 // Reads the settings file. Keeps its record from one file to the next: what a file does not name
@@ -13,6 +15,9 @@ public:
     // Reads what the device holds and returns the record; one that is not open for
     // reading holds nothing.
     _XML_DATA read(QIODevice *device);
+    // Whether what was read last named every field of a section (element::Setting and the like).
+    // The record may hold the rest from before, or from nowhere.
+    bool gaveWhole(QLatin1StringView sectionName) const { return whole.contains(sectionName); }
 
 private:
     void read_data();
@@ -21,7 +26,10 @@ private:
     void read_smoothing();
     void read_connect();
     void readSection(QLatin1StringView sectionName, auto &section);
-    void readField(auto &section);
+    // The number of the field within its section, if it is one and has been taken.
+    int readField(auto &section);
 
-    _XML_DATA XmlData; // what was read last
+    _XML_DATA XmlData;                       // what was read last
+    QHash<QLatin1StringView, quint32> given; // by the last document: a bit for each field
+    QSet<QLatin1StringView> whole;           // sections of which it gave all
 };

@@ -33,6 +33,9 @@ struct _SETTING_DATA
 };
 using SETTING_DATA = _SETTING_DATA;
 
+// What a form can show of a record, and a frame be told: flags 1 or 0, the rest within its range.
+_SETTING_DATA withinRanges(const _SETTING_DATA &data);
+
 // Smoothing of written strokes.
 struct _SMOOTHING_DATA
 {

@@ -33,6 +33,10 @@ public:
     _SMOOTHING_DATA read_smoothing();
     _CONNECT_DATA read_connect();
 
+    // Whether the file named every field of a section (element::Setting and the like) when it was
+    // read last. Otherwise what was read is partly older, or nothing that anybody chose.
+    bool gaveWhole(QLatin1StringView sectionName) const { return xmlReader.gaveWhole(sectionName); }
+
 private:
     void readFile();
     void writeFile();

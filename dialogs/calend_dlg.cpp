@@ -30,11 +30,24 @@ QString CalEnd_dlg::accuracyText(int deviation)
 
 bool CalEnd_dlg::CalEnd(int deviation)
 {
-    // The question stays short: the accuracy is for whoever turns this category on.
+    // The question stays short: the accuracy is for whoever looks closer.
     qCInfo(lcCalibration).noquote() << accuracyText(deviation);
+    const QString whole =
+        deviation > LargestGoodDeviation
+            ? accuracyText(deviation) + u' ' + tr("The touches were %1% off.").arg(deviation)
+            : accuracyText(deviation);
+    setToolTip(whole);
+    setAccessibleDescription(whole);
     ui->L1_lab->hide();
     exec();
     return save;
+}
+
+void CalEnd_dlg::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    // Without a window manager nobody else gives it the keyboard.
+    activateWindow();
 }
 
 void CalEnd_dlg::on_Nobtn_clicked()

@@ -9,7 +9,8 @@ class CalEnd_dlg;
 }
 class QTimer;
 
-// Asks whether to save a finished calibration; unanswered, it says No after eleven seconds.
+// Asks whether to save a finished calibration; unanswered, it says No after eleven seconds. Its
+// tool tip tells how good the calibration was.
 class CalEnd_dlg : public QDialog
 {
     Q_OBJECT
@@ -30,6 +31,9 @@ public slots:
     void on_Nobtn_clicked();
     void on_pushButton_clicked();
     void ontimer();
+
+protected:
+    void showEvent(QShowEvent *event) override;
 
 private:
     std::unique_ptr<Ui::CalEnd_dlg> ui;

@@ -5,8 +5,10 @@
 #include "ui_calibration_dlg.h"
 
 #include <QGuiApplication>
+#include <QHideEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QShowEvent>
 #include <QTimer>
 
 #include <cstdio>
@@ -166,8 +168,11 @@ void Calibration_Dlg::paintEvent(QPaintEvent *)
     QPainter(this).drawPixmap(0, 0, mainmap);
 }
 
-void Calibration_Dlg::showEvent(QShowEvent *)
+void Calibration_Dlg::showEvent(QShowEvent *event)
 {
+    // Coming back from another workspace or from being minimised is no new showing.
+    if (event->spontaneous())
+        return;
     cal_end = false;
     underWay = true;
     ++session;
@@ -181,13 +186,17 @@ void Calibration_Dlg::showEvent(QShowEvent *)
         setGeometry(rect);
     // Not showFullScreen(), which shows a window that is being shown already: newer toolkits take
     // that for another showing.
-    setWindowState(windowState() | Qt::WindowFullScreen);
+    setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowFullScreen);
+    // Without a window manager nobody else gives it the keyboard.
+    activateWindow();
     SendCalStep(cal::Begin);
     timer->start(TickPeriod);
 }
 
-void Calibration_Dlg::hideEvent(QHideEvent *)
+void Calibration_Dlg::hideEvent(QHideEvent *event)
 {
+    if (event->spontaneous())
+        return;
     m_IsCali = 0;
     timer->stop();
     // What the device still says belongs to what is over.
@@ -205,6 +214,9 @@ void Calibration_Dlg::finishSession()
         const int asking = session;
         CalEnd_dlg asked(nullptr);
         question = &asked;
+        // Where the eyes are; the main window may be elsewhere.
+        if (rect.isValid())
+            asked.move(rect.center() - asked.rect().center());
         save = asked.CalEnd(deviation);
         // Another device may have been plugged in meanwhile; the result is not its own.
         if (session != asking)

@@ -12,7 +12,10 @@ void fitText(QLabel *label, int width)
 {
     QFont font = label->parentWidget()->font();
     label->setFont(font);
-    while (label->sizeHint().width() > width && font.pointSize() > SmallestPoints) {
+    const auto isTooLarge = [label, width] {
+        return label->sizeHint().width() > width || label->sizeHint().height() > label->height();
+    };
+    while (isTooLarge() && font.pointSize() > SmallestPoints) {
         font.setPointSize(font.pointSize() - 1);
         label->setFont(font);
     }

@@ -7,13 +7,18 @@
 #include <QLocale>
 #include <QShowEvent>
 #include <QThread>
+#include <QTimer>
 
+using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 namespace rotation = command::rotation;
 
 namespace {
 
 constexpr unsigned long AnswerTimeS = 1;
+constexpr auto Patience = 3s;
+// Many times what the events that came during the pause need to be delivered.
+constexpr auto SettlingTime = 100ms;
 constexpr UCHAR LargestCode = 3;
 constexpr int QuarterTurn = 90; // degrees
 
@@ -22,8 +27,15 @@ constexpr int QuarterTurn = 90; // degrees
 Rotation_dlg::Rotation_dlg(QWidget *parent)
     : QDialog(parent)
     , ui(std::make_unique<Ui::Rotation_dlg>())
+    , patience(new QTimer(this))
+    , settling(new QTimer(this))
 {
     ui->setupUi(this);
+    // A number that stands for itself, in a label that begins where the words may end.
+    ui->Rotationlab->setIndent(ui->Rotationlab->fontMetrics().horizontalAdvance(u' '));
+    patience->setSingleShot(true);
+    connect(patience, &QTimer::timeout, this, &Rotation_dlg::giveUp);
+    settling->setSingleShot(true);
     setWindowFlags(Qt::Drawer);
     // A key pressed too early must not turn the frame.
     ui->okbtn->setFocus();
@@ -42,11 +54,14 @@ void Rotation_dlg::SendRotationData()
 
 void Rotation_dlg::getCurrentRotation()
 {
-    if (!unansweredSince)
+    if (!unansweredSince) {
         setUnansweredSince(QTime::currentTime());
+        patience->start(Patience);
+    }
     Frame frame = command::request(command::Rotation, rotation::Query);
     emit Write03(frame.data());
     QThread::sleep(AnswerTimeS);
+    settling->start(SettlingTime);
 }
 
 void Rotation_dlg::updateCurrentRotationLab()
@@ -67,16 +82,16 @@ void Rotation_dlg::OnLinkEnded()
 void Rotation_dlg::DoRecv03(UCHAR *RecvBuf)
 {
     const Frame frame = command::frameAt(RecvBuf);
+    // The link repeats the last report until there is another one, so an old answer comes again
+    // after the question. A new one follows the default rotation.
     const bool isNew = news.take(frame) == ReportNews::News::New;
-    if (const auto report = command::RotationReport::decode(frame)) {
+    const auto report = command::RotationReport::decode(frame);
+    if (report && isNew) {
         if (report->sub == rotation::DefaultReply) {
             defaultRotation = report->code;
         } else {
             currentRotation = report->code;
-            // The link repeats the last report until there is another one, so an old answer comes
-            // again after the question. A new one follows the default rotation.
-            if (isNew)
-                setUnansweredSince(std::nullopt);
+            setUnansweredSince(std::nullopt);
         }
     }
     updateCurrentRotationLab();
@@ -96,6 +111,8 @@ void Rotation_dlg::showEvent(QShowEvent *event)
 void Rotation_dlg::setUnansweredSince(std::optional<QTime> time)
 {
     unansweredSince = time;
+    if (!time)
+        patience->stop();
     const QString hint = time ? tr("The touch frame has not answered since %1.")
                                     .arg(QLocale().toString(*time, u"HH:mm:ss"_s))
                               : QString();
@@ -103,8 +120,17 @@ void Rotation_dlg::setUnansweredSince(std::optional<QTime> time)
     ui->Rotationlab->setAccessibleDescription(hint);
 }
 
+// Perhaps the frame is no longer what it was when it answered last.
+void Rotation_dlg::giveUp()
+{
+    currentRotation = UnknownRotation;
+    updateCurrentRotationLab();
+}
+
 void Rotation_dlg::setRotation(UCHAR code)
 {
+    if (settling->isActive())
+        return;
     tosetRotation = code;
     SendRotationData();
 }

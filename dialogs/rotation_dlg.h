@@ -11,11 +11,13 @@
 namespace Ui {
 class Rotation_dlg;
 }
+class QTimer;
 
 // Turns the coordinates that the touch frame reports by quarter turns, and shows the rotation that
 // the frame says it has. Nothing is kept here: each showing and each button asks the frame anew.
 //
-// While a question is unanswered, the tool tip of the shown rotation says since when.
+// While a question is unanswered, the tool tip of the shown rotation says since when; after a few
+// seconds of that the rotation is unknown.
 class Rotation_dlg : public QDialog
 {
     Q_OBJECT
@@ -26,6 +28,7 @@ public:
     // Sends the rotation chosen last and asks which one the frame has.
     void SendRotationData();
     // Asks, then blocks for a second: the frame's time to answer. The answer comes to DoRecv03.
+    // Presses of a rotation button that wait for the end of that second are dropped.
     void getCurrentRotation();
     void updateCurrentRotationLab();
     // What the frame said is forgotten: the next one may be another.
@@ -54,11 +57,14 @@ protected:
 private:
     void setRotation(UCHAR code);
     void setUnansweredSince(std::optional<QTime> time);
+    void giveUp();
 
     std::unique_ptr<Ui::Rotation_dlg> ui;
     UCHAR defaultRotation = UnknownRotation; // quarter turns, as reported
     UCHAR currentRotation = UnknownRotation; // quarter turns, as reported
     UCHAR tosetRotation = 0;                 // quarter turns, of the next set command
     std::optional<QTime> unansweredSince;    // the first question without an answer
+    QTimer *patience;                        // child; runs from the first question to giveUp()
+    QTimer *settling;                        // child; runs while presses may come from the pause
     ReportNews news;
 };

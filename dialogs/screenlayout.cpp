@@ -78,9 +78,9 @@ ScreenLayout ScreenLayout::current()
     const QList<QScreen *> screens = QGuiApplication::screens();
     QList<Monitor> monitors;
 
+    // There is an interface without an X server too, but no connection.
     auto *x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11) {
-        xcb_connection_t *connection = x11->connection();
+    if (xcb_connection_t *connection = x11 ? x11->connection() : nullptr) {
         const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
         monitors = monitorsOf(connection, root);
         const auto geometry =

@@ -1,5 +1,7 @@
 #include "setting_dlg.h"
 
+#include "config/fields.h"
+#include "outcome.h"
 #include "present.h"
 #include "ui_setting_dlg.h"
 #include "useradv_dlg.h"
@@ -44,54 +46,59 @@ void Setting_dlg::showEvent(QShowEvent *event)
 void Setting_dlg::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
-    if (!event->spontaneous())
-        Get_Data();
+    if (event->spontaneous())
+        return;
+    Get_Data();
+    outcome::show(ui->noticeLab, {});
 }
 
 void Setting_dlg::on_Operatebtn_clicked()
 {
-    ui->UseLab->setText(ui->Operatebtn->text());
+    choose(ui->UseLab, ui->Operatebtn);
 }
 
 void Setting_dlg::on_Writebtn_clicked()
 {
-    ui->UseLab->setText(ui->Writebtn->text());
+    choose(ui->UseLab, ui->Writebtn);
 }
 
 void Setting_dlg::on_Percussionbtn_clicked()
 {
-    ui->UseLab->setText(ui->Percussionbtn->text());
+    choose(ui->UseLab, ui->Percussionbtn);
 }
 
 void Setting_dlg::on_Multipointbtn_clicked()
 {
-    ui->UseLab->setText(ui->Multipointbtn->text());
+    choose(ui->UseLab, ui->Multipointbtn);
 }
 
 void Setting_dlg::on_Indoorbtn_clicked()
 {
-    ui->EnvironmentLab->setText(ui->Indoorbtn->text());
+    choose(ui->EnvironmentLab, ui->Indoorbtn);
 }
 
 void Setting_dlg::on_Rainbtn_clicked()
 {
-    ui->EnvironmentLab->setText(ui->Rainbtn->text());
+    choose(ui->EnvironmentLab, ui->Rainbtn);
 }
 
 void Setting_dlg::on_Sunshinebtn_clicked()
 {
-    ui->EnvironmentLab->setText(ui->Sunshinebtn->text());
+    choose(ui->EnvironmentLab, ui->Sunshinebtn);
 }
 
 void Setting_dlg::on_Shockbtn_clicked()
 {
-    ui->EnvironmentLab->setText(ui->Shockbtn->text());
+    choose(ui->EnvironmentLab, ui->Shockbtn);
 }
 
 void Setting_dlg::on_okbtn_clicked()
 {
     on_applybtn_clicked();
+    const QString problem = isKept() ? QString() : outcome::notKept();
     close();
+    // For the next opening.
+    outcome::show(ui->noticeLab, problem);
 }
 
 void Setting_dlg::on_canbtn_clicked()
@@ -103,6 +110,7 @@ void Setting_dlg::on_applybtn_clicked()
 {
     Easyset_Data();
     SendSettingData();
+    outcome::show(ui->noticeLab, isKept() ? outcome::kept() : outcome::notKept());
 }
 
 void Setting_dlg::on_AdvBtn_clicked()
@@ -111,6 +119,19 @@ void Setting_dlg::on_AdvBtn_clicked()
         return;
     if (auto *advanced = parentWidget()->findChild<useradv_dlg *>())
         present(advanced);
+}
+
+void Setting_dlg::choose(QLabel *pending, const QPushButton *button)
+{
+    pending->setText(button->text());
+    outcome::show(ui->noticeLab, {});
+}
+
+// What a store reads from no file is what it had before.
+bool Setting_dlg::isKept()
+{
+    return xmlclass.read_easysetting() == EasysettingData &&
+           xmlclass.gaveWhole(element::EasySetting);
 }
 
 void Setting_dlg::Get_Data()

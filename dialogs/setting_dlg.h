@@ -7,13 +7,15 @@
 
 #include <memory>
 
+class QLabel;
+class QPushButton;
 namespace Ui {
 class Setting_dlg;
 }
 
 // Chooses what the screen is mainly used for and what surrounds it. The two blue texts are the
-// pending choice; OK and Apply keep it in the settings file, leaving in any other way drops it.
-// Nothing is sent: no command carries a preset.
+// pending choice; OK and Apply keep it in the settings file, and the window tells if they could
+// not; leaving in any other way drops it. Nothing is sent: no command carries a preset.
 class Setting_dlg : public QDialog
 {
     Q_OBJECT
@@ -52,6 +54,9 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
+    void choose(QLabel *pending, const QPushButton *button);
+    bool isKept(); // what the form shows
+
     std::unique_ptr<Ui::Setting_dlg> ui;
     _EASYSETTING_DATA EasysettingData; // as last read or kept
     XML_CLASS xmlclass;

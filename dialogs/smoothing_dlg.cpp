@@ -1,5 +1,7 @@
 #include "smoothing_dlg.h"
 
+#include "config/fields.h"
+#include "outcome.h"
 #include "ui_smoothing_dlg.h"
 
 #include <QHideEvent>
@@ -10,6 +12,8 @@ smoothing_dlg::smoothing_dlg(QWidget *parent)
     , ui(std::make_unique<Ui::smoothing_dlg>())
 {
     ui->setupUi(this);
+    connect(ui->smo_lv, &QSlider::valueChanged, this, [this] { outcome::show(ui->noticeLab, {}); });
+    connect(ui->checkBox, &QCheckBox::toggled, this, [this] { outcome::show(ui->noticeLab, {}); });
     Get_Data();
 }
 
@@ -60,14 +64,22 @@ void smoothing_dlg::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
     // A minimised window keeps what was not saved yet.
-    if (!event->spontaneous())
-        Get_Data();
+    if (event->spontaneous())
+        return;
+    Get_Data();
+    outcome::show(ui->noticeLab, {});
 }
 
 void smoothing_dlg::on_pushButton_clicked()
 {
     Set_Data();
+    // What a store reads from no file is what it had before.
+    const bool kept =
+        xmlclass.read_smoothing() == SmoothingData && xmlclass.gaveWhole(element::Smoothing);
     close();
+    // For the next opening.
+    if (!kept)
+        outcome::show(ui->noticeLab, outcome::notKept());
 }
 
 void smoothing_dlg::on_pushButton_2_clicked()

@@ -12,7 +12,8 @@ class smoothing_dlg;
 }
 
 // Smoothing of written strokes: on or off, and its level. The choice goes to the settings file with
-// OK and nowhere else; however else the window is closed, it shows the file's values again.
+// OK and nowhere else; however else the window is closed, it shows the file's values again. If the
+// file cannot be written, the window tells so at its next opening.
 class smoothing_dlg : public QDialog
 {
     Q_OBJECT

@@ -1,16 +1,15 @@
 #include "useradv_dlg.h"
 
 #include "advset_dlg.h"
+#include "config/fields.h"
 #include "device/records.h"
+#include "outcome.h"
 #include "present.h"
 #include "ui_useradv_dlg.h"
 
 #include <QHideEvent>
 #include <QKeyEvent>
 #include <QShowEvent>
-#include <QToolTip>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -22,11 +21,10 @@ void moveBy(QSlider *slider, int step)
     slider->setValue(slider->value() + step);
 }
 
-// The other way round within the range of the slider, and within it for any value.
+// The other way round within the range of the slider.
 int inverted(const QSlider *slider, int value)
 {
-    return slider->maximum() + slider->minimum() -
-           std::clamp(value, slider->minimum(), slider->maximum());
+    return slider->maximum() + slider->minimum() - value;
 }
 
 } // namespace
@@ -38,12 +36,23 @@ useradv_dlg::useradv_dlg(QWidget *parent)
     ui->setupUi(this);
     setWindowFlags(Qt::Drawer);
     // A slider does not tell by itself what it stands at.
-    for (QSlider *slider : {ui->rbspeed, ui->rbran, ui->dbspeed, ui->dbran, ui->WheelSen}) {
+    const std::pair<QSlider *, QLabel *> numbers[] = {{ui->rbspeed, ui->rbspeedNumber},
+                                                      {ui->rbran, ui->rbranNumber},
+                                                      {ui->dbspeed, ui->dbspeedNumber},
+                                                      {ui->dbran, ui->dbranNumber},
+                                                      {ui->WheelSen, ui->WheelSenNumber}};
+    for (const auto &[slider, number] : numbers) {
         const QString shown = slider == ui->rbspeed ? tr("%1 ms", "duration") : u"%1"_s;
-        const auto tell = [slider, shown] { slider->setToolTip(shown.arg(slider->value())); };
+        const auto tell = [slider = slider, number = number, shown] {
+            slider->setToolTip(shown.arg(slider->value()));
+            number->setNum(slider->value());
+        };
         connect(slider, &QSlider::valueChanged, slider, tell);
+        connect(slider, &QSlider::valueChanged, this, [this] { setNotice({}); });
         tell();
     }
+    for (const QCheckBox *box : {ui->checkBox, ui->checkBox_2, ui->WheelEn})
+        connect(box, &QCheckBox::toggled, this, [this] { setNotice({}); });
     Get_Data();
 }
 
@@ -60,8 +69,13 @@ void useradv_dlg::DoRecv03(UCHAR *) {}
 void useradv_dlg::OnUSBConnect()
 {
     Get_Data();
-    SendSettingData();
-    setNotice(QString());
+    if (xmlclass.gaveWhole(element::Setting))
+        SendSettingData();
+    else
+        qCWarning(lcSettings).noquote()
+            << u"the touch frame is not told gestures: %1 does not give all of them"_s.arg(
+                   XML_CLASS::filePath());
+    setNotice({});
 }
 
 // No key but one has an effect here, Escape included.
@@ -84,8 +98,10 @@ void useradv_dlg::showEvent(QShowEvent *event)
 void useradv_dlg::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
-    if (!event->spontaneous())
-        Get_Data();
+    if (event->spontaneous())
+        return;
+    Get_Data();
+    setNotice({});
 }
 
 void useradv_dlg::on_pushButton_4_clicked()
@@ -140,11 +156,7 @@ void useradv_dlg::on_pushButton_15_clicked()
 
 void useradv_dlg::on_applybtn_clicked()
 {
-    applySettings();
-    // Touch screens do not hover.
-    if (!isConnected)
-        QToolTip::showText(ui->applybtn->mapToGlobal(ui->applybtn->rect().center()),
-                           ui->applybtn->toolTip(), ui->applybtn);
+    tellOutcome(applySettings());
 }
 
 void useradv_dlg::on_resbtn_clicked()
@@ -162,8 +174,10 @@ void useradv_dlg::on_resbtn_clicked()
 
 void useradv_dlg::on_okbtn_clicked()
 {
-    applySettings();
+    const Outcome became = applySettings();
     close();
+    if (became != Outcome{.sent = true, .kept = true})
+        tellOutcome(became);
 }
 
 void useradv_dlg::on_canbtn_clicked()
@@ -173,7 +187,8 @@ void useradv_dlg::on_canbtn_clicked()
 
 void useradv_dlg::Get_Data()
 {
-    SettingData = xmlclass.read_setting();
+    // What the form cannot show is not sent either.
+    SettingData = withinRanges(xmlclass.read_setting());
     Data2Setting();
 }
 
@@ -219,27 +234,39 @@ void useradv_dlg::SendSettingData()
     emit Write03(frame.data());
 }
 
-void useradv_dlg::applySettings()
+useradv_dlg::Outcome useradv_dlg::applySettings()
 {
     Set_Data();
     SendSettingData();
-    if (isConnected)
-        setNotice(QString());
-    else if (xmlclass.read_setting() == SettingData)
-        setNotice(tr("No touch frame is connected. The settings are kept and will be sent when one "
+    // What a store reads from no file is what it had before.
+    const bool kept =
+        xmlclass.read_setting() == SettingData && xmlclass.gaveWhole(element::Setting);
+    return {.sent = isConnected, .kept = kept};
+}
+
+void useradv_dlg::tellOutcome(const Outcome &became)
+{
+    if (became.sent && became.kept)
+        setNotice(tr("Kept, and sent to the touch frame."));
+    else if (became.sent)
+        setNotice(tr("Sent. %1").arg(outcome::notKept()),
+                  tr("The settings are sent, but %1 cannot be written: they are not kept.")
+                      .arg(XML_CLASS::filePath()));
+    else if (became.kept)
+        setNotice(tr("Kept. Sent when a frame is connected by USB."),
+                  tr("No touch frame is connected. The settings are kept and will be sent when one "
                      "is connected by USB."));
     else
-        setNotice(tr("No touch frame is connected, and %1 cannot be written: the settings are not "
+        setNotice(outcome::notKept(),
+                  tr("No touch frame is connected, and %1 cannot be written: the settings are not "
                      "kept.")
                       .arg(XML_CLASS::filePath()));
 }
 
-// What there is to know about the last Apply; empty when all went as expected.
-void useradv_dlg::setNotice(const QString &text)
+// What there is to know about the last Apply; the sentence only if not all went as expected.
+void useradv_dlg::setNotice(const QString &line, const QString &sentence)
 {
-    if (text.isEmpty() && !ui->applybtn->toolTip().isEmpty() &&
-        QToolTip::text() == ui->applybtn->toolTip())
-        QToolTip::hideText();
-    ui->applybtn->setToolTip(text);
-    ui->applybtn->setAccessibleDescription(text);
+    outcome::show(ui->noticeLab, line);
+    ui->applybtn->setToolTip(sentence);
+    ui->applybtn->setAccessibleDescription(sentence);
 }

@@ -14,7 +14,8 @@ class useradv_dlg;
 
 // Sets how gestures of a finger become mouse actions. OK and Apply keep the settings in the
 // settings file and send them; leaving in any other way drops what was changed. The stored
-// settings are sent on every connection, so what was kept without a frame arrives with the next.
+// settings are sent on every connection, so what was kept without a frame arrives with the next;
+// but only if the file gives them all: a frame must not be set to what nobody chose.
 // Double-click settings are only stored.
 class useradv_dlg : public QDialog
 {
@@ -23,7 +24,8 @@ public:
     explicit useradv_dlg(QWidget *parent = nullptr);
     ~useradv_dlg() override;
 
-    // Whether a frame would receive what is sent; not at first.
+    // Whether a frame would receive what is sent; not at first. Who applies settings is told in
+    // the window whether they were sent and kept; after OK, at the next opening, if they were not.
     void setConnected(bool connected);
 
     void Get_Data(); // file to form
@@ -59,8 +61,17 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    void applySettings();
-    void setNotice(const QString &text);
+    struct Outcome
+    {
+        bool sent = false;
+        bool kept = false;
+
+        bool operator==(const Outcome &) const = default;
+    };
+
+    Outcome applySettings();
+    void tellOutcome(const Outcome &became);
+    void setNotice(const QString &line, const QString &sentence = {});
 
     std::unique_ptr<Ui::useradv_dlg> ui;
     _SETTING_DATA SettingData; // as last read, kept or defaulted

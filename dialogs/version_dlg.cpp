@@ -35,6 +35,11 @@ Version_Dlg::Version_Dlg(QWidget *parent)
     setUI();
     ui->pushButton_upgrade->hide();
     ui->pushButton->move(OkPlace);
+    for (QLabel *line : lines()) {
+        line->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        line->setFocusPolicy(Qt::StrongFocus);
+    }
+    ui->pushButton->setFocus();
 }
 
 Version_Dlg::~Version_Dlg() = default;
@@ -42,6 +47,11 @@ Version_Dlg::~Version_Dlg() = default;
 void Version_Dlg::setStringFont()
 {
     setFont(QFont(u"Tahoma"_s, FontPoints));
+}
+
+QList<QLabel *> Version_Dlg::lines() const
+{
+    return {ui->label_2, ui->label_3, ui->label_4, ui->label_5, ui->label_6};
 }
 
 // Nothing beyond the form yet.
@@ -73,8 +83,8 @@ void Version_Dlg::showRecord()
                                                  : tr("UNDEF");
     ui->label_6->setText(tr("PID: ") + type + tr(" - ") + hex(hidver.P_DATE, 4) +
                          hex(hidver.P_NUM, 5));
-    for (QLabel *label : {ui->label_2, ui->label_3, ui->label_4, ui->label_5, ui->label_6})
-        fitText(label, label->width());
+    for (QLabel *line : lines())
+        fitText(line, line->width());
 }
 
 void Version_Dlg::on_pushButton_upgrade_clicked()

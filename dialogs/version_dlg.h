@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QDialog>
+#include <QList>
 #include <QThread>
 
 #include <memory>
 
+class QLabel;
 namespace Ui {
 class Version_Dlg;
 }
@@ -19,7 +21,8 @@ protected:
     void run() override {}
 };
 
-// Shows the versions of this tool and of the connected touch frame (hidver), anew at each showing.
+// Shows the versions of this tool and of the connected touch frame (hidver), anew at each showing,
+// for being copied into a letter.
 //
 // Its hidden button prepares a firmware update: it copies the files of the working directory to a
 // directory "backup" there and closes the parent window.
@@ -43,6 +46,7 @@ protected:
 
 private:
     void showRecord();
+    QList<QLabel *> lines() const;
 
     std::unique_ptr<Ui::Version_Dlg> ui;
 };

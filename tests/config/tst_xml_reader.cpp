@@ -37,6 +37,73 @@ private slots:
         QCOMPARE(words(read(reader, DefaultFile)), DefaultWords);
     }
 
+    void a_section_is_whole_once_every_field_was_named_data()
+    {
+        QTest::addColumn<QByteArray>("document");
+        QTest::addColumn<QStringList>("expected");
+        const auto without = [](const char *element) {
+            QByteArray text = DefaultFile;
+            const qsizetype from = text.indexOf(QByteArray("<") + element);
+            const QByteArray end = QByteArray("</") + element + '>';
+            return text.remove(from, text.indexOf(end) + end.size() - from);
+        };
+        const QStringList all{u"easysetting"_s, u"setting"_s, u"smoothing"_s, u"connect"_s};
+        QTest::newRow("all") << QByteArray(DefaultFile) << all;
+        QTest::newRow("an empty file") << QByteArray() << QStringList();
+        QTest::newRow("empty sections")
+            << "<data><easysetting/><setting/><smoothing/><connect/></data>"_ba << QStringList();
+        QTest::newRow("no USE") << without("USE")
+                                << QStringList{u"setting"_s, u"smoothing"_s, u"connect"_s};
+        QTest::newRow("no ALL_EN")
+            << without("ALL_EN") << QStringList{u"easysetting"_s, u"smoothing"_s, u"connect"_s};
+        QTest::newRow("no WHEEL_SEN")
+            << without("WHEEL_SEN") << QStringList{u"easysetting"_s, u"smoothing"_s, u"connect"_s};
+        QTest::newRow("no SMO_LV")
+            << without("SMO_LV") << QStringList{u"easysetting"_s, u"setting"_s, u"connect"_s};
+        QTest::newRow("no TIMEOUT")
+            << without("TIMEOUT") << QStringList{u"easysetting"_s, u"setting"_s, u"smoothing"_s};
+        const QByteArray file = DefaultFile;
+        QTest::newRow("cut before the gestures")
+            << file.first(file.indexOf("<setting>")) << QStringList{u"easysetting"_s};
+        QTest::newRow("cut in the last gesture")
+            << file.first(file.indexOf("</WHEEL_SEN>")) << QStringList{u"easysetting"_s};
+        QTest::newRow("cut behind the last gesture") << file.first(file.indexOf("</setting>"))
+                                                     << QStringList{u"easysetting"_s, u"setting"_s};
+        QTest::newRow("one field many times")
+            << "<data><smoothing><SMO_EN>1</SMO_EN><SMO_EN>1</SMO_EN></smoothing></data>"_ba
+            << QStringList();
+        QTest::newRow("in two halves, and words for numbers")
+            << "<data><smoothing><SMO_LV>x</SMO_LV></smoothing>"
+               "<smoothing><SMO_EN>1</SMO_EN></smoothing></data>"_ba
+            << QStringList{u"smoothing"_s};
+    }
+    void a_section_is_whole_once_every_field_was_named()
+    {
+        QFETCH(const QByteArray, document);
+        QFETCH(const QStringList, expected);
+        xml_reader reader;
+        // What an earlier document named does not count.
+        read(reader, DefaultFile);
+        read(reader, document);
+        QStringList found;
+        for (const QLatin1StringView name :
+             {"easysetting"_L1, "setting"_L1, "smoothing"_L1, "connect"_L1}) {
+            if (reader.gaveWhole(name))
+                found.append(name);
+        }
+        QCOMPARE(found, expected);
+    }
+
+    void a_device_that_cannot_be_read_gives_nothing_whole()
+    {
+        xml_reader reader;
+        read(reader, DefaultFile);
+        QVERIFY(reader.gaveWhole("setting"_L1));
+        QBuffer closed;
+        reader.read(&closed);
+        QVERIFY(!reader.gaveWhole("setting"_L1));
+    }
+
     // What a new reader makes of a document.
     void what_is_read_data()
     {

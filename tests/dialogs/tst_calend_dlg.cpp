@@ -105,6 +105,30 @@ private slots:
         QVERIFY(looked);
     }
 
+    void whoever_looks_closer_learns_how_good_the_calibration_was_data()
+    {
+        QTest::addColumn<int>("deviation");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("perfect") << 0 << u"Calibration accuracy: 100%."_s;
+        QTest::newRow("good") << 3 << u"Calibration accuracy: 97%."_s;
+        QTest::newRow("bad") << 20
+                             << u"Calibration error is too large.We recommend calibrate it again. "
+                                "The touches were 20% off."_s;
+        QTest::newRow("worst") << 128
+                               << u"Calibration error is too large.We recommend calibrate it "
+                                  "again. The touches were 128% off."_s;
+    }
+    void whoever_looks_closer_learns_how_good_the_calibration_was()
+    {
+        QFETCH(const int, deviation);
+        QFETCH(const QString, told);
+        CalEnd_dlg question;
+        whenAsked(question, [&] { question.reject(); });
+        QVERIFY(!question.CalEnd(deviation));
+        QCOMPARE(question.toolTip(), told);
+        QCOMPARE(question.accessibleDescription(), told);
+    }
+
     void yes_answers_true()
     {
         CalEnd_dlg question(nullptr);

@@ -1,11 +1,14 @@
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "tests/dialogs/hides.h"
 #include "tests/support/capture.h"
 
 #include <QApplication>
 #include <QPainter>
+#include <QProcess>
 #include <QPushButton>
 #include <QScreen>
+#include <QShowEvent>
 #include <QTest>
 #include <QTimer>
 
@@ -478,6 +481,64 @@ private slots:
             reply(*screen, step);
         QCOMPARE(sent->take(), QByteArrayList());
         QVERIFY(!QApplication::activeModalWidget());
+    }
+
+    // A window manager takes the window away and brings it back
+
+    void being_minimised_neither_ends_nor_begins_a_calibration()
+    {
+        show();
+        reply(*screen, 1);
+        sent->take();
+        const Hides hides(screen.get());
+        screen->setWindowState(screen->windowState() | Qt::WindowMinimized);
+        QTRY_VERIFY(hides.bySystem > 0);
+        QCOMPARE(screen->m_IsCali, UCHAR(1));
+        reply(*screen, 2);
+        QCOMPARE(sent->take(), QByteArrayList({Step2}));
+        screen->setWindowState(Qt::WindowFullScreen);
+        screen->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(screen.get()));
+        QTest::qWait(100);
+        QCOMPARE(sent->take(), QByteArrayList());
+        QCOMPARE(screen->currentTarget(), 1);
+        QTest::keyClick(screen.get(), Qt::Key_Escape);
+        QCOMPARE(sent->take(), QByteArrayList({Reset}));
+    }
+
+    void a_calibration_that_is_left_minimised_ends_in_time_and_the_next_one_is_seen()
+    {
+        show();
+        const Hides hides(screen.get());
+        screen->setWindowState(screen->windowState() | Qt::WindowMinimized);
+        QTRY_VERIFY(hides.bySystem > 0);
+        sent->take();
+        for (int tick = 0; tick < 60; ++tick)
+            screen->ontimer();
+        QCOMPARE(sent->take(), QByteArrayList({Reset}));
+        QVERIFY(!screen->isVisible());
+        show();
+        QVERIFY(!screen->isMinimized());
+        QTRY_COMPARE(screen->geometry(), QGuiApplication::primaryScreen()->geometry());
+        QCOMPARE(sent->take(), QByteArrayList({Begin}));
+    }
+
+    void another_workspace_neither_ends_nor_begins_a_calibration()
+    {
+        show();
+        sent->take();
+        QHideEvent gone;
+        QSpontaneKeyEvent::setSpontaneous(&gone);
+        qApp->notify(screen.get(), &gone);
+        QShowEvent back;
+        QSpontaneKeyEvent::setSpontaneous(&back);
+        qApp->notify(screen.get(), &back);
+        for (const QString &workspace : {u"1"_s, u"0"_s}) {
+            QCOMPARE(QProcess::execute(u"xdotool"_s, {u"set_desktop"_s, workspace}), 0);
+            QTest::qWait(200);
+        }
+        QCOMPARE(sent->take(), QByteArrayList());
+        QCOMPARE(screen->m_IsCali, UCHAR(1));
     }
 
     // The link ends

@@ -71,6 +71,19 @@ private:
         return shown()->toolTip().isEmpty() && shown()->accessibleDescription().isEmpty();
     }
 
+    // As a user's hand on a window that is busy: events that wait for it.
+    void pressDuringThePause(const char *name) const
+    {
+        auto *button = child(name);
+        const QPointF at = button->rect().center();
+        for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
+            QCoreApplication::postEvent(
+                button,
+                new QMouseEvent(type, at, button->mapToGlobal(at), Qt::LeftButton,
+                                type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
+                                Qt::NoModifier));
+    }
+
 private slots:
     void init()
     {
@@ -266,7 +279,55 @@ private slots:
         QCOMPARE(sent, {Query});
     }
 
+    void presses_during_the_pause_are_dropped()
+    {
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+        QTest::qWait(300);
+        sent.clear();
+        // The query is out, the pause begins.
+        connect(dialog.get(), &Rotation_dlg::Write03, this, [this] {
+            if (sent.size() != 2)
+                return;
+            for (const char *name :
+                 {"rotation180btn", "rotation270btn", "rotation0btn", "rotation270btn"})
+                pressDuringThePause(name);
+            auto *focused = child("rotation180btn");
+            for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+                QCoreApplication::postEvent(
+                    focused, new QKeyEvent(type, Qt::Key_Space, Qt::NoModifier, u" "_s));
+        });
+        QElapsedTimer time;
+        time.start();
+        press("rotation90btn");
+        QTest::qWait(300);
+        QCOMPARE(sent, QList<QByteArray>({frame("00 A7 00 02 00 01"), Query}));
+        QVERIFY(time.elapsed() < 2000);
+        press("rotation180btn");
+        QCOMPARE(sent.sliced(2), QList<QByteArray>({frame("00 A7 00 02 00 02"), Query}));
+    }
+
+    void a_press_while_the_window_appears_is_dropped()
+    {
+        dialog->show();
+        pressDuringThePause("rotation180btn");
+        QTest::qWait(300);
+        QCOMPARE(sent, {Query});
+    }
+
     // What is shown
+
+    void the_rotation_does_not_stick_to_the_words_before_it()
+    {
+        receive(CurrentIs90);
+        dialog->show();
+        QVERIFY(shown()->indent() >= 3);
+        const QImage picture = shown()->grab().toImage();
+        for (int x = 0; x < 3; ++x) {
+            for (int y = 0; y < picture.height(); ++y)
+                QCOMPARE(picture.pixelColor(x, y), picture.pixelColor(0, 0));
+        }
+    }
 
     void the_label_shows_what_the_frame_reports_data()
     {
@@ -496,6 +557,45 @@ private slots:
         // After something else, the same answer as ever is a new one.
         receive(CurrentIs90);
         QVERIFY(hintless());
+    }
+
+    void without_an_answer_the_rotation_is_unknown_after_a_while()
+    {
+        receive(DefaultIs0);
+        receive(CurrentIs90);
+        QElapsedTimer time;
+        time.start();
+        dialog->getCurrentRotation();
+        QCOMPARE(shown()->text(), u"90"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(shown()->text(), u"-1"_s, 4000);
+        QVERIFY2(time.elapsed() >= 2900 && time.elapsed() < 4000,
+                 QByteArray::number(time.elapsed()));
+        QVERIFY(hinted());
+        // The link goes on handing over the last answer.
+        receive(CurrentIs90);
+        QCOMPARE(shown()->text(), u"-1"_s);
+        receive(DefaultIs0);
+        QCOMPARE(shown()->text(), u"-1"_s);
+        receive(CurrentIs90);
+        QCOMPARE(shown()->text(), u"90"_s);
+        QVERIFY(hintless());
+    }
+
+    void an_answer_in_time_stays()
+    {
+        dialog->getCurrentRotation();
+        receive(CurrentIs90);
+        QTest::qWait(2500);
+        QCOMPARE(shown()->text(), u"90"_s);
+    }
+
+    void after_the_end_of_the_link_no_answer_is_awaited()
+    {
+        dialog->getCurrentRotation();
+        dialog->OnLinkEnded();
+        receive(CurrentIs90);
+        QTest::qWait(2500);
+        QCOMPARE(shown()->text(), u"90"_s);
     }
 
     void after_an_answer_the_next_silence_has_its_own_time()

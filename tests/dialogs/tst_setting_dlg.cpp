@@ -133,7 +133,7 @@ private slots:
     void widgets_that_overlap_would_be_noticed()
     {
         open();
-        child(u"okbtn"_s)->move(200, 269);
+        child(u"okbtn"_s)->move(200, 274);
         QCOMPARE(clipped(*dialog), QStringList({u"okbtn"_s, u"canbtn"_s, u"applybtn"_s}));
     }
 
@@ -267,6 +267,45 @@ private slots:
         dialog->SendSettingData();
         dialog->setStringFont();
         QCOMPARE(dialog->font(), QFont(u"Tahoma"_s, 9));
+    }
+
+    void the_window_tells_what_became_of_Apply()
+    {
+        open();
+        const auto *notice = child<QLabel>(u"noticeLab"_s);
+        click(u"Percussionbtn"_s);
+        QCOMPARE(notice->text(), QString());
+        click(u"applybtn"_s);
+        QCOMPARE(notice->text(), u"Kept."_s);
+        QVERIFY(notice->isVisible());
+        QCOMPARE(clipped(*dialog), QStringList());
+        click(u"Writebtn"_s);
+        QCOMPARE(notice->text(), QString());
+        click(u"applybtn"_s);
+        click(u"canbtn"_s);
+        dialog->show();
+        QCOMPARE(notice->text(), QString());
+
+        home->removeConfigDirectory();
+        click(u"applybtn"_s);
+        QCOMPARE(notice->text(), u"Not kept: cannot write "_s + home->path());
+        click(u"Indoorbtn"_s);
+        QCOMPARE(notice->text(), QString());
+    }
+
+    void OK_tells_at_the_next_opening_what_it_could_not_keep()
+    {
+        open();
+        const auto *notice = child<QLabel>(u"noticeLab"_s);
+        click(u"Percussionbtn"_s);
+        click(u"okbtn"_s);
+        dialog->show();
+        QCOMPARE(notice->text(), QString());
+        home->removeConfigDirectory();
+        click(u"okbtn"_s);
+        QVERIFY(!dialog->isVisible());
+        dialog->show();
+        QCOMPARE(notice->text(), u"Not kept: cannot write "_s + home->path());
     }
 
     void Percussion_then_Cancel_leaves_what_is_stored()

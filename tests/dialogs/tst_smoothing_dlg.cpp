@@ -104,7 +104,7 @@ private slots:
     {
         const smoothing_dlg dialog(nullptr);
         const QList<QWidget *> widgets = dialog.findChildren<QWidget *>();
-        QCOMPARE(widgets.size(), 9);
+        QCOMPARE(widgets.size(), 10);
         for (const QWidget *widget : widgets) {
             QCOMPARE(widget->font().family(), u"Tahoma"_s);
             QCOMPARE(widget->font().pointSize(), 9);
@@ -354,6 +354,24 @@ private slots:
         dialog.Get_Data();
         QCOMPARE(level(dialog)->value(), 4);
         QVERIFY(!use(dialog)->isChecked());
+    }
+
+    void ok_tells_at_the_next_opening_what_it_could_not_keep()
+    {
+        smoothing_dlg dialog;
+        const auto *notice = child<QLabel>(dialog, "noticeLab");
+        appear(dialog);
+        press(dialog, "pushButton");
+        appear(dialog);
+        QCOMPARE(notice->text(), QString());
+        QVERIFY(QDir(home->filePath(u".config"_s)).removeRecursively());
+        press(dialog, "pushButton");
+        QVERIFY(!dialog.isVisible());
+        appear(dialog);
+        QCOMPARE(notice->text(),
+                 u"Not kept: cannot write "_s + home->filePath(u".config/ForQuorvel"_s));
+        press(dialog, "pushButton_4");
+        QCOMPARE(notice->text(), QString());
     }
 
     void the_send_step_sends_64_zeros()

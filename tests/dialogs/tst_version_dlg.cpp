@@ -3,6 +3,7 @@
 #include "device/struct.h"
 #include "dialogs/fittext.h"
 
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QDir>
 #include <QFile>
@@ -267,6 +268,60 @@ private slots:
         dialog.show();
         QCOMPARE(lines(dialog).first(), u"Device version: 3.0.1.0"_s);
         QCOMPARE(lines(dialog).last(), u"PID: ORVA - 000000000"_s);
+    }
+
+    void a_line_can_be_selected_with_the_mouse_and_copied()
+    {
+        Version_Dlg dialog;
+        hidver.CHECKSUM = 0x5C19E0A7;
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        auto *line = child(dialog, "label_5");
+        const QPoint middle(line->width() / 2, line->height() / 2);
+        // On "5C19E0A7".
+        QTest::mouseDClick(line, Qt::LeftButton, {}, middle - QPoint(20, 0));
+        QCOMPARE(line->selectedText(), u"5C19E0A7"_s);
+        QGuiApplication::clipboard()->clear();
+        QTest::keyClick(line, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), u"5C19E0A7"_s);
+        QVERIFY(dialog.isVisible());
+    }
+
+    void every_line_can_be_reached_and_copied_with_the_keyboard()
+    {
+        Version_Dlg dialog;
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QCOMPARE(dialog.focusWidget()->objectName(), u"pushButton"_s);
+        QStringList reached;
+        QStringList copied;
+        for (int i = 0; i < 5; ++i) {
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+            reached.append(dialog.focusWidget()->objectName());
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_A, Qt::ControlModifier);
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_C, Qt::ControlModifier);
+            copied.append(QGuiApplication::clipboard()->text());
+        }
+        QCOMPARE(reached, QStringList({u"label_2"_s, u"label_3"_s, u"label_4"_s, u"label_5"_s,
+                                       u"label_6"_s}));
+        QCOMPARE(copied, QStringList{u"Service version: 3.0.1.0"_s} + lines(dialog));
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+        QCOMPARE(dialog.focusWidget()->objectName(), u"pushButton"_s);
+        QTest::keyClick(child(dialog, "label_4"), Qt::Key_Return);
+        QVERIFY(!dialog.isVisible());
+    }
+
+    void a_selection_goes_with_what_was_selected()
+    {
+        Version_Dlg dialog;
+        hidver.CHECKSUM = 0x5C19E0A7;
+        dialog.show();
+        auto *line = child(dialog, "label_5");
+        line->setSelection(0, int(line->text().size()));
+        QCOMPARE(line->selectedText(), u"SID: 5C19E0A7 - 000000"_s);
+        hidver = {};
+        dialog.OnLinkEnded();
+        QCOMPARE(line->selectedText(), QString());
     }
 
     void the_end_of_a_link_shows_at_once()

@@ -1,0 +1,37 @@
+#include "outcome.h"
+
+#include "config/xml_class.h"
+#include "fittext.h"
+
+#include <QAccessible>
+#include <QCoreApplication>
+#include <QDir>
+#include <QLabel>
+
+namespace outcome {
+
+QString kept()
+{
+    return QCoreApplication::translate("outcome", "Kept.");
+}
+
+QString notKept()
+{
+    QString path = XML_CLASS::filePath();
+    if (path.startsWith(QDir::homePath() + u'/'))
+        path.replace(0, QDir::homePath().size(), u'~');
+    return QCoreApplication::translate("outcome", "Not kept: cannot write %1").arg(path);
+}
+
+void show(QLabel *label, const QString &text)
+{
+    label->setText(text);
+    label->setToolTip(QString());
+    if (text.isEmpty())
+        return;
+    fitText(label, label->width());
+    QAccessibleEvent told(label, QAccessible::Alert);
+    QAccessible::updateAccessibility(&told);
+}
+
+} // namespace outcome

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+class QLabel;
+
+// What became of the settings of a window that OK or Apply was to keep.
+namespace outcome {
+
+QString kept();
+QString notKept(); // and why
+
+// Says so in a label that has no other use; nothing for an empty text. Screen readers are told.
+void show(QLabel *label, const QString &text);
+
+} // namespace outcome

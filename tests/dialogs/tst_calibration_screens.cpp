@@ -1,0 +1,91 @@
+#include "dialogs/calend_dlg.h"
+#include "dialogs/calibration_dlg.h"
+
+#include <QApplication>
+#include <QProcess>
+#include <QScreen>
+#include <QTest>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+// Each function has a desktop of its own, see CMakeLists.txt.
+class tst_calibration_screens : public QObject
+{
+    Q_OBJECT
+
+private:
+    Calibration_Dlg window;
+    QByteArrayList sent; // sub-commands
+
+    void show(int number)
+    {
+        window.setPrimaryScr(number);
+        window.setWindowFlags(Qt::WindowFlags(0x12));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+    }
+
+private slots:
+    void init()
+    {
+        connect(&window, &Calibration_Dlg::Write03, this, [this](const UCHAR *frame) {
+            QCOMPARE(frame[1], UCHAR(1));
+            sent.append(QByteArray::number(frame[2], 16));
+        });
+    }
+
+    // A kiosk runs the tool alone.
+    void escape_leaves_at_once_without_a_window_manager()
+    {
+        show(0);
+        QCOMPARE(window.geometry(), QGuiApplication::primaryScreen()->geometry());
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        // As from the keyboard, to whatever window has it.
+        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, u"Escape"_s}), 0);
+        QTRY_VERIFY(!window.isVisible());
+        QCOMPARE(sent, QByteArrayList({"0", "6"}));
+    }
+
+    void without_an_x_server_the_screen_is_filled_and_left_all_the_same()
+    {
+        QCOMPARE(QGuiApplication::platformName(), u"offscreen"_s);
+        show(0);
+        const QRect geometry = QGuiApplication::primaryScreen()->geometry();
+        QCOMPARE(window.geometry(), geometry);
+        QCOMPARE(window.calibratedScreen(), geometry);
+        QCOMPARE(window.targetsX()[1], geometry.width() / 8 * 7);
+        QTest::keyClick(&window, Qt::Key_Escape);
+        QVERIFY(!window.isVisible());
+        QCOMPARE(sent, QByteArrayList({"0", "6"}));
+    }
+
+    void the_question_comes_up_on_the_calibrated_screen()
+    {
+        QCOMPARE(QGuiApplication::screens().size(), 2);
+        for (int number : {1, 0}) {
+            show(number);
+            QRect asked;
+            QTimer poll;
+            connect(&poll, &QTimer::timeout, this, [&asked] {
+                auto *question = qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget());
+                if (!question || !question->isActiveWindow())
+                    return;
+                asked = question->frameGeometry();
+                question->reject();
+            });
+            poll.start(10);
+            for (const UCHAR step : {0, 1, 2, 3, 4, 5, 0xFF}) {
+                UCHAR reply[64] = {0xFC, 0x01, step};
+                window.DoRecv03(reply);
+            }
+            const QRect place = QGuiApplication::screens().at(number)->geometry();
+            QVERIFY2(place.contains(asked), qPrintable(QDebug::toString(asked)));
+            const QPoint aside = asked.center() - place.center();
+            QVERIFY2(aside.manhattanLength() < 60, qPrintable(QDebug::toString(aside)));
+        }
+    }
+};
+
+QTEST_MAIN(tst_calibration_screens)
+#include "tst_calibration_screens.moc"
