@@ -153,10 +153,16 @@ void MainWindow::onLinkChanged(const Link::State &state)
     showLinked(link->isLinked());
     if (std::exchange(toldProblem, state.problem) != state.problem && !state.problem.isEmpty())
         std::fprintf(stderr, "%s\n", qPrintable(state.problem));
-    const QString hint = statusHint(state);
-    ui->stalab->setToolTip(hint);
-    ui->stalab->setAccessibleDescription(hint);
+    showHint();
     tellConnection();
+}
+
+void MainWindow::showHint()
+{
+    const QString hint = statusHint(link->state());
+    const QString whole = calibrationNote.isEmpty() ? hint : calibrationNote + u'\n' + hint;
+    ui->stalab->setToolTip(whole);
+    ui->stalab->setAccessibleDescription(whole);
 }
 
 void MainWindow::onLinkEnding(Link::End how)
@@ -230,6 +236,11 @@ void MainWindow::addDialogs()
     });
     calibrationdlg = std::make_unique<Calibration_Dlg>();
     wire(calibrationdlg.get());
+    connect(calibrationdlg.get(), &Calibration_Dlg::endedByItself, this,
+            [this](const QString &why) {
+                calibrationNote = why;
+                showHint();
+            });
     versiondlg = new Version_Dlg(this);
     connect(link, &Link::ended, versiondlg, &Version_Dlg::OnLinkEnded);
     wire(rotationdlg = new Rotation_dlg(this));
@@ -237,6 +248,8 @@ void MainWindow::addDialogs()
 
 void MainWindow::on_calbtn_clicked()
 {
+    calibrationNote.clear();
+    showHint();
     calibrationdlg->setPrimaryScr(int(QGuiApplication::screens().indexOf(screen())));
     calibrationdlg->setWindowFlags(CalibrationFlags);
     calibrationdlg->show();

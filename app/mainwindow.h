@@ -102,6 +102,7 @@ private:
     QList<QPushButton *> deviceButtons() const;
     void showLinked(bool linked);
     void onLinkChanged(const Link::State &state);
+    void showHint();
     void onLinkEnding(Link::End how);
     void useUsb();
     void reopenUart(const QString &portName, const PortSettings &settings);

@@ -63,8 +63,10 @@ void CalEnd_dlg::on_pushButton_clicked()
 
 void CalEnd_dlg::ontimer()
 {
-    if (time == 0)
+    if (time == 0) {
+        unanswered = true;
         close();
+    }
     --time;
     ui->Nobtn->setText(tr("No = ") + QString::number(time));
 }

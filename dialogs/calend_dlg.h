@@ -23,6 +23,8 @@ public:
 
     // Asks, and returns true for Yes. The deviation is in per cent, 0 or more.
     bool CalEnd(int deviation);
+    // Nobody answered.
+    bool timedOut() const { return unanswered; }
 
     // What there is to say about a deviation.
     static QString accuracyText(int deviation);
@@ -38,6 +40,7 @@ protected:
 private:
     std::unique_ptr<Ui::CalEnd_dlg> ui;
     bool save = false; // the answer
-    int time = 10;     // seconds left on the No button
-    QTimer *timer;     // child
+    bool unanswered = false;
+    int time = 10; // seconds left on the No button
+    QTimer *timer; // child
 };

@@ -108,8 +108,8 @@ void Calibration_Dlg::SendCalStep(int step)
 
 void Calibration_Dlg::SendCalSave()
 {
-    std::puts("SendCalSave");
     SendCalStep(cal::Save);
+    std::puts("SendCalSave");
 }
 
 void Calibration_Dlg::SendCalReset()
@@ -221,6 +221,11 @@ void Calibration_Dlg::finishSession()
         // Another device may have been plugged in meanwhile; the result is not its own.
         if (session != asking)
             return;
+        if (asked.timedOut())
+            emit endedByItself(
+                tr("The calibration was discarded because nobody answered whether to "
+                   "save it. %1")
+                    .arg(CalEnd_dlg::accuracyText(deviation)));
     }
     underWay = false;
     if (save)
@@ -232,6 +237,11 @@ void Calibration_Dlg::finishSession()
 void Calibration_Dlg::OnLinkEnding(bool deviceGone)
 {
     const bool tell = underWay && !deviceGone;
+    if (underWay)
+        emit endedByItself(deviceGone
+                               ? tr("The calibration ended because the touch frame was lost.")
+                               : tr("The calibration ended with the link to the touch frame. "
+                                    "It was discarded."));
     underWay = false;
     ++session;
     news.forget();
@@ -247,8 +257,11 @@ void Calibration_Dlg::ontimer()
 {
     ellipse_step = (ellipse_step + 1) % Phases;
     ++time_step;
-    if (time_step == TicksUntilTimeOut)
+    if (time_step == TicksUntilTimeOut) {
+        emit endedByItself(tr("The calibration ended because no target was touched for a while. It "
+                              "was discarded."));
         hide();
+    }
     update();
 }
 

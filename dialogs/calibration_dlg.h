@@ -58,6 +58,8 @@ public:
 
 signals:
     void Write03(UCHAR *WriteBuf);
+    // Not by the user; and why, as a sentence.
+    void endedByItself(const QString &why);
 
 public slots:
     void ontimer();

@@ -1,15 +1,19 @@
 #include "lightset_dlg.h"
 
-#include "device/records.h"
+#include "notice.h"
 #include "screenlayout.h"
+#include "test_win.h"
 #include "ui_lightset_dlg.h"
 
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QTimer>
+#include <QTimerEvent>
 
+#include <algorithm>
 #include <initializer_list>
 
 using namespace std::chrono_literals;
@@ -24,19 +28,8 @@ namespace {
 constexpr auto PollPeriod = 180ms;
 constexpr int TicksAfterRead = 5;
 constexpr int TicksAfterWrite = 10;
-constexpr int LargestOffset = 50; // of a light's AGC, either way
-
-// A typed number: what is none counts as 0, and the high byte is a quotient, cut towards 0.
-int typed(const QLineEdit *field)
-{
-    const int value = field->text().toInt();
-    return (value & 0xFF) | (value / 256 & 0xFF) << 8;
-}
-
-UCHAR axisCode(Axis axis)
-{
-    return axis == Axis::X ? settings::AxisX : settings::AxisY;
-}
+constexpr int ReadBackMs = 300; // after a write, which goes out first
+constexpr int LookMs = 200;
 
 } // namespace
 
@@ -47,6 +40,7 @@ LightSet_dlg::LightSet_dlg(QWidget *parent)
 {
     ui->setupUi(this);
     ui->LightChooseBtn->hide();
+    ui->notice->hide();
     // A click on the panel, or on a button of it that waits for a reply, chooses no light below.
     ui->groupBox_3->setAttribute(Qt::WA_NoMousePropagation);
     // These fields are there to be read.
@@ -58,7 +52,9 @@ LightSet_dlg::LightSet_dlg(QWidget *parent)
     }
     connect(timer, &QTimer::timeout, this, &LightSet_dlg::ontimer);
     for (const QLineEdit *field : {ui->LightDir, ui->LightNum})
-        connect(field, &QLineEdit::textEdited, this, [this] { unasked = true; });
+        connect(field, &QLineEdit::textEdited, this, &LightSet_dlg::onChosen);
+    for (QPushButton *button : {ui->LightAddBtn, ui->LightDecBtn})
+        button->installEventFilter(this);
 }
 
 LightSet_dlg::~LightSet_dlg() = default;
@@ -67,11 +63,8 @@ void LightSet_dlg::on_LightChooseBtn_2_clicked()
 {
     ui->LightChooseBtn_2->setEnabled(false);
     const auto light = chosenLight();
-    if (!light)
-        return;
-    command::LightRequest request{settings::SwitchLight, {axisCode(light->axis), light->number}};
-    request.off = ui->LightChooseBtn_2->text() == tr("Disable");
-    askAbout(request);
+    if (light && control.light() == nameOf(*light))
+        askAbout(control.switchTo(ui->LightChooseBtn_2->text() == tr("Disable")));
 }
 
 void LightSet_dlg::on_LightChooseBtn_clicked()
@@ -80,25 +73,17 @@ void LightSet_dlg::on_LightChooseBtn_clicked()
     if (!light)
         return;
     unasked = false;
-    askAbout({settings::GetLight, {axisCode(light->axis), light->number}});
+    askAbout({settings::GetLight, nameOf(*light)});
 }
 
 void LightSet_dlg::on_LightDecBtn_clicked()
 {
-    const int offset = ui->LightAGCSet->text().toInt();
-    if (offset <= -LargestOffset || -offset >= ui->LightAGC->text().toInt())
-        return;
-    ui->LightAGCSet->setText(QString::number(offset - 1));
-    SendSetLightData();
+    step(-1);
 }
 
 void LightSet_dlg::on_LightAddBtn_clicked()
 {
-    const int offset = ui->LightAGCSet->text().toInt();
-    if (offset >= LargestOffset)
-        return;
-    ui->LightAGCSet->setText(QString::number(offset + 1));
-    SendSetLightData();
+    step(1);
 }
 
 void LightSet_dlg::on_ADCSetBtn_clicked()
@@ -123,10 +108,20 @@ void LightSet_dlg::on_ExitBtn_clicked()
 
 void LightSet_dlg::ontimer()
 {
+    if (timer->isActive() && timer->intervalAsDuration() != PollPeriod)
+        timer->setInterval(PollPeriod);
     if (TimerStop >= 1) {
         --TimerStop;
         return;
     }
+    postponed = TimerStep != 0 && watch.isArriving();
+    if (postponed) {
+        if (unasked)
+            on_LightChooseBtn_clicked();
+        return;
+    }
+    if (!believing && layoutDue.hasExpired())
+        askForSettings();
     switch (TimerStep) {
     case 0:
         on_LightChooseBtn_clicked();
@@ -152,64 +147,40 @@ void LightSet_dlg::DoRecv03(UCHAR *RecvBuf)
     if (const auto settingsReport = command::AdcReport::decode(report)) {
         takeSettings(*settingsReport);
     } else if (const auto light = command::LightReport::decode(report)) {
-        showLight(*light);
+        takeLight(*light);
         update();
     } else if (const auto counts = command::LightCounts::decode(report)) {
         plot.setCounts(counts->x, counts->y);
-    } else if (const auto page = command::ScanPage::decode(report)) {
-        if (page->axis == scan::AxisY)
-            plot.storeY(*page);
-        else if (plot.storeX(*page))
-            update();
+        // Somebody asked for the other layout; without a signal test there is nobody who would.
+        believing = believing && !signalTest();
+    } else if (const auto page = command::ScanPage::decode(report); page && believing) {
+        takePage(*page);
     }
+    updateNotice();
 }
 
 void LightSet_dlg::OnLinkEnded()
 {
     Ready = false;
+    userChose = false;
     unasked = false;
+    control.forget();
     news.forget();
+    watch.forget();
     plot.forget();
+    written.reset();
+    isOther = false;
+    refusal.clear();
+    readBack.stop();
+    lightDue = QDeadlineTimer(QDeadlineTimer::Forever);
     for (QLineEdit *field : {ui->MinADC, ui->MaxADC, ui->MinEdgeADC, ui->MaxEdgeADC,
                              ui->ADCThreshold, ui->EdgeADCThreshold, ui->LightDir, ui->LightNum,
                              ui->LightADC, ui->LightORG, ui->LightAGC, ui->LightAGCSet})
         field->clear();
-    for (QPushButton *button : {ui->LightChooseBtn_2, ui->LightAddBtn, ui->LightDecBtn})
-        button->setEnabled(false);
     ui->LightChooseBtn_2->setText(tr("Disable"));
+    updateLight();
+    updateNotice();
     update();
-}
-
-void LightSet_dlg::takeSettings(const command::AdcReport &report)
-{
-    const command::AdcLines &lines = report.lines;
-    ui->MinADC->setText(QString::number(lines.min));
-    ui->MaxADC->setText(QString::number(lines.max));
-    ui->MinEdgeADC->setText(QString::number(lines.minEdge));
-    ui->MaxEdgeADC->setText(QString::number(lines.maxEdge));
-    ui->ADCThreshold->setText(QString::number(lines.threshold));
-    ui->EdgeADCThreshold->setText(QString::number(lines.edgeThreshold));
-    plot.setCounts(report.counts.x, report.counts.y);
-}
-
-void LightSet_dlg::showLight(const command::LightReport &report)
-{
-    const UCHAR axis = report.light.axis;
-    if (axis == settings::AxisX || axis == settings::AxisY) {
-        const Light light{axis == settings::AxisX ? Axis::X : Axis::Y, report.light.number};
-        // The answer to an earlier question does not take back what the user has chosen since.
-        if (unasked && light != chosenLight())
-            return;
-        setChosen(light);
-    }
-    ui->LightAGCSet->setText(QString::number(report.offset));
-    ui->LightAGC->setText(QString::number(report.agc));
-    ui->LightADC->setText(QString::number(report.adc));
-    ui->LightORG->setText(QString::number(report.org));
-    ui->LightChooseBtn_2->setText(report.off ? tr("Enable") : tr("Disable"));
-    ui->LightChooseBtn_2->setEnabled(true);
-    ui->LightAddBtn->setEnabled(true);
-    ui->LightDecBtn->setEnabled(true);
 }
 
 void LightSet_dlg::showEvent(QShowEvent *event)
@@ -217,9 +188,17 @@ void LightSet_dlg::showEvent(QShowEvent *event)
     // A restored window was being shown all the time.
     if (event->spontaneous())
         return;
+    if (test_win *test = signalTest()) {
+        test->standAside(true);
+        // What it has asked for may still come.
+        believing = false;
+    }
     Ready = false;
-    unasked = false;
+    unasked = userChose;
     plot.setCounts(0, 0);
+    for (QLineEdit *field : {ui->MinADC, ui->MaxADC, ui->MinEdgeADC, ui->MaxEdgeADC,
+                             ui->ADCThreshold, ui->EdgeADCThreshold})
+        field->setModified(false);
     // Not showFullScreen(), which shows a window that is being shown already: newer toolkits take
     // that for another showing.
     const QWidget *operatedOn = parentWidget() ? parentWidget() : this;
@@ -228,6 +207,7 @@ void LightSet_dlg::showEvent(QShowEvent *event)
     GetADCData();
     TimerStep = 0;
     timer->start(PollPeriod);
+    look.start(LookMs, this);
 }
 
 void LightSet_dlg::hideEvent(QHideEvent *event)
@@ -235,8 +215,22 @@ void LightSet_dlg::hideEvent(QHideEvent *event)
     if (event->spontaneous())
         return;
     Ready = false;
+    postponed = false;
+    if (const auto unsent = control.rest())
+        askAbout(*unsent);
     GetADCData();
     timer->stop();
+    look.stop();
+    readBack.stop();
+    written.reset();
+    isOther = false;
+    refusal.clear();
+    watch.forget();
+    lightDue = QDeadlineTimer(QDeadlineTimer::Forever);
+    updateNotice();
+    // Behind the last read, which chooses this window's layout.
+    if (test_win *test = signalTest())
+        test->standAside(false);
 }
 
 void LightSet_dlg::changeEvent(QEvent *event)
@@ -267,45 +261,76 @@ void LightSet_dlg::mouseReleaseEvent(QMouseEvent *event)
     if (!light)
         return;
     setChosen(*light);
-    unasked = true;
+    onChosen();
 }
 
-void LightSet_dlg::setChosen(const Light &light)
+// A button that waits for an answer is disabled; who presses it then has made a step all the same.
+bool LightSet_dlg::eventFilter(QObject *watched, QEvent *event)
 {
-    ui->LightDir->setText(light.axis == Axis::X ? u"X"_s : u"Y"_s);
-    ui->LightNum->setText(QString::number(light.number));
+    const auto *button = qobject_cast<QPushButton *>(watched);
+    const bool isPress =
+        event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
+    if (!button || button->isEnabled() || !isPress ||
+        static_cast<QMouseEvent *>(event)->button() != Qt::LeftButton)
+        return QDialog::eventFilter(watched, event);
+    if (control.isStepping())
+        step(button == ui->LightAddBtn ? 1 : -1);
+    return true;
+}
+
+void LightSet_dlg::keyPressEvent(QKeyEvent *event)
+{
+    if (parked && focusWidget() == this && event->key() == Qt::Key_Space)
+        step(parked == ui->LightAddBtn ? 1 : -1);
+    else
+        QDialog::keyPressEvent(event);
+}
+
+void LightSet_dlg::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == look.timerId()) {
+        updateNotice();
+    } else if (event->timerId() == readBack.timerId()) {
+        readBack.stop();
+        askForSettings();
+        TimerStop = std::max(TimerStop, TicksAfterRead);
+    } else {
+        QDialog::timerEvent(event);
+    }
 }
 
 void LightSet_dlg::GetADCData()
 {
-    news.ask({command::Settings, command::replyTo(settings::GetAdc), {}, 0});
-    send(command::request(command::Settings, settings::GetAdc));
+    askForSettings();
     TimerStop = TicksAfterRead;
 }
 
 void LightSet_dlg::SendADCData()
 {
-    send(command::AdcLines{typed(ui->MinADC), typed(ui->MaxADC), typed(ui->MinEdgeADC),
-                           typed(ui->MaxEdgeADC), typed(ui->ADCThreshold),
-                           typed(ui->EdgeADCThreshold)}
-             .encode());
+    const auto lines = typedLines();
+    updateNotice();
+    if (!lines)
+        return;
+    send(lines->encode());
     TimerStop = TicksAfterWrite;
+    // Shown is what the device then says of it.
+    written = lines;
+    isOther = false;
+    readBack.start(ReadBackMs, this);
 }
 
 void LightSet_dlg::SendSetLightData()
 {
-    const UCHAR axis = ui->LightDir->text() == "X"_L1 ? settings::AxisX : settings::AxisY;
-    command::LightRequest request{settings::SetLight, {axis, typed(ui->LightNum)}};
-    request.offset = ui->LightAGCSet->text().toInt();
-    ui->LightAddBtn->setEnabled(false);
-    ui->LightDecBtn->setEnabled(false);
-    askAbout(request);
+    if (const auto due = control.next())
+        askAbout(*due);
 }
 
-void LightSet_dlg::requestScan(UCHAR axis)
+void LightSet_dlg::askForSettings()
 {
-    news.ask({command::Scan, command::replyTo(axis), {0, 0}, 2});
-    send(command::request(command::Scan, axis));
+    news.ask({command::Settings, command::replyTo(settings::GetAdc), {}, 0});
+    watch.asked(scan::Counts); // which it tells too
+    layoutDue.setRemainingTime(ScanWatch::PatienceMs);
+    send(command::request(command::Settings, settings::GetAdc));
 }
 
 // Each request about a light is answered by how the light is.
@@ -316,7 +341,16 @@ void LightSet_dlg::askAbout(const command::LightRequest &request)
               command::replyTo(settings::GetLight),
               {light.axis, UCHAR(light.number & 0xFF), UCHAR(light.number >> 8 & 0xFF)},
               3});
+    if (lightDue.isForever())
+        lightDue = QDeadlineTimer(ScanWatch::PatienceMs + watch.backlogMs());
     send(request.encode());
+}
+
+void LightSet_dlg::requestScan(UCHAR axis)
+{
+    news.ask({command::Scan, command::replyTo(axis), {0, 0}, 2});
+    watch.asked(axis, pages(axis));
+    send(command::request(command::Scan, axis));
 }
 
 void LightSet_dlg::send(Frame frame)
@@ -324,18 +358,9 @@ void LightSet_dlg::send(Frame frame)
     emit Write03(frame.data());
 }
 
-std::optional<Light> LightSet_dlg::chosenLight() const
+test_win *LightSet_dlg::signalTest() const
 {
-    bool isNumber = false;
-    const int number = ui->LightNum->text().toInt(&isNumber);
-    const QString direction = ui->LightDir->text();
-    if (!isNumber || number < 0)
-        return {};
-    if (direction.compare("X"_L1, Qt::CaseInsensitive) == 0 && number < plot.lights(Axis::X))
-        return Light{Axis::X, number};
-    if (direction.compare("Y"_L1, Qt::CaseInsensitive) == 0 && number < plot.lights(Axis::Y))
-        return Light{Axis::Y, number};
-    return {};
+    return parentWidget() ? parentWidget()->findChild<test_win *>() : nullptr;
 }
 
 // The picture is drawn for the screen that the window is on by now.

@@ -1,9 +1,14 @@
 #pragma once
 
 #include "device/reportnews.h"
+#include "lightcontrol.h"
 #include "lightplot.h"
+#include "scanwatch.h"
 
+#include <QBasicTimer>
+#include <QDeadlineTimer>
 #include <QDialog>
+#include <QPointer>
 #include <QRect>
 
 #include <memory>
@@ -12,12 +17,16 @@
 namespace Ui {
 class LightSet_dlg;
 }
+class QLineEdit;
 class QTimer;
+class test_win;
 
 // The full-screen window that shows the levels of every light beside the edge of the frame that
 // the lights stand in, and sets one light's gain, switches it off or on, and sets the ADC lines.
 //
-// While it is shown it asks the device in turns for the chosen light, the Y scan and the X scan.
+// While it is shown it asks the device in turns for the chosen light, the Y scan and the X scan,
+// and a signal test beside it stands aside. Before the user chooses a light, the one that the
+// device speaks of is shown; afterwards that choice holds.
 class LightSet_dlg : public QDialog
 {
     Q_OBJECT
@@ -48,29 +57,62 @@ protected:
     void changeEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void GetADCData();
     void SendADCData();
     void SendSetLightData();
-    void requestScan(UCHAR axis);
+    void askForSettings();
     void askAbout(const command::LightRequest &request);
+    void requestScan(UCHAR axis);
     void send(Frame frame);
+
     void takeSettings(const command::AdcReport &report);
-    void showLight(const command::LightReport &report);
+    void takeLight(command::LightReport report);
+    void takePage(const command::ScanPage &page);
+    int pages(UCHAR axis) const;
+    // What the fields say; nothing, with the field shown, if they make no sense.
+    std::optional<command::AdcLines> typedLines();
+    void refuse(QLineEdit *field, const QString &words);
+
+    static command::LightName nameOf(const LightPlot::Light &light);
     void setChosen(const LightPlot::Light &light);
-    // What LightDir and LightNum name, if the device has such a light.
+    void onChosen();
+    // What LightDir and LightNum name.
+    std::optional<LightPlot::Light> namedLight() const;
+    // The same if the device has such a light.
     std::optional<LightPlot::Light> chosenLight() const;
+    void step(int by);
+    void updateLight();
+    void updateNotice();
+    QString lightNotice() const;
+    test_win *signalTest() const;
     void followScreen();
 
     std::unique_ptr<Ui::LightSet_dlg> ui;
     LightPlot plot;
+    LightControl control;
     ReportNews news;
-    int TimerStop = 0;    // ticks still to let pass without a request
-    int TimerStep = 0;    // 0 the chosen light, 1 the Y scan, 2 the X scan
-    bool Ready = false;   // the first request after the showing is due: there is something to paint
-    bool unasked = false; // the user has chosen a light that the device was not asked about yet
-    QTimer *timer;        // child
-    QRect drawnFor;       // the screen in Qt's coordinates, and its scaling, as the plot knows them
+    ScanWatch watch;
+    int TimerStop = 0;  // ticks still to let pass without a request
+    int TimerStep = 0;  // 0 the chosen light, 1 the Y scan, 2 the X scan
+    bool Ready = false; // the first request after the showing is due: there is something to paint
+    bool postponed = false;   // a tick waits for the end of a scan
+    bool believing = true;    // pages have this window's layout
+    QDeadlineTimer layoutDue; // to be asked for again
+    bool userChose = false;   // the light
+    bool unasked = false;     // and the device was not asked about it yet
+    QDeadlineTimer lightDue = QDeadlineTimer(QDeadlineTimer::Forever); // for an answer about it
+    std::optional<command::AdcLines> written; // what the device has not said since
+    bool isOther = false;                     // the device said something else instead
+    QString refusal;                          // what is wrong with a field
+    QPointer<QWidget> parked;                 // button that had the keyboard when it was disabled
+    QTimer *timer;                            // child
+    QBasicTimer look;                         // for what is overdue
+    QBasicTimer readBack;
+    QRect drawnFor; // the screen in Qt's coordinates, and its scaling, as the plot knows them
     qreal drawnScale = 0;
 };

@@ -137,7 +137,8 @@ bool SignalLog::store()
     QFile file(LogFile);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         return false;
-    const QByteArray text = CVSstring.toLatin1();
+    // A row that goes on is a line in the file too.
+    const QByteArray text = CVSstring.toLatin1() + (row == Row::None ? "" : "\n");
     const bool written = file.write(text) == text.size() && file.flush();
     unsaved = !written;
     return written;

@@ -1,18 +1,21 @@
 #include "test_win.h"
 
 #include "message.h"
+#include "notice.h"
 #include "ui_test_win.h"
+#include "wholenumber.h"
 
 #include <QAction>
 #include <QContextMenuEvent>
-#include <QIntValidator>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
 #include <QShortcut>
 #include <QTimer>
+#include <QTimerEvent>
 
 #include <algorithm>
-#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 namespace scan = command::scan;
@@ -20,27 +23,16 @@ namespace scan = command::scan;
 namespace {
 
 constexpr QPoint PlotCorner(25, 25);
-constexpr int CurveWidth = 870;
 constexpr int UnitsPerLevel = 4; // of the one-byte levels
-
-// Thresholds of the progress counters.
-constexpr int UnderTest = 1;
-constexpr int ForRipple = 3;
-constexpr int Saturated = 5;
-
 constexpr int LargestLimit = SignalPlot::FullScale;
 constexpr int LargestInterval = 9999;
 constexpr int LargestAgc = 255;
+constexpr int LookMs = 200;
 
 const QString DefaultUpper = u"1000"_s;
 const QString DefaultLower = u"650"_s;
 const QString DefaultInterval = u"1"_s;
 const QString DefaultAgc = u"255"_s;
-
-int pagesOf(int lights)
-{
-    return std::max(1, (lights + scan::LevelsPerPage - 1) / scan::LevelsPerPage);
-}
 
 } // namespace
 
@@ -53,10 +45,11 @@ test_win::test_win(QWidget *parent)
     , log(this)
 {
     ui->setupUi(this);
-    for (QLineEdit *limit : {ui->Upper_text, ui->Lower_text})
-        limit->setValidator(new QIntValidator(0, LargestLimit, limit));
-    ui->interal_text->setValidator(new QIntValidator(0, LargestInterval, ui->interal_text));
-    ui->AGC_text->setValidator(new QIntValidator(0, LargestAgc, ui->AGC_text));
+    ui->notice->hide();
+    takeWholeNumbers(ui->Upper_text, 0, LargestLimit);
+    takeWholeNumbers(ui->Lower_text, 0, LargestLimit);
+    takeWholeNumbers(ui->interal_text, 0, LargestInterval);
+    takeWholeNumbers(ui->AGC_text, 0, LargestAgc);
     connect(timer, &QTimer::timeout, this, &test_win::ontimer);
 
     logAction->setObjectName(u"logAction"_s);
@@ -65,7 +58,7 @@ test_win::test_win(QWidget *parent)
     menu->addAction(logAction);
     // The key Menu comes as a context menu event; this one does not on every desktop.
     connect(new QShortcut(Qt::SHIFT | Qt::Key_F10, this), &QShortcut::activated, this,
-            [this] { openMenu(mapToGlobal(PlotCorner)); });
+            [this] { menu->popup(mapToGlobal(PlotCorner)); });
 }
 
 test_win::~test_win() = default;
@@ -106,9 +99,16 @@ void test_win::on_ALL_btn_clicked()
 
 void test_win::ontimer()
 {
+    postponed = watch.isArriving();
+    if (postponed) {
+        timer->setInterval(ScanWatch::ReportMs);
+        return;
+    }
+    if (!believing && countsDue.hasExpired())
+        askForCounts();
     const UCHAR axis = X_finish ? scan::AxisY : scan::AxisX;
-    if (testdata.interal == 0)
-        timer->setInterval(ReportMs * pagesOf(X_finish ? dataY().lights() : dataX().lights()));
+    if (timer->interval() != periodOf(axis))
+        timer->setInterval(periodOf(axis));
     X_finish = !X_finish;
     send(axis);
 }
@@ -117,10 +117,14 @@ void test_win::DoRecv03(UCHAR *RecvBuf)
 {
     const Frame report = command::frameAt(RecvBuf);
     const bool repeated = news.take(report) == ReportNews::News::Repeated;
-    if (const auto counts = command::LightCounts::decode(report))
+    if (isAside)
+        return;
+    if (command::AdcReport::decode(report))
+        believing = false;
+    else if (const auto counts = command::LightCounts::decode(report))
         takeCounts(*counts);
-    else if (const auto page = command::ScanPage::decode(report); page && !repeated)
-        takePage(page->axis == scan::AxisX ? dataX() : dataY(), *page);
+    else if (const auto page = command::ScanPage::decode(report); page && !repeated && believing)
+        takePage(*page);
 }
 
 void test_win::OnLinkEnded()
@@ -130,13 +134,26 @@ void test_win::OnLinkEnded()
     testing = false;
     log.end();
     news.forget();
+    watch.forget();
     testdata.X_total = 0;
     testdata.Y_total = 0;
-    for (const AxisData &axis : {dataX(), dataY()}) {
-        for (const std::span<QPoint> curve : {axis.adc, axis.agc, axis.ripple})
-            std::fill(curve.begin(), curve.end(), QPoint());
-    }
+    picture.forget();
     showPlot();
+    updateNotice();
+}
+
+void test_win::standAside(bool aside)
+{
+    if (isAside == aside)
+        return;
+    isAside = aside;
+    believing = false;
+    watch.forget();
+    if (isAside)
+        timer->stop();
+    else if (testing)
+        ask();
+    updateNotice();
 }
 
 void test_win::paintEvent(QPaintEvent *event)
@@ -144,21 +161,8 @@ void test_win::paintEvent(QPaintEvent *event)
     const QRect background(PlotCorner, SignalPlot::BackgroundSize);
     if (!event->region().intersects(background))
         return;
-    // In between whole ratios what is kept would not fit the pixels: it is drawn larger then and
-    // made smaller.
-    const qreal shown = devicePixelRatioF();
-    const int ratio = qCeil(shown);
-    // Not before they are seen: most users never open this window.
-    if (BGmap.isNull() || BGmap.devicePixelRatio() != ratio)
-        makeMaps(ratio);
     QPainter painter(this);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, shown != ratio);
-    painter.drawPixmap(PlotCorner, BGmap);
-    if (X_enable == 0 && Y_enable == 0)
-        return;
-    if (outdated)
-        drawPicture();
-    painter.drawImage(PlotCorner + SignalPlot::PictureInBackground, mainmap);
+    picture.paint(painter, PlotCorner, this, testdata, X_enable, Y_enable);
 }
 
 void test_win::hideEvent(QHideEvent *event)
@@ -168,64 +172,73 @@ void test_win::hideEvent(QHideEvent *event)
         return; // minimised, or on another workspace
     if (isContinuous())
         stopContinuous();
-    else if (!testing && log.isUnsaved())
+    else if (log.isUnsaved())
         log.writeLog();
 }
 
 void test_win::contextMenuEvent(QContextMenuEvent *event)
 {
-    openMenu(event->globalPos());
+    menu->popup(event->globalPos());
 }
 
-int test_win::AxisData::lights() const
+void test_win::timerEvent(QTimerEvent *event)
 {
-    return std::min(total, int(adc.size()));
+    if (event->timerId() == look.timerId())
+        updateNotice();
+    else
+        QMainWindow::timerEvent(event);
 }
 
-test_win::AxisData test_win::dataX()
-{
-    return {Row::X, XADC_point, XAGC_point, XRIP_point, testdata.X_total, X_enable};
-}
-
-test_win::AxisData test_win::dataY()
-{
-    return {Row::Y, YADC_point, YAGC_point, YRIP_point, testdata.Y_total, Y_enable};
-}
-
-// False when the limits make no sense; no test starts then.
+// False when the fields make no sense; no test starts then.
 bool test_win::takeSettings()
 {
-    const int upper = ui->Upper_text->text().toInt();
-    const int lower = ui->Lower_text->text().toInt();
-    if (upper <= lower) {
+    refusal.clear();
+    const auto upper = read(ui->label, LargestLimit);
+    const auto lower = read(ui->label_2, LargestLimit);
+    const auto interval = read(ui->label_3, LargestInterval);
+    const auto agc = read(ui->label_4, LargestAgc);
+    updateNotice();
+    if (!upper || !lower || !interval || !agc)
+        return false;
+    if (*upper <= *lower) {
         MALVOUTIL::Message::ShowMsg(this, tr("Upper limit value less than lower limit value."));
         ui->Upper_text->setText(DefaultUpper);
         ui->Lower_text->setText(DefaultLower);
         return false;
     }
     log.beginTest();
-    testdata.AGC = ui->AGC_text->text().toInt();
-    testdata.interal = ui->interal_text->text().toInt();
-    testdata.upper = upper;
-    testdata.lower = lower;
+    testdata.AGC = *agc;
+    testdata.interal = *interval;
+    testdata.upper = *upper;
+    testdata.lower = *lower;
     testdata.showADC = ui->ADCche->isChecked();
     testdata.showAGC = ui->AGCche->isChecked();
     testdata.showRip = ui->Ripche->isChecked();
     testdata.X_total = 0;
     testdata.Y_total = 0;
-    testing = true;
     return true;
+}
+
+// An empty field counts as 0. The first one that cannot be read is shown.
+std::optional<int> test_win::read(const QLabel *name, int most)
+{
+    auto *field = qobject_cast<QLineEdit *>(name->buddy());
+    const auto number = field->text().isEmpty() ? 0 : wholeNumber(field->text(), 0, most);
+    if (!number && refusal.isEmpty()) {
+        refusal = tr("%1 enter a whole number from 0 to %2").arg(name->text()).arg(most);
+        field->setFocus();
+        field->selectAll();
+    }
+    return number;
 }
 
 void test_win::startSingle(UCHAR axis)
 {
     if (!takeSettings())
         return;
-    X_enable = axis == scan::AxisX ? UnderTest : 0;
-    Y_enable = axis == scan::AxisY ? UnderTest : 0;
-    showPlot();
-    send(scan::Counts);
-    send(axis);
+    X_enable = axis == scan::AxisX ? SignalPicture::UnderTest : 0;
+    Y_enable = axis == scan::AxisY ? SignalPicture::UnderTest : 0;
+    begin();
 }
 
 void test_win::startContinuous()
@@ -233,29 +246,61 @@ void test_win::startContinuous()
     if (!takeSettings())
         return;
     enableInputs(false);
-    X_enable = UnderTest;
-    Y_enable = UnderTest;
-    showPlot();
-    send(scan::Counts);
-    timer->start(testdata.interal * IntervalUnitMs);
+    X_enable = SignalPicture::UnderTest;
+    Y_enable = SignalPicture::UnderTest;
+    continuous = true;
     ui->ALL_btn->setText(tr("Stop"));
+    begin();
+}
+
+void test_win::begin()
+{
+    testing = true;
+    showPlot();
+    watch.forget();
+    if (!isAside)
+        ask();
+    updateNotice();
+}
+
+void test_win::ask()
+{
+    askForCounts();
+    if (isContinuous())
+        timer->start(testdata.interal * IntervalUnitMs);
+    else
+        send(X_enable != 0 ? scan::AxisX : scan::AxisY);
+}
+
+// This also chooses the layout of pages.
+void test_win::askForCounts()
+{
+    believing = false;
+    countsDue.setRemainingTime(ScanWatch::PatienceMs);
+    send(scan::Counts);
 }
 
 void test_win::stopContinuous()
 {
     enableInputs(true);
     timer->stop();
+    continuous = false;
     X_enable = 0;
     Y_enable = 0;
     ui->ALL_btn->setText(tr("All Test"));
     showPlot();
     testing = false;
     log.end();
+    watch.forget();
+    updateNotice();
 }
 
-bool test_win::isContinuous() const
+// An interval of 0 waits as long as the link takes for the pages it asks for: asking faster brings
+// no more answers, and the window would stand still while requests wait for the writer.
+int test_win::periodOf(UCHAR axis) const
 {
-    return timer->isActive();
+    return testdata.interal == 0 ? ScanWatch::ReportMs * pages(axis)
+                                 : testdata.interal * IntervalUnitMs;
 }
 
 void test_win::enableInputs(bool enabled)
@@ -268,12 +313,15 @@ void test_win::enableInputs(bool enabled)
 
 void test_win::showPlot()
 {
-    outdated = true;
+    picture.change();
     update(QRect(PlotCorner, SignalPlot::BackgroundSize));
 }
 
 void test_win::send(UCHAR sub)
 {
+    watch.asked(sub, sub == scan::Counts ? 1 : pages(sub));
+    if (!look.isActive())
+        look.start(LookMs, this);
     if (sub != scan::Counts) // a scan is news from its first page on
         news.ask({command::Scan, command::replyTo(sub), {0, 0}, 2});
     Frame frame = command::request(command::Scan, sub);
@@ -282,43 +330,46 @@ void test_win::send(UCHAR sub)
 
 void test_win::takeCounts(const command::LightCounts &counts)
 {
+    believing = true;
+    watch.answered(scan::Counts);
     testdata.X_total = counts.x;
     testdata.Y_total = counts.y;
-    outdated = true;
+    picture.change();
     if (testing && !log.isRunning() && logAction->isChecked())
-        log.begin(dataX().lights(), dataY().lights());
+        log.begin(lights(scan::AxisX), lights(scan::AxisY));
+    updateNotice();
 }
 
-void test_win::takePage(const AxisData &axis, const command::ScanPage &page)
+void test_win::takePage(const command::ScanPage &page)
 {
-    const int lights = axis.lights();
-    // Both axes are drawn on the scale of X.
-    if (testdata.X_total == 0 || page.first >= lights)
+    const UCHAR axis = page.axis;
+    if (testdata.X_total == 0 || page.first >= lights(axis))
         return;
-    outdated = true;
-    const int end = std::min(page.first + scan::LevelsPerPage, lights);
+    const auto row = axis == scan::AxisX ? SignalLog::Row::X : SignalLog::Row::Y;
+    const int end = std::min(page.first + scan::LevelsPerPage, lights(axis));
     for (int i = page.first; i < end; ++i) {
         const int level = UnitsPerLevel * page.level(i - page.first);
-        const QPoint point((i + 1) * CurveWidth / testdata.X_total, SignalPlot::row(level));
-        const auto light = size_t(i);
-        const int change = std::abs(point.y() - axis.adc[light].y());
-        axis.ripple[light] = {point.x(), SignalPlot::Size.height() - change};
-        axis.adc[light] = point;
-        axis.agc[light] = {point.x(), 0};
-        if (axis.enable != 0)
-            log.level(axis.axis, i, level);
+        picture.setLevel(axis, i, testdata.X_total, level);
+        if (progress(axis) != 0)
+            log.level(row, i, level);
     }
-    if (end == lights)
+    const bool isLast = end == lights(axis);
+    watch.pageCame(axis, isLast ? pages(axis) : page.first / scan::LevelsPerPage + 1, pages(axis));
+    updateNotice();
+    // What has waited for the end of this scan is due.
+    if (postponed && !watch.isArriving() && isContinuous())
+        timer->setInterval(0);
+    if (isLast)
         completeScan(axis);
 }
 
-void test_win::completeScan(const AxisData &axis)
+void test_win::completeScan(UCHAR axis)
 {
-    const bool underTest = axis.enable != 0;
-    if (underTest && axis.enable < Saturated)
-        ++axis.enable;
+    const bool underTest = progress(axis) != 0;
+    if (underTest && progress(axis) < SignalPicture::Saturated)
+        ++progress(axis);
     // While both axes are under test the picture waits for Y.
-    if (axis.axis == Row::X && Y_enable != 0)
+    if (axis == scan::AxisX && Y_enable != 0)
         return;
     showPlot();
     if (!underTest)
@@ -330,37 +381,14 @@ void test_win::completeScan(const AxisData &axis)
     }
 }
 
-void test_win::makeMaps(int ratio)
+void test_win::updateNotice()
 {
-    BGmap = QPixmap(SignalPlot::BackgroundSize * ratio);
-    BGmap.setDevicePixelRatio(ratio);
-    BGmap.fill(Qt::white);
-    SignalPlot::drawScale(BGmap, font());
-    mainmap = SignalPlot::makePicture(ratio);
-    outdated = true;
-}
-
-void test_win::drawPicture()
-{
-    std::vector<SignalPlot::Curve> curves;
-    const auto add = [&](SignalPlot::Axis axis, const AxisData &shown) {
-        const auto lights = size_t(shown.lights());
-        if (testdata.showADC && shown.enable > UnderTest)
-            curves.push_back({axis, shown.adc.first(lights)});
-        if (testdata.showAGC && shown.enable > UnderTest)
-            curves.push_back({axis, shown.agc.first(lights)});
-        if (testdata.showRip && shown.enable > ForRipple)
-            curves.push_back({axis, shown.ripple.first(lights)});
-    };
-    add(SignalPlot::Axis::X, dataX());
-    add(SignalPlot::Axis::Y, dataY());
-    plot.draw(mainmap, curves, testdata.upper, testdata.lower);
-    outdated = false;
-}
-
-void test_win::openMenu(const QPoint &globalPos)
-{
-    menu->popup(globalPos);
+    if (!watch.isWaiting())
+        look.stop();
+    const bool waits = isAside && testing;
+    showNotice(ui->notice, !refusal.isEmpty() ? refusal
+                           : waits ? tr("The test waits until the light setting is closed")
+                                   : watch.overdue());
 }
 
 void test_win::onLogToggled(bool on)
@@ -368,5 +396,5 @@ void test_win::onLogToggled(bool on)
     if (!on)
         log.end();
     else if (testing && testdata.X_total != 0)
-        log.begin(dataX().lights(), dataY().lights());
+        log.begin(lights(scan::AxisX), lights(scan::AxisY));
 }

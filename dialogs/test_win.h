@@ -2,41 +2,43 @@
 
 #include "device/records.h"
 #include "device/reportnews.h"
+#include "scanwatch.h"
 #include "signallog.h"
-#include "signalplot.h"
+#include "signalpicture.h"
 
+#include <QBasicTimer>
+#include <QDeadlineTimer>
 #include <QMainWindow>
-#include <QPixmap>
 
-#include <array>
 #include <memory>
-#include <span>
+#include <optional>
 
 namespace Ui {
 class test_win;
 }
 class QAction;
+class QLabel;
 class QMenu;
 class QTimer;
 
 // Shows the signal level of every light of both axes as curves between two limits, for one scan
 // or, until it is stopped, for one scan after the other.
 //
-// A scan comes in pages; those that the link only hands over again are left out. Pages are ignored
-// as long as the device has not told the light counts. The levels of a test can be logged.
+// A scan comes in pages; those that the link only hands over again are left out, and so are those
+// of the light screen's layout: pages count once the light counts have been told after this
+// window's own question, until somebody reads the ADC settings. The levels of a test can be logged.
 class test_win : public QMainWindow
 {
     Q_OBJECT
 public:
     // The continuous test's period for each unit of the field "Interval (s):".
     static constexpr int IntervalUnitMs = 150;
-    // How long the link takes to bring one report, with some room. An interval of 0 waits so long
-    // for each page of the scan it has asked for: asking faster brings no more answers, and the
-    // window would stand still while requests wait for the writer.
-    static constexpr int ReportMs = 70;
-
     explicit test_win(QWidget *parent = nullptr);
     ~test_win() override;
+
+    // The light screen needs the frame for itself while it is shown: nothing is asked and nothing
+    // taken meanwhile. A test that runs then goes on.
+    void standAside(bool aside);
 
 signals:
     void Write03(UCHAR *WriteBuf);
@@ -56,38 +58,37 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
 
 private:
-    using Row = SignalLog::Row;
-    // What the pages of one axis go into.
-    struct AxisData
+    // Lights of an axis that there is room for.
+    int lights(UCHAR axis) const
     {
-        Row axis;
-        std::span<QPoint> adc;
-        std::span<QPoint> agc;
-        std::span<QPoint> ripple;
-        qint32 total;   // lights
-        qint32 &enable; // progress
-
-        int lights() const; // that there is room for
-    };
-
-    AxisData dataX();
-    AxisData dataY();
+        const bool isX = axis == command::scan::AxisX;
+        return SignalPicture::room(axis, isX ? testdata.X_total : testdata.Y_total);
+    }
+    int pages(UCHAR axis) const
+    {
+        return ScanWatch::pagesOf(lights(axis), command::scan::LevelsPerPage);
+    }
+    qint32 &progress(UCHAR axis) { return axis == command::scan::AxisX ? X_enable : Y_enable; }
     bool takeSettings();
+    std::optional<int> read(const QLabel *name, int most);
+    void begin();
+    void ask();
+    void askForCounts();
+    int periodOf(UCHAR axis) const;
     void startSingle(UCHAR axis);
     void startContinuous();
     void stopContinuous();
-    bool isContinuous() const;
+    bool isContinuous() const { return continuous; }
     void enableInputs(bool enabled);
     void showPlot();
     void send(UCHAR sub);
     void takeCounts(const command::LightCounts &counts);
-    void takePage(const AxisData &axis, const command::ScanPage &page);
-    void completeScan(const AxisData &axis);
-    void makeMaps(int ratio);
-    void drawPicture();
-    void openMenu(const QPoint &globalPos);
+    void takePage(const command::ScanPage &page);
+    void completeScan(UCHAR axis);
+    void updateNotice();
 
     void onLogToggled(bool on);
 
@@ -96,23 +97,21 @@ private:
     qint32 X_enable = 0;   // 0: not under test; else 1 more than complete scans, up to 5
     qint32 Y_enable = 0;
     TEST_DATA testdata;
-    // Pixels of the picture, by light.
-    std::array<QPoint, command::MaxLightsX> XADC_point;
-    std::array<QPoint, command::MaxLightsY> YADC_point;
-    std::array<QPoint, command::MaxLightsX> XAGC_point;
-    std::array<QPoint, command::MaxLightsY> YAGC_point;
-    std::array<QPoint, command::MaxLightsX> XRIP_point;
-    std::array<QPoint, command::MaxLightsY> YRIP_point;
     ReportNews news;
+    ScanWatch watch;
+    bool believing = false;   // pages have this window's layout
+    QDeadlineTimer countsDue; // to be asked for again
+    bool isAside = false;     // the light screen has the frame
+    bool postponed = false;   // a tick waits for the end of a scan
+    QString refusal;          // what is wrong with a field
+    QBasicTimer look;         // for what is overdue, while something is
 
-    SignalPlot plot;
-    QPixmap BGmap;        // the scale
-    QImage mainmap;       // the picture
-    bool outdated = true; // mainmap does not show what the members above say
-    QTimer *timer;        // child
+    SignalPicture picture;
+    QTimer *timer; // child
 
     QAction *logAction; // child
     QMenu *menu;        // child
     SignalLog log;
-    bool testing = false; // a test runs whose end has not come
+    bool testing = false;    // a test runs whose end has not come
+    bool continuous = false; // until it is stopped
 };

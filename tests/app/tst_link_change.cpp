@@ -389,6 +389,29 @@ private slots:
         QTRY_VERIFY(status->toolTip().contains(u" is gone. "_s));
     }
 
+    void a_calibration_that_ends_by_itself_says_why()
+    {
+        const auto *status = child<QLabel>("stalab");
+        plug();
+        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        for (int tick = 0; tick < 60; ++tick)
+            calibrationScreen()->ontimer();
+        QVERIFY(!calibrationScreen()->isVisible());
+        QVERIFY2(status->toolTip().startsWith(u"The calibration ended because no target"_s),
+                 qPrintable(status->toolTip()));
+        QCOMPARE(status->accessibleDescription(), status->toolTip());
+        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        QVERIFY(!status->toolTip().contains(u"calibration"_s));
+        unplug();
+        QVERIFY2(status->toolTip().startsWith(
+                     u"The calibration ended because the touch frame was lost."_s),
+                 qPrintable(status->toolTip()));
+        plug();
+        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        QTest::keyClick(calibrationScreen(), Qt::Key_Escape);
+        QCOMPARE(status->toolTip(), u"Linked by USB, at /dev/usb/fake."_s);
+    }
+
     // Minimised windows
 
     void a_minimised_window_comes_back_data()

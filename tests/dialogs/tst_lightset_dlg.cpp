@@ -1,7 +1,9 @@
 #include "dialogs/lightset_dlg.h"
+#include "dialogs/test_win.h"
 #include "tests/support/plainlights.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -35,6 +37,9 @@ QByteArray whole(const char *beginning)
 const QByteArray ReadAdc = whole("00 A2 05");
 const QByteArray ScanX = whole("00 A5 01");
 const QByteArray ScanY = whole("00 A5 02");
+
+const char *const SixFields[] = {"MinADC",     "MaxADC",       "MinEdgeADC",
+                                 "MaxEdgeADC", "ADCThreshold", "EdgeADCThreshold"};
 
 QString hex(const char *digits)
 {
@@ -143,6 +148,17 @@ private:
     void answerLight() const
     {
         report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0x8C, 0x0F, 0x34, 0x0F, 0});
+    }
+    // The same light with another offset.
+    void answerOffset(int offset) const
+    {
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, UCHAR(offset), 50, 0x8C, 0x0F, 0x34,
+                0x0F, 0});
+    }
+    QString notice() const
+    {
+        const auto *label = child<QLabel>("notice");
+        return label->isVisible() ? label->text() : QString();
     }
     void release(QPoint at) const { QTest::mouseClick(screen.get(), Qt::LeftButton, {}, at); }
 
@@ -407,8 +423,9 @@ private slots:
         showWithLights();
         tick(2);
         QCOMPARE(sent(), QByteArrayList({ScanY}));
+        press("ADCDefBtn");
         press("ADCSetBtn");
-        sent();
+        QCOMPARE(sent().size(), 1);
         tick(10);
         QCOMPARE(sent(), QByteArrayList());
         tick(2);
@@ -536,40 +553,113 @@ private slots:
                  QByteArrayList({whole("00 A2 04 0C 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02")}));
     }
 
-    void typed_settings_are_cut_to_sixteen_bits_data()
+    void the_largest_settings_are_sent()
+    {
+        show();
+        for (const char *name : SixFields)
+            type(name, "65535");
+        press("ADCSetBtn");
+        QCOMPARE(sent(),
+                 QByteArrayList({whole("00 A2 04 0C 00 FF FF FF FF FF FF FF FF FF FF FF FF")}));
+        QCOMPARE(notice(), QString());
+        for (const char *name : SixFields)
+            type(name, "0");
+        press("ADCSetBtn");
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 04 0C")}));
+    }
+
+    void settings_that_are_no_numbers_of_sixteen_bits_are_not_sent_data()
     {
         QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("bytes");
-        QTest::newRow("nothing") << QString() << hex("00 00");
-        QTest::newRow("letters") << u"abc"_s << hex("00 00");
-        QTest::newRow("a number and letters") << u"12a"_s << hex("00 00");
-        QTest::newRow("a fraction") << u"1.5"_s << hex("00 00");
-        QTest::newRow("more than an integer holds") << u"99999999999"_s << hex("00 00");
-        QTest::newRow("one") << u"1"_s << hex("01 00");
-        QTest::newRow("two bytes") << u"4660"_s << hex("34 12");
-        QTest::newRow("the largest") << u"65535"_s << hex("FF FF");
-        QTest::newRow("one more") << u"65536"_s << hex("00 00");
-        QTest::newRow("seventeen bits") << u"70000"_s << hex("70 11");
-        // The high byte is a quotient, and -1 / 256 is 0.
-        QTest::newRow("negative") << u"-1"_s << hex("FF 00");
-        QTest::newRow("more negative") << u"-257"_s << hex("FF FF");
+        QTest::newRow("nothing") << QString();
+        QTest::newRow("letters") << u"abc"_s;
+        QTest::newRow("a number and letters") << u"12a"_s;
+        QTest::newRow("a fraction") << u"1.5"_s;
+        QTest::newRow("digits in groups") << u"1,000"_s;
+        QTest::newRow("other digits") << u"\u0661\u0660"_s;
+        QTest::newRow("more than an integer holds") << u"99999999999"_s;
+        QTest::newRow("one more than the largest") << u"65536"_s;
+        QTest::newRow("negative") << u"-1"_s;
     }
-    void typed_settings_are_cut_to_sixteen_bits()
+    void settings_that_are_no_numbers_of_sixteen_bits_are_not_sent()
     {
         QFETCH(const QString, typed);
-        QFETCH(const QString, bytes);
         show();
-        const char *fields[] = {"MinADC",     "MaxADC",       "MinEdgeADC",
-                                "MaxEdgeADC", "ADCThreshold", "EdgeADCThreshold"};
-        for (int chosen = 0; chosen < 6; ++chosen) {
-            QString expected = u"00 A2 04 0C 00"_s;
-            for (int i = 0; i < 6; ++i) {
-                type(fields[i], i == chosen ? typed.toLatin1().constData() : "2");
-                expected += u" "_s + (i == chosen ? bytes : u"02 00"_s);
-            }
+        for (const char *chosen : SixFields) {
+            press("ADCDefBtn");
+            child(chosen)->clear();
+            child(chosen)->insert(typed);
             press("ADCSetBtn");
-            QCOMPARE(sent(), QByteArrayList({whole(expected.toLatin1().constData())}));
+            QCOMPARE(sent(), QByteArrayList());
+            QVERIFY2(screen->focusWidget() == child(chosen), chosen);
+            QCOMPARE(child(chosen)->selectedText(), typed);
+            QCOMPARE(notice(),
+                     child(chosen)->accessibleName() + u": enter a whole number from 0 to 65535"_s);
         }
+        press("ADCDefBtn");
+        press("ADCSetBtn");
+        QCOMPARE(sent().size(), 1);
+        QCOMPARE(notice(), QString());
+    }
+
+    void a_smallest_value_above_the_largest_is_not_sent()
+    {
+        show();
+        press("ADCDefBtn");
+        type("MinADC", "4001");
+        press("ADCSetBtn");
+        QCOMPARE(sent(), QByteArrayList());
+        QCOMPARE(screen->focusWidget(), child("MinADC"));
+        QCOMPARE(child("MinADC")->selectedText(), u"4001"_s);
+        QCOMPARE(notice(), u"The smallest ADC value is above the largest"_s);
+        type("MinADC", "4000");
+        type("MinEdgeADC", "3201");
+        press("ADCSetBtn");
+        QCOMPARE(sent(), QByteArrayList());
+        QCOMPARE(screen->focusWidget(), child("MinEdgeADC"));
+        QCOMPARE(notice(), u"The smallest ADC value at the edges is above the largest"_s);
+        type("MinEdgeADC", "3200");
+        press("ADCSetBtn");
+        QCOMPARE(sent(),
+                 QByteArrayList({whole("00 A2 04 0C 00 A0 0F A0 0F 80 0C 80 0C E8 03 58 02")}));
+    }
+
+    void what_the_frame_makes_of_settings_is_read_and_shown()
+    {
+        show();
+        press("ADCDefBtn");
+        press("ADCSetBtn");
+        sent();
+        QTRY_VERIFY(!frames.isEmpty());
+        QCOMPARE(sent(), QByteArrayList({ReadAdc}));
+        // The frame has kept another smallest value: 3801.
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD9, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        QCOMPARE(text("MinADC"), u"3801"_s);
+        QCOMPARE(notice(), u"The touch frame has set other values"_s);
+        press("ADCSetBtn");
+        QTRY_COMPARE(frames.size(), 2);
+        QCOMPARE(sent().last(), ReadAdc);
+        // The same report is an answer again.
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD9, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        QCOMPARE(text("MinADC"), u"3801"_s);
+        QCOMPARE(notice(), QString());
+    }
+
+    void a_setting_that_is_being_typed_is_left_alone()
+    {
+        show();
+        type("MinADC", "37");
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        QCOMPARE(text("MinADC"), u"37"_s);
+        QCOMPARE(text("MaxADC"), u"4000"_s);
+        screen->hide();
+        show();
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD7, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        QCOMPARE(text("MinADC"), u"3799"_s);
     }
 
     // One light
@@ -677,11 +767,109 @@ private slots:
         QVERIFY(!button("LightAddBtn")->isEnabled());
         QVERIFY(!button("LightDecBtn")->isEnabled());
         QVERIFY(button("LightChooseBtn_2")->isEnabled());
-        press("LightAddBtn");
-        QCOMPARE(sent(), QByteArrayList());
-        answerLight();
+        answerOffset(-4);
         QVERIFY(button("LightAddBtn")->isEnabled());
         QVERIFY(button("LightDecBtn")->isEnabled());
+    }
+
+    void presses_while_a_step_is_unanswered_add_up()
+    {
+        showWithLights();
+        answerLight();
+        for (int i = 0; i < 4; ++i)
+            press("LightAddBtn");
+        press("LightDecBtn");
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FC")}));
+        QCOMPARE(text("LightAGCSet"), u"-2"_s);
+        answerOffset(-4);
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FE")}));
+        QCOMPARE(text("LightAGCSet"), u"-2"_s);
+        QVERIFY(!button("LightAddBtn")->isEnabled());
+        answerOffset(-2);
+        QCOMPARE(sent(), QByteArrayList());
+        QVERIFY(button("LightAddBtn")->isEnabled());
+    }
+
+    void presses_of_a_key_add_up_too()
+    {
+        showWithLights();
+        answerLight();
+        button("LightDecBtn")->setFocus();
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(screen->focusWidget(), Qt::Key_Space);
+        QCOMPARE(text("LightAGCSet"), u"-8"_s);
+        QCOMPARE(text("MinADC"), QString());
+        answerOffset(-6);
+        answerOffset(-8);
+        QCOMPARE(screen->focusWidget(), button("LightDecBtn"));
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FA"),
+                                         whole("00 A2 06 04 00 01 0A 00 F8")}));
+    }
+
+    void steps_that_add_up_stop_at_the_bounds_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<QByteArray>("pressed");
+        QTest::addColumn<QString>("end");
+        QTest::newRow("50") << 20 << QByteArray("LightAddBtn") << u"50"_s;
+        QTest::newRow("-AGC") << -20 << QByteArray("LightDecBtn") << u"-50"_s;
+    }
+    void steps_that_add_up_stop_at_the_bounds()
+    {
+        QFETCH(const int, from);
+        QFETCH(const QByteArray, pressed);
+        QFETCH(const QString, end);
+        showWithLights();
+        answerOffset(from);
+        for (int i = 0; i < 60; ++i)
+            press(pressed.constData());
+        QCOMPARE(text("LightAGCSet"), end);
+    }
+
+    void an_answer_from_before_the_step_does_not_count()
+    {
+        showWithLights();
+        answerLight();
+        tick();
+        press("LightAddBtn");
+        sent();
+        answerLight(); // the link repeats it
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0x8E, 0x0F, 0x34, 0x0F, 0});
+        QVERIFY(!button("LightAddBtn")->isEnabled());
+        QCOMPARE(text("LightAGCSet"), u"-4"_s);
+        QCOMPARE(text("LightADC"), u"3980"_s);
+        QCOMPARE(sent(), QByteArrayList());
+        answerOffset(-4);
+        QVERIFY(button("LightAddBtn")->isEnabled());
+    }
+
+    void what_the_frame_makes_of_a_step_instead_is_believed_in_the_end()
+    {
+        showWithLights();
+        answerLight();
+        press("LightAddBtn");
+        QTest::qWait(8100);
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0x8E, 0x0F, 0x34, 0x0F, 0});
+        QVERIFY(button("LightAddBtn")->isEnabled());
+        QCOMPARE(text("LightAGCSet"), u"-5"_s);
+        sent();
+        press("LightAddBtn");
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FC")}));
+    }
+
+    void an_answer_that_does_not_come_is_told_of()
+    {
+        showWithLights();
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerLight();
+        press("LightAddBtn");
+        QElapsedTimer time;
+        time.start();
+        QTRY_COMPARE(notice(), u"No answer about light X 10"_s);
+        QVERIFY(time.elapsed() >= 1900);
+        answerOffset(-4);
+        QCOMPARE(notice(), QString());
     }
 
     void minus_from_minus_5_sends_minus_6_and_waits_for_the_reply()
@@ -737,6 +925,7 @@ private slots:
         showWithLights();
         for (const auto &[name, byte] :
              {std::pair("LightAddBtn", afterPlus), std::pair("LightDecBtn", afterMinus)}) {
+            screen->OnLinkEnded();
             report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, UCHAR(offset), UCHAR(agc)});
             press(name);
             if (byte.isEmpty()) {
@@ -794,39 +983,37 @@ private slots:
     {
         QTest::addColumn<QString>("axis");
         QTest::addColumn<QString>("number");
-        QTest::addColumn<QString>("named"); // bytes 5 to 7 of read and switch; empty: none is sent
-        QTest::addColumn<QString>("stepped"); // bytes 5 to 7 of a step
+        QTest::addColumn<QString>("named"); // bytes 5 to 7; empty: nothing is sent
         const auto row = [](const char *name, const char *axis, const char *number,
-                            const char *named, const char *stepped) {
-            QTest::newRow(name) << hex(axis) << hex(number) << hex(named) << hex(stepped);
+                            const char *named) {
+            QTest::newRow(name) << hex(axis) << hex(number) << hex(named);
         };
-        row("X", "X", "0", "01 00 00", "01 00 00");
-        row("Y", "Y", "0", "02 00 00", "02 00 00");
-        // Steps take every axis but "X" for Y.
-        row("lower-case x", "x", "95", "01 5F 00", "02 5F 00");
-        row("lower-case y", "y", "53", "02 35 00", "02 35 00");
-        row("last X", "X", "95", "01 5F 00", "01 5F 00");
-        row("behind the last X", "X", "96", "", "01 60 00");
-        row("last Y", "Y", "53", "02 35 00", "02 35 00");
-        row("behind the last Y", "Y", "54", "", "02 36 00");
-        row("negative", "X", "-1", "", "01 FF 00");
-        row("no number", "X", "", "", "01 00 00");
-        row("letters", "X", "abc", "", "01 00 00");
-        row("a number and letters", "X", "1b", "", "01 00 00");
-        row("a fraction", "Y", "1.0", "", "02 00 00");
-        row("too large a number", "Y", "99999999999", "", "02 00 00");
-        row("spaces around", "X", " 7 ", "01 07 00", "01 07 00");
-        row("no axis", "", "7", "", "02 07 00");
-        row("another axis", "Z", "7", "", "02 07 00");
-        row("two axes", "XY", "7", "", "02 07 00");
-        row("a space behind", "X ", "7", "", "02 07 00");
+        row("X", "X", "0", "01 00 00");
+        row("Y", "Y", "0", "02 00 00");
+        row("lower-case x", "x", "95", "01 5F 00");
+        row("lower-case y", "y", "53", "02 35 00");
+        row("last X", "X", "95", "01 5F 00");
+        row("behind the last X", "X", "96", "");
+        row("last Y", "Y", "53", "02 35 00");
+        row("behind the last Y", "Y", "54", "");
+        row("negative", "X", "-1", "");
+        row("no number", "X", " ", "");
+        row("letters", "X", "abc", "");
+        row("a number and letters", "X", "1b", "");
+        row("a fraction", "Y", "1.0", "");
+        row("digits in groups", "X", "1,0", "");
+        row("too large a number", "Y", "99999999999", "");
+        row("spaces around", "X", " 7 ", "01 07 00");
+        row("no axis", " ", "7", "");
+        row("another axis", "Z", "7", "");
+        row("two axes", "XY", "7", "");
+        row("a space behind", "X ", "7", "");
     }
     void what_is_typed_as_a_light()
     {
         QFETCH(const QString, axis);
         QFETCH(const QString, number);
         QFETCH(const QString, named);
-        QFETCH(const QString, stepped);
         showWithLights();
         answerLight();
         type("LightDir", axis.toLatin1());
@@ -834,18 +1021,93 @@ private slots:
         const auto frame = [](const char *command, const QString &bytes, const char *last) {
             return whole((hex(command) + bytes + hex(last)).toLatin1());
         };
-        press("LightAddBtn");
-        QCOMPARE(sent(), QByteArrayList({frame("00 A2 06 04 00 ", stepped, " FC")}));
+        // Neither the light before nor one that the frame has not spoken of.
+        for (const char *name : {"LightAddBtn", "LightDecBtn", "LightChooseBtn_2"}) {
+            QVERIFY(!button(name)->isEnabled());
+            press(name);
+        }
+        QCOMPARE(sent(), QByteArrayList());
         tick();
         QCOMPARE(sent(), named.isEmpty() ? QByteArrayList()
                                          : QByteArrayList({frame("00 A2 07 03 00 ", named, "")}));
-        press("LightChooseBtn_2");
-        QCOMPARE(sent(), named.isEmpty()
-                             ? QByteArrayList()
-                             : QByteArrayList({frame("00 A2 08 04 00 ", named, " 01")}));
-        QVERIFY(!button("LightChooseBtn_2")->isEnabled());
         QCOMPARE(text("LightDir"), axis);
         QCOMPARE(text("LightNum"), number);
+        if (named.isEmpty())
+            return;
+        const QByteArray light = QByteArray::fromHex(named.toLatin1());
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, UCHAR(light[0]), UCHAR(light[1]), 0, 0x02, 60});
+        press("LightAddBtn");
+        press("LightChooseBtn_2");
+        QCOMPARE(sent(), QByteArrayList({frame("00 A2 06 04 00 ", named, " 03"),
+                                         frame("00 A2 08 04 00 ", named, " 01")}));
+    }
+
+    void a_light_that_the_frame_does_not_have_is_told_of()
+    {
+        showWithLights();
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        type("LightDir", "X");
+        type("LightNum", "96");
+        QCOMPARE(notice(), u"The touch frame has no such light"_s);
+        type("LightNum", "95");
+        QCOMPARE(notice(), QString());
+    }
+
+    void a_number_that_is_typed_over_another_is_that_number()
+    {
+        showWithLights();
+        type("LightDir", "X");
+        type("LightNum", "7");
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 7, 0, 0x00, 50, 0x8C, 0x0F});
+        child("LightNum")->selectAll();
+        // The poll goes on meanwhile.
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 7, 0, 0x00, 50, 0x8D, 0x0F});
+        QCOMPARE(text("LightADC"), u"3981"_s);
+        QTest::keyClicks(child("LightNum"), u"3"_s);
+        QCOMPARE(text("LightNum"), u"3"_s);
+        sent();
+        tick();
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 07 03 00 01 03 00")}));
+    }
+
+    void before_a_choice_the_frame_s_light_keeps_a_selection_too()
+    {
+        showWithLights();
+        answerLight();
+        child("LightNum")->setFocus();
+        child("LightNum")->selectAll();
+        answerOffset(3);
+        QTest::keyClicks(child("LightNum"), u"5"_s);
+        QCOMPARE(text("LightNum"), u"5"_s);
+    }
+
+    void an_axis_that_is_being_typed_is_left_alone()
+    {
+        showWithLights();
+        type("LightNum", "10");
+        child("LightDir")->setFocus();
+        type("LightDir", "x");
+        answerLight();
+        QCOMPARE(text("LightADC"), u"3980"_s);
+        QCOMPARE(text("LightDir"), u"x"_s);
+        child("LightNum")->setFocus();
+        answerOffset(-3);
+        QCOMPARE(text("LightDir"), u"X"_s);
+        QCOMPARE(text("LightNum"), u"10"_s);
+    }
+
+    void a_switch_waits_for_its_own_answer()
+    {
+        showWithLights();
+        answerLight();
+        press("LightChooseBtn_2");
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0x8E, 0x0F, 0x34, 0x0F, 0});
+        QVERIFY(!button("LightChooseBtn_2")->isEnabled());
+        QCOMPARE(button("LightChooseBtn_2")->text(), u"Disable"_s);
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0, 0, 0x34, 0x0F, 1});
+        QVERIFY(button("LightChooseBtn_2")->isEnabled());
+        QCOMPARE(button("LightChooseBtn_2")->text(), u"Enable"_s);
     }
 
     void without_counts_no_light_is_read_and_none_switched()
@@ -881,6 +1143,41 @@ private slots:
         QTest::keyClicks(child("LightNum"), u"1"_s);
         QCOMPARE(text("LightNum"), u"31"_s);
         QCOMPARE(text("LightADC"), u"16"_s);
+    }
+
+    // Beside a signal test
+
+    void pages_of_the_signal_test_are_not_taken()
+    {
+        QWidget parent;
+        test_win test(&parent);
+        LightSet_dlg lights(&parent);
+        const auto take = [&lights](std::initializer_list<UCHAR> bytes) {
+            UCHAR buffer[64] = {};
+            std::copy(bytes.begin(), bytes.end(), buffer);
+            lights.DoRecv03(buffer);
+        };
+        lights.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&lights));
+        QTRY_COMPARE(lights.size(), QSize(W, H));
+        lights.findChild<QTimer *>()->stop();
+        for (int i = 0; i < 6; ++i)
+            lights.ontimer();
+        // What it has asked for comes after all: one byte a light.
+        take({0xFC, 0xA5, 0x80, 0x00, 0x00, 2, 0, 2, 0});
+        take({0xFC, 0xA5, 0x81, 0x00, 0x00, 0, 0, 200, 210});
+        take({0xFC, 0xA5, 0x82, 0x00, 0x00, 0, 0, 200, 210});
+        take({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+              0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 2,    0,    2,    0});
+        const PlainLights none{W, H, 2, 2, {{0, 0}, {0, 0}}, {{0, 0}, {0, 0}}};
+        QCOMPARE(withoutPanel(lights.grab().toImage()), withoutPanel(none.picture()));
+        take({0xFC, 0xA5, 0x81, 0x00, 0x00, 0, 0, 200, 20, 100, 30});
+        const PlainLights some{W, H, 2, 2, {{200, 20}, {100, 30}}, {{0, 0}, {0, 0}}};
+        QCOMPARE(withoutPanel(lights.grab().toImage()), withoutPanel(some.picture()));
+        // Somebody has asked for the other layout since.
+        take({0xFC, 0xA5, 0x80, 0x00, 0x00, 2, 0, 2, 0});
+        take({0xFC, 0xA5, 0x81, 0x00, 0x00, 0, 0, 90, 80, 70, 60});
+        QCOMPARE(withoutPanel(lights.grab().toImage()), withoutPanel(some.picture()));
     }
 
     // The end of a link

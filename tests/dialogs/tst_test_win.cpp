@@ -7,6 +7,7 @@
 #include <QContextMenuEvent>
 #include <QDateTime>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QGroupBox>
 #include <QLabel>
@@ -1221,6 +1222,172 @@ private slots:
         compare({{Axis::Y, Y1Points}});
     }
 
+    // A scan that is still coming
+
+    void a_scan_that_comes_is_waited_for()
+    {
+        startContinuous();
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x78, 0x00, 0x02, 0x00}); // 120 and 2
+        tick();
+        QCOMPARE(sent.last(), AskX);
+        sent.clear();
+        deliver(page(0x81, 0, 100));
+        tick();
+        QCOMPARE(sent, QList<QByteArray>());
+        deliver(page(0x81, 55, 100));
+        tick();
+        QCOMPARE(sent, QList<QByteArray>());
+        deliver(page(0x81, 110, 100));
+        // Its turn has waited long enough.
+        QTRY_COMPARE(sent, QList<QByteArray>({AskY}));
+        QCOMPARE(timer()->interval(), 9999 * 150);
+    }
+
+    void a_scan_that_stops_coming_is_waited_for_three_report_times()
+    {
+        startContinuous();
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x78, 0x00, 0x02, 0x00}); // 120 and 2
+        tick();
+        sent.clear();
+        deliver(page(0x81, 0, 100));
+        QElapsedTimer time;
+        time.start();
+        tick();
+        QCOMPARE(sent, QList<QByteArray>());
+        QTRY_COMPARE(sent, QList<QByteArray>({AskY}));
+        QVERIFY(time.elapsed() >= 200 && time.elapsed() < 1000);
+    }
+
+    void a_page_that_is_repeated_is_no_sign_of_a_scan_that_comes()
+    {
+        startContinuous();
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x78, 0x00, 0x02, 0x00}); // 120 and 2
+        tick();
+        deliver(page(0x81, 0, 100));
+        for (int i = 0; i < 4; ++i) {
+            QTest::qWait(70);
+            deliver(page(0x81, 0, 100));
+        }
+        sent.clear();
+        tick();
+        QCOMPARE(sent, QList<QByteArray>({AskY}));
+    }
+
+    void without_an_answer_every_tick_asks()
+    {
+        startContinuous();
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0xF4, 0x01, 0x5E, 0x01}); // 500 and 350
+        sent.clear();
+        for (int i = 0; i < 4; ++i)
+            tick();
+        QCOMPARE(sent, QList<QByteArray>({AskX, AskY, AskX, AskY}));
+    }
+
+    // The other layout
+
+    void pages_behind_a_reading_of_the_settings_are_not_taken()
+    {
+        wideLimits();
+        startContinuous();
+        deliver({Counts32, X1, Y1});
+        compare({{Axis::X, X1Points}, {Axis::Y, Y1Points}});
+        deliver({{0xFC, 0xA2, 0x85, 0x10, 0x00}, X2, Y2});
+        compare({{Axis::X, X1Points}, {Axis::Y, Y1Points}});
+        deliver({Counts32, X3, Y3});
+        compare({{Axis::X, X3Points}, {Axis::Y, Y3Points}});
+    }
+
+    void pages_from_before_the_counts_of_a_second_test_are_not_taken()
+    {
+        wideLimits();
+        click(u"Xbtn"_s);
+        deliver({Counts32, X1});
+        deliver(Bytes{0xFC, 0xA2, 0x85, 0x10, 0x00});
+        click(u"Xbtn"_s);
+        deliver({X2, Y2});
+        compare({});
+        deliver({Counts32, X3});
+        compare({{Axis::X, X3Points}});
+    }
+
+    // Numbers and words
+
+    void only_plain_digits_can_be_typed_whatever_the_locale()
+    {
+        const QLocale before;
+        for (const QLocale &locale : {QLocale(QLocale::English, QLocale::UnitedStates),
+                                      QLocale(QLocale::German, QLocale::Germany),
+                                      QLocale(QLocale::Arabic, QLocale::Egypt)}) {
+            QLocale::setDefault(locale);
+            window = std::make_unique<test_win>();
+            auto *field = child<QLineEdit>(u"Upper_text"_s);
+            for (const QString &typed : {u"1,000"_s, u"1.000"_s, u"\u0661\u0660\u0660\u0660"_s}) {
+                field->clear();
+                for (const QChar digit : typed)
+                    field->insert(digit);
+                QVERIFY2(field->text() == u"1000"_s || field->text().isEmpty(),
+                         qPrintable(field->text()));
+            }
+        }
+        QLocale::setDefault(before);
+    }
+
+    void a_field_that_cannot_be_read_is_shown_and_no_test_starts_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("words");
+        const auto row = [](const char *name, const QString &text, const QString &words) {
+            QTest::newRow(qPrintable(QString::fromLatin1(name) + u' ' + text))
+                << QString::fromLatin1(name) << text << words;
+        };
+        const QString limit = u" enter a whole number from 0 to 1100"_s;
+        row("Upper_text", u"1,000"_s, u"Upper Limit:"_s + limit);
+        row("Upper_text", u"1101"_s, u"Upper Limit:"_s + limit);
+        row("Lower_text", u"-1"_s, u"Lower Limit:"_s + limit);
+        row("Lower_text", u"99999999999"_s, u"Lower Limit:"_s + limit);
+        row("interal_text", u"10000"_s, u"Interval (s): enter a whole number from 0 to 9999"_s);
+        row("interal_text", u"14316558"_s, u"Interval (s): enter a whole number from 0 to 9999"_s);
+        row("AGC_text", u"256"_s, u"AGC: enter a whole number from 0 to 255"_s);
+    }
+    void a_field_that_cannot_be_read_is_shown_and_no_test_starts()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const QString, text);
+        QFETCH(const QString, words);
+        auto *field = child<QLineEdit>(name);
+        const QString before = field->text();
+        setText(name, text);
+        click(u"ALL_btn"_s);
+        QCOMPARE(sent, QList<QByteArray>());
+        QVERIFY(!timer()->isActive());
+        QCOMPARE(child(u"ALL_btn"_s)->text(), u"All Test"_s);
+        const auto *notice = child<QLabel>(u"notice"_s);
+        QVERIFY(notice->isVisible());
+        QCOMPARE(notice->text(), words);
+        QCOMPARE(window->focusWidget(), field);
+        QCOMPARE(field->selectedText(), text);
+        setText(name, before);
+        click(u"ALL_btn"_s);
+        QVERIFY(!notice->isVisible());
+        QCOMPARE(sent.size(), 1);
+    }
+
+    void words_stand_above_the_plot_and_fit()
+    {
+        auto *notice = child<QLabel>(u"notice"_s);
+        QVERIFY(!notice->isVisible());
+        const QRect plot(70, 50, 880, 490);
+        QVERIFY(!QRect(notice->mapTo(window.get(), QPoint(0, 0)), notice->size()).intersects(plot));
+        for (const QString &words : {u"Interval (s): enter a whole number from 0 to 9999"_s,
+                                     u"The test waits until the light setting is closed"_s,
+                                     u"Scan incomplete: page 10 of 10"_s}) {
+            notice->setText(words);
+            QVERIFY(notice->sizeHint().width() * 3 / 2 <= notice->width());
+            QVERIFY(notice->sizeHint().height() <= notice->height());
+        }
+    }
+
     // The end of a link
 
     void the_end_of_the_link_stops_a_continuous_test_as_stop_does()
@@ -1451,6 +1618,19 @@ private slots:
         QVERIFY(!QFile::exists(logPath()));
         click(u"Xbtn"_s);
         QVERIFY(log().endsWith(u"NG/PASS\nD,T,"_s + u"4,"_s.repeated(55) + u"\n"_s));
+    }
+
+    void the_log_of_an_unfinished_single_test_is_written_when_the_window_closes()
+    {
+        logAction()->trigger();
+        click(u"Xbtn"_s);
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x00, 0x00}); // 56
+        deliver(page(0x81, 0, 1));
+        window->hide();
+        QVERIFY(log().endsWith(u"NG/PASS\nD,T,"_s + u"4,"_s.repeated(55) + u"\n"_s));
+        // What comes after all is part of the same row.
+        deliver(page(0x81, 55, 2));
+        QVERIFY(log().endsWith(u"NG/PASS\nD,T,"_s + u"4,"_s.repeated(55) + u"8,\n"_s));
     }
 
     void a_late_page_of_the_other_axis_does_not_end_a_test()

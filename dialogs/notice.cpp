@@ -1,0 +1,16 @@
+#include "notice.h"
+
+#include <QAccessible>
+#include <QLabel>
+
+void showNotice(QLabel *label, const QString &words)
+{
+    if (label->text() == words)
+        return;
+    label->setText(words);
+    label->setVisible(!words.isEmpty());
+    if (words.isEmpty())
+        return;
+    QAccessibleEvent alert(label, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
