@@ -112,6 +112,7 @@ private:
     Link *link; // child
     std::unique_ptr<ReadHotplugThread> hotplugThread;
     QString toldProblem;        // on standard error
+    QString calibrationNote;    // how the last calibration ended, if not by the user
     bool removedBehind = false; // a frame was removed while this window was hidden
 
     // Dialogs that show a sibling find it among this window's children.

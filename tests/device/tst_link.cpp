@@ -125,8 +125,9 @@ private slots:
         Link link(adapter);
         const Receiver receiver(link);
         link.start();
-        const auto end = std::chrono::steady_clock::now() + 3s;
-        while (std::chrono::steady_clock::now() < end) {
+        const QDeadlineTimer atLeast(3s);
+        const QDeadlineTimer atMost(30s);
+        while (!atLeast.hasExpired() || (receiver.pages().size() < 10 && !atMost.hasExpired())) {
             send(link, "00 A5 00");
             send(link, "00 A5 01");
             adapter->touch(QPoint(10, 10));
@@ -134,18 +135,16 @@ private slots:
         }
         link.end();
         // Every light of this frame is well lit: a torn page would show dark ones.
-        int pages = 0;
+        QVERIFY(receiver.pages().size() >= 10);
         for (const QByteArray &frame : receiver.frames) {
             if (!frame.startsWith("\xFC\xA5\x81"))
                 continue;
-            ++pages;
             const int first = UCHAR(frame[5]) | UCHAR(frame[6]) << 8;
             // 55 lights on a page, the last of 500 has five.
             const int lights = first == 495 ? 5 : 55;
             for (int i = 0; i < lights; ++i)
                 QVERIFY(UCHAR(frame[7 + i]) > 150);
         }
-        QVERIFY(pages > 10);
     }
 
     void nothing_of_a_removed_device_arrives_whatever_it_was_at_data()
