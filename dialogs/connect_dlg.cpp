@@ -1,5 +1,6 @@
 #include "connect_dlg.h"
 
+#include "config/fields.h"
 #include "ui_connect_dlg.h"
 
 #include <QAbstractItemView>
@@ -186,7 +187,8 @@ void connect_dlg::Set_Data()
     settings.Parity = ParityType(ui->parityBox->currentData().toInt());
     settings.StopBits = StopBitsType(ui->stopBitsBox->currentData().toInt());
     xmlclass.write_connect(ConnectData);
-    if (xmlclass.read_connect() != ConnectData)
+    // What a store reads from no file is what it had before.
+    if (xmlclass.read_connect() != ConnectData || !xmlclass.gaveWhole(element::Connect))
         keepProblem =
             tr("%1 cannot be written: these choices are not kept.").arg(XML_CLASS::filePath());
 }

@@ -17,8 +17,8 @@ namespace {
 
 constexpr unsigned long AnswerTimeS = 1;
 constexpr auto Patience = 3s;
-// Many times what the events that came during the pause need to be delivered.
-constexpr auto SettlingTime = 100ms;
+// Turns of an idle event loop by which all that came during the pause has been delivered.
+constexpr int SettlingTurns = 3;
 constexpr UCHAR LargestCode = 3;
 constexpr int QuarterTurn = 90; // degrees
 
@@ -35,7 +35,10 @@ Rotation_dlg::Rotation_dlg(QWidget *parent)
     ui->Rotationlab->setIndent(ui->Rotationlab->fontMetrics().horizontalAdvance(u' '));
     patience->setSingleShot(true);
     connect(patience, &QTimer::timeout, this, &Rotation_dlg::giveUp);
-    settling->setSingleShot(true);
+    connect(settling, &QTimer::timeout, this, [this] {
+        if (--turnsToSettle <= 0)
+            settling->stop();
+    });
     setWindowFlags(Qt::Drawer);
     // A key pressed too early must not turn the frame.
     ui->okbtn->setFocus();
@@ -61,7 +64,8 @@ void Rotation_dlg::getCurrentRotation()
     Frame frame = command::request(command::Rotation, rotation::Query);
     emit Write03(frame.data());
     QThread::sleep(AnswerTimeS);
-    settling->start(SettlingTime);
+    turnsToSettle = SettlingTurns;
+    settling->start(0ms);
 }
 
 void Rotation_dlg::updateCurrentRotationLab()

@@ -66,5 +66,6 @@ private:
     std::optional<QTime> unansweredSince;    // the first question without an answer
     QTimer *patience;                        // child; runs from the first question to giveUp()
     QTimer *settling;                        // child; runs while presses may come from the pause
+    int turnsToSettle = 0;
     ReportNews news;
 };

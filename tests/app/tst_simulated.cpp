@@ -295,6 +295,8 @@ private slots:
         dialog->show();
         QTRY_COMPARE(shown->text(), u"0"_s);
         QTRY_COMPARE(shown->toolTip(), QString());
+        // A press right behind the pause of the showing is dropped.
+        QTest::qWait(50);
         QTest::mouseClick(dialog->findChild<QPushButton *>(u"rotation270btn"_s), Qt::LeftButton);
         QTRY_COMPARE(shown->text(), u"270"_s);
         QTRY_COMPARE(shown->toolTip(), QString());
@@ -314,6 +316,7 @@ private slots:
         frame->unplug();
         window->OnDeviceRemoved();
         QVERIFY(dialog->isVisible());
+        QTest::qWait(50);
         QTest::mouseClick(dialog->findChild<QPushButton *>(u"rotation90btn"_s), Qt::LeftButton);
         QTest::qWait(200);
         QCOMPARE(shown->text(), u"0"_s);

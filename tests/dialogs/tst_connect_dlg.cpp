@@ -422,6 +422,17 @@ private slots:
         QCOMPARE(home->element("UARTPORT"), "two\nlines");
     }
 
+    void choices_that_were_kept_before_their_file_went_say_so_too()
+    {
+        appear();
+        uart()->setChecked(true);
+        press("openButton");
+        QVERIFY(!state().contains(u" cannot be written"_s));
+        home->removeConfigDirectory();
+        press("openButton");
+        QVERIFY(state().contains(home->path() + u" cannot be written"_s));
+    }
+
     void choices_that_cannot_be_kept_say_so()
     {
         appear();

@@ -283,7 +283,7 @@ private slots:
     {
         dialog->show();
         QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
-        QTest::qWait(300);
+        QTest::qWait(50);
         sent.clear();
         // The query is out, the pause begins.
         connect(dialog.get(), &Rotation_dlg::Write03, this, [this] {
@@ -300,7 +300,7 @@ private slots:
         QElapsedTimer time;
         time.start();
         press("rotation90btn");
-        QTest::qWait(300);
+        QTest::qWait(50);
         QCOMPARE(sent, QList<QByteArray>({frame("00 A7 00 02 00 01"), Query}));
         QVERIFY(time.elapsed() < 2000);
         press("rotation180btn");
@@ -568,7 +568,7 @@ private slots:
         dialog->getCurrentRotation();
         QCOMPARE(shown()->text(), u"90"_s);
         QTRY_COMPARE_WITH_TIMEOUT(shown()->text(), u"-1"_s, 4000);
-        QVERIFY2(time.elapsed() >= 2900 && time.elapsed() < 4000,
+        QVERIFY2(time.elapsed() >= 2800 && time.elapsed() < 4000,
                  QByteArray::number(time.elapsed()));
         QVERIFY(hinted());
         // The link goes on handing over the last answer.
