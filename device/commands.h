@@ -175,16 +175,4 @@ constexpr int wireLength(UCHAR payloadLength)
 }
 } // namespace serial
 
-constexpr quint16 le16(const UCHAR *p)
-{
-    return quint16(p[0] | p[1] << 8);
-}
-
-// Writes the low 16 bits of value.
-constexpr void putLe16(UCHAR *p, int value)
-{
-    p[0] = UCHAR(value & 0xFF);
-    p[1] = UCHAR(value >> 8 & 0xFF);
-}
-
 } // namespace command

@@ -1,6 +1,6 @@
 #include "writereportthread.h"
 
-#include "malvoutil.h"
+#include "frame.h"
 
 using namespace std::chrono_literals;
 
@@ -34,8 +34,7 @@ void writereportthread::setWriteBuf(UCHAR *writeBuf)
 
 void writereportthread::run()
 {
-    Frame frame;
-    MALVOUTIL::Buf_util::CopyBuf(WriteBuf, frame.data(), FrameSize);
+    Frame frame = command::frameAt(WriteBuf);
     if (!pause(PauseBeforeSend))
         return;
     const bool failed = HID_Util->SendReport(reportID, frame.data());
