@@ -108,8 +108,6 @@ void LightSet_dlg::on_ExitBtn_clicked()
 
 void LightSet_dlg::ontimer()
 {
-    if (timer->isActive() && timer->intervalAsDuration() != PollPeriod)
-        timer->setInterval(PollPeriod);
     if (TimerStop >= 1) {
         --TimerStop;
         return;
@@ -220,6 +218,7 @@ void LightSet_dlg::hideEvent(QHideEvent *event)
         askAbout(*unsent);
     GetADCData();
     timer->stop();
+    late.stop();
     look.stop();
     readBack.stop();
     written.reset();
@@ -290,6 +289,10 @@ void LightSet_dlg::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() == look.timerId()) {
         updateNotice();
+    } else if (event->timerId() == late.timerId()) {
+        late.stop();
+        timer->start(); // the next tick is a whole period away
+        ontimer();
     } else if (event->timerId() == readBack.timerId()) {
         readBack.stop();
         askForSettings();

@@ -111,6 +111,7 @@ private:
     QString refusal;                          // what is wrong with a field
     QPointer<QWidget> parked;                 // button that had the keyboard when it was disabled
     QTimer *timer;                            // child
+    QBasicTimer late;                         // a tick that waited for the end of a scan
     QBasicTimer look;                         // for what is overdue
     QBasicTimer readBack;
     QRect drawnFor; // the screen in Qt's coordinates, and its scaling, as the plot knows them

@@ -98,7 +98,7 @@ void LightSet_dlg::takePage(const command::ScanPage &page)
                    pages(page.axis));
     // What has waited for the end of this scan is due.
     if (postponed && !watch.isArriving() && TimerStop == 0 && timer->isActive())
-        timer->setInterval(0);
+        late.start(0, this);
 }
 
 int LightSet_dlg::pages(UCHAR axis) const

@@ -99,16 +99,16 @@ void test_win::on_ALL_btn_clicked()
 
 void test_win::ontimer()
 {
-    postponed = watch.isArriving();
-    if (postponed) {
-        timer->setInterval(ScanWatch::ReportMs);
+    if (watch.isArriving()) {
+        late.start(ScanWatch::ReportMs, this);
         return;
     }
+    late.stop();
     if (!believing && countsDue.hasExpired())
         askForCounts();
     const UCHAR axis = X_finish ? scan::AxisY : scan::AxisX;
-    if (timer->interval() != periodOf(axis))
-        timer->setInterval(periodOf(axis));
+    if (testdata.interal == 0)
+        timer->setInterval(ScanWatch::ReportMs * pages(axis));
     X_finish = !X_finish;
     send(axis);
 }
@@ -149,9 +149,9 @@ void test_win::standAside(bool aside)
     isAside = aside;
     believing = false;
     watch.forget();
-    if (isAside)
-        timer->stop();
-    else if (testing)
+    timer->stop();
+    late.stop();
+    if (!isAside && testing)
         ask();
     updateNotice();
 }
@@ -183,10 +183,14 @@ void test_win::contextMenuEvent(QContextMenuEvent *event)
 
 void test_win::timerEvent(QTimerEvent *event)
 {
-    if (event->timerId() == look.timerId())
+    if (event->timerId() == look.timerId()) {
         updateNotice();
-    else
+    } else if (event->timerId() == late.timerId()) {
+        timer->start(); // the next tick is a whole period away
+        ontimer();
+    } else {
         QMainWindow::timerEvent(event);
+    }
 }
 
 // False when the fields make no sense; no test starts then.
@@ -284,6 +288,7 @@ void test_win::stopContinuous()
 {
     enableInputs(true);
     timer->stop();
+    late.stop();
     continuous = false;
     X_enable = 0;
     Y_enable = 0;
@@ -293,14 +298,6 @@ void test_win::stopContinuous()
     log.end();
     watch.forget();
     updateNotice();
-}
-
-// An interval of 0 waits as long as the link takes for the pages it asks for: asking faster brings
-// no more answers, and the window would stand still while requests wait for the writer.
-int test_win::periodOf(UCHAR axis) const
-{
-    return testdata.interal == 0 ? ScanWatch::ReportMs * pages(axis)
-                                 : testdata.interal * IntervalUnitMs;
 }
 
 void test_win::enableInputs(bool enabled)
@@ -357,8 +354,8 @@ void test_win::takePage(const command::ScanPage &page)
     watch.pageCame(axis, isLast ? pages(axis) : page.first / scan::LevelsPerPage + 1, pages(axis));
     updateNotice();
     // What has waited for the end of this scan is due.
-    if (postponed && !watch.isArriving() && isContinuous())
-        timer->setInterval(0);
+    if (late.isActive() && !watch.isArriving())
+        late.start(0, this);
     if (isLast)
         completeScan(axis);
 }

@@ -31,7 +31,9 @@ class test_win : public QMainWindow
 {
     Q_OBJECT
 public:
-    // The continuous test's period for each unit of the field "Interval (s):".
+    // The continuous test's period for each unit of the field "Interval (s):". An interval of 0
+    // waits as long as the link takes for each page that is asked for: asking faster brings no more
+    // answers, and the window would stand still while requests wait for the writer.
     static constexpr int IntervalUnitMs = 150;
     explicit test_win(QWidget *parent = nullptr);
     ~test_win() override;
@@ -77,7 +79,6 @@ private:
     void begin();
     void ask();
     void askForCounts();
-    int periodOf(UCHAR axis) const;
     void startSingle(UCHAR axis);
     void startContinuous();
     void stopContinuous();
@@ -102,8 +103,8 @@ private:
     bool believing = false;   // pages have this window's layout
     QDeadlineTimer countsDue; // to be asked for again
     bool isAside = false;     // the light screen has the frame
-    bool postponed = false;   // a tick waits for the end of a scan
     QString refusal;          // what is wrong with a field
+    QBasicTimer late;         // a tick that waits for the end of a scan
     QBasicTimer look;         // for what is overdue, while something is
 
     SignalPicture picture;

@@ -234,6 +234,41 @@ private slots:
         QTRY_VERIFY(yPages->size() >= pairs);
     }
 
+    // The last page of each axis comes only behind all others.
+    void the_largest_frame_is_shown_whole_on_both_screens()
+    {
+        sim::Profile largest;
+        largest.lightsX = 500;
+        largest.lightsY = 350;
+        start(largest);
+        const auto isEnd = [](const QByteArray &page, int light) {
+            return UCHAR(page[5]) + 256 * UCHAR(page[6]) == light;
+        };
+        const QList<QByteArray> *x = reports(0xA5, 0x81);
+        const QList<QByteArray> *y = reports(0xA5, 0x82);
+        auto *test = the<test_win>();
+        test->show();
+        press(test, "ALL_btn");
+        QTRY_VERIFY(pixels(test, Qt::darkGreen) > 100 && pixels(test, Qt::darkRed) > 100);
+        QVERIFY(isEnd(x->at(9), 495) && isEnd(y->at(6), 330));
+        press(test, "ALL_btn");
+        test->hide();
+
+        auto *lights = the<LightSet_dlg>();
+        lights->show();
+        const auto whole = [](const QList<QByteArray> &pages, int last) {
+            int next = 0;
+            for (const QByteArray &page : pages) {
+                const int first = UCHAR(page[5]) + 256 * UCHAR(page[6]);
+                next = first == 0 ? 27 : first == next ? next + 27 : -1;
+                if (first == last && next > 0)
+                    return true;
+            }
+            return false;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(whole(*x, 18 * 27) && whole(*y, 12 * 27), 10000);
+    }
+
     void an_interval_of_0_starves_nobody()
     {
         start();
