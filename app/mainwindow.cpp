@@ -1,8 +1,6 @@
 #include "mainwindow.h"
 
 #include "device/records.h"
-#include "device/seriallink.h"
-#include "device/usblink.h"
 #include "dialogs/advset_dlg.h"
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/connect_dlg.h"
@@ -16,7 +14,7 @@
 #include "dialogs/version_dlg.h"
 #include "readhotplug.h"
 #include "resetquestion.h"
-#include "statushint.h"
+#include "tray.h"
 #include "ui_mainwindow.h"
 
 #include <QCloseEvent>
@@ -39,13 +37,20 @@ constexpr auto PauseBetweenResets = 500us;
 constexpr QSize WindowSize(350, 272);
 constexpr Qt::WindowFlags CalibrationFlags(Qt::SubWindow);
 
+std::unique_ptr<Ui::MainWindow> makeForm(QMainWindow *window)
+{
+    auto form = std::make_unique<Ui::MainWindow>();
+    form->setupUi(window);
+    return form;
+}
+
 } // namespace
 
 MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
-    : ui(std::make_unique<Ui::MainWindow>())
+    : ui(makeForm(this))
+    , statusLine(ui->stalab)
     , link(new Link(std::move(adapter), this))
 {
-    ui->setupUi(this);
     doRegisterForDevNotification();
     hotplugThread = std::make_unique<ReadHotplugThread>();
     connect(this, &MainWindow::Recv03, this, &MainWindow::DoRecv03);
@@ -58,7 +63,6 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
     addTray();
     setStringFont();
     setPictures();
-    onLinkChanged(link->state());
     hotplugThread->start(QThread::InheritPriority);
     link->start();
 }
@@ -106,24 +110,9 @@ bool MainWindow::OpenUart(const QString &portName, const PortSettings &settings)
     return open;
 }
 
-void MainWindow::toMyComSetting(const PortSettings &settings)
-{
-    link->serial().toMyComSetting(settings);
-}
-
 void MainWindow::UartSetBaud(int code)
 {
     emit Write03(command::BaudCommand{code}.encode().data());
-}
-
-void MainWindow::DefUartData()
-{
-    link->serial().DefUartData();
-}
-
-void MainWindow::doRegisterForDevNotification()
-{
-    link->usb().registerForNotification(this);
 }
 
 void MainWindow::GetHIDver()
@@ -132,37 +121,12 @@ void MainWindow::GetHIDver()
         emit Write03(command::request(command::Firmware, command::firmware::Query).data());
 }
 
-void MainWindow::OnRecv03(QChar status)
-{
-    link->usb().OnRecv03(status);
-}
-
-void MainWindow::OnWriteOver(QChar status)
-{
-    link->usb().OnWriteOver(status);
-}
-
-void MainWindow::OnRecvUart()
-{
-    link->receiveSerial();
-}
-
 void MainWindow::onLinkChanged(const Link::State &state)
 {
     useradvdlg->setConnected(link->isLinked());
     showLinked(link->isLinked());
-    if (std::exchange(toldProblem, state.problem) != state.problem && !state.problem.isEmpty())
-        std::fprintf(stderr, "%s\n", qPrintable(state.problem));
-    showHint();
+    statusLine.show(state);
     tellConnection();
-}
-
-void MainWindow::showHint()
-{
-    const QString hint = statusHint(link->state());
-    const QString whole = calibrationNote.isEmpty() ? hint : calibrationNote + u'\n' + hint;
-    ui->stalab->setToolTip(whole);
-    ui->stalab->setAccessibleDescription(whole);
 }
 
 void MainWindow::onLinkEnding(Link::End how)
@@ -237,10 +201,7 @@ void MainWindow::addDialogs()
     calibrationdlg = std::make_unique<Calibration_Dlg>();
     wire(calibrationdlg.get());
     connect(calibrationdlg.get(), &Calibration_Dlg::endedByItself, this,
-            [this](const QString &why) {
-                calibrationNote = why;
-                showHint();
-            });
+            [this](const QString &why) { statusLine.setCalibrationNote(why); });
     versiondlg = new Version_Dlg(this);
     connect(link, &Link::ended, versiondlg, &Version_Dlg::OnLinkEnded);
     wire(rotationdlg = new Rotation_dlg(this));
@@ -248,8 +209,7 @@ void MainWindow::addDialogs()
 
 void MainWindow::on_calbtn_clicked()
 {
-    calibrationNote.clear();
-    showHint();
+    statusLine.setCalibrationNote({});
     calibrationdlg->setPrimaryScr(int(QGuiApplication::screens().indexOf(screen())));
     calibrationdlg->setWindowFlags(CalibrationFlags);
     calibrationdlg->show();
@@ -353,18 +313,10 @@ bool MainWindow::eventFilter(QObject *watched, QEvent *event)
 
 void MainWindow::addTray()
 {
-    iTraymenu = std::make_unique<QMenu>();
-    ShowAction = iTraymenu->addAction(tr("Show"), this, [this] { present(this); });
-    iTraymenu->addSeparator();
-    ExitAction = iTraymenu->addAction(tr("Exit"), this, &MainWindow::OnExit);
-
-    iTrayIcon =
-        std::make_unique<QSystemTrayIcon>(QIcon(u":/new/ico/image/MalvoTouch Tool Menu.png"_s));
-    iTrayIcon->setToolTip(tr("Quorvel"));
-    iTrayIcon->setContextMenu(iTraymenu.get());
-    connect(iTrayIcon.get(), &QSystemTrayIcon::activated, this, &MainWindow::iconActivated);
-    // From the event loop, which a start that only hands over never runs: it shows no icon.
-    QMetaObject::invokeMethod(iTrayIcon.get(), &QSystemTrayIcon::show, Qt::QueuedConnection);
+    tray = std::make_unique<Tray>();
+    connect(tray.get(), &Tray::activated, this, &MainWindow::iconActivated);
+    connect(tray.get(), &Tray::showAsked, this, [this] { present(this); });
+    connect(tray.get(), &Tray::exitAsked, this, &MainWindow::OnExit);
 }
 
 void MainWindow::iconActivated(QSystemTrayIcon::ActivationReason reason)
@@ -417,7 +369,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
                               "show its window, or quorvel -close to end it.")));
         return;
     }
-    iTrayIcon->hide();
+    tray->hide();
     event->accept();
     QCoreApplication::exit(0);
 }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "device/link.h"
+#include "device/seriallink.h"
+#include "device/usblink.h"
+#include "statusline.h"
 
 #include <QMainWindow>
 #include <QSystemTrayIcon>
@@ -18,6 +21,7 @@ class QPushButton;
 class ReadHotplugThread;
 class Rotation_dlg;
 class Setting_dlg;
+class Tray;
 class Version_Dlg;
 class advset_dlg;
 class connect_dlg;
@@ -45,10 +49,10 @@ public:
     bool OpenUart(const QString &portName, const PortSettings &settings);
     void CLoseUart() { link->closeSerial(); }
     QString uartProblem() const { return link->serialProblem(); }
-    void toMyComSetting(const PortSettings &settings);
+    void toMyComSetting(const PortSettings &settings) { link->serial().toMyComSetting(settings); }
     void UartSetBaud(int code); // of BaudRateType
-    void DefUartData();
-    void doRegisterForDevNotification();
+    void DefUartData() { link->serial().DefUartData(); }
+    void doRegisterForDevNotification() { link->usb().registerForNotification(this); }
     void GetHIDver();
 
     // Ends the link in good order and for good: the program ends.
@@ -68,9 +72,9 @@ signals:
 
 public slots:
     void OnWrite03(UCHAR *WriteBuf) { link->send(WriteBuf); }
-    void OnRecv03(QChar status);
-    void OnWriteOver(QChar status);
-    void OnRecvUart();
+    void OnRecv03(QChar status) { link->usb().OnRecv03(status); }
+    void OnWriteOver(QChar status) { link->usb().OnWriteOver(status); }
+    void OnRecvUart() { link->receiveSerial(); }
     void DoRecv03(UCHAR *RecvBuf) { link->takeVersion(RecvBuf); }
     void ontimer() { link->lookForDevice(); }
     void iconActivated(QSystemTrayIcon::ActivationReason reason);
@@ -102,17 +106,15 @@ private:
     QList<QPushButton *> deviceButtons() const;
     void showLinked(bool linked);
     void onLinkChanged(const Link::State &state);
-    void showHint();
     void onLinkEnding(Link::End how);
     void useUsb();
     void reopenUart(const QString &portName, const PortSettings &settings);
     void tellConnection(const QString &usbProblem = {});
 
     std::unique_ptr<Ui::MainWindow> ui;
-    Link *link; // child
+    StatusLine statusLine; // of ui
+    Link *link;            // child
     std::unique_ptr<ReadHotplugThread> hotplugThread;
-    QString toldProblem;        // on standard error
-    QString calibrationNote;    // how the last calibration ended, if not by the user
     bool removedBehind = false; // a frame was removed while this window was hidden
 
     // Dialogs that show a sibling find it among this window's children.
@@ -129,9 +131,6 @@ private:
     QMenu *contextMenu = nullptr;     // child; leads to what the form has no visible button for
     QAction *settingAction = nullptr; // of contextMenu
 
-    std::unique_ptr<QMenu> iTraymenu;
-    QAction *ShowAction = nullptr; // of iTraymenu
-    QAction *ExitAction = nullptr; // of iTraymenu
-    std::unique_ptr<QSystemTrayIcon> iTrayIcon;
+    std::unique_ptr<Tray> tray;
     std::unique_ptr<Calibration_Dlg> calibrationdlg; // a window of its own
 };

@@ -1,0 +1,56 @@
+#include "statusline.h"
+
+#include <QLabel>
+
+#include <cstdio>
+
+StatusLine::StatusLine(QLabel *theLabel)
+    : label(theLabel)
+{
+    showHint();
+}
+
+void StatusLine::show(const Link::State &state)
+{
+    if (state.problem != shown.problem && !state.problem.isEmpty())
+        std::fprintf(stderr, "%s\n", qPrintable(state.problem));
+    shown = state;
+    showHint();
+}
+
+void StatusLine::setCalibrationNote(const QString &note)
+{
+    calibrationNote = note;
+    showHint();
+}
+
+void StatusLine::showHint()
+{
+    const QString hint = hintFor(shown);
+    const QString whole = calibrationNote.isEmpty() ? hint : calibrationNote + u'\n' + hint;
+    label->setToolTip(whole);
+    label->setAccessibleDescription(whole);
+}
+
+QString StatusLine::hintFor(const Link::State &state)
+{
+    if (!state.problem.isEmpty())
+        return state.problem;
+    switch (state.kind) {
+    case Link::UsbConnected:
+        return state.port.isEmpty() ? tr("Linked by USB.")
+                                    : tr("Linked by USB, at %1.").arg(state.port);
+    case Link::SerialOpen:
+        return tr("Linked over the serial port %1.").arg(state.port);
+    case Link::NotConnected:
+    case Link::SerialClosed:
+    case Link::SerialFailed:
+        break;
+    }
+    return tr("No touch frame is linked. Try in this order:\n"
+              "1. Plug the frame in.\n"
+              "2. Try another USB port and another cable.\n"
+              "3. For a frame on a serial line, choose \"Connect\" in the menu of this window.\n"
+              "4. Without the udev rule 70-quorvel.rules this user may not open the frame: install "
+              "it, or join the group plugdev if it is there.");
+}
