@@ -2,6 +2,11 @@
 
 #include "link_log.h"
 
+StoppableThread::StoppableThread(std::chrono::milliseconds theBudget)
+    : budget(theBudget)
+{
+}
+
 StoppableThread::~StoppableThread() = default;
 
 void StoppableThread::start(Priority priority)
@@ -41,12 +46,12 @@ bool StoppableThread::wait(unsigned long milliseconds)
 
 bool StoppableThread::wait()
 {
-    if (wait(QDeadlineTimer(StopBudget)))
+    if (wait(QDeadlineTimer(budget)))
         return true;
     qCWarning(lcLink, "%s has been stuck in one call for %lld ms and is killed",
-              metaObject()->className(), static_cast<long long>(StopBudget.count()));
+              metaObject()->className(), static_cast<long long>(budget.count()));
     QThread::terminate();
-    return wait(QDeadlineTimer(StopBudget));
+    return wait(QDeadlineTimer(budget));
 }
 
 bool StoppableThread::stopRequested() const

@@ -17,7 +17,8 @@ public:
     // Longer than the ten seconds that hiddev gives a transfer.
     static constexpr auto StopBudget = std::chrono::milliseconds(12000);
 
-    StoppableThread() = default;
+    // budget: how long wait() gives a call in progress.
+    explicit StoppableThread(std::chrono::milliseconds budget = StopBudget);
     ~StoppableThread() override;
 
     // Nothing happens while it runs, also when it has been asked to end but has not ended yet.
@@ -28,6 +29,7 @@ public:
     // True when the thread has ended by itself in time, or did not run.
     bool wait(QDeadlineTimer deadline);
     bool wait(unsigned long milliseconds);
+    std::chrono::milliseconds stopBudget() const { return budget; }
 
 signals:
     void terminated();
@@ -39,6 +41,7 @@ protected:
     void finish();
 
 private:
+    const std::chrono::milliseconds budget;
     mutable std::mutex stopLock; // protects stop
     std::condition_variable stopChanged;
     bool stop = false;

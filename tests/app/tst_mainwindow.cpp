@@ -21,6 +21,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPainter>
 #include <QProcess>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -195,6 +196,23 @@ private slots:
         for (const char *name : {"label_6", "label_7", "label_8", "label_10"})
             QCOMPARE(child<QLabel>(name)->pixmap().size(), QSize(48, 48));
         QVERIFY(child("pushButton")->styleSheet().contains(u"color: rgb(75, 76, 161);"_s));
+    }
+
+    void each_picture_stands_beside_what_it_is_about()
+    {
+        const std::pair<const char *, QString> pictures[] = {{"label_6", u"icon1"_s},
+                                                             {"label_7", u"icon2"_s},
+                                                             {"label_8", u"icon3"_s},
+                                                             {"label_10", u"iconrotation"_s}};
+        QList<QImage> seen;
+        for (const auto &[label, name] : pictures) {
+            const QPixmap expected(u":/new/ico/image/%1.png"_s.arg(name));
+            QVERIFY(!expected.isNull());
+            const QImage shown = child<QLabel>(label)->pixmap().toImage();
+            QCOMPARE(shown, expected.toImage());
+            QVERIFY(!seen.contains(shown));
+            seen.append(shown);
+        }
     }
 
     void fonts_places_and_hidden_groups_are_as_described()
@@ -386,6 +404,59 @@ private slots:
         QTest::qWait(600);
         QCOMPARE(errors.text(), "");
         QVERIFY(child<QLabel>("stalab")->toolTip().startsWith(u"Linked by USB"_s));
+    }
+
+    // Who hears and is heard
+
+    void dialogs_hear_and_are_heard_as_the_table_says_data()
+    {
+        QTest::addColumn<bool>("isHeard");
+        QTest::addColumn<bool>("hearsReports");
+        QTest::addColumn<bool>("hearsConnections");
+        QTest::addColumn<bool>("hearsEnds");
+        QTest::newRow("smoothing_dlg") << true << false << false << false;
+        QTest::newRow("Setting_dlg") << true << true << true << false;
+        QTest::newRow("useradv_dlg") << true << true << true << false;
+        QTest::newRow("advset_dlg") << true << true << false << false;
+        QTest::newRow("test_win") << true << true << false << true;
+        QTest::newRow("LightSet_dlg") << true << true << false << true;
+        QTest::newRow("connect_dlg") << true << true << false << false;
+        QTest::newRow("Calibration_Dlg") << true << true << false << false;
+        QTest::newRow("Version_Dlg") << false << false << false << true;
+        QTest::newRow("Rotation_dlg") << true << true << false << true;
+    }
+    void dialogs_hear_and_are_heard_as_the_table_says()
+    {
+        const QByteArray name = QTest::currentDataTag();
+        const QWidget *dialog =
+            name == "Calibration_Dlg" ? calibrationScreen() : child<QWidget>(name.constData());
+        QVERIFY(dialog);
+        QCOMPARE(dialog->metaObject()->className(), name.constData());
+        const auto *link = window->findChild<Link *>();
+        // Taking a connection away tells whether there was one.
+        QTEST(dialog->metaObject()->indexOfSignal("Write03(UCHAR*)") >= 0 &&
+                  QObject::disconnect(dialog, SIGNAL(Write03(UCHAR *)), window.get(), nullptr),
+              "isHeard");
+        QTEST(QObject::disconnect(window.get(), SIGNAL(Recv03(UCHAR *)), dialog, nullptr),
+              "hearsReports");
+        QTEST(QObject::disconnect(window.get(), SIGNAL(USBConnect()), dialog, nullptr),
+              "hearsConnections");
+        QTEST(QObject::disconnect(link, SIGNAL(ended()), dialog, nullptr), "hearsEnds");
+    }
+
+    void nobody_hears_twice()
+    {
+        struct CountingWindow : MainWindow
+        {
+            using MainWindow::MainWindow;
+            using QObject::receivers;
+        };
+        window.reset();
+        const CountingWindow counted(frame);
+        // Those of the table above, and the window itself.
+        QCOMPARE(counted.receivers(SIGNAL(Recv03(UCHAR *))), 8 + 1);
+        QCOMPARE(counted.receivers(SIGNAL(USBConnect())), 2);
+        QCOMPARE(counted.receivers(SIGNAL(Write03(UCHAR *))), 1);
     }
 
     void every_connection_sends_the_stored_gestures_and_then_asks_for_the_version()
@@ -645,6 +716,25 @@ private slots:
         connectFrame();
         dismissReset();
         QTRY_COMPARE(frame->sentBytes(), QByteArrayList({first, "10 00 00 00 00 00 00 00"}));
+    }
+
+    void the_older_reset_command_follows_half_a_millisecond_after_the_other()
+    {
+        // A port takes a frame at once; over USB the second one would wait for the first.
+        Pty line;
+        QVERIFY(window->OpenUart(line.path(), {}));
+        QList<FakeAdapter::Clock::time_point> sent;
+        connect(window.get(), &MainWindow::Write03, this,
+                [&sent] { sent.append(FakeAdapter::Clock::now()); });
+        auto quickest = FakeAdapter::Clock::duration::max();
+        for (int i = 0; i < 4; ++i) {
+            sent.clear();
+            dismissReset();
+            QCOMPARE(sent.size(), 2);
+            quickest = std::min(quickest, sent[1] - sent[0]);
+        }
+        QVERIFY(quickest >= 500us);
+        QVERIFY(quickest < 20ms);
     }
 
     // Frames
@@ -943,6 +1033,36 @@ private slots:
         QVERIFY(window->isVisible());
     }
 
+    void the_tray_icon_shows_its_picture_and_names_the_program()
+    {
+        // What docks in the tray is a widget of the toolkit's own.
+        QWidget *docked = nullptr;
+        const auto dock = [&docked] {
+            for (QWidget *widget : QApplication::allWidgets()) {
+                if (widget->inherits("QSystemTrayIconSys") && widget->isVisible())
+                    docked = widget;
+            }
+            return docked;
+        };
+        QTRY_VERIFY(dock());
+        QCOMPARE(docked->toolTip(), u"Quorvel"_s);
+        const auto onWhite = [docked](const auto &draw) {
+            QImage image(docked->size(), QImage::Format_ARGB32);
+            image.fill(Qt::white);
+            draw(image);
+            return image;
+        };
+        const QIcon picture(u":/new/ico/image/MalvoTouch Tool Menu.png"_s);
+        const QImage expected = onWhite([&picture](QImage &image) {
+            QPainter painter(&image);
+            picture.paint(&painter, image.rect());
+        });
+        const QImage shown = onWhite(
+            [docked](QImage &image) { docked->render(&image, {}, {}, QWidget::RenderFlags()); });
+        QVERIFY(expected != onWhite([](QImage &) {}));
+        QCOMPARE(shown, expected);
+    }
+
     void the_tray_menu_shows_and_exits()
     {
         QMenu *menu = nullptr;
@@ -992,6 +1112,8 @@ private slots:
         QTest::mouseClick(child("calbtn"), Qt::LeftButton);
         Calibration_Dlg *screen = calibrationScreen();
         QTRY_VERIFY(screen->isVisible());
+        // The toolkit adds that it is a window, as it has no parent.
+        QCOMPARE(int(screen->windowFlags() & Qt::WindowType_Mask), 0x12 | 0x01);
         QTRY_COMPARE(screen->geometry(), QRect(0, 0, 1280, 800));
         QTRY_COMPARE(frame->sentBytes(3), QByteArrayList({"01 00 00"}));
     }

@@ -1,6 +1,7 @@
 #include "app/readhotplug.h"
 #include "tests/support/capture.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
@@ -10,6 +11,8 @@
 #include <unistd.h>
 
 #include <csignal>
+
+using namespace Qt::StringLiterals;
 
 using Event = ReadHotplugThread::Event;
 
@@ -199,6 +202,31 @@ private slots:
         QVERIFY(survived < many);
         send();
         QTRY_COMPARE(added.size(), survived + 1);
+    }
+
+    void the_event_socket_hears_groups_1_to_4_of_the_kernels_events()
+    {
+        const ReadHotplugThread watcher;
+        QList<sockaddr_nl> bound;
+        const QStringList descriptors =
+            QDir(u"/proc/self/fd"_s)
+                .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System);
+        for (const QString &number : descriptors) {
+            const int fd = number.toInt();
+            int protocol = 0;
+            socklen_t size = sizeof protocol;
+            sockaddr_nl address{};
+            socklen_t length = sizeof address;
+            if (::getsockname(fd, reinterpret_cast<sockaddr *>(&address), &length) != 0 ||
+                address.nl_family != AF_NETLINK)
+                continue;
+            QCOMPARE(::getsockopt(fd, SOL_SOCKET, SO_PROTOCOL, &protocol, &size), 0);
+            QCOMPARE(protocol, NETLINK_KOBJECT_UEVENT);
+            bound.append(address);
+        }
+        QCOMPARE(bound.size(), 1);
+        QCOMPARE(bound.first().nl_groups, 0x0Fu);
+        QCOMPARE(bound.first().nl_pid, unsigned(::getpid()));
     }
 
     void a_second_watcher_of_one_process_says_that_it_cannot_bind()

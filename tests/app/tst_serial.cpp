@@ -29,6 +29,8 @@ namespace {
 
 // Called before any line of this process gets other settings.
 std::function<void()> beforeSettingsChange;
+// What lines of this process were asked to be, as a pseudo-terminal does not become all of it.
+QList<tcflag_t> flagsAsked;
 
 template <typename Function>
 Function libraryFunction(const char *name)
@@ -36,8 +38,9 @@ Function libraryFunction(const char *name)
     return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
 }
 
-void announceChange()
+void announceChange(tcflag_t flags)
 {
+    flagsAsked.append(flags);
     if (beforeSettingsChange)
         beforeSettingsChange();
 }
@@ -47,7 +50,7 @@ void announceChange()
 extern "C" int tcsetattr(int fd, int actions, const termios *settings) noexcept
 {
     static const auto real = libraryFunction<int (*)(int, int, const termios *)>("tcsetattr");
-    announceChange();
+    announceChange(settings->c_cflag);
     return real(fd, actions, settings);
 }
 
@@ -59,7 +62,7 @@ extern "C" int ioctl(int fd, unsigned long request, ...) noexcept
     void *argument = va_arg(arguments, void *);
     va_end(arguments);
     if (request == TCSETS2 || request == TCSETSW2 || request == TCSETSF2)
-        announceChange();
+        announceChange(static_cast<const termios2 *>(argument)->c_cflag);
     return real(fd, request, argument);
 }
 
@@ -140,6 +143,7 @@ private slots:
     void every_rate_is_set_or_refused_with_a_reason();
     void every_character_format_is_set_or_refused_with_a_reason_data();
     void every_character_format_is_set_or_refused_with_a_reason();
+    void data_bits_are_set_before_stop_bits_and_those_before_the_parity();
     void several_refusals_are_all_told();
     void a_line_that_takes_no_bytes_gets_no_command_at_a_wrong_rate();
     void a_failed_opening_says_why_data();
@@ -319,6 +323,25 @@ void tst_serial::every_character_format_is_set_or_refused_with_a_reason()
     QCOMPARE(line->settings().c_cflag & tcflag_t(CSIZE | PARENB | CMSPAR | CSTOPB), CS8 | two);
     QCOMPARE(window->connectState(), MainWindow::SerialOpen);
     QVERIFY(deviceButtonsEnabled());
+}
+
+void tst_serial::data_bits_are_set_before_stop_bits_and_those_before_the_parity()
+{
+    FarEnd line;
+    flagsAsked.clear();
+    QVERIFY(
+        window->OpenUart(line.node, {.DataBits = DATA_7, .Parity = PAR_EVEN, .StopBits = STOP_2}));
+    const auto firstAsked = [](tcflag_t mask, tcflag_t value) {
+        const auto found = std::find_if(flagsAsked.cbegin(), flagsAsked.cend(),
+                                        [=](tcflag_t f) { return (f & mask) == value; });
+        return found == flagsAsked.cend() ? -1 : int(found - flagsAsked.cbegin());
+    };
+    const int dataBits = firstAsked(CSIZE, CS7);
+    const int stopBits = firstAsked(CSTOPB, CSTOPB);
+    const int parity = firstAsked(PARENB, PARENB);
+    QVERIFY(dataBits >= 0);
+    QVERIFY(stopBits > dataBits);
+    QVERIFY(parity > stopBits);
 }
 
 void tst_serial::several_refusals_are_all_told()

@@ -3,6 +3,7 @@
 
 #include "device/link.h"
 #include "device/link_log.h"
+#include "device/posix_qextserialport.h"
 #include "device/seriallink.h"
 #include "device/usblink.h"
 #include "sim/sim_adapter.h"
@@ -248,10 +249,13 @@ private slots:
         fake.plug();
         fake.adapter->stallSends(true);
         const auto begin = std::chrono::steady_clock::now();
-        for (const char *frame : {"00 A7 00", "00 A7 02", "00 A5 00", "00 A5 01"})
-            send(fake.link, frame);
+        send(fake.link, "00 A7 00");
+        send(fake.link, "00 A7 02");
         // The second waits for half a second, those behind it do not.
-        QVERIFY(std::chrono::steady_clock::now() - begin < 2s);
+        QVERIFY(std::chrono::steady_clock::now() - begin >= 500ms);
+        send(fake.link, "00 A5 00");
+        send(fake.link, "00 A5 01");
+        QVERIFY(std::chrono::steady_clock::now() - begin < 1500ms);
         QVERIFY(fake.adapter->sent().isEmpty());
         fake.adapter->stallSends(false);
         QTRY_COMPARE(fake.adapter->sentBytes(2),
@@ -335,15 +339,96 @@ private slots:
         QCOMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00"}));
     }
 
+    void threads_end_before_the_device_is_closed_data()
+    {
+        QTest::addColumn<bool>("sending");
+        QTest::newRow("a read is under way") << false;
+        QTest::newRow("a send is under way") << true;
+    }
     void threads_end_before_the_device_is_closed()
+    {
+        QFETCH(const bool, sending);
+        Fake fake;
+        fake.plug();
+        if (sending) {
+            fake.adapter->stallSends(true);
+            send(fake.link, "00 A7 00");
+            QTRY_COMPARE(fake.adapter->nowSending.load(), 1);
+        } else {
+            fake.adapter->stallReads(true);
+            QTRY_COMPARE(fake.adapter->nowReading.load(), 1);
+        }
+        std::thread later([&fake] {
+            std::this_thread::sleep_for(200ms);
+            fake.adapter->stallSends(false);
+            fake.adapter->stallReads(false);
+        });
+        fake.unplug();
+        later.join();
+        QCOMPARE(fake.adapter->closes.load(), 1);
+        QCOMPARE(fake.adapter->usesAfterClose.load(), 0);
+    }
+
+    void the_reader_ends_first_so_a_frame_in_its_pause_still_leaves_meanwhile()
+    {
+        Fake fake;
+        fake.plug();
+        fake.adapter->stallReads(true);
+        QTRY_COMPARE(fake.adapter->nowReading.load(), 1);
+        send(fake.link, "00 A7 00");
+        std::thread later([&fake] {
+            for (int i = 0; i < 200 && fake.adapter->sent().isEmpty(); ++i)
+                std::this_thread::sleep_for(10ms);
+            fake.adapter->stallReads(false);
+        });
+        fake.unplug();
+        later.join();
+        QCOMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00"}));
+    }
+
+    // What the adapter is asked for
+
+    void reports_are_read_and_sent_under_the_protocols_id()
     {
         Fake fake;
         fake.plug();
         send(fake.link, "00 A7 00");
-        QTRY_VERIFY(fake.adapter->reads > 3);
-        fake.unplug();
-        QCOMPARE(fake.adapter->closes.load(), 1);
-        QCOMPARE(fake.adapter->usesAfterClose.load(), 0);
+        QTRY_COMPARE(fake.adapter->sent().size(), 1);
+        QCOMPARE(fake.adapter->sent().first().id, 0xFC);
+        QTRY_COMPARE(fake.adapter->readId.load(), 0xFC);
+    }
+
+    void searches_name_the_collection_of_older_frames()
+    {
+        Fake fake;
+        fake.plug();
+        QCOMPARE(fake.adapter->searches, QList<FakeAdapter::Search>({{u"col03"_s, true}}));
+        fake.adapter->searches.clear();
+        fake.link.lookForRemoval(false);
+        QCOMPARE(fake.adapter->searches, QList<FakeAdapter::Search>({{u"col03"_s, false}}));
+    }
+
+    void a_frame_is_looked_for_twice_a_second_once_started()
+    {
+        Fake fake;
+        const auto *timer = fake.link.findChild<QTimer *>(u"checkTimer"_s);
+        QVERIFY(!timer->isActive());
+        fake.link.start();
+        QVERIFY(timer->isActive());
+        QCOMPARE(timer->interval(), 500);
+        fake.adapter->searches.clear();
+        QTRY_VERIFY(fake.adapter->searches.size() >= 2);
+        fake.link.end();
+        QVERIFY(!timer->isActive());
+    }
+
+    void a_port_that_nobody_has_named_is_com1()
+    {
+        Fake fake;
+        auto *port = fake.link.findChild<Posix_QextSerialPort *>();
+        QVERIFY(!port->open(QIODevice::ReadWrite));
+        QVERIFY2(port->errorString().startsWith(u"There is no serial port /dev/COM1."_s),
+                 qPrintable(port->errorString()));
     }
 
     // Which link carries frames

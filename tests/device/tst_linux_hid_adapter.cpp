@@ -2,9 +2,14 @@
 #include "tests/support/fakehiddev.h"
 
 #include <QElapsedTimer>
+#include <QTemporaryFile>
 #include <QTest>
 
+#include <fcntl.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 using namespace HID_AdpterPacket;
@@ -186,6 +191,29 @@ private slots:
         QCOMPARE(io.openDescriptors(), size_t(0));
     }
 
+    void descriptor_1_is_a_device_like_any_other()
+    {
+        FakeHiddev io;
+        io.nextDescriptor = 1;
+        io.nodes["/dev/usb/hiddev0"] = {};
+        OP_HID_Adapter adapter(io);
+        QVERIFY(adapter.DoFindDev(u"col03"_s, true));
+        QVERIFY(adapter.IsDevOpened());
+    }
+
+    void a_node_is_opened_for_both_directions_and_for_no_other_program()
+    {
+        QTemporaryFile node;
+        QVERIFY(node.open());
+        const int fd = HiddevIo::system().open(node.fileName().toLocal8Bit().constData());
+        QVERIFY(fd >= 0);
+        const int status = ::fcntl(fd, F_GETFL);
+        const int flags = ::fcntl(fd, F_GETFD);
+        HiddevIo::system().close(fd);
+        QCOMPARE(status & O_ACCMODE, O_RDWR);
+        QCOMPARE(flags & FD_CLOEXEC, FD_CLOEXEC);
+    }
+
     void closing_twice_closes_a_descriptor_once()
     {
         FakeHiddev io;
@@ -274,6 +302,30 @@ private slots:
         Capture errors(stderr);
         QVERIFY(adapter.SendReport(0xFC, frame));
         QCOMPARE(errors.text(), "SendCommandFS: ioctl to send output report: Broken pipe\n");
+    }
+
+    void a_send_that_succeeds_rests_for_a_millisecond_and_a_failed_one_does_not()
+    {
+        FakeHiddev io;
+        io.nodes["/dev/usb/hiddev0"] = {};
+        OP_HID_Adapter adapter(io);
+        QVERIFY(adapter.DoFindDev(u"col03"_s, true));
+        UCHAR frame[64] = {};
+        // The quickest of many: a busy machine makes any single one late.
+        const auto quickest = [&] {
+            qint64 nanoseconds = std::numeric_limits<qint64>::max();
+            for (int i = 0; i < 20; ++i) {
+                QElapsedTimer time;
+                time.start();
+                adapter.SendReport(0xFC, frame);
+                nanoseconds = std::min(nanoseconds, time.nsecsElapsed());
+            }
+            return nanoseconds;
+        };
+        QVERIFY(quickest() >= 1'000'000);
+        io.failing[SetReport] = EPIPE;
+        const Capture errors(stderr);
+        QVERIFY(quickest() < 1'000'000);
     }
 
     void a_send_that_fails_at_the_start_stops_there()

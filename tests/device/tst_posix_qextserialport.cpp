@@ -51,6 +51,8 @@ private slots:
     void a_rate_waits_for_a_slow_reader();
     void bytes_have_left_before_the_port_closes();
     void a_line_that_takes_nothing_keeps_its_rate();
+    void a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says_data();
+    void a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says();
     void a_line_that_takes_nothing_is_closed_soon();
     void writing_to_a_line_that_takes_nothing_ends();
     void a_full_line_goes_on_when_its_reader_does();
@@ -331,6 +333,37 @@ void tst_Posix_QextSerialPort::a_line_that_takes_nothing_keeps_its_rate()
     QVERIFY(port.errorString().contains(u"does not take the bytes that wait"));
     QCOMPARE(int(far.settings().c_ospeed), 256000);
     QVERIFY(port.isOpen());
+}
+
+void tst_Posix_QextSerialPort::
+    a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says_data()
+{
+    QTest::addColumn<long>("timeout");
+    QTest::addColumn<qint64>("atLeast");
+    QTest::addColumn<qint64>("lessThan");
+    // 16384 bytes of ten bits need 640 ms at 256000 baud by themselves.
+    QTest::newRow("none") << 0L << qint64(630) << qint64(1500);
+    QTest::newRow("a second and a half") << 1500L << qint64(2130) << qint64(2900);
+    QTest::newRow("more than any window can wait") << 60'000L << qint64(2990) << qint64(4000);
+}
+
+void tst_Posix_QextSerialPort::
+    a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says()
+{
+    QFETCH(const long, timeout);
+    QFETCH(const qint64, atLeast);
+    QFETCH(const qint64, lessThan);
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QVERIFY(port.setTimeout(timeout));
+    QElapsedTimer clock;
+    clock.start();
+    QCOMPARE(write(port, QByteArray(Posix_QextSerialPort::MaxWaiting, 'x')),
+             Posix_QextSerialPort::MaxWaiting);
+    QVERIFY(!port.setBaudRate(BAUD9600));
+    const qint64 waited = clock.elapsed();
+    QVERIFY2(waited >= atLeast && waited < lessThan, QByteArray::number(waited));
 }
 
 void tst_Posix_QextSerialPort::a_line_that_takes_nothing_is_closed_soon()

@@ -481,6 +481,22 @@ private slots:
         QVERIFY(state().contains(u"Nothing has come"_s));
     }
 
+    void another_opening_forgets_that_a_frame_answered()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        Frame report{};
+        dialog->setState(Link::Serial, u"ttyUSB0"_s, QString());
+        dialog->DoRecv03(report.data());
+        QVERIFY(state().contains(u"A touch frame answers there."_s));
+        // Whoever opens it answers without another state in between.
+        connect(dialog.get(), &connect_dlg::openUart, this,
+                [&] { dialog->setState(Link::Serial, u"ttyUSB0"_s, QString()); });
+        press("openButton");
+        QVERIFY(!state().contains(u"A touch frame answers there."_s));
+        QVERIFY(state().contains(u"Nothing has come from a touch frame there yet."_s));
+    }
+
     void a_failure_stays_until_another_attempt()
     {
         editFile({{"CONNECT", "2"}});

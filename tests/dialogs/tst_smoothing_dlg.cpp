@@ -231,6 +231,18 @@ private slots:
         QCOMPARE(level(dialog)->value(), 4);
     }
 
+    void ok_saves_smoothing_that_was_switched_on()
+    {
+        writeFile(smoothingFile("0", "5"));
+        smoothing_dlg dialog(nullptr);
+        appear(dialog);
+        QVERIFY(!use(dialog)->isChecked());
+        use(dialog)->setChecked(true);
+        press(dialog, "pushButton");
+        QVERIFY(content().contains("<SMO_EN>1</SMO_EN>"));
+        QVERIFY(content().contains("<SMO_LV>5</SMO_LV>"));
+    }
+
     void ok_keeps_what_another_dialog_has_saved()
     {
         smoothing_dlg dialog(nullptr);

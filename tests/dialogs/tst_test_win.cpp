@@ -1492,6 +1492,26 @@ private slots:
         }
     }
 
+    void a_log_of_an_earlier_day_stays_while_there_is_nothing_to_write()
+    {
+        const QByteArray earlier = "Date,Time,X000,NG/PASS\n260101,08:00:00:000,437,\n";
+        QFile file(logPath());
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(earlier) == earlier.size());
+        file.close();
+        const auto kept = [] {
+            QFile now(logPath());
+            return now.open(QIODevice::ReadOnly) ? now.readAll() : QByteArray("(no file)");
+        };
+        window->close();
+        QCOMPARE(kept(), earlier);
+        window->show();
+        logAction()->trigger(); // switched on, and nothing tested
+        window->close();
+        QCOMPARE(kept(), earlier);
+        window.reset();
+        QCOMPARE(kept(), earlier);
+    }
+
     void a_test_of_x_writes_one_row()
     {
         logAction()->trigger();

@@ -25,15 +25,27 @@ public:
     std::atomic<int> closes{0};
     std::atomic<quint32> version{0x3010};
     std::atomic<int> nowReading{0};
+    std::atomic<int> nowSending{0};
     std::atomic<int> usesAfterClose{
         0};                        // reads and sends that were under way at a close or came later
     std::atomic<UCHAR> otherId{0}; // byte 0 of every report instead of the one asked for
+
+    std::atomic<int> readId{-1}; // that the last read was asked for
 
     struct Sent
     {
         QByteArray frame; // 64 bytes
         Clock::time_point when;
+        int id; // the report's
     };
+    struct Search
+    {
+        QString collection;
+        bool open;
+
+        bool operator==(const Search &) const = default;
+    };
+    QList<Search> searches; // main thread only
 
     // Every report reads so, with its number in bytes 60 to 62; without one, class and sub are 0.
     void setReport(const QByteArray &bytes)
@@ -83,18 +95,22 @@ public:
 
     bool DeviceNotification(void *window) override { return window != nullptr; }
     bool IsDevOpened() override { return opened; }
-    bool SendReport(UCHAR, UCHAR *buf) override
+    bool SendReport(UCHAR reportId, UCHAR *buf) override
     {
         const Use use(*this);
+        ++nowSending;
         std::unique_lock guard(lock);
         unstalled.wait(guard, [this] { return !sendsStalled; });
-        frames.append({QByteArray(reinterpret_cast<char *>(buf), FrameSize), Clock::now()});
+        --nowSending;
+        frames.append(
+            {QByteArray(reinterpret_cast<char *>(buf), FrameSize), Clock::now(), reportId});
         return sendFails;
     }
     int ReadReport(UCHAR reportId, UCHAR *buf) override
     {
         const Use use(*this);
         ++nowReading;
+        readId = reportId;
         if (paced) {
             Pacer pacer;
             for (int i = 0; i < FrameSize; ++i)
@@ -118,8 +134,9 @@ public:
         ++closes;
         usesAfterClose += users;
     }
-    bool DoFindDev(QString, bool open) override
+    bool DoFindDev(QString collection, bool open) override
     {
+        searches.append({collection, open});
         if (present && open)
             opened = true;
         return present;

@@ -106,7 +106,9 @@ public:
         }
         case HIDIOCGSTRING: {
             auto *text = static_cast<hiddev_string_descriptor *>(argument);
-            std::strcpy(text->value, text->index == 1 ? "Maker" : "Frame");
+            std::strcpy(text->value, text->index == 1   ? "Maker"
+                                     : text->index == 2 ? "Frame"
+                                                        : "another string");
             return 5;
         }
         case HIDIOCSUSAGE: {

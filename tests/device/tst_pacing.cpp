@@ -1,0 +1,43 @@
+#include "device/pacing.h"
+
+#include <QTest>
+
+#include <algorithm>
+#include <thread>
+
+using namespace std::chrono_literals;
+
+class tst_pacing : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void being_a_little_late_shortens_the_next_sleep()
+    {
+        auto quickest = Pacer::Clock::duration::max();
+        for (int i = 0; i < 5; ++i) {
+            Pacer pacer;
+            std::this_thread::sleep_for(30ms);
+            const auto begin = Pacer::Clock::now();
+            pacer.sleep(50ms);
+            quickest = std::min(quickest, Pacer::Clock::now() - begin);
+        }
+        QVERIFY(quickest < 30ms);
+    }
+
+    // Otherwise whatever comes after a stall would run without any pause until it has caught up.
+    void after_a_stall_every_sleep_is_whole_again()
+    {
+        Pacer pacer;
+        pacer.sleep(1ms);
+        std::this_thread::sleep_for(60ms);
+        const auto begin = Pacer::Clock::now();
+        pacer.sleep(10ms);
+        QVERIFY(Pacer::Clock::now() - begin >= 10ms);
+        pacer.sleep(10ms);
+        QVERIFY(Pacer::Clock::now() - begin >= 20ms);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_pacing)
+#include "tst_pacing.moc"
