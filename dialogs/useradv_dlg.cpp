@@ -69,7 +69,8 @@ void useradv_dlg::DoRecv03(UCHAR *) {}
 void useradv_dlg::OnUSBConnect()
 {
     Get_Data();
-    if (xmlclass.gaveWhole(element::Setting))
+    // All zero is what another window writes for gestures that the file did not give; no form does.
+    if (xmlclass.gaveWhole(element::Setting) && xmlclass.read_setting() != _SETTING_DATA())
         SendSettingData();
     else
         qCWarning(lcSettings).noquote()

@@ -85,8 +85,8 @@ private:
     }
     static bool endsWith(QProcess *process, int code)
     {
-        return process->waitForFinished(10000) && process->exitStatus() == QProcess::NormalExit &&
-               process->exitCode() == code;
+        return (process->state() == QProcess::NotRunning || process->waitForFinished(10000)) &&
+               process->exitStatus() == QProcess::NormalExit && process->exitCode() == code;
     }
     // A start in the tray has no window to wait for: it is there when it can be shown.
     QProcess *startHidden(const QStringList &arguments)
@@ -358,6 +358,49 @@ private slots:
         QCOMPARE(::kill(pid_t(process->processId()), signal), 0);
         QVERIFY(endsWith(process, 0));
         QVERIFY(process->readAllStandardOutput().endsWith("calibration: not kept\n"));
+    }
+
+    void a_calibration_is_discarded_when_the_program_has_to_end_data()
+    {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("SIGTERM") << SIGTERM;
+        QTest::newRow("SIGHUP") << SIGHUP;
+        QTest::newRow("the display goes") << 0;
+    }
+    void a_calibration_is_discarded_when_the_program_has_to_end()
+    {
+        QFETCH(const int, signal);
+        // A display that may go: this test has its own.
+        QProcess server;
+        server.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1280x800x24"_s,
+                                 u"-nolisten"_s, u"tcp"_s, u"-noreset"_s});
+        QVERIFY(server.waitForReadyRead(10000));
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"DISPLAY"_s, u':' + QString::fromLatin1(server.readLine().trimmed()));
+        QProcess tool;
+        tool.setProcessEnvironment(environment);
+        tool.start(Program, {u"--demo"_s});
+        QProcess hand;
+        hand.setProcessEnvironment(environment);
+        hand.start(u"xdotool"_s, {u"search"_s, u"--sync"_s, u"--onlyvisible"_s, u"--name"_s,
+                                  u"^Quorvel .simulated"_s, u"mousemove"_s, u"--window"_s, u"%1"_s,
+                                  u"296"_s, u"77"_s, u"click"_s, u"1"_s});
+        QVERIFY(hand.waitForFinished(15000));
+        QByteArray output;
+        const auto says = [&tool, &output](const char *words) {
+            tool.waitForReadyRead(20);
+            output += tool.readAllStandardOutput();
+            return output.contains(words);
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(says("calibration: step 1"), 15000);
+        if (signal == 0)
+            server.kill();
+        else
+            QCOMPARE(::kill(pid_t(tool.processId()), signal), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(says("calibration: discard"), 10000);
+        QVERIFY(endsWith(&tool, signal == 0 ? 1 : 0));
+        server.kill();
+        server.waitForFinished();
     }
 
     void a_closed_output_does_not_end_the_program()

@@ -717,6 +717,11 @@ private slots:
                "<RB_RAN>3</RB_RAN><DB_SPEED>600</DB_SPEED><DB_RAN>30</DB_RAN>"
                "<WHEEL_EN>1</WHEEL_EN></setting></data>"_ba
             << true << false;
+        QTest::newRow("zeros that another window wrote for what was missing")
+            << "<data><setting><ALL_EN>0</ALL_EN><RB_EN>0</RB_EN><RB_DURATION>0</RB_DURATION>"
+               "<RB_RAN>0</RB_RAN><DB_SPEED>0</DB_SPEED><DB_RAN>0</DB_RAN>"
+               "<WHEEL_EN>0</WHEEL_EN><WHEEL_SEN>0</WHEEL_SEN></setting></data>"_ba
+            << true << false;
         QTest::newRow("all are there")
             << "<data><setting><ALL_EN>1</ALL_EN><RB_EN>1</RB_EN><RB_DURATION>1500</RB_DURATION>"
                "<RB_RAN>3</RB_RAN><DB_SPEED>600</DB_SPEED><DB_RAN>30</DB_RAN>"
