@@ -3,8 +3,10 @@
 #include "windowwatch.h"
 
 #include <algorithm>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -25,10 +27,14 @@ constexpr auto MemorySettles = 2s;
 constexpr auto SolitudeLimit = 150s;
 constexpr auto IdleSettles = 3s;
 constexpr auto IdlePeriod = 20s;
+// A report is read in this many pauses, and after it comes one more.
+constexpr int ReportPauses = 64;
+constexpr auto ReportPause = 1ms;
+constexpr auto CyclePause = 3ms;
 
 constexpr double StartBar = 1.6;
 constexpr double MemoryBar = 1.5;
-constexpr double IdleBarPercent = 1.5;
+constexpr double IdleBar = 1.25;
 
 // Measures both programs in turns, so that what else the machine does hits both alike.
 template <typename Measure>
@@ -114,19 +120,44 @@ bool measureMemory(WindowWatch &watch, const Command &smallest, const Command &t
     return holds;
 }
 
-double idlePercent(WindowWatch &watch, const Command &command)
+// Makes the pauses of a cycle of the reader, and nothing else, until asked to stop. Returns what
+// that took of a processor.
+std::chrono::nanoseconds pauseOnly(const std::stop_token &stop)
+{
+    auto due = Program::Clock::now();
+    while (!stop.stop_requested()) {
+        for (int i = 0; i < ReportPauses; ++i)
+            std::this_thread::sleep_until(due += ReportPause);
+        std::this_thread::sleep_until(due += CyclePause);
+    }
+    timespec used{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+    return std::chrono::seconds(used.tv_sec) + std::chrono::nanoseconds(used.tv_nsec);
+}
+
+struct Idle
+{
+    double percent;   // of a core, that the program took
+    double bareRatio; // to a thread with the same pauses, at the same time
+};
+
+Idle measureIdle(WindowWatch &watch, const Command &command)
 {
     std::this_thread::sleep_for(BetweenPrograms);
     watch.forgetPast();
     const Program program(command);
     waitForWindow(watch, program);
     std::this_thread::sleep_for(IdleSettles);
+    std::chrono::duration<double> bare{};
     const auto wallBefore = Program::Clock::now();
     const auto usedBefore = program.processorTime();
-    std::this_thread::sleep_for(IdlePeriod);
+    {
+        const std::jthread beside([&bare](const std::stop_token &stop) { bare = pauseOnly(stop); });
+        std::this_thread::sleep_for(IdlePeriod);
+    }
     const std::chrono::duration<double> used = program.processorTime() - usedBefore;
     const std::chrono::duration<double> wall = Program::Clock::now() - wallBefore;
-    return used / wall * 100;
+    return {used / wall * 100, used / bare};
 }
 
 } // namespace
@@ -157,11 +188,15 @@ int main(int argc, char **argv)
         holds = measureMemory(watch, smallest, tool);
     } else if (figure == "idle") {
         std::vector<double> percents;
-        percents.reserve(IdleRuns);
-        for (int i = 0; i < IdleRuns; ++i)
-            percents.push_back(idlePercent(watch, demo));
-        holds = print({"processor use, connected and idle, % of one core", IdleBarPercent,
-                       Figure::HeldBy::Median, percents});
+        std::vector<double> bareRatios;
+        for (int i = 0; i < IdleRuns; ++i) {
+            const Idle idle = measureIdle(watch, demo);
+            percents.push_back(idle.percent);
+            bareRatios.push_back(idle.bareRatio);
+        }
+        holds = print({"connected and idle / a bare thread with the same pauses", IdleBar,
+                       Figure::HeldBy::Median, bareRatios});
+        print({"  quorvel, % of one core", 0, Figure::HeldBy::Median, percents});
     } else {
         giveUp("no figure of that name; use start, memory or idle");
     }
