@@ -1,6 +1,7 @@
 #include "sim/framelog.h"
 
 #include <algorithm>
+#include <ratio>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -10,7 +11,6 @@ namespace sim {
 
 namespace {
 
-constexpr int MsPerSecond = 1000;
 constexpr int StampWidth = 10;
 constexpr int DegreesPerTurn = 90;
 constexpr UCHAR LastQuarterTurn = 3;
@@ -333,7 +333,7 @@ QString FrameLog::stamped(const QString &words) const
 {
     const qint64 ms = clock().count();
     const QString stamp =
-        u"%1.%2"_s.arg(ms / MsPerSecond).arg(ms % MsPerSecond, 3, 10, QLatin1Char('0'));
+        u"%1.%2"_s.arg(ms / std::milli::den).arg(ms % std::milli::den, 3, 10, QLatin1Char('0'));
     return stamp.rightJustified(StampWidth) + u"  "_s + words;
 }
 
