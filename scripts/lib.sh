@@ -5,13 +5,14 @@ export LC_ALL=C.UTF-8 PATH=$PATH:/usr/sbin:/sbin
 
 project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
-# What the project is built with, what the windows under test need around them, what the style
-# lane looks with, the font that the windows ask for, what compiles the fuzz programs and what the
-# emulated kernel runs on. These names hold on Debian 12 and 13.
-build_packages=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
+# What the project is built with, what the windows under test need around them, what scripts/test
+# counts with, what the style lane looks with, the font that the windows ask for, what compiles the
+# fuzz programs and what the emulated kernel runs on. These names hold on Debian 12 and 13.
+build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
                 qt6-l10n-tools libxcb1-dev libxcb-randr0-dev)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core procps)
+test_packages=(python3 procps util-linux)
 # What the measuring programs compare the tool with.
 bench_packages=(libqcustomplot-dev)
 style_packages=(clang-format clang-tidy shellcheck)

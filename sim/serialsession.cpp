@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <ratio>
 #include <unistd.h>
 #include <utility>
 
@@ -21,7 +22,6 @@ namespace sim {
 namespace {
 
 constexpr qint64 BitsPerByte = 10; // with start and stop bit
-constexpr qint64 MsPerSecond = 1000;
 constexpr int RateTolerancePercent = 2;
 
 // What did not travel is zero.
@@ -318,7 +318,7 @@ QByteArray SerialSession::noise(int count)
 
 milliseconds SerialSession::lineTime(qsizetype bytes) const
 {
-    return milliseconds((bytes * BitsPerByte * MsPerSecond + ownRate - 1) / ownRate);
+    return milliseconds((bytes * BitsPerByte * std::milli::den + ownRate - 1) / ownRate);
 }
 
 } // namespace sim
