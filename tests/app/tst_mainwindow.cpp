@@ -764,68 +764,6 @@ private slots:
         QCOMPARE(frame->sentBytes(3), QByteArrayList({"a5 01 00"}));
     }
 
-    void waiting_for_the_writer_burns_no_processor()
-    {
-        connectFrame();
-        const auto used = [] {
-            timespec time{};
-            ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-            return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
-        };
-        const auto before = used();
-        for (int i = 0; i < 10; ++i)
-            send(QByteArray::fromHex("00 A7 02"));
-        QVERIFY(used() - before < 100ms); // of some 500 that it waited
-    }
-
-    void a_device_that_hangs_delays_frames_but_neither_the_window_nor_their_order()
-    {
-        connectFrame();
-        frame->stallSends(true);
-        QByteArrayList expected;
-        const auto begin = FakeAdapter::Clock::now();
-        for (int i = 0; i < 20; ++i) {
-            send(QByteArray::fromHex("00 A5 ") + char(i));
-            expected.append("a5 " + QByteArray(1, char(i)).toHex());
-        }
-        // Twenty sends that each waited for the one before would take ten seconds.
-        QVERIFY(FakeAdapter::Clock::now() - begin < 3s);
-        QTest::qWait(100);
-        QCOMPARE(frame->sent().size(), 0);
-        frame->stallSends(false);
-        QTRY_COMPARE(frame->sentBytes(2), expected);
-    }
-
-    void frames_that_wait_for_a_hanging_device_go_with_it()
-    {
-        connectFrame();
-        frame->stallSends(true);
-        for (int i = 0; i < 3; ++i)
-            send(QByteArray::fromHex("00 A5 01"));
-        std::thread later([this] {
-            std::this_thread::sleep_for(100ms);
-            frame->stallSends(false);
-        });
-        removeFrame();
-        later.join();
-        frame->forgetSent();
-        connectFrame();
-        QTest::qWait(200);
-        QCOMPARE(frame->sentBytes(), QByteArrayList());
-    }
-
-    void frames_beyond_a_full_outbox_are_dropped_and_told()
-    {
-        connectFrame();
-        frame->stallSends(true);
-        QTest::ignoreMessage(QtWarningMsg,
-                             "64 frames wait for the touch frame: one more is dropped");
-        for (int i = 0; i < 66; ++i)
-            send(QByteArray::fromHex("00 A5 01"));
-        frame->stallSends(false);
-        QTRY_COMPARE_WITH_TIMEOUT(frame->sent().size(), 65, 20000);
-    }
-
     void a_frame_without_a_device_is_dropped_data()
     {
         QTest::addColumn<int>("state");

@@ -243,23 +243,58 @@ private slots:
         QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02", "a5 00"}));
     }
 
-    void a_device_that_hangs_delays_frames_but_not_their_order()
+    void waiting_for_the_writer_burns_no_processor()
+    {
+        Fake fake;
+        fake.plug();
+        const auto used = [] {
+            timespec time{};
+            ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+            return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+        };
+        const auto before = used();
+        for (int i = 0; i < 10; ++i)
+            send(fake.link, "00 A7 02");
+        QVERIFY(used() - before < 100ms); // of some 500 that it waited
+    }
+
+    void a_device_that_hangs_delays_frames_but_neither_the_sender_nor_their_order()
     {
         Fake fake;
         fake.plug();
         fake.adapter->stallSends(true);
-        const auto begin = std::chrono::steady_clock::now();
-        send(fake.link, "00 A7 00");
-        send(fake.link, "00 A7 02");
-        // The second waits for half a second, those behind it do not.
-        QVERIFY(std::chrono::steady_clock::now() - begin >= 500ms);
-        send(fake.link, "00 A5 00");
-        send(fake.link, "00 A5 01");
-        QVERIFY(std::chrono::steady_clock::now() - begin < 1500ms);
-        QVERIFY(fake.adapter->sent().isEmpty());
+        QByteArrayList expected;
+        const auto begin = FakeAdapter::Clock::now();
+        for (int i = 0; i < 20; ++i) {
+            const QByteArray number = QByteArray(1, char(i)).toHex();
+            send(fake.link, "00 A5 " + number);
+            expected.append("a5 " + number);
+        }
+        // Twenty sends that each waited for the one before would take ten seconds.
+        QVERIFY(FakeAdapter::Clock::now() - begin < 3s);
+        QTest::qWait(100);
+        QCOMPARE(fake.adapter->sent().size(), 0);
         fake.adapter->stallSends(false);
-        QTRY_COMPARE(fake.adapter->sentBytes(2),
-                     QByteArrayList({"a7 00", "a7 02", "a5 00", "a5 01"}));
+        QTRY_COMPARE(fake.adapter->sentBytes(2), expected);
+    }
+
+    void frames_that_wait_for_a_hanging_device_go_with_it()
+    {
+        Fake fake;
+        fake.plug();
+        fake.adapter->stallSends(true);
+        for (int i = 0; i < 3; ++i)
+            send(fake.link, "00 A5 01");
+        std::thread later([&fake] {
+            std::this_thread::sleep_for(100ms);
+            fake.adapter->stallSends(false);
+        });
+        fake.unplug();
+        later.join();
+        fake.adapter->forgetSent();
+        fake.plug();
+        QTest::qWait(200);
+        QCOMPARE(fake.adapter->sentBytes(), QByteArrayList());
     }
 
     void the_outbox_holds_64_frames_and_says_what_it_drops()
