@@ -26,10 +26,13 @@ namespace {
 // Bytes pass through an adapter's own buffers after the kernel has let go of them.
 constexpr std::chrono::nanoseconds AdapterLatency = 3ms;
 constexpr auto DrainPoll = 1ms;
+// For a line that took nothing before.
+constexpr auto StuckPatience = 20ms;
 // More errors in a row than this, and the line is as good as gone.
 constexpr int MaxStrayErrors = 100;
 // Receivers cope with rates this far apart.
 constexpr int RateTolerancePercent = 2;
+constexpr QFile::Permissions OfGroup = QFile::ReadGroup | QFile::WriteGroup;
 
 std::optional<QSerialPort::DataBits> toQt(DataBitsType bits)
 {
@@ -173,6 +176,7 @@ bool Posix_QextSerialPort::open(QIODevice::OpenMode openMode)
     pass(settings, Setting::Parity); // once more, see dropStickParity()
     openings++;
     lineFree = {};
+    stuckBytes = 0;
     strayErrors = 0;
     reason.clear();
     QStringList silentlyOther;
@@ -298,6 +302,7 @@ qint64 Posix_QextSerialPort::writeData(const char *data, qint64 length)
     const bool lineFull = port.bytesToWrite() > 0;
     const qint64 taken = port.write(data, length);
     if (taken > 0) {
+        stuckBytes += stuckBytes > 0 ? taken : 0;
         const std::chrono::nanoseconds start =
             lineFree.hasExpired() ? AdapterLatency : lineFree.remainingTimeAsDuration();
         lineFree.setRemainingTime(start + taken * microsecondsPerByte() * 1us, Qt::PreciseTimer);
@@ -426,6 +431,10 @@ QString Posix_QextSerialPort::whyNotOpened() const
     case QSerialPort::PermissionError:
         if (faccessat(AT_FDCWD, QFile::encodeName(node).constData(), R_OK | W_OK, AT_EACCESS) == 0)
             return tr("The serial port %1 is in use by another program. Close it there.").arg(node);
+        if ((info.permissions() & OfGroup) != OfGroup)
+            return tr("This user may not open the serial port %1: it is for its owner %2 alone. "
+                      "Ask who looks after this machine for access.")
+                .arg(node, info.owner());
         return tr("This user may not open the serial port %1. Join the group %2, then log in "
                   "again.")
             .arg(node, info.group());
@@ -436,8 +445,32 @@ QString Posix_QextSerialPort::whyNotOpened() const
     }
 }
 
-// Waits until all bytes written so far are on the line. False when they did not leave in time.
+// Waits until all bytes written so far are on the line. False when they did not leave in time, and
+// soon when none has left since the last such wait: a window must not wait for each setting.
 bool Posix_QextSerialPort::drain()
+{
+    if (stuckBytes > 0 && !movesAgain())
+        return false;
+    const bool left = waitForLine();
+    stuckBytes = left ? 0 : bytesLeft();
+    return left;
+}
+
+bool Posix_QextSerialPort::movesAgain()
+{
+    const QDeadlineTimer deadline(StuckPatience);
+    while (!hangingUp) {
+        port.flush(); // as far as there is room now
+        if (bytesLeft() < stuckBytes)
+            return true;
+        if (deadline.hasExpired())
+            break;
+        std::this_thread::sleep_for(DrainPoll);
+    }
+    return false;
+}
+
+bool Posix_QextSerialPort::waitForLine()
 {
     const std::chrono::milliseconds patience(std::min<long>(settings.Timeout_Millisec, MaxDrainMs));
     const QDeadlineTimer deadline(
@@ -454,6 +487,15 @@ bool Posix_QextSerialPort::drain()
         std::this_thread::sleep_for(DrainPoll);
     }
     return true;
+}
+
+// Written, and not on the line as far as the kernel knows.
+qint64 Posix_QextSerialPort::bytesLeft() const
+{
+    int queued = 0;
+    if (ioctl(port.handle(), TIOCOUTQ, &queued) != 0)
+        queued = 0;
+    return port.bytesToWrite() + queued;
 }
 
 bool Posix_QextSerialPort::lineBusy() const

@@ -11,7 +11,8 @@
 //
 // Every operation that answers false or -1 leaves the reason, as a sentence for the user, in
 // errorString(). A port whose other end vanishes is closed, told by hangUp(), and can be opened
-// again. Nothing here waits longer than MaxDrainMs. One thread only.
+// again. Nothing here waits longer than MaxDrainMs, and hardly at all for a line that goes on
+// taking no bytes. One thread only.
 class Posix_QextSerialPort : public QObject
 {
     Q_OBJECT
@@ -81,6 +82,9 @@ private:
     QString notDone(const PortSettings &wanted, Setting setting) const;
     QString whyNotOpened() const;
     bool drain();
+    bool movesAgain();
+    bool waitForLine();
+    qint64 bytesLeft() const;
     bool lineBusy() const;
     int microsecondsPerByte() const;
     void announce();
@@ -96,8 +100,9 @@ private:
     QueryMode askedMode;
     QString reason;
     QDeadlineTimer lineFree; // when the bytes written so far can have left at the earliest
-    int openings = 0;        // tells a late hang-up from one of the present opening
-    int strayErrors = 0;     // in a row, without a byte between them
+    qint64 stuckBytes = 0; // left over when drain() last gave up, and written since; 0: it did not
+    int openings = 0;      // tells a late hang-up from one of the present opening
+    int strayErrors = 0;   // in a row, without a byte between them
     bool hangingUp = false;
     bool announced = false;
 };

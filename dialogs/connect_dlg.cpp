@@ -1,21 +1,26 @@
 #include "connect_dlg.h"
 
 #include "config/fields.h"
+#include "device/records.h"
 #include "ui_connect_dlg.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QHideEvent>
+#include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QSerialPortInfo>
 #include <QShowEvent>
 #include <QSignalBlocker>
 #include <QStandardItemModel>
 #include <QStyledItemDelegate>
+#include <QTimer>
 
 #include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -24,6 +29,14 @@ constexpr int ByUsb = 1;
 constexpr int ByUart = 2;
 
 constexpr int PopupWidth = 262;
+
+// A frame may still be on its way to another rate when it is asked first.
+constexpr auto AskPeriod = 250ms;
+constexpr int AsksOfOpening = 4;
+constexpr int AsksOfSearch = 2;
+constexpr auto UsualRates = {BAUD9600, BAUD19200, BAUD38400, BAUD57600, BAUD115200};
+
+constexpr auto PortsPeriod = 1s;
 
 // Shows ports with their adapters' names, which are no part of what a chosen port is called.
 class PortDelegate : public QStyledItemDelegate
@@ -67,8 +80,15 @@ connect_dlg::connect_dlg(QWidget *parent, PortList portList)
     : QDialog(parent)
     , ui(std::make_unique<Ui::connect_dlg>())
     , ports(std::move(portList))
+    , askTimer(new QTimer(this))
+    , portsTimer(new QTimer(this))
 {
     ui->setupUi(this);
+    askTimer->setSingleShot(true);
+    askTimer->setInterval(AskPeriod);
+    connect(askTimer, &QTimer::timeout, this, &connect_dlg::onAskTimeout);
+    portsTimer->setInterval(PortsPeriod);
+    connect(portsTimer, &QTimer::timeout, this, &connect_dlg::lookForPorts);
     fillLists();
     ui->portBox->setItemDelegate(new PortDelegate(ui->portBox));
     ui->portBox->view()->setMinimumWidth(PopupWidth);
@@ -93,6 +113,11 @@ void connect_dlg::setState(Link nowLinked, const QString &nowOpen, const QString
     answered = answered && nowLinked == Link::Serial;
     link = nowLinked;
     openPort = nowOpen;
+    if (link != Link::Serial)
+        stopAsking();
+    if (searching && !opening && link != Link::Serial)
+        endSearch(problem);
+    updateChoices();
     updateState();
 }
 
@@ -101,6 +126,12 @@ void connect_dlg::DoRecv03(UCHAR *)
     if (link != Link::Serial || answered)
         return;
     answered = true;
+    askTimer->stop();
+    if (searching) {
+        searching = false;
+        keepRate(searched.BaudRate);
+        updateChoices();
+    }
     updateState();
 }
 
@@ -111,6 +142,7 @@ void connect_dlg::showEvent(QShowEvent *event)
         // Not before: it takes longer than all else of the tool's start.
         listPorts();
         Get_Data();
+        portsTimer->start();
     }
     QDialog::showEvent(event);
 }
@@ -120,6 +152,9 @@ void connect_dlg::hideEvent(QHideEvent *event)
     QDialog::hideEvent(event);
     if (event->spontaneous())
         return;
+    portsTimer->stop();
+    if (searching)
+        endSearch({});
     Get_Data();
     forgetProblems();
     updateState();
@@ -135,14 +170,38 @@ void connect_dlg::on_openButton_clicked()
             problem = tr("No touch frame was found by USB. One that is plugged in is connected at "
                          "once.");
     } else {
-        answered = false;
-        emit openUart(ConnectData.uartport, ConnectData.uartsetting);
+        openAndAsk(ConnectData.uartsetting, AsksOfOpening);
     }
     updateState();
 }
 
+// The rate that is chosen comes first: a frame that hears of it is there at once.
+void connect_dlg::on_findButton_clicked()
+{
+    if (searching) {
+        endSearch(tr("The search was stopped."));
+        return;
+    }
+    forgetProblems();
+    Set_Data();
+    searched = ConnectData.uartsetting;
+    ratesTried.clear();
+    ratesLeft.clear();
+    if (bitsPerSecond(searched.BaudRate) != 0)
+        ratesLeft += searched.BaudRate;
+    for (const BaudRateType rate : UsualRates) {
+        if (rate != searched.BaudRate)
+            ratesLeft += rate;
+    }
+    searching = true;
+    updateChoices();
+    tryNextRate();
+}
+
 void connect_dlg::on_closeButton_clicked()
 {
+    if (searching)
+        endSearch({});
     forgetProblems();
     emit closeUart();
 }
@@ -175,6 +234,8 @@ void connect_dlg::Get_Data()
 
 void connect_dlg::Set_Data()
 {
+    if (ui->portBox->currentText() != shownPort)
+        ui->portBox->setEditText(ui->portBox->currentText().trimmed());
     const QString port =
         ui->portBox->currentText() == shownPort ? ConnectData.uartport : ui->portBox->currentText();
     ConnectData = xmlclass.read_connect();
@@ -213,14 +274,26 @@ void connect_dlg::fillLists()
     oneAndAHalf->setToolTip(tr("Serial ports cannot be set to 1.5 stop bits here."));
 }
 
-// What is typed or chosen stays.
+// Adapters come and go while the window is open; a list that somebody chooses from stays.
+void connect_dlg::lookForPorts()
+{
+    if (!ui->portBox->view()->isVisible() && ports() != listed)
+        listPorts();
+}
+
+// What is typed or chosen stays, and where the cursor is.
 void connect_dlg::listPorts()
 {
-    const QString text = ui->portBox->currentText();
+    listed = ports();
+    QLineEdit *edit = ui->portBox->lineEdit();
+    const QString text = edit->text();
+    const int cursor = edit->cursorPosition();
+    const int selected = edit->selectionStart();
+    const int length = edit->selectionLength();
     {
         const QSignalBlocker quiet(ui->portBox);
         ui->portBox->clear();
-        for (const Port &port : ports()) {
+        for (const Port &port : listed) {
             const QString whole = port.adapter.isEmpty()
                                       ? port.name
                                       : tr("%1: %2", "port, adapter").arg(port.name, port.adapter);
@@ -230,20 +303,110 @@ void connect_dlg::listPorts()
             ui->portBox->setItemData(row, whole, Qt::AccessibleTextRole);
         }
         ui->portBox->setEditText(text);
+        edit->setCursorPosition(cursor);
+        // A selection that was made backwards ends where the cursor is.
+        if (selected >= 0 && cursor == selected)
+            edit->setSelection(selected + length, -length);
+        else if (selected >= 0)
+            edit->setSelection(selected, length);
     }
     updateChoices();
+}
+
+// Opens the port and asks the frame, several times if need be, for its rotation: every generation
+// answers that, it changes nothing, and no window takes the answer for more than it is.
+void connect_dlg::openAndAsk(const PortSettings &settings, int times)
+{
+    stopAsking();
+    answered = false;
+    askedRate = bitsPerSecond(settings.BaudRate);
+    {
+        const QScopedValueRollback guard(opening, true);
+        emit openUart(ConnectData.uartport, settings);
+    }
+    if (link != Link::Serial)
+        return;
+    question = Question::Asked;
+    asksLeft = times;
+    ask();
+}
+
+void connect_dlg::ask()
+{
+    --asksLeft;
+    askTimer->start();
+    Frame frame = command::request(command::Rotation, command::rotation::Query);
+    emit Write03(frame.data());
+}
+
+void connect_dlg::onAskTimeout()
+{
+    if (asksLeft > 0) {
+        ask();
+        return;
+    }
+    question = Question::Unanswered;
+    if (searching)
+        tryNextRate();
+    updateState();
+}
+
+void connect_dlg::stopAsking()
+{
+    askTimer->stop();
+    question = Question::None;
+}
+
+void connect_dlg::tryNextRate()
+{
+    if (ratesLeft.isEmpty()) {
+        endSearch(tr("No frame answers at %1 baud. Check the cable and the port.")
+                      .arg(ratesTried.join(u", "_s)));
+        return;
+    }
+    searched.BaudRate = ratesLeft.takeFirst();
+    ratesTried += QString::number(bitsPerSecond(searched.BaudRate));
+    openAndAsk(searched, AsksOfSearch);
+    if (link != Link::Serial)
+        endSearch(problem);
+    updateState();
+}
+
+// In vain: the port is closed, so that it stays neither busy nor at a rate that nobody chose.
+void connect_dlg::endSearch(const QString &outcome)
+{
+    searching = false;
+    stopAsking();
+    if (link == Link::Serial)
+        emit closeUart();
+    problem = outcome;
+    updateChoices();
+    updateState();
+}
+
+// What was found is what Open would use from now on.
+void connect_dlg::keepRate(BaudRateType rate)
+{
+    ui->rateBox->setCurrentIndex(ui->rateBox->findData(rate));
+    Set_Data();
 }
 
 void connect_dlg::updateChoices()
 {
     const bool serial = ui->uartRadio->isChecked();
+    for (QWidget *widget : std::initializer_list<QWidget *>{ui->usbRadio, ui->uartRadio})
+        widget->setEnabled(!searching);
     for (QWidget *widget : std::initializer_list<QWidget *>{
              ui->portLabel, ui->portBox, ui->refreshButton, ui->rateLabel, ui->rateBox,
              ui->dataBitsLabel, ui->dataBitsBox, ui->parityLabel, ui->parityBox, ui->stopBitsLabel,
              ui->stopBitsBox})
-        widget->setEnabled(serial);
+        widget->setEnabled(serial && !searching);
     const QString port = ui->portBox->currentText();
-    ui->openButton->setEnabled(ui->usbRadio->isChecked() || (serial && !port.isEmpty()));
+    const bool named = serial && !port.trimmed().isEmpty();
+    ui->openButton->setEnabled(!searching && (ui->usbRadio->isChecked() || named));
+    // A frame on USB would take over at once.
+    ui->findButton->setEnabled(searching || (named && link != Link::Usb));
+    ui->findButton->setText(searching ? tr("Stop") : tr("Fi&nd"));
     const int row = ui->portBox->findText(port, Qt::MatchFixedString | Qt::MatchCaseSensitive);
     ui->portBox->setToolTip(row < 0 ? port
                                     : ui->portBox->itemData(row, Qt::ToolTipRole).toString());
@@ -260,6 +423,13 @@ void connect_dlg::updateState()
         lines += tr("The serial port %1 is open.").arg(openPort);
         lines += answered ? tr("A touch frame answers there.")
                           : tr("Nothing has come from a touch frame there yet.");
+        if (searching)
+            lines += tr("Looking for a frame at %1 baud.").arg(askedRate);
+        else if (question != Question::None && answered)
+            lines += askedRate > 0 ? tr("A frame answers at %1 baud.").arg(askedRate)
+                                   : tr("A frame answers.");
+        else if (question == Question::Unanswered)
+            lines += tr("No answer: check cable and rate.");
         break;
     case Link::None:
         lines += openPort.isEmpty() ? tr("No touch frame is connected, no serial port is open.")

@@ -11,11 +11,16 @@
 #include <memory>
 
 class QComboBox;
+class QTimer;
 namespace Ui {
 class connect_dlg;
 }
 
 // Chooses between USB and a serial port, and shows what is connected and why an attempt failed.
+//
+// A port that was opened here proves nothing about a frame, so the frame is asked something
+// harmless and the window says whether it answers. Find does the same at the usual rates, one after
+// the other.
 //
 // It asks by signals and is told by setState(). Open keeps the choices in the settings file,
 // whether or not the attempt succeeds, so what was tried is there next time; leaving without Open
@@ -31,6 +36,8 @@ public:
     {
         QString name;    // such as "ttyUSB0"
         QString adapter; // what it calls itself; may be empty
+
+        bool operator==(const Port &) const = default;
     };
     using PortList = std::function<QList<Port>()>;
     static QList<Port> systemPorts();
@@ -47,7 +54,7 @@ public:
     void setState(Link link, const QString &openPort, const QString &problem);
 
 signals:
-    void Write03(UCHAR *WriteBuf); // as every dialog has it; nothing here sends a frame
+    void Write03(UCHAR *WriteBuf); // FrameSize bytes, valid during the call
     void useUsb();
     void openUart(const QString &portName, const PortSettings &settings);
     void closeUart();
@@ -62,12 +69,21 @@ protected:
 
 private slots:
     void on_openButton_clicked();
+    void on_findButton_clicked();
     void on_closeButton_clicked();
     void on_refreshButton_clicked();
 
 private:
     void fillLists();
+    void lookForPorts();
     void listPorts();
+    void openAndAsk(const PortSettings &settings, int times);
+    void ask();
+    void onAskTimeout();
+    void stopAsking();
+    void tryNextRate();
+    void endSearch(const QString &outcome);
+    void keepRate(BaudRateType rate);
     void updateChoices();
     void updateState();
     void forgetProblems();
@@ -81,6 +97,23 @@ private:
     Link link = Link::None;
     QString openPort;
     bool answered = false; // a frame has been heard on the open serial port
-    QString problem;       // of the link
-    QString keepProblem;   // of the settings file
+
+    // The question to the frame on the open serial port, if it was opened here.
+    enum class Question { None, Asked, Unanswered };
+    Question question = Question::None;
+    int askedRate = 0; // bits per second; 0 when it has no name
+    int asksLeft = 0;
+    QTimer *askTimer; // child
+
+    // Find
+    bool searching = false;
+    bool opening = false; // the link changes because this window asks for it
+    PortSettings searched;
+    QList<BaudRateType> ratesLeft;
+    QStringList ratesTried;
+
+    QTimer *portsTimer;  // child; runs while the window is shown
+    QList<Port> listed;  // as portBox has them
+    QString problem;     // of the link
+    QString keepProblem; // of the settings file
 };

@@ -3,6 +3,7 @@
 #include "dialogs/advconnect_dlg.h"
 #include "dialogs/connect_dlg.h"
 #include "dialogs/smoothing_dlg.h"
+#include "sim/serialsession.h"
 #include "tests/dialogs/settingshome.h"
 #include "tests/support/fakeadapter.h"
 #include "tests/support/pty.h"
@@ -17,6 +18,7 @@
 #include <QSerialPort>
 #include <QTest>
 
+#include <chrono>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -35,6 +37,8 @@ private:
 
     const QByteArray To9600 = QByteArray::fromHex("51 56 00 B1 00 03 00 0C 00 00 00");
     const QByteArray To115200 = QByteArray::fromHex("51 56 00 B1 00 03 00 13 00 00 00");
+
+    const QByteArray Question = QByteArray::fromHex("51 56 00 A7 02 00 00 00");
 
     void makeWindow()
     {
@@ -73,6 +77,17 @@ private:
         child<QComboBox>("portBox")->setEditText(port);
         child<QComboBox>("rateBox")->setCurrentText(rate);
         press("openButton");
+    }
+    static std::unique_ptr<sim::SerialSession> simulatedFrame()
+    {
+        auto simulated = std::make_unique<sim::SerialSession>(
+            sim::Profile(), sim::FaultPlan(), [start = std::chrono::steady_clock::now()] {
+                return std::chrono::duration_cast<std::chrono::milliseconds>(
+                    std::chrono::steady_clock::now() - start);
+            });
+        if (const QString problem = simulated->plug(); !problem.isEmpty())
+            qFatal("%s", qPrintable(problem));
+        return simulated;
     }
     QByteArray arrived(Pty &line, qsizetype count)
     {
@@ -142,8 +157,12 @@ private slots:
         openByDialog(line.path(), u"115200"_s);
         QCOMPARE(window->connectState(), MainWindow::SerialOpen);
         QVERIFY(state().contains(u"The serial port %1 is open."_s.arg(line.path())));
-        QCOMPARE(arrived(line, 3 * To115200.size()), To115200 + To115200 + To115200);
+        QCOMPARE(arrived(line, 3 * To115200.size() + Question.size()),
+                 To115200 + To115200 + To115200 + Question);
         QCOMPARE(rateOf(line.path()), speed_t(B115200));
+        line.send(QByteArray::fromHex("51 56 FC A7 82 02 00 00 00 00"));
+        QTRY_VERIFY(state().contains(u"A frame answers at 115200 baud."_s));
+        line.received();
         UCHAR query[64] = {0, 0xA3, 0x00, 0x00};
         emit window->Write03(query);
         QCOMPARE(arrived(line, 8), QByteArray::fromHex("51 56 00 A3 00 00 00 00"));
@@ -193,6 +212,59 @@ private slots:
         QVERIFY(!state().contains(u"answers"_s));
         line.send(QByteArray::fromHex("51 56 FC A3 80 02 00 12 38 01"));
         QTRY_VERIFY(state().contains(u"A touch frame answers there."_s));
+    }
+
+    void a_silent_line_shows()
+    {
+        Pty line;
+        openByDialog(line.path(), u"57600"_s);
+        QTRY_VERIFY(state().endsWith(u"\nNo answer: check cable and rate."_s));
+        QVERIFY(state().contains(u"Nothing has come from a touch frame there yet."_s));
+    }
+
+    void find_finds_a_frame_that_has_not_heard_of_the_rate()
+    {
+        const std::unique_ptr<sim::SerialSession> simulated = simulatedFrame();
+        PortSettings settings;
+        settings.BaudRate = BAUD38400;
+        QVERIFY(window->OpenUart(simulated->place(), settings));
+        QTRY_COMPARE(simulated->rate(), 38400);
+        window->CLoseUart();
+
+        showDialog();
+        choose("uartRadio");
+        child<QComboBox>("portBox")->setEditText(simulated->place());
+        child<QComboBox>("rateBox")->setCurrentText(u"115200"_s);
+        press("findButton");
+        QTRY_VERIFY_WITH_TIMEOUT(state().contains(u"A frame answers at 38400 baud."_s), 15'000);
+        QCOMPARE(window->connectState(), MainWindow::SerialOpen);
+        QCOMPARE(child<QComboBox>("rateBox")->currentText(), u"38400"_s);
+        QCOMPARE(simulated->rate(), 38400);
+    }
+
+    void a_frame_that_hears_of_the_rate_is_found_at_the_chosen_one()
+    {
+        const std::unique_ptr<sim::SerialSession> simulated = simulatedFrame();
+        openByDialog(simulated->place(), u"115200"_s);
+        QTRY_VERIFY(state().contains(u"A frame answers at 115200 baud."_s));
+        press("findButton");
+        QTRY_VERIFY(child<QPushButton>("findButton")->text() == u"Fi&nd"_s);
+        QVERIFY(state().contains(u"A frame answers at 115200 baud."_s));
+        QCOMPARE(simulated->rate(), 115200);
+    }
+
+    void a_search_in_vain_closes_the_port()
+    {
+        Pty line;
+        showDialog();
+        choose("uartRadio");
+        child<QComboBox>("portBox")->setEditText(line.path());
+        press("findButton");
+        QTRY_COMPARE_WITH_TIMEOUT(window->connectState(), MainWindow::SerialClosed, 15'000);
+        QVERIFY2(state().contains(u"No frame answers at 9600, 19200, 38400, 57600, 115200 baud."_s),
+                 qPrintable(state()));
+        QSerialPort other(line.path());
+        QVERIFY(other.open(QIODevice::ReadWrite));
     }
 
     void a_port_that_is_not_there_fails_with_the_reason_in_an_open_dialog()

@@ -59,7 +59,10 @@ extern "C" int bind(int fd, const sockaddr *address, socklen_t size) noexcept
     return 0;
 }
 
-extern "C" ssize_t recv(int fd, void *buffer, size_t size, int flags)
+// Where the library defines recv() in its header, only another name can be given to a second one.
+extern "C" ssize_t receive(int fd, void *buffer, size_t size, int flags) __asm__("recv");
+
+extern "C" ssize_t receive(int fd, void *buffer, size_t size, int flags)
 {
     static const auto real = libraryFunction<ssize_t (*)(int, void *, size_t, int)>("recv");
     const ssize_t received = real(fd, buffer, size, flags);

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
 #include <QPushButton>
@@ -376,7 +377,10 @@ void tst_serial::a_line_that_takes_no_bytes_gets_no_command_at_a_wrong_rate()
     }
     QVERIFY(full > 0);
 
+    QElapsedTimer clock;
+    clock.start();
     QVERIFY(window->OpenUart(line.node, {.BaudRate = BAUD256000}));
+    QVERIFY2(clock.elapsed() < 1000, QByteArray::number(clock.elapsed()));
     QVERIFY2(window->uartProblem().contains(u"does not take the bytes that wait"),
              qPrintable(window->uartProblem()));
     // Only the first command was given to the line, which is still at its rate.

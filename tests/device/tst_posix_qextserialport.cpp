@@ -2,9 +2,11 @@
 
 #include "tests/support/farend.h"
 
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <grp.h>
 #include <sys/stat.h>
 
 #include <functional>
@@ -53,6 +55,8 @@ private slots:
     void a_line_that_takes_nothing_keeps_its_rate();
     void a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says_data();
     void a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says();
+    void a_line_that_takes_nothing_is_waited_for_once();
+    void a_line_that_goes_on_is_waited_for_again();
     void a_line_that_takes_nothing_is_closed_soon();
     void writing_to_a_line_that_takes_nothing_ends();
     void a_full_line_goes_on_when_its_reader_does();
@@ -67,6 +71,7 @@ private slots:
     void an_absent_port_is_refused_with_a_reason_data();
     void an_absent_port_is_refused_with_a_reason();
     void a_port_open_elsewhere_is_refused_with_a_reason();
+    void a_port_of_another_user_is_refused_with_a_reason_data();
     void a_port_of_another_user_is_refused_with_a_reason();
     void a_second_open_is_refused_and_changes_nothing();
     void a_closed_port_takes_and_gives_nothing();
@@ -366,6 +371,48 @@ void tst_Posix_QextSerialPort::
     QVERIFY2(waited >= atLeast && waited < lessThan, QByteArray::number(waited));
 }
 
+void tst_Posix_QextSerialPort::a_line_that_takes_nothing_is_waited_for_once()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(write(port, QByteArray(Posix_QextSerialPort::MaxWaiting, 'x')),
+             Posix_QextSerialPort::MaxWaiting);
+    QVERIFY(!port.setBaudRate(BAUD9600));
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(!port.setBaudRate(BAUD57600));
+    QVERIFY(!port.setStopBits(STOP_2));
+    QVERIFY(port.errorString().contains(u"does not take the bytes that wait"));
+    port.close();
+    QVERIFY2(clock.elapsed() < 400, QByteArray::number(clock.elapsed()));
+
+    // Another opening begins anew.
+    far.take(1'000'000, 200);
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(write(port, "again"_qba), 5);
+    QVERIFY2(port.setBaudRate(BAUD57600), qPrintable(port.errorString()));
+}
+
+void tst_Posix_QextSerialPort::a_line_that_goes_on_is_waited_for_again()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 100});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    const QByteArray bytes(Posix_QextSerialPort::MaxWaiting - 1000, 'x');
+    QCOMPARE(write(port, bytes), bytes.size());
+    QVERIFY(!port.setBaudRate(BAUD9600));
+    // Some leave, more are written than have left, and then the rest leaves.
+    QCOMPARE(far.take(500).size(), 500);
+    QCOMPARE(write(port, QByteArray(900, 'y')), 900);
+    QVERIFY(port.setTimeout(2000));
+    std::thread reader([&] { far.take(bytes.size() + 400, 3000); });
+    QTest::qSleep(100); // what the reader takes makes room a little later
+    const bool set = port.setBaudRate(BAUD9600);
+    reader.join();
+    QVERIFY2(set, qPrintable(port.errorString()));
+}
+
 void tst_Posix_QextSerialPort::a_line_that_takes_nothing_is_closed_soon()
 {
     FarEnd far;
@@ -619,23 +666,48 @@ void tst_Posix_QextSerialPort::a_port_open_elsewhere_is_refused_with_a_reason()
     QCOMPARE(second.errorString(), QString());
 }
 
+void tst_Posix_QextSerialPort::a_port_of_another_user_is_refused_with_a_reason_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QString>("advice"); // %1: the group
+    const QString alone = u"it is for its owner root alone."_s;
+    QTest::newRow("a group may") << 0660 << u"Join the group %1, then log in again."_s;
+    QTest::newRow("the owner may") << 0600 << alone;
+    QTest::newRow("the group may read only") << 0640 << alone;
+    QTest::newRow("the group may write only") << 0620 << alone;
+}
+
 void tst_Posix_QextSerialPort::a_port_of_another_user_is_refused_with_a_reason()
 {
+    QFETCH(const int, mode);
+    QFETCH(const QString, advice);
     if (geteuid() != 0)
         QFAIL("needs root, to make a port that this user may not open");
     FarEnd far;
     const QByteArray node = far.node.toLocal8Bit();
-    QCOMPARE(chmod(node.constData(), 0600), 0);
+    QCOMPARE(chmod(node.constData(), mode_t(mode)), 0);
+    const QString group = QFileInfo(far.node).group();
+    QVERIFY(!group.isEmpty());
     // The test itself may open everything as root; for this one attempt it may not.
+    std::array<gid_t, 128> groups{};
+    const int groupCount = getgroups(int(groups.size()), groups.data());
+    QVERIFY(groupCount >= 0);
+    const gid_t ownGroup = getegid();
+    QCOMPARE(setgroups(0, nullptr), 0);
+    QCOMPARE(setegid(65534), 0);
     QCOMPARE(seteuid(65534), 0);
     Posix_QextSerialPort port(far.node, {});
     const bool opened = port.open(QIODevice::ReadWrite);
     const QString reason = port.errorString();
     QCOMPARE(seteuid(0), 0);
+    QCOMPARE(setegid(ownGroup), 0);
+    QCOMPARE(setgroups(size_t(groupCount), groups.data()), 0);
     QVERIFY(!opened);
     QVERIFY2(reason.contains(u"This user may not open the serial port "_s + far.node),
              qPrintable(reason));
-    QVERIFY2(reason.contains(u"Join the group "), qPrintable(reason));
+    QVERIFY2(reason.contains(advice.contains(u"%1"_s) ? advice.arg(group) : advice),
+             qPrintable(reason));
+    QCOMPARE(reason.contains(u"Join the group"_s), mode == 0660);
 }
 
 void tst_Posix_QextSerialPort::a_second_open_is_refused_and_changes_nothing()

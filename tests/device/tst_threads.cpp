@@ -48,32 +48,6 @@ public:
 
 } // namespace
 
-// Sits in one call that no request to end reaches.
-class StuckThread : public StoppableThread
-{
-    Q_OBJECT
-public:
-    static constexpr auto StuckFor = 30s;
-
-    StuckThread()
-        : StoppableThread(300ms)
-    {
-    }
-    ~StuckThread() override { finish(); }
-
-    std::chrono::milliseconds stuckFor = StuckFor;
-    std::atomic<bool> isStuck{false};
-    std::atomic<bool> ended{false};
-
-protected:
-    void run() override
-    {
-        isStuck = true;
-        std::this_thread::sleep_for(stuckFor);
-        ended = true;
-    }
-};
-
 class tst_threads : public QObject
 {
     Q_OBJECT
@@ -455,49 +429,6 @@ private slots:
         QTRY_VERIFY(changed);
         QVERIFY(writer.wait());
         QCOMPARE(adapter.sentBytes(1), QList<QByteArray>({"a3"}));
-    }
-
-    // A thread that does not end
-
-    void a_thread_stuck_past_its_budget_is_killed_and_told_of()
-    {
-        const auto begin = std::chrono::steady_clock::now();
-        {
-            StuckThread thread;
-            thread.start();
-            QTRY_VERIFY(thread.isStuck);
-            thread.terminate();
-            QTest::ignoreMessage(QtWarningMsg, "StuckThread has been stuck in one call for 300 ms "
-                                               "and is killed");
-            QVERIFY(thread.wait());
-            QVERIFY(thread.isFinished());
-        }
-        const auto took = std::chrono::steady_clock::now() - begin;
-        QVERIFY(took >= 300ms);
-        QVERIFY(took < 5s);
-    }
-
-    void a_thread_that_ends_within_its_budget_is_left_to_it()
-    {
-        StuckThread thread;
-        thread.stuckFor = 150ms;
-        thread.start();
-        QTRY_VERIFY(thread.isStuck);
-        thread.terminate();
-        QVERIFY(thread.wait());
-        QVERIFY(thread.ended);
-    }
-
-    void the_usual_budget_outlasts_a_transfer_that_the_kernel_gives_up_after_ten_seconds()
-    {
-        constexpr auto TransferTimeout = 10s;
-        QVERIFY(StoppableThread::StopBudget > TransferTimeout);
-        QVERIFY(StoppableThread::StopBudget < 2 * TransferTimeout);
-        Frame buffer{};
-        const ReadReportThread reader(buffer.data());
-        const writereportthread writer(buffer.data());
-        QCOMPARE(reader.stopBudget(), StoppableThread::StopBudget);
-        QCOMPARE(writer.stopBudget(), StoppableThread::StopBudget);
     }
 };
 

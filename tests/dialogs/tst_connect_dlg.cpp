@@ -4,6 +4,7 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
@@ -11,6 +12,7 @@
 #include <QSerialPortInfo>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 #include <memory>
 
@@ -76,6 +78,53 @@ private:
             home->edit(name, value);
     }
 
+    // The link as the main window has it, with a frame that listens at one rate.
+    class Line : public QObject
+    {
+    public:
+        explicit Line(connect_dlg &dialog)
+        {
+            connect(&dialog, &connect_dlg::openUart, this,
+                    [this, &dialog](const QString &port, const PortSettings &settings) {
+                        rates += int(settings.BaudRate);
+                        last = settings;
+                        dialog.setState(Link::None, QString(), QString());
+                        if (opens)
+                            dialog.setState(Link::Serial, port, QString());
+                        else
+                            dialog.setState(Link::None, QString(), u"It is broken."_s);
+                    });
+            connect(&dialog, &connect_dlg::closeUart, this, [this, &dialog] {
+                ++closings;
+                dialog.setState(Link::None, QString(), QString());
+            });
+            connect(&dialog, &connect_dlg::Write03, this, [this, &dialog](const UCHAR *frame) {
+                asked +=
+                    QByteArray(reinterpret_cast<const char *>(frame + 1), 3).toHex(' ').toUpper();
+                if (int(last.BaudRate) != frameAt)
+                    return;
+                QTimer::singleShot(20, &dialog, [&dialog] {
+                    Frame report{0xFC, 0xA7, 0x82, 0x02};
+                    dialog.DoRecv03(report.data());
+                });
+            });
+        }
+
+        bool opens = true;
+        int frameAt = -1; // a number of BaudRateType
+        QList<int> rates;
+        PortSettings last;
+        QByteArrayList asked;
+        int closings = 0;
+    };
+    // With the button, at 115200 baud.
+    void openUart()
+    {
+        editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}, {"BAUDRATE", "19"}});
+        appear();
+        press("openButton");
+    }
+
 private slots:
     void init()
     {
@@ -139,13 +188,14 @@ private slots:
         dialog->setState(Link::Serial, u"ttyS0"_s, QString());
         uart()->setFocus();
         QStringList reached;
-        for (int i = 0; i < 9; ++i) {
+        for (int i = 0; i < 10; ++i) {
             QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
             reached += dialog->focusWidget()->objectName();
         }
-        QCOMPARE(reached, QStringList({u"portBox"_s, u"refreshButton"_s, u"rateBox"_s,
-                                       u"dataBitsBox"_s, u"parityBox"_s, u"stopBitsBox"_s,
-                                       u"openButton"_s, u"closeButton"_s, u"stateText"_s}));
+        QCOMPARE(reached,
+                 QStringList({u"portBox"_s, u"refreshButton"_s, u"rateBox"_s, u"dataBitsBox"_s,
+                              u"parityBox"_s, u"stopBitsBox"_s, u"openButton"_s, u"findButton"_s,
+                              u"closeButton"_s, u"stateText"_s}));
         for (const char *name :
              {"portLabel", "rateLabel", "dataBitsLabel", "parityLabel", "stopBitsLabel"})
             QVERIFY2(child<QLabel>(name)->buddy() != nullptr, name);
@@ -155,7 +205,7 @@ private slots:
             if (const qsizetype at = text.indexOf(u'&'); at >= 0)
                 mnemonics += text.sliced(at + 1, 1).toUpper();
         }
-        QCOMPARE(mnemonics.size(), 10);
+        QCOMPARE(mnemonics.size(), 11);
         QCOMPARE(mnemonics.removeDuplicates(), 0);
     }
 
@@ -226,12 +276,79 @@ private slots:
         QCOMPARE(items("portBox"), QStringList({u"ttyS0"_s, u"ttyUSB0"_s}));
     }
 
+    void a_typed_name_is_taken_without_blanks_around_it()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
+        box("portBox")->setEditText(u" \tttyUSB1 "_s);
+        press("openButton");
+        QCOMPARE(asked.first().first().toString(), u"ttyUSB1"_s);
+        QCOMPARE(home->element("UARTPORT"), "ttyUSB1");
+        QCOMPARE(box("portBox")->currentText(), u"ttyUSB1"_s);
+    }
+
+    void an_adapter_that_comes_or_goes_is_listed_by_itself()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
+        auto *edit = box("portBox")->lineEdit();
+        edit->setFocus();
+        edit->setText(u"being typed"_s);
+        edit->setSelection(3, 2);
+        systemPorts.append({u"ttyACM0"_s, QString()});
+        QTRY_COMPARE(items("portBox"), QStringList({u"ttyS0"_s, u"ttyUSB0"_s, u"ttyACM0"_s}));
+        QCOMPARE(edit->text(), u"being typed"_s);
+        QCOMPARE(edit->selectionStart(), 3);
+        QCOMPARE(edit->selectedText(), u"ng"_s);
+        edit->deselect();
+        edit->setCursorPosition(5);
+        systemPorts.removeFirst();
+        QTRY_COMPARE(items("portBox"), QStringList({u"ttyUSB0"_s, u"ttyACM0"_s}));
+        QCOMPARE(edit->cursorPosition(), 5);
+        QVERIFY(!edit->hasSelectedText());
+    }
+
+    void an_open_list_stays_until_it_is_closed()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        box("portBox")->showPopup();
+        QTRY_VERIFY(box("portBox")->view()->isVisible());
+        systemPorts.append({u"ttyACM0"_s, QString()});
+        QTest::qWait(1500);
+        QVERIFY(box("portBox")->view()->isVisible());
+        QCOMPARE(items("portBox").size(), 2);
+        box("portBox")->hidePopup();
+        QTRY_COMPARE(items("portBox").size(), 3);
+    }
+
+    void behind_a_closed_dialog_nobody_looks_for_ports()
+    {
+        int looks = 0;
+        dialog = std::make_unique<connect_dlg>(nullptr, [&looks] {
+            ++looks;
+            return QList<connect_dlg::Port>();
+        });
+        appear();
+        QTRY_VERIFY(looks >= 2);
+        dialog->close();
+        const int before = looks;
+        QTest::qWait(1300);
+        QCOMPARE(looks, before);
+    }
+
     void without_a_port_there_is_nothing_to_open()
     {
         editFile({{"CONNECT", "2"}});
         appear();
         box("portBox")->setEditText(QString());
         QVERIFY(!button("openButton")->isEnabled());
+        QVERIFY(!button("findButton")->isEnabled());
+        box("portBox")->setEditText(u"  "_s);
+        QVERIFY(!button("openButton")->isEnabled());
+        QVERIFY(!button("findButton")->isEnabled());
         box("portBox")->setEditText(u"ttyS0"_s);
         QVERIFY(button("openButton")->isEnabled());
     }
@@ -495,6 +612,180 @@ private slots:
         press("openButton");
         QVERIFY(!state().contains(u"A touch frame answers there."_s));
         QVERIFY(state().contains(u"Nothing has come from a touch frame there yet."_s));
+    }
+
+    // Whether a frame answers
+
+    void an_opened_port_is_asked_for_the_rotation_until_a_frame_answers()
+    {
+        Line line(*dialog);
+        openUart();
+        QCOMPARE(line.asked, QByteArrayList({"A7 02 00"}));
+        QCOMPARE(state(), u"The serial port ttyUSB0 is open.\n"
+                          u"Nothing has come from a touch frame there yet."_s);
+        QTRY_COMPARE(line.asked.size(), 3);
+        Frame report{};
+        dialog->DoRecv03(report.data());
+        QCOMPARE(state(), u"The serial port ttyUSB0 is open.\n"
+                          u"A touch frame answers there.\n"
+                          u"A frame answers at 115200 baud."_s);
+        QTest::qWait(700);
+        QCOMPARE(line.asked.size(), 3);
+    }
+
+    void no_answer_within_a_second_is_told_and_a_late_one_too()
+    {
+        Line line(*dialog);
+        QElapsedTimer time;
+        time.start();
+        openUart();
+        QTRY_VERIFY(state().endsWith(u"\nNo answer: check cable and rate."_s));
+        QVERIFY(time.elapsed() >= 990);
+        QVERIFY(time.elapsed() < 3000);
+        QVERIFY(state().contains(u"Nothing has come from a touch frame there yet."_s));
+        QCOMPARE(line.asked.size(), 4);
+        Frame report{};
+        dialog->DoRecv03(report.data());
+        QVERIFY(state().endsWith(u"\nA frame answers at 115200 baud."_s));
+        QVERIFY(!state().contains(u"No answer"_s));
+    }
+
+    void what_was_asked_on_one_port_says_nothing_of_the_next()
+    {
+        Line line(*dialog);
+        openUart();
+        QTRY_VERIFY(state().contains(u"No answer"_s));
+        dialog->setState(Link::None, QString(), QString());
+        QVERIFY(!state().contains(u"No answer"_s));
+        dialog->setState(Link::Serial, u"ttyS0"_s, QString());
+        QVERIFY(!state().contains(u"No answer"_s));
+        // Opened by somebody else: nothing is asked for by itself.
+        const qsizetype before = line.asked.size();
+        QTest::qWait(400);
+        QCOMPARE(line.asked.size(), before);
+    }
+
+    void a_port_that_does_not_open_is_not_asked()
+    {
+        Line line(*dialog);
+        line.opens = false;
+        openUart();
+        QTest::qWait(400);
+        QCOMPARE(line.asked, QByteArrayList());
+        QCOMPARE(state(), u"No touch frame is connected, no serial port is open.\n"
+                          u"It is broken."_s);
+    }
+
+    void a_usb_frame_that_takes_over_ends_the_question()
+    {
+        Line line(*dialog);
+        openUart();
+        dialog->setState(Link::Usb, u"ttyUSB0"_s, QString());
+        const qsizetype before = line.asked.size();
+        QTest::qWait(1300);
+        QCOMPARE(line.asked.size(), before);
+        QVERIFY(!state().contains(u"No answer"_s));
+    }
+
+    // Finding the rate
+
+    void find_tries_the_chosen_rate_and_then_the_usual_ones()
+    {
+        Line line(*dialog);
+        line.frameAt = 14; // 19200
+        editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}, {"BAUDRATE", "17"}, {"PARITY", "2"}});
+        appear();
+        press("findButton");
+        QCOMPARE(button("findButton")->text(), u"Stop"_s);
+        QVERIFY(!button("openButton")->isEnabled());
+        QVERIFY(!box("rateBox")->isEnabled());
+        QVERIFY(!uart()->isEnabled());
+        QVERIFY(state().contains(u"Looking for a frame at 57600 baud."_s));
+        QTRY_VERIFY(state().contains(u"A frame answers at 19200 baud."_s));
+        QCOMPARE(line.rates, QList<int>({17, 12, 14}));
+        QCOMPARE(int(line.last.Parity), 2);
+        QCOMPARE(button("findButton")->text(), u"Fi&nd"_s);
+        QVERIFY(box("rateBox")->isEnabled());
+        // What was found is chosen and kept.
+        QCOMPARE(box("rateBox")->currentText(), u"19200"_s);
+        QCOMPARE(home->element("BAUDRATE"), "14");
+        QCOMPARE(line.closings, 0);
+    }
+
+    void find_says_what_it_tried_in_vain_and_closes_the_port()
+    {
+        Line line(*dialog);
+        editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}, {"BAUDRATE", "19"}});
+        appear();
+        press("findButton");
+        QTRY_COMPARE_WITH_TIMEOUT(button("findButton")->text(), u"Fi&nd"_s, 10'000);
+        QCOMPARE(line.rates, QList<int>({19, 12, 14, 15, 17}));
+        QCOMPARE(state(), u"No touch frame is connected, no serial port is open.\n"
+                          u"No frame answers at 115200, 9600, 19200, 38400, 57600 baud. Check the "
+                          u"cable and the port."_s);
+        QCOMPARE(line.closings, 1);
+        QCOMPARE(home->element("BAUDRATE"), "19");
+        QCOMPARE(box("rateBox")->currentText(), u"115200"_s);
+    }
+
+    void find_can_be_stopped_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("by its button") << u"findButton"_s;
+        QTest::newRow("by closing the port") << u"closeButton"_s;
+        QTest::newRow("by closing the window") << QString();
+    }
+    void find_can_be_stopped()
+    {
+        QFETCH(const QString, how);
+        Line line(*dialog);
+        editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}, {"BAUDRATE", "19"}});
+        appear();
+        press("findButton");
+        if (how.isEmpty())
+            dialog->close();
+        else
+            press(how.toLatin1().constData());
+        QCOMPARE(line.closings >= 1, true);
+        QCOMPARE(button("findButton")->text(), u"Fi&nd"_s);
+        QCOMPARE(state().contains(u"The search was stopped."_s), how == u"findButton"_s);
+        QTest::qWait(800);
+        QCOMPARE(line.rates, QList<int>({19}));
+    }
+
+    void find_ends_with_a_port_that_does_not_open_or_is_lost()
+    {
+        Line line(*dialog);
+        line.opens = false;
+        editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}});
+        appear();
+        press("findButton");
+        QCOMPARE(button("findButton")->text(), u"Fi&nd"_s);
+        QVERIFY(state().endsWith(u"It is broken."_s));
+        line.opens = true;
+        press("findButton");
+        QCOMPARE(button("findButton")->text(), u"Stop"_s);
+        dialog->setState(Link::None, QString(), u"It is gone."_s);
+        QCOMPARE(button("findButton")->text(), u"Fi&nd"_s);
+        QVERIFY(state().endsWith(u"It is gone."_s));
+        QTest::qWait(800);
+        QCOMPARE(line.rates.size(), 2);
+    }
+
+    void find_ends_with_a_usb_frame_that_takes_over_and_waits_for_its_unplugging()
+    {
+        Line line(*dialog);
+        editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}});
+        appear();
+        press("findButton");
+        dialog->setState(Link::Usb, u"ttyUSB0"_s, QString());
+        QCOMPARE(button("findButton")->text(), u"Fi&nd"_s);
+        QVERIFY(!button("findButton")->isEnabled());
+        QVERIFY(state().contains(u"The frame took over from the serial port."_s));
+        dialog->setState(Link::None, QString(), QString());
+        QVERIFY(button("findButton")->isEnabled());
+        QTest::qWait(800);
+        QCOMPARE(line.rates.size(), 1);
     }
 
     void a_failure_stays_until_another_attempt()
