@@ -10,7 +10,7 @@
 // lie wholly within their parent or lie over a sibling.
 inline QStringList clipped(const QWidget &window)
 {
-    const auto isClipped = [&window](const QWidget *widget) {
+    const auto isClipped = [](const QWidget *widget) {
         if (const auto *label = qobject_cast<const QLabel *>(widget)) {
             if (label->text().isEmpty())
                 return false;
