@@ -4,16 +4,11 @@
 #include "device/records.h"
 #include "ui_connect_dlg.h"
 
-#include <QAbstractItemView>
 #include <QComboBox>
 #include <QHideEvent>
-#include <QLineEdit>
 #include <QScopedValueRollback>
-#include <QSerialPortInfo>
 #include <QShowEvent>
-#include <QSignalBlocker>
 #include <QStandardItemModel>
-#include <QStyledItemDelegate>
 #include <QTimer>
 
 #include <algorithm>
@@ -28,29 +23,11 @@ namespace {
 constexpr int ByUsb = 1;
 constexpr int ByUart = 2;
 
-constexpr int PopupWidth = 262;
-
 // A frame may still be on its way to another rate when it is asked first.
 constexpr auto AskPeriod = 250ms;
 constexpr int AsksOfOpening = 4;
 constexpr int AsksOfSearch = 2;
 constexpr auto UsualRates = {BAUD9600, BAUD19200, BAUD38400, BAUD57600, BAUD115200};
-
-constexpr auto PortsPeriod = 1s;
-
-// Shows ports with their adapters' names, which are no part of what a chosen port is called.
-class PortDelegate : public QStyledItemDelegate
-{
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-protected:
-    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        option->text = index.data(Qt::ToolTipRole).toString();
-    }
-};
 
 // Selects a number of the settings file; one that is in no list is listed as what it is.
 void showNumber(QComboBox *box, int listed, int number)
@@ -64,37 +41,19 @@ void showNumber(QComboBox *box, int listed, int number)
 
 } // namespace
 
-QList<connect_dlg::Port> connect_dlg::systemPorts()
-{
-    QList<Port> found;
-    for (const QSerialPortInfo &info : QSerialPortInfo::availablePorts()) {
-        QStringList words = {info.manufacturer(), info.description()};
-        words.removeAll(QString());
-        words.removeDuplicates();
-        found.append({info.portName(), words.join(u' ')});
-    }
-    return found;
-}
-
 connect_dlg::connect_dlg(QWidget *parent, PortList portList)
     : QDialog(parent)
     , ui(std::make_unique<Ui::connect_dlg>())
-    , ports(std::move(portList))
     , askTimer(new QTimer(this))
-    , portsTimer(new QTimer(this))
 {
     ui->setupUi(this);
     askTimer->setSingleShot(true);
     askTimer->setInterval(AskPeriod);
     connect(askTimer, &QTimer::timeout, this, &connect_dlg::onAskTimeout);
-    portsTimer->setInterval(PortsPeriod);
-    connect(portsTimer, &QTimer::timeout, this, &connect_dlg::lookForPorts);
     fillLists();
-    ui->portBox->setItemDelegate(new PortDelegate(ui->portBox));
-    ui->portBox->view()->setMinimumWidth(PopupWidth);
+    portChoice = new PortChoice(ui->portBox, std::move(portList));
+    connect(portChoice, &PortChoice::listed, this, &connect_dlg::updateChoices);
     ui->stateText->viewport()->setBackgroundRole(QPalette::Window);
-    // It would lengthen a typed name to one of the list.
-    ui->portBox->setCompleter(nullptr);
     connect(ui->portBox, &QComboBox::currentTextChanged, this, &connect_dlg::updateChoices);
     connect(ui->usbRadio, &QRadioButton::toggled, this, &connect_dlg::updateChoices);
     connect(ui->uartRadio, &QRadioButton::toggled, this, &connect_dlg::updateChoices);
@@ -140,9 +99,9 @@ void connect_dlg::showEvent(QShowEvent *event)
 {
     if (!event->spontaneous()) {
         // Not before: it takes longer than all else of the tool's start.
-        listPorts();
+        portChoice->list();
         Get_Data();
-        portsTimer->start();
+        portChoice->follow(true);
     }
     QDialog::showEvent(event);
 }
@@ -152,7 +111,7 @@ void connect_dlg::hideEvent(QHideEvent *event)
     QDialog::hideEvent(event);
     if (event->spontaneous())
         return;
-    portsTimer->stop();
+    portChoice->follow(false);
     if (searching)
         endSearch({});
     Get_Data();
@@ -208,7 +167,7 @@ void connect_dlg::on_closeButton_clicked()
 
 void connect_dlg::on_refreshButton_clicked()
 {
-    listPorts();
+    portChoice->list();
 }
 
 void connect_dlg::Get_Data()
@@ -272,45 +231,6 @@ void connect_dlg::fillLists()
     auto *oneAndAHalf = static_cast<QStandardItemModel *>(ui->stopBitsBox->model())->item(STOP_1_5);
     oneAndAHalf->setEnabled(false);
     oneAndAHalf->setToolTip(tr("Serial ports cannot be set to 1.5 stop bits here."));
-}
-
-// Adapters come and go while the window is open; a list that somebody chooses from stays.
-void connect_dlg::lookForPorts()
-{
-    if (!ui->portBox->view()->isVisible() && ports() != listed)
-        listPorts();
-}
-
-// What is typed or chosen stays, and where the cursor is.
-void connect_dlg::listPorts()
-{
-    listed = ports();
-    QLineEdit *edit = ui->portBox->lineEdit();
-    const QString text = edit->text();
-    const int cursor = edit->cursorPosition();
-    const int selected = edit->selectionStart();
-    const int length = edit->selectionLength();
-    {
-        const QSignalBlocker quiet(ui->portBox);
-        ui->portBox->clear();
-        for (const Port &port : listed) {
-            const QString whole = port.adapter.isEmpty()
-                                      ? port.name
-                                      : tr("%1: %2", "port, adapter").arg(port.name, port.adapter);
-            ui->portBox->addItem(port.name);
-            const int row = ui->portBox->count() - 1;
-            ui->portBox->setItemData(row, whole, Qt::ToolTipRole);
-            ui->portBox->setItemData(row, whole, Qt::AccessibleTextRole);
-        }
-        ui->portBox->setEditText(text);
-        edit->setCursorPosition(cursor);
-        // A selection that was made backwards ends where the cursor is.
-        if (selected >= 0 && cursor == selected)
-            edit->setSelection(selected + length, -length);
-        else if (selected >= 0)
-            edit->setSelection(selected, length);
-    }
-    updateChoices();
 }
 
 // Opens the port and asks the frame, several times if need be, for its rotation: every generation

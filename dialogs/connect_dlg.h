@@ -3,14 +3,13 @@
 #include "config/xml_class.h"
 #include "device/portsettings.h"
 #include "device/struct.h"
+#include "portchoice.h"
 
 #include <QDialog>
 #include <QList>
 
-#include <functional>
 #include <memory>
 
-class QComboBox;
 class QTimer;
 namespace Ui {
 class connect_dlg;
@@ -32,17 +31,10 @@ class connect_dlg : public QDialog
 public:
     enum class Link { None, Usb, Serial };
 
-    struct Port
-    {
-        QString name;    // such as "ttyUSB0"
-        QString adapter; // what it calls itself; may be empty
+    using Port = PortChoice::Port;
+    using PortList = PortChoice::PortList;
 
-        bool operator==(const Port &) const = default;
-    };
-    using PortList = std::function<QList<Port>()>;
-    static QList<Port> systemPorts();
-
-    explicit connect_dlg(QWidget *parent = nullptr, PortList portList = systemPorts);
+    explicit connect_dlg(QWidget *parent = nullptr, PortList portList = PortChoice::systemPorts);
     ~connect_dlg() override;
 
     void Get_Data(); // file to form
@@ -75,8 +67,6 @@ private slots:
 
 private:
     void fillLists();
-    void lookForPorts();
-    void listPorts();
     void openAndAsk(const PortSettings &settings, int times);
     void ask();
     void onAskTimeout();
@@ -89,7 +79,7 @@ private:
     void forgetProblems();
 
     std::unique_ptr<Ui::connect_dlg> ui;
-    PortList ports;
+    PortChoice *portChoice; // child of its box
     XML_CLASS xmlclass;
     _CONNECT_DATA ConnectData; // as last read or kept
     QString shownPort;         // the form's text for ConnectData.uartport
@@ -112,8 +102,6 @@ private:
     QList<BaudRateType> ratesLeft;
     QStringList ratesTried;
 
-    QTimer *portsTimer;  // child; runs while the window is shown
-    QList<Port> listed;  // as portBox has them
     QString problem;     // of the link
     QString keepProblem; // of the settings file
 };
