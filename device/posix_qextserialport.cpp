@@ -173,6 +173,11 @@ bool Posix_QextSerialPort::open(QIODevice::OpenMode openMode)
     if (!port.open(openMode))
         return refuse(whyNotOpened());
 
+    // Some versions of QSerialPort take the nothing that a line which hung up reads as for no
+    // bytes yet, and never speak of it.
+    hangUpWatch = std::make_unique<QSocketNotifier>(port.handle(), QSocketNotifier::Exception);
+    connect(hangUpWatch.get(), &QSocketNotifier::activated, this,
+            &Posix_QextSerialPort::judgeError);
     pass(settings, Setting::Parity); // once more, see dropStickParity()
     openings++;
     lineFree = {};
@@ -196,6 +201,7 @@ void Posix_QextSerialPort::close()
     // The kernel would wait half a minute for bytes that a halted line does not take.
     if (hangingUp || !drain())
         port.clear(QSerialPort::Output);
+    hangUpWatch.reset(); // before its descriptor is gone
     port.close();
     hangingUp = false;
 }
@@ -554,7 +560,9 @@ void Posix_QextSerialPort::loseLine()
     if (hangingUp || !port.isOpen())
         return;
     hangingUp = true;
-    qCDebug(lcLink).noquote() << port.portName() << port.errorString();
+    qCDebug(lcLink).noquote() << port.portName()
+                              << (port.error() == QSerialPort::NoError ? u"hung up"_s
+                                                                       : port.errorString());
     emit lineLost(openings, QPrivateSignal());
 }
 

@@ -6,6 +6,9 @@
 #include <QIODevice>
 #include <QObject>
 #include <QSerialPort>
+#include <QSocketNotifier>
+
+#include <memory>
 
 // One serial port. A bare name such as "ttyUSB0" means /dev/ttyUSB0.
 //
@@ -95,6 +98,7 @@ private:
     bool refuse(const QString &why);
 
     QSerialPort port;
+    std::unique_ptr<QSocketNotifier> hangUpWatch; // while the port is open
     QString name;
     PortSettings settings;
     QueryMode askedMode;
