@@ -29,7 +29,6 @@ constexpr auto PollPeriod = 180ms;
 constexpr int TicksAfterRead = 5;
 constexpr int TicksAfterWrite = 10;
 constexpr int ReadBackMs = 300; // after a write, which goes out first
-constexpr int LookMs = 200;
 
 } // namespace
 
@@ -205,7 +204,7 @@ void LightSet_dlg::showEvent(QShowEvent *event)
     GetADCData();
     TimerStep = 0;
     timer->start(PollPeriod);
-    look.start(LookMs, this);
+    look.start(ScanWatch::LookMs, this);
 }
 
 void LightSet_dlg::hideEvent(QHideEvent *event)

@@ -23,6 +23,8 @@ public:
     // After so many report times without a page of it, a scan has ended early.
     static constexpr int SilentReports = 3;
     static constexpr int PatienceMs = 2000;
+    // How often a window looks whether patience is over.
+    static constexpr int LookMs = 200;
 
     // At least 1: the answer to a question without one is waited for too.
     static int pagesOf(int lights, int lightsPerPage);

@@ -27,7 +27,6 @@ constexpr int UnitsPerLevel = 4; // of the one-byte levels
 constexpr int LargestLimit = SignalPlot::FullScale;
 constexpr int LargestInterval = 9999;
 constexpr int LargestAgc = 255;
-constexpr int LookMs = 200;
 
 const QString DefaultUpper = u"1000"_s;
 const QString DefaultLower = u"650"_s;
@@ -318,7 +317,7 @@ void test_win::send(UCHAR sub)
 {
     watch.asked(sub, sub == scan::Counts ? 1 : pages(sub));
     if (!look.isActive())
-        look.start(LookMs, this);
+        look.start(ScanWatch::LookMs, this);
     if (sub != scan::Counts) // a scan is news from its first page on
         news.ask({command::Scan, command::replyTo(sub), {0, 0}, 2});
     Frame frame = command::request(command::Scan, sub);
