@@ -619,7 +619,7 @@ private slots:
         // The end of the serial link has wiped its frame before it came this far.
         QCOMPARE(later.frames[0], QByteArray(FrameSize, '\0'));
         for (int i = 1; i < 4; ++i) {
-            const UCHAR number = UCHAR(later.frames[i][60]);
+            const auto number = UCHAR(later.frames[i][60]);
             QCOMPARE(int(number), i);
         }
     }
