@@ -302,7 +302,7 @@ void tst_PluginFolder::what_is_added_outlives_the_start_of_the_application()
     addPluginFolder();
     QVERIFY(QCoreApplication::libraryPaths().contains(path(u"place/plugins"_s)));
     int argc = 1;
-    QByteArray name = "tst_pluginfolder"_qba;
+    QByteArray name = "tst_pluginfolder"_ba;
     char *argv[] = {name.data(), nullptr};
     const QCoreApplication app(argc, argv);
     QVERIFY(QCoreApplication::libraryPaths().contains(path(u"place/plugins"_s)));

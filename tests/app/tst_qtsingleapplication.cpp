@@ -118,7 +118,7 @@ public:
         for (;;) {
             pollfd p{.fd = fd.get(), .events = POLLIN, .revents = 0};
             if (poll(&p, 1, int(deadline.remainingTime())) != 1)
-                return "open"_qba;
+                return "open"_ba;
             char c = 0;
             if (::recv(fd.get(), &c, 1, 0) != 1)
                 return all;
@@ -134,7 +134,7 @@ private:
 QByteArray framed(const QByteArray &text)
 {
     const auto n = quint32(text.size());
-    return "qsa1"_qba + char(n >> 24) + char(n >> 16) + char(n >> 8) + char(n) + text;
+    return "qsa1"_ba + char(n >> 24) + char(n >> 16) + char(n >> 8) + char(n) + text;
 }
 
 // User and system time of a process, in ms.
@@ -327,7 +327,7 @@ void tst_QtSingleApplication::a_message_beyond_the_bound_is_not_sent()
     // Nor is it received from somebody who sends it all the same.
     const RawPeer peer(socketPath());
     QVERIFY(peer.isConnected());
-    peer.send("qsa1\x00\x10\x00\x01"_qba);
+    peer.send("qsa1\x00\x10\x00\x01"_ba);
     QCOMPARE(peer.answer(1500), QByteArray());
     QCOMPARE(first->line(300), QString());
 }
@@ -445,7 +445,7 @@ void tst_QtSingleApplication::a_lock_that_another_program_seems_to_hold_is_taken
     QFile lock(lockPath());
     QVERIFY(lock.open(QIODevice::ReadWrite));
     QList<QByteArray> lines = lock.readAll().split('\n');
-    QCOMPARE(lines.at(1), "probe"_qba);
+    QCOMPARE(lines.at(1), "probe"_ba);
     lines[0] = QByteArray::number(getpid());
     QVERIFY(lock.resize(0) && lock.seek(0));
     lock.write(lines.join('\n'));
@@ -464,7 +464,7 @@ void tst_QtSingleApplication::an_unreadable_lock_is_taken_in_the_end_data()
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("zeros") << QByteArray(100, '\0');
-    QTest::newRow("text") << "power lost"_qba;
+    QTest::newRow("text") << "power lost"_ba;
 }
 
 void tst_QtSingleApplication::an_unreadable_lock_is_taken_in_the_end()
@@ -566,14 +566,14 @@ void tst_QtSingleApplication::a_stopped_owner_costs_the_sender_its_time_out()
 void tst_QtSingleApplication::garbage_does_no_harm_data()
 {
     QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("text") << "GET / HTTP/1.1\r\n\r\n"_qba;
-    QTest::newRow("one wrong byte") << "x"_qba;
+    QTest::newRow("text") << "GET / HTTP/1.1\r\n\r\n"_ba;
+    QTest::newRow("one wrong byte") << "x"_ba;
     QTest::newRow("zeros") << QByteArray(4096, '\0');
-    QTest::newRow("a length without a greeting") << "\0\0\0\2-C"_qba;
-    QTest::newRow("too long") << "qsa1\xff\xff\xff\xff-C"_qba;
-    QTest::newRow("more than announced") << "qsa1\0\0\0\2-C and more"_qba;
-    QTest::newRow("no UTF-8") << "qsa1\0\0\0\4-C\xff\xfe"_qba;
-    QTest::newRow("cut UTF-8") << "qsa1\0\0\0\3-C\xc3"_qba;
+    QTest::newRow("a length without a greeting") << "\0\0\0\2-C"_ba;
+    QTest::newRow("too long") << "qsa1\xff\xff\xff\xff-C"_ba;
+    QTest::newRow("more than announced") << "qsa1\0\0\0\2-C and more"_ba;
+    QTest::newRow("no UTF-8") << "qsa1\0\0\0\4-C\xff\xfe"_ba;
+    QTest::newRow("cut UTF-8") << "qsa1\0\0\0\3-C\xc3"_ba;
     QTest::newRow("a million bytes") << QByteArray(1000000, 'q');
 }
 
@@ -603,11 +603,11 @@ void tst_QtSingleApplication::a_message_in_pieces_is_whole()
     const auto first = start({u"serve"_s});
     QCOMPARE(first->line(), u"first"_s);
     const RawPeer peer(socketPath());
-    for (const char c : framed("\xef\xbb\xbfpiece by piece"_qba)) {
+    for (const char c : framed("\xef\xbb\xbfpiece by piece"_ba)) {
         QVERIFY(peer.send(QByteArray(1, c)));
         QTest::qSleep(5);
     }
-    QCOMPARE(peer.answer(2000), "\x06"_qba);
+    QCOMPARE(peer.answer(2000), "\x06"_ba);
     QCOMPARE(first->line(), u"got \uFEFFpiece by piece"_s);
 }
 
@@ -631,9 +631,9 @@ void tst_QtSingleApplication::a_half_message_is_dropped_data()
     QTest::addColumn<bool>("vanishes");
     for (const bool vanishes : {false, true}) {
         const char *how = vanishes ? "vanishing" : "silent";
-        QTest::addRow("greeting, %s", how) << "qs"_qba << vanishes;
-        QTest::addRow("header, %s", how) << "qsa1\0\0\0"_qba << vanishes;
-        QTest::addRow("text, %s", how) << "qsa1\0\0\0\5-C"_qba << vanishes;
+        QTest::addRow("greeting, %s", how) << "qs"_ba << vanishes;
+        QTest::addRow("header, %s", how) << "qsa1\0\0\0"_ba << vanishes;
+        QTest::addRow("text, %s", how) << "qsa1\0\0\0\5-C"_ba << vanishes;
     }
 }
 
@@ -714,7 +714,7 @@ void tst_QtSingleApplication::another_user_is_turned_away_even_behind_an_open_do
     const RawPeer peer(socketPath());
     QCOMPARE(seteuid(0), 0);
     QVERIFY(peer.isConnected());
-    peer.send(framed("-C"_qba));
+    peer.send(framed("-C"_ba));
     QCOMPARE(peer.answer(2000), QByteArray());
     QVERIFY(first->runs());
     QCOMPARE(first->line(200), QString());

@@ -181,11 +181,11 @@ void tst_serial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_chan
     QTest::addColumn<int>("code");
     QTest::addColumn<QByteArray>("command");
     QTest::addColumn<int>("rate");
-    QTest::newRow("50") << 0 << "51 56 00 B1 00 03 00 00 00 00 00"_qba << 50;
-    QTest::newRow("9600") << 12 << "51 56 00 B1 00 03 00 0C 00 00 00"_qba << 9600;
-    QTest::newRow("57600") << 17 << "51 56 00 B1 00 03 00 11 00 00 00"_qba << 57600;
-    QTest::newRow("115200") << 19 << "51 56 00 B1 00 03 00 13 00 00 00"_qba << 115200;
-    QTest::newRow("256000") << 21 << "51 56 00 B1 00 03 00 15 00 00 00"_qba << 256000;
+    QTest::newRow("50") << 0 << "51 56 00 B1 00 03 00 00 00 00 00"_ba << 50;
+    QTest::newRow("9600") << 12 << "51 56 00 B1 00 03 00 0C 00 00 00"_ba << 9600;
+    QTest::newRow("57600") << 17 << "51 56 00 B1 00 03 00 11 00 00 00"_ba << 57600;
+    QTest::newRow("115200") << 19 << "51 56 00 B1 00 03 00 13 00 00 00"_ba << 115200;
+    QTest::newRow("256000") << 21 << "51 56 00 B1 00 03 00 15 00 00 00"_ba << 256000;
 }
 
 void tst_serial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_changes()
@@ -215,7 +215,7 @@ void tst_serial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_chan
     send(QByteArray::fromHex("00 A3 00 00"));
     look();
     QCOMPARE(arrivals.size(), 4);
-    QCOMPARE(arrivals.last(), (std::pair{rate, "51 56 00 A3 00 00 00 00"_qba}));
+    QCOMPARE(arrivals.last(), (std::pair{rate, "51 56 00 A3 00 00 00 00"_ba}));
 }
 
 void tst_serial::the_baud_commands_of_a_second_opening_leave_at_the_same_rates()
@@ -442,7 +442,7 @@ void tst_serial::a_whole_frame_in_one_piece_needs_no_further_byte()
 {
     const auto line = openLine();
     line->give(QByteArray::fromHex("51 56 FC A3 80 01 02 03 04"));
-    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 01 02 03 04"_qba}));
+    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 01 02 03 04"_ba}));
 }
 
 void tst_serial::a_frame_cut_anywhere_is_received()
@@ -455,7 +455,7 @@ void tst_serial::a_frame_cut_anywhere_is_received()
         QCOMPARE(frames.size(), cut - 1);
         line->give(bytes.sliced(cut));
         QTRY_COMPARE(frames.size(), cut);
-        QCOMPARE(frames.last(), "FC A7 82 02 00 03 51 56"_qba);
+        QCOMPARE(frames.last(), "FC A7 82 02 00 03 51 56"_ba);
     }
 }
 
@@ -463,7 +463,7 @@ void tst_serial::two_frames_in_one_piece_are_both_received()
 {
     const auto line = openLine();
     line->give(QByteArray::fromHex("51 56 FC A3 80 00 01 02 51 56 FC A7 82 02 00 03 00 00"));
-    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_qba, "FC A7 82 02 00 03 00 00"_qba}));
+    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_ba, "FC A7 82 02 00 03 00 00"_ba}));
 }
 
 void tst_serial::noise_before_between_and_inside_frames_costs_no_other_frame()
@@ -472,12 +472,12 @@ void tst_serial::noise_before_between_and_inside_frames_costs_no_other_frame()
     // Before and between.
     line->give(QByteArray::fromHex("00 56 51 00 51 56 FC A3 80 00 01 02 51 57 FF"
                                    "51 56 FC A3 80 00 03 04"));
-    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_qba, "FC A3 80 00 03 04"_qba}));
+    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_ba, "FC A3 80 00 03 04"_ba}));
     frames.clear();
     // Inside: a report id, then a length, that cannot be.
     line->give(QByteArray::fromHex("51 56 F0 A3 80 00 05 06 51 56 FC A3 80 FF 07"
                                    "51 56 FC A3 80 00 09 0A"));
-    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 09 0A"_qba}));
+    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 09 0A"_ba}));
     QTest::qWait(50);
     QCOMPARE(frames.size(), 1);
 }
@@ -487,7 +487,7 @@ void tst_serial::a_doubled_first_sync_byte_is_no_start()
     const auto line = openLine();
     line->give(QByteArray::fromHex("51 51 56 FC A3 80 00 01 02"));
     line->give(QByteArray::fromHex("51 56 FC A3 80 00 03 04"));
-    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 03 04"_qba}));
+    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 03 04"_ba}));
 }
 
 void tst_serial::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
@@ -497,7 +497,7 @@ void tst_serial::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
     QTest::qWait(50);
     QCOMPARE(frames, QByteArrayList());
     line->give(QByteArray::fromHex("02"));
-    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_qba}));
+    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_ba}));
 }
 
 void tst_serial::half_a_frame_waits_over_closing_and_opening()
@@ -510,7 +510,7 @@ void tst_serial::half_a_frame_waits_over_closing_and_opening()
     window->CLoseUart();
     QVERIFY(window->OpenUart(line->node, {}));
     line->give(QByteArray::fromHex("BB CC DD"));
-    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 02 AA BB CC DD"_qba}));
+    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 02 AA BB CC DD"_ba}));
 }
 
 void tst_serial::a_receiver_with_an_event_loop_of_its_own_gets_one_frame_at_a_time()
@@ -527,8 +527,8 @@ void tst_serial::a_receiver_with_an_event_loop_of_its_own_gets_one_frame_at_a_ti
         depth--;
     });
     line->give(QByteArray::fromHex("51 56 FC A3 80 00 01 02 51 56 FC A3 80 00 05 06"));
-    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_qba, "FC A3 80 00 05 06"_qba,
-                                         "FC A3 80 00 03 04"_qba}));
+    QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_ba, "FC A3 80 00 05 06"_ba,
+                                         "FC A3 80 00 03 04"_ba}));
     QCOMPARE(deepest, 1);
 }
 
@@ -539,7 +539,7 @@ void tst_serial::receiving_while_a_usb_frame_is_connected_hands_on_whole_frames(
     window->OnDeviceAdded();
     QCOMPARE(window->connectState(), MainWindow::UsbConnected);
     line->give(QByteArray::fromHex("51 56 FC A7 82 02 00 03 00 00"));
-    QTRY_VERIFY(frames.contains("FC A7 82 02 00 03 00 00"_qba));
+    QTRY_VERIFY(frames.contains("FC A7 82 02 00 03 00 00"_ba));
 }
 
 void tst_serial::a_hang_up_closes_once_and_the_same_port_opens_again()
@@ -599,7 +599,7 @@ void tst_serial::a_hang_up_in_the_middle_of_a_frame_keeps_the_beginning()
     line = openLine();
     // The header's bytes that had not been read are gone with the line, its sync bytes are not.
     line->give(QByteArray::fromHex("FC A7 82 00 01 02"));
-    QTRY_COMPARE(frames, (QByteArrayList{"FC A7 82 00 01 02"_qba}));
+    QTRY_COMPARE(frames, (QByteArrayList{"FC A7 82 00 01 02"_ba}));
 }
 
 void tst_serial::a_hang_up_costs_no_processor_time()

@@ -21,7 +21,7 @@ QByteArray read(Posix_QextSerialPort &port, qint64 maxSize)
 {
     QByteArray bytes(maxSize, Qt::Uninitialized);
     const qint64 n = port.readData(bytes.data(), maxSize);
-    return n < 0 ? "failed"_qba : bytes.first(n);
+    return n < 0 ? "failed"_ba : bytes.first(n);
 }
 
 qint64 write(Posix_QextSerialPort &port, const QByteArray &bytes)
@@ -134,8 +134,8 @@ void tst_Posix_QextSerialPort::an_absolute_and_a_bare_name_open_the_same_port()
         port.setPortName(name);
         QVERIFY2(port.open(QIODevice::ReadWrite), qPrintable(port.errorString()));
         QVERIFY(port.isOpen());
-        QCOMPARE(write(port, "name"_qba), 4);
-        QCOMPARE(far.take(4), "name"_qba);
+        QCOMPARE(write(port, "name"_ba), 4);
+        QCOMPARE(far.take(4), "name"_ba);
     }
 }
 
@@ -188,7 +188,7 @@ void tst_Posix_QextSerialPort::bytes_are_told_in_both_query_modes()
     Posix_QextSerialPort port(far.node, {}, mode);
     QVERIFY(port.open(QIODevice::ReadWrite));
     QSignalSpy told(&port, &Posix_QextSerialPort::readyRead);
-    far.give("Q"_qba);
+    far.give("Q"_ba);
     QVERIFY(told.wait(2000));
     QCOMPARE(port.size(), 1);
 }
@@ -204,8 +204,8 @@ void tst_Posix_QextSerialPort::bytes_that_remain_are_told_again_while_some_are_r
         sizes += port.size();
         got += read(port, 2);
     });
-    far.give("abcdefg"_qba);
-    QTRY_COMPARE(got, "abcdefg"_qba);
+    far.give("abcdefg"_ba);
+    QTRY_COMPARE(got, "abcdefg"_ba);
     QCOMPARE(sizes, (QList<qint64>{7, 5, 3, 1}));
 }
 
@@ -215,11 +215,11 @@ void tst_Posix_QextSerialPort::bytes_that_nobody_reads_are_told_once()
     Posix_QextSerialPort port(far.node, {});
     QVERIFY(port.open(QIODevice::ReadWrite));
     QSignalSpy told(&port, &Posix_QextSerialPort::readyRead);
-    far.give("abc"_qba);
+    far.give("abc"_ba);
     QVERIFY(told.wait(2000));
     QTest::qWait(100);
     QCOMPARE(told.count(), 1);
-    far.give("d"_qba);
+    far.give("d"_ba);
     QVERIFY(told.wait(2000));
     QCOMPARE(port.size(), 4);
 }
@@ -233,7 +233,7 @@ void tst_Posix_QextSerialPort::bytes_are_never_told_inside_a_setter()
     int toldInside = 0;
     QSignalSpy told(&port, &Posix_QextSerialPort::readyRead);
     connect(&port, &Posix_QextSerialPort::readyRead, this, [&] { toldInside += inside ? 1 : 0; });
-    far.give("abc"_qba);
+    far.give("abc"_ba);
     QCOMPARE(write(port, QByteArray(100, 'x')), 100);
     inside = true;
     QVERIFY(port.setBaudRate(BAUD57600));
@@ -247,8 +247,8 @@ void tst_Posix_QextSerialPort::written_bytes_leave_without_an_event_loop()
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
     QVERIFY(port.open(QIODevice::ReadWrite));
-    QCOMPARE(write(port, "request"_qba), 7);
-    QCOMPARE(far.take(7), "request"_qba);
+    QCOMPARE(write(port, "request"_ba), 7);
+    QCOMPARE(far.take(7), "request"_ba);
 }
 
 // As the window does it: the same command at three rates, then the rate asked for.
@@ -719,8 +719,8 @@ void tst_Posix_QextSerialPort::a_second_open_is_refused_and_changes_nothing()
     QVERIFY(!port.open(QIODevice::ReadWrite));
     QVERIFY(port.errorString().contains(u"is open already"));
     QVERIFY(port.isOpen());
-    QCOMPARE(write(port, "still"_qba), 5);
-    QCOMPARE(far.take(5), "still"_qba);
+    QCOMPARE(write(port, "still"_ba), 5);
+    QCOMPARE(far.take(5), "still"_ba);
     port.close();
     QVERIFY(!port.open(QIODevice::ReadWrite));
     QVERIFY(port.errorString().contains(u"/dev/COM1"));
@@ -730,16 +730,16 @@ void tst_Posix_QextSerialPort::a_closed_port_takes_and_gives_nothing()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
-    QCOMPARE(write(port, "x"_qba), -1);
-    QCOMPARE(read(port, 1), "failed"_qba);
+    QCOMPARE(write(port, "x"_ba), -1);
+    QCOMPARE(read(port, 1), "failed"_ba);
     QVERIFY(port.open(QIODevice::ReadWrite));
-    far.give("abc"_qba);
+    far.give("abc"_ba);
     QTRY_COMPARE(port.size(), 3);
     port.close();
     QCOMPARE(port.size(), 0);
-    QCOMPARE(write(port, "x"_qba), -1);
+    QCOMPARE(write(port, "x"_ba), -1);
     QVERIFY(port.errorString().contains(u"not open"));
-    QCOMPARE(read(port, 1), "failed"_qba);
+    QCOMPARE(read(port, 1), "failed"_ba);
     QCOMPARE(far.waiting(), 0);
 }
 
@@ -761,7 +761,7 @@ void tst_Posix_QextSerialPort::a_hang_up_closes_once_and_rests()
     QCOMPARE(hungUp.count(), 1);
     QVERIFY(!port.isOpen());
     QVERIFY2(port.errorString().contains(u"is gone"), qPrintable(port.errorString()));
-    QCOMPARE(write(port, "x"_qba), -1);
+    QCOMPARE(write(port, "x"_ba), -1);
 }
 
 void tst_Posix_QextSerialPort::a_hang_up_seen_while_writing_closes_once()
@@ -772,8 +772,8 @@ void tst_Posix_QextSerialPort::a_hang_up_seen_while_writing_closes_once()
     QSignalSpy hungUp(&port, &Posix_QextSerialPort::hangUp);
     far.fd = {};
     // Before the event loop could tell.
-    write(port, "x"_qba);
-    QCOMPARE(write(port, "y"_qba), -1);
+    write(port, "x"_ba);
+    QCOMPARE(write(port, "y"_ba), -1);
     QElapsedTimer clock;
     clock.start();
     QVERIFY(!port.setBaudRate(BAUD115200));
@@ -792,15 +792,15 @@ void tst_Posix_QextSerialPort::a_port_reopened_before_its_hang_up_is_told_stays_
     QVERIFY(port.open(QIODevice::ReadWrite));
     QSignalSpy hungUp(&port, &Posix_QextSerialPort::hangUp);
     lost.fd = {};
-    write(port, "x"_qba);
+    write(port, "x"_ba);
     port.close();
     port.setPortName(fresh.node);
     QVERIFY2(port.open(QIODevice::ReadWrite), qPrintable(port.errorString()));
     QTest::qWait(100);
     QCOMPARE(hungUp.count(), 0);
     QVERIFY(port.isOpen());
-    QCOMPARE(write(port, "fresh"_qba), 5);
-    QCOMPARE(fresh.take(5), "fresh"_qba);
+    QCOMPARE(write(port, "fresh"_ba), 5);
+    QCOMPARE(fresh.take(5), "fresh"_ba);
 }
 
 void tst_Posix_QextSerialPort::a_port_opens_again_after_a_hang_up()
@@ -812,9 +812,9 @@ void tst_Posix_QextSerialPort::a_port_opens_again_after_a_hang_up()
         port.setPortName(far.node);
         QVERIFY2(port.open(QIODevice::ReadWrite), qPrintable(port.errorString()));
         QCOMPARE(int(far.settings().c_ospeed), 19200);
-        far.give("back"_qba);
+        far.give("back"_ba);
         QTRY_COMPARE(port.size(), 4);
-        QCOMPARE(read(port, 4), "back"_qba);
+        QCOMPARE(read(port, 4), "back"_ba);
         far.fd = {};
         QTRY_COMPARE(hungUp.count(), times);
         far = FarEnd();

@@ -95,8 +95,8 @@ void tst_UartReceiver::the_right_frames_are_found_among_noise_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QByteArrayList>("frames");
     const QByteArrayList none;
-    const QByteArrayList query = {"FC A3 80 00 00 00"_qba};
-    const QByteArrayList twice = {"FC A3 80 00 00 00"_qba, "FC A7 82 02 00 01 00 00"_qba};
+    const QByteArrayList query = {"FC A3 80 00 00 00"_ba};
+    const QByteArrayList twice = {"FC A3 80 00 00 00"_ba, "FC A7 82 02 00 01 00 00"_ba};
     const auto row = [](const char *name, const char *digits, const QByteArrayList &frames) {
         QTest::newRow(name) << hex(digits) << frames;
     };
@@ -115,9 +115,9 @@ void tst_UartReceiver::the_right_frames_are_found_among_noise_data()
         "51 51 56 FC A3 80 00 00 00 51 56 FC A3 80 00 00 00", query);
     row("sync bytes the wrong way round", "56 51 FC A3 80 00 00 00", none);
     row("sync bytes as payload", "51 56 FC A3 80 04 51 56 51 56 00 00 51 56 FC A3 80 00 00 00",
-        {"FC A3 80 04 51 56 51 56 00 00"_qba, "FC A3 80 00 00 00"_qba});
+        {"FC A3 80 04 51 56 51 56 00 00"_ba, "FC A3 80 00 00 00"_ba});
     row("sync bytes behind a payload", "51 56 FC A3 80 00 51 56 FC A3 80 00 00 00",
-        {"FC A3 80 00 51 56"_qba});
+        {"FC A3 80 00 51 56"_ba});
     row("another report id", "51 56 FB A3 80 00 00 00", none);
     row("what the tool itself sends", "51 56 00 A3 00 00 00 00", none);
     row("another report id, then a frame", "51 56 00 A3 00 00 00 00 51 56 FC A3 80 00 00 00",
@@ -126,7 +126,7 @@ void tst_UartReceiver::the_right_frames_are_found_among_noise_data()
         "51 56 00 A3 00 08 00 51 56 FC A3 80 00 00 00 00 51 56 FC A3 80 00 00 00", query);
     row("a byte lost inside a frame takes one of the next",
         "51 56 FC A3 80 02 00 01 00 51 56 FC A7 82 00 00 00 51 56 FC A3 80 00 00 00",
-        {"FC A3 80 02 00 01 00 51"_qba, "FC A3 80 00 00 00"_qba});
+        {"FC A3 80 02 00 01 00 51"_ba, "FC A3 80 00 00 00"_ba});
     row("a length of no frame", "51 56 FC A3 80 3D 00 51 56 FC A3 80 00 00 00", query);
     row("the greatest length", "51 56 FC A3 80 FF 00 51 56 FC A3 80 00 00 00", query);
     row("a length of no frame, a frame at once", "51 56 FC A3 80 FF 51 56 FC A3 80 00 00 00", none);
@@ -146,7 +146,7 @@ void tst_UartReceiver::the_right_frames_are_found_among_noise()
 void tst_UartReceiver::a_frame_cut_anywhere_is_the_same_frame()
 {
     const QByteArray bytes = hex("51 56 FC A7 82 02 00 03 51 56");
-    const QByteArrayList expected = {"FC A7 82 02 00 03 51 56"_qba};
+    const QByteArrayList expected = {"FC A7 82 02 00 03 51 56"_ba};
     for (qsizetype first = 0; first <= bytes.size(); first++) {
         for (qsizetype second = first; second <= bytes.size(); second++)
             QCOMPARE(framesOf({bytes.first(first), bytes.sliced(first, second - first),
@@ -173,7 +173,7 @@ void tst_UartReceiver::a_whole_frame_needs_no_further_byte()
 {
     UartReceiver receiver;
     Line line{.bytes = hex("51 56 FC A3 80 00 00 00")};
-    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 00 00 00"_qba}));
+    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 00 00 00"_ba}));
     QCOMPARE(line.size(), 0);
 }
 
@@ -183,7 +183,7 @@ void tst_UartReceiver::a_frame_without_payload_has_six_bytes_behind_the_sync_pai
     Line line{.bytes = hex("51 56 FC A3 80 00 AA")};
     QCOMPARE(framesOf(receiver, line), QByteArrayList());
     line.bytes += hex("BB CC");
-    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 00 AA BB"_qba}));
+    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 00 AA BB"_ba}));
     QCOMPARE(line.bytes, QByteArray());
 }
 
@@ -223,7 +223,7 @@ void tst_UartReceiver::a_step_without_bytes_changes_nothing()
         line.bytes += byte;
         frames += framesOf(receiver, line);
     }
-    QCOMPARE(frames, (QByteArrayList{"FC A3 80 01 02 03 04"_qba}));
+    QCOMPARE(frames, (QByteArrayList{"FC A3 80 01 02 03 04"_ba}));
 }
 
 void tst_UartReceiver::a_short_read_of_a_sync_byte_begins_anew()
@@ -247,7 +247,7 @@ void tst_UartReceiver::a_short_read_of_a_header_begins_anew()
     line = {.bytes = hex("FC A3 80 00 00 51 56 FC A3 80 00 00 00"), .shortest = 4};
     QCOMPARE(receiver.step(line), UartReceiver::Outcome::Moved);
     line.shortest = 1000;
-    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 00 00 00"_qba}));
+    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 00 00 00"_ba}));
 }
 
 void tst_UartReceiver::a_short_read_of_a_body_waits()
@@ -258,28 +258,28 @@ void tst_UartReceiver::a_short_read_of_a_body_waits()
     line = {.bytes = hex("BB CC"), .shortest = 1};
     QCOMPARE(receiver.step(line), UartReceiver::Outcome::Waits);
     line = {.bytes = hex("DD EE")};
-    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 01 AA DD EE"_qba}));
+    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 01 AA DD EE"_ba}));
 }
 
 void tst_UartReceiver::the_frames_of_a_host_are_found_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QByteArrayList>("frames");
-    const QByteArrayList query = {"00 A3 00 00 00 00"_qba};
+    const QByteArrayList query = {"00 A3 00 00 00 00"_ba};
     const auto row = [](const char *name, const char *digits, const QByteArrayList &frames) {
         QTest::newRow(name) << hex(digits) << frames;
     };
     row("one frame", "51 56 00 A3 00 00 00 00", query);
-    row("another first byte", "51 56 42 A3 00 00 00 00", {"42 A3 00 00 00 00"_qba});
-    row("what a device sends", "51 56 FC A3 80 01 00 00 00", {"FC A3 80 01 00 00 00"_qba});
+    row("another first byte", "51 56 42 A3 00 00 00 00", {"42 A3 00 00 00 00"_ba});
+    row("what a device sends", "51 56 FC A3 80 01 00 00 00", {"FC A3 80 01 00 00 00"_ba});
     row("two, with noise between",
         "51 56 00 A7 00 02 00 02 00 00 FF 51 51 56 00 51 56 00 A3 00 00 00 00",
-        {"00 A7 00 02 00 02 00 00"_qba, "00 A3 00 00 00 00"_qba});
+        {"00 A7 00 02 00 02 00 00"_ba, "00 A3 00 00 00 00"_ba});
     row("a frame whose fifth byte is a sync byte",
         "51 56 00 A3 00 00 51 56 51 56 00 A3 00 00 00 00",
-        {"00 A3 00 00 51 56"_qba, "00 A3 00 00 00 00"_qba});
+        {"00 A3 00 00 51 56"_ba, "00 A3 00 00 00 00"_ba});
     row("a calibration check of a screen at 3", "51 56 00 01 05 03 00 00 00 80 07 38 04",
-        {"00 01 05 03 00 00 00 80 07"_qba});
+        {"00 01 05 03 00 00 00 80 07"_ba});
 }
 
 void tst_UartReceiver::the_frames_of_a_host_are_found()
@@ -294,11 +294,11 @@ void tst_UartReceiver::the_frames_of_a_host_are_found()
 void tst_UartReceiver::no_frame_of_a_host_is_longer_than_64_bytes_data()
 {
     QTest::addColumn<QByteArray>("begin");
-    QTest::newRow("the greatest length that fits") << "00 01 05 3A"_qba;
-    QTest::newRow("one more") << "00 01 05 3B"_qba;
-    QTest::newRow("one more than a device may say") << "00 01 05 3D"_qba;
-    QTest::newRow("a screen at 128") << "00 01 05 80"_qba;
-    QTest::newRow("the greatest") << "00 01 05 FF"_qba;
+    QTest::newRow("the greatest length that fits") << "00 01 05 3A"_ba;
+    QTest::newRow("one more") << "00 01 05 3B"_ba;
+    QTest::newRow("one more than a device may say") << "00 01 05 3D"_ba;
+    QTest::newRow("a screen at 128") << "00 01 05 80"_ba;
+    QTest::newRow("the greatest") << "00 01 05 FF"_ba;
 }
 
 void tst_UartReceiver::no_frame_of_a_host_is_longer_than_64_bytes()
@@ -309,16 +309,16 @@ void tst_UartReceiver::no_frame_of_a_host_is_longer_than_64_bytes()
         frame += char(0x80 + i);
     const QByteArray next = hex("51 56 00 A3 00 00 00 00");
     QCOMPARE(framesOf({hex("51 56") + frame + next}, UartReceiver::Sender::Host),
-             (QByteArrayList{frame.toHex(' ').toUpper(), "00 A3 00 00 00 00"_qba}));
+             (QByteArrayList{frame.toHex(' ').toUpper(), "00 A3 00 00 00 00"_ba}));
 }
 
 void tst_UartReceiver::after_a_reset_a_frame_begins_anew_data()
 {
     QTest::addColumn<QByteArray>("begun");
     QTest::newRow("nothing") << QByteArray();
-    QTest::newRow("one sync byte") << "51"_qba;
-    QTest::newRow("both sync bytes") << "51 56"_qba;
-    QTest::newRow("a header") << "51 56 00 A7 00 02 00"_qba;
+    QTest::newRow("one sync byte") << "51"_ba;
+    QTest::newRow("both sync bytes") << "51 56"_ba;
+    QTest::newRow("a header") << "51 56 00 A7 00 02 00"_ba;
 }
 
 void tst_UartReceiver::after_a_reset_a_frame_begins_anew()
@@ -331,7 +331,7 @@ void tst_UartReceiver::after_a_reset_a_frame_begins_anew()
     receiver.reset();
     // Neither the rest of a frame that had begun nor a second sync byte alone.
     line.bytes = hex("56 00 00 51 56 00 A3 00 00 00 00");
-    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"00 A3 00 00 00 00"_qba}));
+    QCOMPARE(framesOf(receiver, line), (QByteArrayList{"00 A3 00 00 00 00"_ba}));
 }
 
 QTEST_APPLESS_MAIN(tst_UartReceiver)
