@@ -20,7 +20,6 @@
 
 #include <sys/socket.h>
 
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -248,25 +247,22 @@ bool measureReader()
         giveUp("the simulated frame cannot be opened");
 
     std::array<Clock::time_point, Cycles + 1> ends;
-    std::atomic<size_t> finished = 0;
+    size_t finished = 0;
     std::array<UCHAR, FrameSize> buf{};
     ReadReportThread reader(buf.data());
     reader.setHIDAdapter(&frame, command::ReportId);
-    QObject::connect(
-        &reader, &ReadReportThread::ReadOver, &reader,
-        [&ends, &finished] {
-            if (finished < ends.size()) {
-                ends[finished] = Clock::now();
-                ++finished;
-            }
-        },
-        Qt::DirectConnection);
+    QObject::connect(&reader, &ReadReportThread::ReadOver, &reader, [&ends, &finished] {
+        if (finished < ends.size()) {
+            ends[finished] = Clock::now();
+            ++finished;
+        }
+    });
     reader.start();
     const auto deadline = Clock::now() + CyclesLimit;
     while (finished < ends.size()) {
         if (Clock::now() > deadline)
             giveUp("the reader does not finish its cycles");
-        std::this_thread::sleep_for(BetweenTrials);
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     reader.terminate();
     reader.wait();
