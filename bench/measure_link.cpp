@@ -240,8 +240,9 @@ bool measureStop(int &argc, char **argv)
         {"Stop of a signal test at interval 0, ms", StopBarMs, Figure::HeldBy::Maximum, delays});
 }
 
-bool measureReader()
+bool measureReader(int argc, char **argv)
 {
+    const QCoreApplication app(argc, argv);
     sim::SimAdapter frame{sim::Profile()};
     if (!frame.DoFindDev(u"col03"_s, true))
         giveUp("the simulated frame cannot be opened");
@@ -305,7 +306,7 @@ int main(int argc, char **argv)
     if (figure == "stop")
         return measureStop(argc, argv) ? 0 : 1;
     if (figure == "reader")
-        return measureReader() ? 0 : 1;
+        return measureReader(argc, argv) ? 0 : 1;
     if (figure == "writer")
         return measureWriter() ? 0 : 1;
     giveUp("use: measure_link plug|stop|reader|writer");
