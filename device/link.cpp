@@ -32,6 +32,7 @@ Link::Link(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter, QObject *pare
     , retryTimer(new QTimer(this))
 {
     connect(usbLink, &UsbLink::received, this, &Link::onUsbReport);
+    connect(usbLink, &UsbLink::sent, this, &Link::sent);
     connect(serialLink, &SerialLink::readable, this, &Link::receiveSerial);
     connect(serialLink, &SerialLink::lost, this, &Link::onSerialLost);
     timer->setObjectName(u"checkTimer"_s);
@@ -115,7 +116,7 @@ void Link::send(const UCHAR *frame)
     if (connect_sta == UsbConnected)
         usbLink->send(frame);
     else if (connect_sta == SerialOpen)
-        serialLink->send(frame);
+        emit sent(serialLink->send(frame));
 }
 
 bool Link::lookForDevice()

@@ -114,6 +114,9 @@ signals:
     // loop, the next one comes when all have seen this one.
     void received(UCHAR *frame);
     void stateChanged(const Link::State &state);
+    // The device has taken a frame that was sent, or has not; in the order of sending. A serial
+    // line takes it as soon as it is to leave.
+    void sent(bool taken);
     // A frame on USB is linked.
     void usbConnected();
     // This link, of kind(), is about to end: finish what you began. What is sent now still leaves,

@@ -141,8 +141,11 @@ void UsbLink::OnRecv03(QChar status)
 
 void UsbLink::OnWriteOver(QChar status)
 {
-    if (opened && status == WriteFailed)
+    if (!opened)
+        return;
+    if (status == WriteFailed)
         qCWarning(lcLink, "a frame could not be sent to the touch frame");
+    emit sent(status != WriteFailed);
 }
 
 void UsbLink::OnWriterFinished()

@@ -59,6 +59,8 @@ public:
 signals:
     // A report of the device, FrameSize bytes; valid during the call only.
     void received(UCHAR *report);
+    // The device has taken the frame that was sent first of those under way, or has not.
+    void sent(bool taken);
 
 public slots:
     void OnRecv03(QChar status);    // of ReadReportThread::ReadOver
