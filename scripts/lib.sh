@@ -19,6 +19,8 @@ style_packages=(clang-format clang-tidy shellcheck)
 font_packages=(fonts-wine)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static udev xz-utils procps)
+# What a Debian of another release is made with.
+root_packages=(mmdebstrap util-linux)
 
 say() { printf '== %s\n' "$*"; }
 complain() { printf '%s: %s\n' "${0##*/}" "$*" >&2; }
