@@ -80,9 +80,11 @@ void Session::connectFrame()
     link = std::make_unique<Link>(adapter);
     connect(link.get(), &Link::received, this,
             [this](const UCHAR *report) { take(command::frameAt(report)); });
-    connect(link.get(), &Link::sent, this, [this](bool taken) {
+    connect(link.get(), &Link::traffic, this, [this](const Traffic &traffic) {
+        if (traffic.direction != Traffic::Direction::ToFrame)
+            return;
         underWay = std::max(underWay - 1, 0);
-        lastTaken = taken;
+        lastTaken = traffic.result == Traffic::Result::Done;
         wake();
     });
     connect(link.get(), &Link::aboutToEnd, this, [this](Link::End how) {
