@@ -9,7 +9,7 @@ struct BaseCurve
 {
     std::vector<double> level; // empty: too few lights shine to tell
     double slope = 0;          // ratio of the last to the first end, less 1
-    bool slopeSupported = false; // healthy lights stand on both outer thirds
+    double slopeSupport = 0; // part of the axis that healthy lights span
 };
 
 // Faults make levels lower, seldom higher; so this is a smooth curve along the upper edge of the

@@ -6,6 +6,7 @@
 #include "typical.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
 #include <utility>
@@ -16,19 +17,33 @@ namespace {
 
 // Gains that differ more than this from light to light are no measure of how weak a light is.
 constexpr double GainSpread = 0.05;
-// Lights at each end that may fall off by themselves, and the part of a short axis.
-constexpr int RollOffLights = 6;
+// By how much the lights of an end may fall off by themselves, the outermost first, and how many
+// of a short axis: one in so many.
+constexpr std::array RollOffMost{0.35, 0.25, 0.18, 0.12, 0.08, 0.05};
+constexpr int RollOffLights = int(RollOffMost.size());
 constexpr int RollOffPart = 8;
 // Two ends that agree so well fall off by nature.
 constexpr double RollOffAgreement = 0.08;
 // A light is only weak if it differs by this much of a healthy one: in the dark of an obstacle
 // small differences are large shares.
 constexpr double LeastDrop = 0.06;
+// Neighbours that differ so much stand on two sides of a step.
+constexpr double LeastStep = 0.15;
 // A dip whose flanks descend so much from light to light may well go on at its bottom.
 constexpr double FlankStep = 0.04;
+constexpr int MostLoose = 4;
+// Parts of an axis that healthy lights span.
+constexpr double LeastSupport = 0.5;
+constexpr double FullSupport = 0.9;
 constexpr double ExcessMargin = 1.1;
 // Noise of this many levels is finer than whole levels tell.
 constexpr double FinestNoise = 0.3;
+
+// A light of which the level says how its place is.
+bool isUnremarkable(const Light &light)
+{
+    return light.verdict == LightVerdict::Healthy || light.compensated;
+}
 
 double confidenceOf(double margin)
 {
@@ -75,6 +90,7 @@ private:
     void findAlternation();
     void takeGains();
     std::vector<double> filled() const;
+    bool isLoose(const std::vector<int> &plain, int from, int to) const;
 
     Axis axis;
     const AxisMeasurement &measured;
@@ -83,7 +99,7 @@ private:
     Typical usual;
     BaseCurve base;
     std::vector<double> shares; // of the expected level, at the gain of the neighbours
-    std::vector<double> hidden; // how much more gain than its neighbours a light has, at least 1
+    std::vector<int> hidden;    // lights of a gain far above their neighbours'
     double spread = 0;          // of healthy lights, a share
 };
 
@@ -167,7 +183,6 @@ void AxisJudge::findAlternation()
 // A controller that turns a light's gain up hides that it is weak.
 void AxisJudge::takeGains()
 {
-    hidden.assign(size_t(count()), 1.0);
     if (measured.gains.empty())
         return;
     std::vector<double> inverse(size_t(count()), std::nan(""));
@@ -182,11 +197,18 @@ void AxisJudge::takeGains()
         inverse[i] /= curve.level[i];
     if (robust::spread(inverse) > GainSpread)
         return;
-    for (size_t i = 0; i < inverse.size(); ++i) {
-        if (inverse[i] * thresholds.compensatedGain < 1) {
-            hidden[i] = 1 / inverse[i];
-            shares[i] *= inverse[i];
-        }
+    const auto isTurnedUp = [&](int i) {
+        return i >= 0 && i < count() && inverse[size_t(i)] * thresholds.compensatedGain < 1;
+    };
+    for (int i = 0; i < count(); ++i) {
+        if (!isTurnedUp(i))
+            continue;
+        const int around = isTurnedUp(i - 2) + isTurnedUp(i - 1) + isTurnedUp(i + 1) +
+                           isTurnedUp(i + 2);
+        if (around >= thresholds.stretchLights - 1)
+            shares[size_t(i)] *= inverse[size_t(i)];
+        else
+            hidden.push_back(i);
     }
 }
 
@@ -211,6 +233,25 @@ void AxisJudge::allowRollOff(const std::vector<double> &first, const std::vector
     }
 }
 
+// A few lights that are no stretch: no three of them lie side by side, nor four with dead ones.
+bool AxisJudge::isLoose(const std::vector<int> &plain, int from, int to) const
+{
+    if (to - from >= MostLoose)
+        return false;
+    int together = 0;
+    int dead = 0;
+    for (int p = from, i = plain[size_t(from)]; p <= to; ++i) {
+        const bool isOne = plain[size_t(p)] == i;
+        const bool isDead = verdict.lights[size_t(i)].verdict == LightVerdict::Dead;
+        p += isOne;
+        together = isOne || isDead ? together + 1 : 0;
+        dead = isDead ? dead + 1 : together == 0 ? 0 : dead;
+        if (together >= (dead > 0 ? thresholds.darkLights : thresholds.stretchLights))
+            return false;
+    }
+    return true;
+}
+
 // A light that is darker than those on both of its sides, alone or with one neighbour.
 void AxisJudge::judgeBesideNeighbours()
 {
@@ -230,10 +271,19 @@ void AxisJudge::judgeBesideNeighbours()
     const int usable = int(plain.size());
     const auto share = [&](int p) { return shares[size_t(plain[size_t(p)])]; };
     std::vector<double> roughness;
-    for (int p = 1; p + 1 < usable; ++p)
-        roughness.push_back(share(p) - (share(p - 1) + share(p + 1)) / 2);
+    for (int p = 1; p + 1 < usable; ++p) {
+        if (std::min({share(p - 1), share(p), share(p + 1)}) > 1 - thresholds.stretchDepth)
+            roughness.push_back(share(p) - (share(p - 1) + share(p + 1)) / 2);
+    }
     spread = robust::spread(roughness) / std::sqrt(1.5);
     const double weakShare = std::max(thresholds.weakShare, thresholds.weakSpreads * spread);
+
+    for (const int light : hidden) {
+        if (isPlain(light)) {
+            mark(light, LightVerdict::Weak, 1);
+            verdict.lights[size_t(light)].compensated = true;
+        }
+    }
 
     // What a light between these would be like; the numbers are of the outermost two of a group.
     const auto reference = [&](int from, int to) -> std::optional<double> {
@@ -257,18 +307,15 @@ void AxisJudge::judgeBesideNeighbours()
     const auto markWeak = [&](int p, double by) {
         const int light = plain[size_t(p)];
         mark(light, LightVerdict::Weak, confidenceOf(by / std::max(spread, 0.01)));
-        verdict.lights[size_t(light)].compensated = hidden[size_t(light)] > 1;
     };
-    for (int p = 0; p < usable; ++p) {
-        if (const double by = margin(p, reference(p, p)); by > 0)
-            markWeak(p, by);
-        if (p + 1 == usable)
-            break;
-        const std::optional<double> beside = reference(p, p + 1);
-        const double by = std::min(margin(p, beside), margin(p + 1, beside));
-        if (by > 0) {
-            markWeak(p, by);
-            markWeak(p + 1, by);
+    for (int from = 0; from < usable; ++from) {
+        for (int to = from; to < usable && isLoose(plain, from, to); ++to) {
+            const std::optional<double> beside = reference(from, to);
+            double by = 1;
+            for (int p = from; p <= to; ++p)
+                by = std::min(by, margin(p, beside));
+            for (int p = from; by > 0 && p <= to; ++p)
+                markWeak(p, by);
         }
     }
 }
@@ -286,7 +333,7 @@ std::vector<double> AxisJudge::filled() const
         if (dark >= thresholds.darkLights)
             std::fill(whole.begin() + i - dark, whole.begin() + i, 0.0);
         dark = 0;
-        if (i < count() && verdict.lights[size_t(i)].verdict == LightVerdict::Healthy)
+        if (i < count() && isUnremarkable(verdict.lights[size_t(i)]))
             whole[size_t(i)] = shares[size_t(i)];
     }
     int before = -1;
@@ -297,7 +344,10 @@ std::vector<double> AxisJudge::filled() const
             const double left = before < 0 ? (i < count() ? whole[size_t(i)] : 1)
                                            : whole[size_t(before)];
             const double right = i < count() ? whole[size_t(i)] : left;
-            whole[size_t(j)] = std::lerp(left, right, double(j - before) / (i - before));
+            // Beside a step it is taken to stand on the upper side.
+            whole[size_t(j)] = std::abs(left - right) > LeastStep
+                                   ? std::max(left, right)
+                                   : std::lerp(left, right, double(j - before) / (i - before));
         }
         before = i;
     }
@@ -308,7 +358,9 @@ std::vector<Stretch> AxisJudge::judgeStretches()
 {
     std::vector<Stretch> found = findStretches(axis, filled(), spread, thresholds);
     const double slope = std::abs(base.slope);
-    if (base.slopeSupported && slope >= thresholds.barSlope) {
+    // The less of the axis is healthy, the less is a slope along it to be trusted.
+    if (base.slopeSupport > LeastSupport &&
+        slope * base.slopeSupport * base.slopeSupport >= thresholds.barSlope * FullSupport) {
         found.insert(found.begin(),
                      {.verdict = StretchVerdict::BarOutOfLine,
                       .axis = axis,
@@ -348,7 +400,7 @@ void AxisJudge::finish(Verdicts &verdicts)
 
 // What an end of an axis falls off by nature: what two ends agree on, of its own axis if they do,
 // else of all four. Without agreement it is nothing.
-double rollOff(double own, double opposite, double other, double otherOpposite)
+double rollOff(double own, double opposite, double other, double otherOpposite, double most)
 {
     const auto agree = [](double a, double b) { return std::abs(a - b) < RollOffAgreement; };
     double allowed = 1;
@@ -366,7 +418,7 @@ double rollOff(double own, double opposite, double other, double otherOpposite)
         if (best > 0)
             allowed = best;
     }
-    return std::clamp(allowed, 0.5, 1.0);
+    return allowed < 1 - most ? 1 : std::min(allowed, 1.0);
 }
 
 } // namespace
@@ -397,8 +449,10 @@ Verdicts judge(const Measurement &measurement, const Thresholds &thresholds)
         std::vector<double> allowedFirst;
         std::vector<double> allowedLast;
         for (size_t k = 0; k < RollOffLights; ++k) {
-            allowedFirst.push_back(rollOff(first[k], last[k], otherFirst[k], otherLast[k]));
-            allowedLast.push_back(rollOff(last[k], first[k], otherLast[k], otherFirst[k]));
+            allowedFirst.push_back(rollOff(first[k], last[k], otherFirst[k], otherLast[k],
+                                           RollOffMost[k]));
+            allowedLast.push_back(rollOff(last[k], first[k], otherLast[k], otherFirst[k],
+                                          RollOffMost[k]));
         }
         judges[j].allowRollOff(allowedFirst, allowedLast);
     }

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <functional>
 #include <optional>
+#include <utility>
 
 namespace lights {
 
@@ -20,13 +21,15 @@ constexpr double Deep = 0.8;
 constexpr double HalfDeep = 0.4;
 // A stretch as dark as this lets nothing through.
 constexpr double Dark = 0.93;
+// By how much the outermost light of a board may differ from the others.
+constexpr double Alike = 0.15;
 // How many spreads of healthy lights a stretch has to stand out by.
 constexpr double EdgeSpreads = 2.5;
 constexpr double DepthSpreads = 5;
 // The part of a slope that is on the way from shallow to deep: 0.6 on a straight line.
 constexpr double SlopePart = 0.4;
-// A slope that ends where the axis ends cannot be told from half a smudge unless it is long.
-constexpr double LongShare = 0.12;
+// On a straight line the last step is as steep as the first; on the flank of a smudge it is not.
+constexpr double LeastStraight = 0.45;
 
 // One run of lights that are too low.
 struct Run
@@ -87,6 +90,7 @@ private:
     double deepest(const Run &run) const;
     Side side(const Run &run, double deepestDepth, int step) const;
     std::optional<Stretch> judgeRun(const Run &run) const;
+    bool isStraight(int first, int last, bool falls) const;
     bool isBoard(int first, int last, double depth) const;
 
     Axis axis;
@@ -157,16 +161,44 @@ Side Finder::side(const Run &run, double deepestDepth, int step) const
     return side;
 }
 
-// Boards are counted from one end of the axis or the other.
+// Whether the depth grows evenly towards the last light, or towards the first if the level rises.
+bool Finder::isStraight(int first, int last, bool falls) const
+{
+    // Least squares with a parabola; its powers are orthogonal to each other on -1 to 1.
+    double slope = 0;
+    double bend = 0;
+    double slopes = 0;
+    double bends = 0;
+    const int length = last - first + 1;
+    const double mean = (length + 1.0) / (3.0 * (length - 1)); // of s squared
+    for (int i = first; i <= last; ++i) {
+        const double along = 2.0 * (i - first) / (length - 1) - 1;
+        const double s = falls ? along : -along;
+        slope += s * depthAt(i);
+        slopes += s * s;
+        bend += (s * s - mean) * depthAt(i);
+        bends += (s * s - mean) * (s * s - mean);
+    }
+    slope /= slopes;
+    bend /= bends;
+    return slope > 0 && slope + 2 * bend >= LeastStraight * (slope - 2 * bend);
+}
+
+// All lights of a board fail alike, and boards follow each other from one end of the axis on.
 bool Finder::isBoard(int first, int last, double depth) const
 {
     const int length = last - first + 1;
     if (length < thresholds.boardLights || length >= count)
         return false;
-    const bool fits = first % length == 0 || (count - 1 - last) % length == 0;
+    for (const auto &[inner, outer] : {std::pair(first, first - 1), std::pair(last, last + 1)}) {
+        if (depthAt(inner) < (1 - Alike) * depth || depthAt(outer) > Alike * depth)
+            return false;
+    }
     const bool usual =
         std::find(BoardSizes.begin(), BoardSizes.end(), length) != BoardSizes.end();
-    return fits && (usual || depth >= Dark);
+    const bool dark = depth >= Dark;
+    return (first % length == 0 && (usual || (dark && first > 0))) ||
+           ((count - 1 - last) % length == 0 && usual && dark);
 }
 
 std::optional<Stretch> Finder::judgeRun(const Run &run) const
@@ -192,7 +224,7 @@ std::optional<Stretch> Finder::judgeRun(const Run &run) const
         margin = limit - std::max(left.rise, right.rise);
     } else if (whole >= thresholds.barLights &&
                ((isStep(left) && isSlope(right)) || (isStep(right) && isSlope(left))) &&
-               (!(left.open || right.open) || whole >= LongShare * count)) {
+               isStraight(left.shallow, right.shallow, isStep(right))) {
         stretch.verdict = StretchVerdict::BarOutOfLine;
         stretch.slope = isStep(left) ? depth : -depth;
         margin = std::max(left.rise, right.rise) / whole - SlopePart;

@@ -36,7 +36,7 @@ public:
     int darkLights = 4;             // likewise where no light comes through at all
     double stepRise = 1.35;         // lights in which a step goes from a fifth to four fifths
     double stepRiseShare = 0.05;    // and this share of the stretch's length
-    double barSlope = 0.10;         // change along a whole axis
+    double barSlope = 0.12;         // change along a whole axis
     int barLights = 8;              // a slope within an axis is at least so long
     int boardLights = 8;            // a board has at least so many
 

@@ -52,7 +52,7 @@ struct Strip
     std::vector<double> noise;   // standard deviation
     std::vector<double> gain;
     std::vector<TrueLight> truth;
-    std::vector<bool> taken;     // by a stretch, with a healthy light on each side
+    std::vector<bool> taken;     // by a stretch
     int coveredLights = 0;
 };
 
@@ -221,6 +221,15 @@ void addRamp(Dice &dice, Strip &strip, std::vector<TrueStretch> &stretches)
     stretches.push_back({StretchVerdict::BarOutOfLine, strip.axis, first, last});
 }
 
+bool isBesideStretch(const Strip &strip, int light)
+{
+    for (int i = std::max(0, light - 2); i <= std::min(strip.count - 1, light + 2); ++i) {
+        if (strip.taken[size_t(i)])
+            return true;
+    }
+    return false;
+}
+
 // Faults of single lights, one beside the other only by chance and never three in a row.
 void addOdd(Dice &dice, Strip &strip, LightVerdict verdict, bool telling)
 {
@@ -230,7 +239,8 @@ void addOdd(Dice &dice, Strip &strip, LightVerdict verdict, bool telling)
         return number >= 0 && number < strip.count &&
                strip.truth[size_t(number)].verdict != LightVerdict::Healthy;
     };
-    if (light.covered || isOdd(i) || (isOdd(i - 1) && (isOdd(i - 2) || isOdd(i + 1))) ||
+    // Nothing tells a weak light that touches a stretch from the stretch's own edge.
+    if (light.covered || isBesideStretch(strip, i) || isOdd(i) || (isOdd(i - 1) && (isOdd(i - 2) || isOdd(i + 1))) ||
         (isOdd(i + 1) && isOdd(i + 2)))
         return;
     light.verdict = verdict;
