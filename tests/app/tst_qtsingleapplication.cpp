@@ -15,6 +15,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <ctime>
 #include <grp.h>
@@ -117,7 +118,10 @@ public:
         const QDeadlineTimer deadline(milliseconds);
         for (;;) {
             pollfd p{.fd = fd.get(), .events = POLLIN, .revents = 0};
-            if (poll(&p, 1, int(deadline.remainingTime())) != 1)
+            const int heard = poll(&p, 1, int(deadline.remainingTime()));
+            if (heard < 0 && errno == EINTR) // a program that was started here has ended
+                continue;
+            if (heard != 1)
                 return "open"_ba;
             char c = 0;
             if (::recv(fd.get(), &c, 1, 0) != 1)

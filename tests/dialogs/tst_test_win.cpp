@@ -131,8 +131,9 @@ protected:
         case PdmPhysicalDpiX:
         case PdmPhysicalDpiY:
             return 96;
+        default: // newer toolkits ask in other words as well, and translate them
+            return QPaintDevice::metric(metric);
         }
-        return 0;
     }
 
 private:
