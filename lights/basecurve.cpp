@@ -24,6 +24,9 @@ constexpr int Trials = 250;
 // the curve, and of those that it follows where it is no polynomial.
 constexpr double SpeaksWithin = 0.06;
 constexpr double AboveBy = 0.08;
+// What a term costs, in lights, and how large it is when it costs half of that.
+constexpr double TermCosts = 2;
+constexpr double TermCounts = 0.03;
 constexpr double CountsWithin = 0.12;
 constexpr double FollowsWithin = 0.07;
 constexpr int CentreRounds = 8;
@@ -63,8 +66,9 @@ struct Point
     double weight;
 };
 
-// Weighted least squares, reluctant to leave what is expected. Terms from count on are 0.
-Terms fit(const std::vector<Point> &points, size_t count)
+// Weighted least squares, reluctant to leave what is expected. Terms from count on are 0, and the
+// second is unless the curve may lean.
+Terms fit(const std::vector<Point> &points, size_t count, bool leaning = true)
 {
     std::array<std::array<double, MaxTerms + 1>, MaxTerms> rows{};
     for (const Point &point : points) {
@@ -79,6 +83,8 @@ Terms fit(const std::vector<Point> &points, size_t count)
     }
     for (size_t r = 0; r < count; ++r)
         rows[r][r] += std::pow(Differ / Expected[r], 2);
+    if (!leaning)
+        rows[1][1] += 1e9;
     for (size_t step = 0; step < count; ++step) {
         for (size_t r = step + 1; r < count; ++r) {
             const double factor = rows[r][step] / rows[step][step];
@@ -107,14 +113,16 @@ double score(const std::vector<Point> &points, const Terms &factors)
         else if (std::abs(off) < SpeaksWithin)
             sum += 1 - off * off / (SpeaksWithin * SpeaksWithin);
     }
-    // Of two that are as good, the one that bends and leans less.
-    for (size_t k = 1; k < FewTerms; ++k)
-        sum -= 0.01 * double(points.size()) * std::pow(factors[k] / Expected[k], 2);
+    // To lean or to bend has to bring so many lights nearer.
+    for (size_t k = 1; k < FewTerms; ++k) {
+        const double square = factors[k] * factors[k];
+        sum -= TermCosts * square / (square + TermCounts * TermCounts);
+    }
     return sum;
 }
 
 // The best of many curves through three lights each.
-Terms bestTrial(const std::vector<Point> &points)
+Terms bestTrial(const std::vector<Point> &points, bool leaning)
 {
     std::vector<double> values;
     values.reserve(points.size());
@@ -130,7 +138,7 @@ Terms bestTrial(const std::vector<Point> &points)
             point = points[numbers() % points.size()];
             point.weight = 1;
         }
-        const Terms factors = fit(three, FewTerms);
+        const Terms factors = fit(three, FewTerms, leaning);
         if (const double now = score(points, factors); now > most) {
             most = now;
             best = factors;
@@ -177,7 +185,8 @@ BaseCurve baseCurve(const std::vector<double> &levels)
     }
     if (int(points.size()) < FewestLights)
         return {};
-    Terms factors = bestTrial(points);
+    Terms factors = bestTrial(points, true);
+    const double gain = score(points, factors) - score(points, bestTrial(points, false));
     centre(points, factors, FewTerms);
     const double lean = 2 * factors[1];
     // What bends so much says nothing of places beyond the lights that it goes by.
@@ -208,6 +217,7 @@ BaseCurve baseCurve(const std::vector<double> &levels)
         curve.level.push_back(std::exp(valueAt(factors, place(i)) + sum / weights));
     }
     curve.slope = std::exp(lean) - 1;
+    curve.slopeGain = gain / double(points.size());
     curve.slopeSupport = (last - first) / 2;
     return curve;
 }
