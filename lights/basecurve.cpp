@@ -15,7 +15,7 @@ namespace {
 constexpr int FewestLights = 6;
 // From so many lights on an axis can have a curve of the fourth degree.
 constexpr int ManyLights = 60;
-constexpr int MaxTerms = 5;
+constexpr int MaxTerms = 4;
 constexpr int FewTerms = 3;
 // Curves through three lights each that are tried; with two lights in three too low one in
 // twenty-seven goes through healthy ones.
@@ -33,7 +33,7 @@ constexpr int CentreRounds = 8;
 // How large factors are expected to be, beside lights that differ by a few percent: ends fall off
 // evenly, and whatever is not even is small.
 constexpr double Differ = 0.03;
-constexpr std::array<double, MaxTerms> Expected{10, 0.3, 0.15, 0.03, 0.05};
+constexpr std::array<double, MaxTerms> Expected{10, 0.3, 0.15, 0.05};
 // Half the length over which the curve follows, in lights and as a part of the axis.
 constexpr int FollowsLights = 4;
 constexpr int FollowsPart = 16;
@@ -43,11 +43,12 @@ constexpr double FarFromEnd = 0.25; // half an axis is 1
 
 using Terms = std::array<double, MaxTerms>;
 
-// Legendre's polynomials, -1 to 1.
+// Legendre's polynomials of the degrees 0, 1, 2 and 4: what falls off by nature does so at both
+// ends, so in logarithms only a slope is odd.
 Terms termsAt(double t)
 {
     const double t2 = t * t;
-    return {1, t, (3 * t2 - 1) / 2, t * (5 * t2 - 3) / 2, (35 * t2 * t2 - 30 * t2 + 3) / 8};
+    return {1, t, (3 * t2 - 1) / 2, (35 * t2 * t2 - 30 * t2 + 3) / 8};
 }
 
 double valueAt(const Terms &factors, double t)

@@ -141,8 +141,9 @@ void AxisJudge::judgeNoise()
         std::max(thresholds.noisyLevel, ratio * std::max(verdict.noise, FinestNoise));
     for (int i = 0; i < count(); ++i) {
         const double noise = usual.noise[size_t(i)];
-        const bool flickers =
-            verdict.lights[size_t(i)].verdict == LightVerdict::Dead && noise > 2 * limit;
+        // A light that comes and goes is neither dead nor saturated whatever it does mostly.
+        const LightVerdict so = verdict.lights[size_t(i)].verdict;
+        const bool flickers = so != LightVerdict::SwitchedOff && noise > 2 * limit;
         if (noise > limit && (isPlain(i) || flickers))
             mark(i, LightVerdict::Noisy, confidenceOf(4 * std::log(noise / limit)));
     }
@@ -241,28 +242,29 @@ bool AxisJudge::isLoose(const std::vector<int> &plain, int from, int to) const
 {
     if (to - from >= MostLoose)
         return false;
+    const auto isOne = [&](int i) {
+        return std::binary_search(plain.begin() + from, plain.begin() + to + 1, i);
+    };
     const auto isDead = [this](int i) {
-        return i >= 0 && i < count() && verdict.lights[size_t(i)].verdict == LightVerdict::Dead;
+        return verdict.lights[size_t(i)].verdict == LightVerdict::Dead;
+    };
+    const auto isDim = [&](int i) {
+        return isOne(i) || isDead(i) || (isPlain(i) && shares[size_t(i)] < HalfDark);
     };
     int first = plain[size_t(from)];
     int last = plain[size_t(to)];
-    while (isDead(first - 1))
+    while (first > 0 && isDim(first - 1))
         --first;
-    while (isDead(last + 1))
+    while (last + 1 < count() && isDim(last + 1))
         ++last;
-    int together = 0;
-    int dead = 0;
-    for (int i = first, p = from; i <= last; ++i) {
-        const bool isOne = p <= to && plain[size_t(p)] == i;
-        p += isOne;
-        if (!isOne && !isDead(i)) {
-            together = 0;
-            dead = 0;
-            continue;
-        }
-        ++together;
-        dead += isDead(i);
-        if (together >= (dead > 0 ? thresholds.darkLights : thresholds.stretchLights))
+    int ones = 0; // side by side
+    int dims = 0;
+    bool dead = false;
+    for (int i = first; i <= last; ++i) {
+        ones = isOne(i) ? ones + 1 : 0;
+        dims = isDim(i) ? dims + 1 : 0;
+        dead = dims > 0 && (dead || isDead(i));
+        if (ones >= thresholds.stretchLights || (dead && dims >= thresholds.darkLights))
             return false;
     }
     return true;
