@@ -150,6 +150,10 @@ QString UsbLink::problem() const
     const HID_AdpterPacket::NodeProblem found = HID_Util03->LastProblem();
     if (found.node.isEmpty())
         return {};
+    if (found.error == EBUSY)
+        return tr("The touch frame at %1 is in use by %2. It can be used here as soon as that "
+                  "program has let go of it.")
+            .arg(found.node, found.user.words());
     const QString cause = QString::fromLocal8Bit(std::strerror(found.error));
     if (found.error == EACCES || found.error == EPERM) {
         return tr("A touch frame is at %1 but this user may not open it (%2). Install the udev "
@@ -160,6 +164,11 @@ QString UsbLink::problem() const
     return tr("A touch frame is at %1 but it cannot be opened (%2). Unplug it and plug it in "
               "again.")
         .arg(found.node, cause);
+}
+
+bool UsbLink::isInUse() const
+{
+    return HID_Util03->LastProblem().error == EBUSY;
 }
 
 void UsbLink::OnRecv03(QChar status)

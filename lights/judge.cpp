@@ -29,11 +29,14 @@ constexpr double RollOffAgreement = 0.08;
 constexpr double LeastDrop = 0.06;
 // Neighbours that differ so much stand on two sides of a step.
 constexpr double LeastStep = 0.15;
+// A dead light among such makes them a dark place.
+constexpr double HalfDark = 0.6;
 // A dip whose flanks descend so much from light to light may well go on at its bottom.
 constexpr double FlankStep = 0.04;
 constexpr int MostLoose = 4;
 // Parts of an axis that healthy lights span.
 constexpr double LeastSupport = 0.5;
+constexpr double LeastGain = 0.1;
 constexpr double FullSupport = 0.9;
 constexpr double ExcessMargin = 1.1;
 // Noise of this many levels is finer than whole levels tell.
@@ -138,8 +141,9 @@ void AxisJudge::judgeNoise()
         std::max(thresholds.noisyLevel, ratio * std::max(verdict.noise, FinestNoise));
     for (int i = 0; i < count(); ++i) {
         const double noise = usual.noise[size_t(i)];
-        const bool flickers =
-            verdict.lights[size_t(i)].verdict == LightVerdict::Dead && noise > 2 * limit;
+        // A light that comes and goes is neither dead nor saturated whatever it does mostly.
+        const LightVerdict so = verdict.lights[size_t(i)].verdict;
+        const bool flickers = so != LightVerdict::SwitchedOff && noise > 2 * limit;
         if (noise > limit && (isPlain(i) || flickers))
             mark(i, LightVerdict::Noisy, confidenceOf(4 * std::log(noise / limit)));
     }
@@ -238,15 +242,29 @@ bool AxisJudge::isLoose(const std::vector<int> &plain, int from, int to) const
 {
     if (to - from >= MostLoose)
         return false;
-    int together = 0;
-    int dead = 0;
-    for (int p = from, i = plain[size_t(from)]; p <= to; ++i) {
-        const bool isOne = plain[size_t(p)] == i;
-        const bool isDead = verdict.lights[size_t(i)].verdict == LightVerdict::Dead;
-        p += isOne;
-        together = isOne || isDead ? together + 1 : 0;
-        dead = isDead ? dead + 1 : together == 0 ? 0 : dead;
-        if (together >= (dead > 0 ? thresholds.darkLights : thresholds.stretchLights))
+    const auto isOne = [&](int i) {
+        return std::binary_search(plain.begin() + from, plain.begin() + to + 1, i);
+    };
+    const auto isDead = [this](int i) {
+        return verdict.lights[size_t(i)].verdict == LightVerdict::Dead;
+    };
+    const auto isDim = [&](int i) {
+        return isOne(i) || isDead(i) || (isPlain(i) && shares[size_t(i)] < HalfDark);
+    };
+    int first = plain[size_t(from)];
+    int last = plain[size_t(to)];
+    while (first > 0 && isDim(first - 1))
+        --first;
+    while (last + 1 < count() && isDim(last + 1))
+        ++last;
+    int ones = 0; // side by side
+    int dims = 0;
+    bool dead = false;
+    for (int i = first; i <= last; ++i) {
+        ones = isOne(i) ? ones + 1 : 0;
+        dims = isDim(i) ? dims + 1 : 0;
+        dead = dims > 0 && (dead || isDead(i));
+        if (ones >= thresholds.stretchLights || (dead && dims >= thresholds.darkLights))
             return false;
     }
     return true;
@@ -324,16 +342,25 @@ void AxisJudge::judgeBesideNeighbours()
 std::vector<double> AxisJudge::filled() const
 {
     std::vector<double> whole(size_t(count()), std::nan(""));
+    const auto isDark = [this](int i) {
+        const Light &light = verdict.lights[size_t(i)];
+        return light.verdict == LightVerdict::Dead ||
+               (light.verdict == LightVerdict::Healthy && shares[size_t(i)] < HalfDark);
+    };
     int dark = 0;
     for (int i = 0; i <= count(); ++i) {
-        if (i < count() && verdict.lights[size_t(i)].verdict == LightVerdict::Dead) {
+        if (i < count() && isDark(i)) {
             ++dark;
             continue;
         }
-        if (dark >= thresholds.darkLights)
-            std::fill(whole.begin() + i - dark, whole.begin() + i, 0.0);
+        for (int j = i - dark; j < i && dark >= thresholds.darkLights; ++j) {
+            if (verdict.lights[size_t(j)].verdict == LightVerdict::Dead)
+                whole[size_t(j)] = 0;
+        }
         dark = 0;
-        if (i < count() && isUnremarkable(verdict.lights[size_t(i)]))
+    }
+    for (int i = 0; i < count(); ++i) {
+        if (isUnremarkable(verdict.lights[size_t(i)]))
             whole[size_t(i)] = shares[size_t(i)];
     }
     int before = -1;
@@ -359,7 +386,7 @@ std::vector<Stretch> AxisJudge::judgeStretches()
     std::vector<Stretch> found = findStretches(axis, filled(), spread, thresholds);
     const double slope = std::abs(base.slope);
     // The less of the axis is healthy, the less is a slope along it to be trusted.
-    if (base.slopeSupport > LeastSupport &&
+    if (base.slopeSupport > LeastSupport && base.slopeGain > LeastGain &&
         slope * base.slopeSupport * base.slopeSupport >= thresholds.barSlope * FullSupport) {
         found.insert(found.begin(),
                      {.verdict = StretchVerdict::BarOutOfLine,

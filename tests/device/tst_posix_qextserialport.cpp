@@ -679,8 +679,11 @@ void tst_Posix_QextSerialPort::a_port_open_elsewhere_is_refused_with_a_reason()
     QVERIFY(first.open(QIODevice::ReadWrite));
     Posix_QextSerialPort second(far.node, {});
     QVERIFY(!second.open(QIODevice::ReadWrite));
-    QVERIFY2(second.errorString().contains(far.node + u" is in use by another program."_s),
+    QVERIFY2(second.errorString().contains(far.node +
+                                           u" is in use by tst_posix_qexts (process %1)."_s.arg(
+                                               QCoreApplication::applicationPid())),
              qPrintable(second.errorString()));
+    QVERIFY(second.isInUse());
     first.close();
     QVERIFY2(second.open(QIODevice::ReadWrite), qPrintable(second.errorString()));
     QCOMPARE(second.errorString(), QString());
