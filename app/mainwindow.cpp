@@ -1,6 +1,7 @@
 #include "mainwindow.h"
 
 #include "device/records.h"
+#include "device/version.h"
 #include "dialogs/advset_dlg.h"
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/connect_dlg.h"
@@ -52,6 +53,7 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
     , statusLine(ui->stalab)
     , link(new Link(std::move(adapter), this))
 {
+    ui->pushButton->setText(tr("Quorvel v%1").arg(QLatin1StringView(QUORVEL_VERSION)));
     doRegisterForDevNotification();
     hotplugThread = std::make_unique<ReadHotplugThread>();
     connect(this, &MainWindow::Recv03, this, &MainWindow::DoRecv03);

@@ -5,6 +5,8 @@
 #include "status.h"
 #include "versions.h"
 
+#include "device/version.h"
+
 #include <CLI/CLI.hpp>
 
 #include <QCoreApplication>

@@ -28,7 +28,6 @@ constexpr auto ProblemSettles = 400ms;
 // be changing its rate.
 constexpr auto UsbAskPeriod = 1000ms;
 constexpr auto SerialAskPeriod = 300ms;
-constexpr double MsPerSecond = 1000;
 
 bool isRotationNow(const Frame &report)
 {
@@ -284,7 +283,7 @@ Failure Session::overdue() const
         return {Failed, tr("The touch frame does not take commands. Unplug it and plug it in "
                            "again.")};
     return {NoAnswer, tr("The touch frame did not answer within %1 s.")
-                          .arg(double(options.timeout.count()) / MsPerSecond)};
+                          .arg(std::chrono::duration<double>(options.timeout).count())};
 }
 
 void Session::take(const Frame &report)
