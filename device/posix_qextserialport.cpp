@@ -169,9 +169,15 @@ bool Posix_QextSerialPort::open(QIODevice::OpenMode openMode)
             tr("The serial port %1 is open already. Close it first.").arg(port.portName()));
     if (name.isEmpty())
         return refuse(tr("No serial port is chosen. Enter a name such as ttyUSB0."));
+    usedElsewhere = false;
+    // Opening it would already change its rate under a program that uses it.
+    if (!lockPort())
+        return false;
     port.setPortName(name);
-    if (!port.open(openMode))
+    if (!port.open(openMode)) {
+        lock = {};
         return refuse(whyNotOpened());
+    }
 
     // Some versions of QSerialPort take the nothing that a line which hung up reads as for no
     // bytes yet, and never speak of it.
@@ -203,6 +209,7 @@ void Posix_QextSerialPort::close()
         port.clear(QSerialPort::Output);
     hangUpWatch.reset(); // before its descriptor is gone
     port.close();
+    lock = {};
     hangingUp = false;
 }
 
@@ -426,29 +433,84 @@ QString Posix_QextSerialPort::notDone(const PortSettings &wanted, Setting settin
     return {};
 }
 
-QString Posix_QextSerialPort::whyNotOpened() const
+QString Posix_QextSerialPort::node() const
 {
-    const QString node = name.startsWith(u'/') ? name : u"/dev/"_s + name;
-    const QFileInfo info(node);
+    return name.startsWith(u'/') ? name : u"/dev/"_s + name;
+}
+
+// False, with the reason, when another program has the port.
+bool Posix_QextSerialPort::lockPort()
+{
+    const devicelock::Outcome outcome = devicelock::takeAt(node(), lock);
+    if (outcome == devicelock::Outcome::Held)
+        return refuseAsInUse(devicelock::holder(node()));
+    // A program has made it its own; this user is not root.
+    if (outcome == devicelock::Outcome::Barred && errno == EBUSY) {
+        const DeviceUser user = devicelock::holder(node());
+        return refuseAsInUse(
+            user.pid > 0 ? user : devicelock::lockFileUser(devicelock::lockFileOf(node())));
+    }
+    // Root may open what a program has made its own. The mark alone proves nothing: that of a
+    // pseudo-terminal outlives its program.
+    int exclusive = 0;
+    if (lock.isValid() && ioctl(lock.get(), TIOCGEXCL, &exclusive) == 0 && exclusive != 0) {
+        if (const QList<DeviceUser> users = devicelock::openedBy(node()); !users.isEmpty()) {
+            lock = {};
+            return refuseAsInUse(users.first());
+        }
+    }
+    return true;
+}
+
+bool Posix_QextSerialPort::refuseAsInUse(const DeviceUser &user)
+{
+    usedElsewhere = true;
+    return refuse(inUseBy(user));
+}
+
+QString Posix_QextSerialPort::inUseBy(const DeviceUser &user) const
+{
+    return tr("The serial port %1 is in use by %2. It can be used here as soon as that program has "
+              "let go of it.")
+        .arg(node(), user.words());
+}
+
+QString Posix_QextSerialPort::whyNotOpened()
+{
+    const QFileInfo info(node());
     switch (port.error()) {
     case QSerialPort::DeviceNotFoundError:
         return tr("There is no serial port %1. Check the cable and the name, such as ttyUSB0.")
-            .arg(node);
+            .arg(node());
     case QSerialPort::PermissionError:
-        if (faccessat(AT_FDCWD, QFile::encodeName(node).constData(), R_OK | W_OK, AT_EACCESS) == 0)
-            return tr("The serial port %1 is in use by another program. Close it there.").arg(node);
+        if (faccessat(AT_FDCWD, QFile::encodeName(node()).constData(), R_OK | W_OK, AT_EACCESS) ==
+            0)
+            return lockFileKeepsOut();
         if ((info.permissions() & OfGroup) != OfGroup)
             return tr("This user may not open the serial port %1: it is for its owner %2 alone. "
                       "Ask who looks after this machine for access.")
-                .arg(node, info.owner());
+                .arg(node(), info.owner());
         return tr("This user may not open the serial port %1. Join the group %2, then log in "
                   "again.")
-            .arg(node, info.group());
+            .arg(node(), info.group());
     case QSerialPort::UnsupportedOperationError:
-        return tr("%1 is not a serial port. Choose a name such as ttyUSB0.").arg(node);
+        return tr("%1 is not a serial port. Choose a name such as ttyUSB0.").arg(node());
     default:
-        return tr("The serial port %1 cannot be opened: %2.").arg(node, port.errorString());
+        return tr("The serial port %1 cannot be opened: %2.").arg(node(), port.errorString());
     }
+}
+
+// What a file that programs of serial ports leave for each other says.
+QString Posix_QextSerialPort::lockFileKeepsOut()
+{
+    const QString file = devicelock::lockFileOf(node());
+    const DeviceUser user = devicelock::lockFileUser(file);
+    if (user.pid > 0 && user.program.isEmpty())
+        return tr("A program that has ended left the file %1 behind, which keeps the serial port "
+                  "%2 closed. Remove that file, as its owner %3 or as root.")
+            .arg(file, node(), QFileInfo(file).owner());
+    usedElsewhere = true;
+    return inUseBy(user);
 }
 
 // Waits until all bytes written so far are on the line. False when they did not leave in time, and
@@ -577,7 +639,8 @@ void Posix_QextSerialPort::sayFarewell(int opening)
 
 bool Posix_QextSerialPort::refuse(const QString &why)
 {
-    reason = why;
-    qCWarning(lcLink).noquote() << why;
+    // Who waits for another program's port tries it again and again.
+    if (why != std::exchange(reason, why))
+        qCWarning(lcLink).noquote() << why;
     return false;
 }

@@ -390,7 +390,7 @@ void tst_Posix_QextSerialPort::a_line_that_takes_nothing_is_waited_for_once()
     // Another opening begins anew.
     far.take(1'000'000, 200);
     QVERIFY(port.open(QIODevice::ReadWrite));
-    QCOMPARE(write(port, "again"_qba), 5);
+    QCOMPARE(write(port, QByteArray("again")), 5);
     QVERIFY2(port.setBaudRate(BAUD57600), qPrintable(port.errorString()));
 }
 
@@ -659,8 +659,11 @@ void tst_Posix_QextSerialPort::a_port_open_elsewhere_is_refused_with_a_reason()
     QVERIFY(first.open(QIODevice::ReadWrite));
     Posix_QextSerialPort second(far.node, {});
     QVERIFY(!second.open(QIODevice::ReadWrite));
-    QVERIFY2(second.errorString().contains(far.node + u" is in use by another program."_s),
+    QVERIFY2(second.errorString().contains(far.node +
+                                           u" is in use by tst_posix_qexts (process %1)."_s.arg(
+                                               QCoreApplication::applicationPid())),
              qPrintable(second.errorString()));
+    QVERIFY(second.isInUse());
     first.close();
     QVERIFY2(second.open(QIODevice::ReadWrite), qPrintable(second.errorString()));
     QCOMPARE(second.errorString(), QString());

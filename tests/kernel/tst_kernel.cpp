@@ -81,6 +81,7 @@ private slots:
     void fifty_rounds_leave_no_descriptor_and_no_thread_behind();
     void a_user_without_rights_is_told_what_to_do();
     void the_rule_lets_members_of_plugdev_in();
+    void of_two_programs_one_has_the_frame_and_the_other_takes_it_when_that_is_killed();
 
 private:
     static void withAndWithoutUdev();
@@ -586,6 +587,39 @@ void TestKernel::the_rule_lets_members_of_plugdev_in()
     QCOMPARE(node.st_mode & PermissionBits, mode_t(0660));
     QCOMPARE(node.st_gid, members);
     QVERIFY(closeTool(members));
+}
+
+void TestKernel::of_two_programs_one_has_the_frame_and_the_other_takes_it_when_that_is_killed()
+{
+    const group *plugdev = getgrnam("plugdev");
+    QVERIFY2(plugdev, "this system has no group plugdev");
+    const gid_t members = plugdev->gr_gid;
+    const QString installed = u"/etc/udev/rules.d/70-quorvel.rules"_s;
+    QVERIFY(QDir().mkpath(QFileInfo(installed).path()));
+    QFile::remove(installed);
+    QVERIFY(QFile::copy(QStringLiteral(QUORVEL_RULES), installed));
+    QCOMPARE(startUdev(), QString());
+    QCOMPARE(startTool(members), QString());
+    QCOMPARE(plugIn(), QString());
+
+    // Root is kept out too.
+    Program other;
+    QVERIFY(startsAs(other, {u"-s"_s}, {}));
+    const QByteArray inUse = "The touch frame at /dev/usb/hiddev0 is in use by quorvel (process " +
+                             QByteArray::number(tool->process.processId()) + ").";
+    QVERIFY(inTime([&] { return other.errors.contains(inUse); }));
+    const qsizetype asked = frame->heard(AskedForVersion);
+    QVERIFY(!within(SilenceMs, [&] { return frame->heard(AskedForVersion) > asked; }));
+    QVERIFY2(!other.output.contains("VID:"), other.output);
+    keepPicture(u"in-use"_s);
+
+    tool->process.kill();
+    QVERIFY(tool->process.waitForFinished());
+    QVERIFY(inTime([&] { return frame->heard(AskedForVersion) > asked; }));
+    QVERIFY(inTime([&] { return other.output.contains("VID: 0x5156"); }));
+    Program closer;
+    QVERIFY(startsAs(closer, {u"-close"_s}, {}));
+    QVERIFY(closer.endsWell() && other.endsWell());
 }
 
 QTEST_MAIN(TestKernel)
