@@ -212,7 +212,7 @@ QString word(StretchVerdict verdict)
 
 QString lightName(Axis axis, int number)
 {
-    return u"%1 %2"_s.arg(axis == Axis::X ? u'X' : u'Y').arg(number);
+    return (axis == Axis::X ? u"X %1"_s : u"Y %1"_s).arg(number);
 }
 
 QString advice(Axis axis, int number, const Light &light, const AxisMeasurement &measured)
