@@ -12,6 +12,9 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fontconfig/fontconfig.h>
+#include <future>
+#include <malloc.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -78,6 +81,8 @@ void endShownWindow()
 
 int main(int argc, char **argv)
 {
+    // Threads that mostly wait need no heap each.
+    mallopt(M_ARENA_MAX, 1);
     // Whoever reads the output through a pipe sees each line when it is written.
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     // Who no longer reads the output does not end the program.
@@ -108,9 +113,13 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // Closing the last window is no reason to end: the program lives in the tray.
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    // The toolkit asks for the system's fonts when the first text is measured. They are read while
+    // the display answers: each takes milliseconds.
+    const std::future<FcBool> fonts = std::async(FcInit);
     // A demonstration is an instance of its own kind and leaves the real one alone.
     const QtMessageHandler usual = qInstallMessageHandler(sayWithoutDump);
     QtSingleApplication app(argc, argv, demo ? u"quorvel-demo"_s : QString());
+    fonts.wait();
     qInstallMessageHandler(usual);
     std::fputs(heldBack.constData(), stderr);
     initResources();

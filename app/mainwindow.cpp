@@ -6,6 +6,7 @@
 #include "dialogs/connect_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/present.h"
+#include "dialogs/readable.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/setting_dlg.h"
 #include "dialogs/smoothing_dlg.h"
@@ -62,6 +63,7 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
 
     addTray();
     setStringFont();
+    readable::keep(ui->pushButton);
     setPictures();
     hotplugThread->start(QThread::InheritPriority);
     link->start();

@@ -32,6 +32,8 @@ Link::Link(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter, QObject *pare
     , retryTimer(new QTimer(this))
 {
     connect(usbLink, &UsbLink::received, this, &Link::onUsbReport);
+    connect(usbLink, &UsbLink::traffic, this, &Link::traffic);
+    connect(serialLink, &SerialLink::traffic, this, &Link::traffic);
     connect(serialLink, &SerialLink::readable, this, &Link::receiveSerial);
     connect(serialLink, &SerialLink::lost, this, &Link::onSerialLost);
     timer->setObjectName(u"checkTimer"_s);
@@ -118,12 +120,13 @@ void Link::finishLink(End how)
 
 void Link::send(const UCHAR *frame)
 {
-    if (deviceGone)
-        return;
-    if (connect_sta == UsbConnected)
+    if (!deviceGone && connect_sta == UsbConnected)
         usbLink->send(frame);
-    else if (connect_sta == SerialOpen)
+    else if (!deviceGone && connect_sta == SerialOpen)
         serialLink->send(frame);
+    else
+        emit traffic({Traffic::Direction::ToFrame, Traffic::Over::None, Traffic::Result::Dropped,
+                      command::frameAt(frame)});
 }
 
 bool Link::lookForDevice()

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "portsettings.h"
-#include "struct.h"
+#include "traffic.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -118,6 +118,9 @@ signals:
     // loop, the next one comes when all have seen this one.
     void received(UCHAR *frame);
     void stateChanged(const Link::State &state);
+    // Every frame both ways, for who watches the line: one that comes before it is received, one
+    // that is sent when it is known what became of it, which by USB is some 50 ms later.
+    void traffic(const Traffic &traffic);
     // A frame on USB is linked.
     void usbConnected();
     // This link, of kind(), is about to end: finish what you began. What is sent now still leaves,

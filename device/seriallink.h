@@ -2,6 +2,7 @@
 
 #include "portsettings.h"
 #include "serialframing.h"
+#include "traffic.h"
 #include "uartreceiver.h"
 
 #include <QObject>
@@ -48,6 +49,9 @@ public:
 signals:
     // Bytes have come in; takeFrame() until it has none.
     void readable();
+    // Each frame that takeFrame() gives, as far as it came over the line, and each that was to be
+    // sent.
+    void traffic(const Traffic &traffic);
     // The other end is gone: the port is closed, and problem() says so.
     void lost();
 

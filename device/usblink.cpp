@@ -9,6 +9,7 @@
 #include "writereportthread.h"
 
 #include <cerrno>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -71,13 +72,16 @@ void UsbLink::close()
     writeThread03->wait();
     HID_Util03->CloseDevice();
     readThread03->discardWaiting();
-    outbox.clear();
+    tellSent();
+    for (const Frame &frame : std::exchange(outbox, {}))
+        tell(Traffic::Direction::ToFrame, Traffic::Result::Dropped, frame);
 }
 
 bool UsbLink::send(const UCHAR *frame)
 {
     if (outbox.size() >= MaxOutbox) {
         qCWarning(lcLink, "%zu frames wait for the touch frame: one more is dropped", MaxOutbox);
+        tell(Traffic::Direction::ToFrame, Traffic::Result::Dropped, command::frameAt(frame));
         return false;
     }
     // The next frame waits for the last one to be out, but not for a device that hangs.
@@ -91,6 +95,7 @@ bool UsbLink::send(const UCHAR *frame)
 bool UsbLink::flush()
 {
     while (writeThread03->wait(QDeadlineTimer(SendPatience))) {
+        tellSent();
         if (outbox.empty())
             return true;
         sendNext();
@@ -101,9 +106,34 @@ bool UsbLink::flush()
 // Hands the first waiting frame to the writer, which has ended.
 void UsbLink::sendNext()
 {
+    tellSent();
     SendBuf03 = outbox.front();
     outbox.pop_front();
+    underWay = true;
     writeThread03->start(QThread::InheritPriority);
+}
+
+// What became of the frame that the writer, which has ended, was handed last.
+void UsbLink::tellSent()
+{
+    if (!std::exchange(underWay, false))
+        return;
+    switch (writeThread03->outcome()) {
+    case writereportthread::Outcome::NotTried:
+        tell(Traffic::Direction::ToFrame, Traffic::Result::Dropped, SendBuf03);
+        break;
+    case writereportthread::Outcome::Failed:
+        tell(Traffic::Direction::ToFrame, Traffic::Result::Failed, SendBuf03);
+        break;
+    case writereportthread::Outcome::Sent:
+        tell(Traffic::Direction::ToFrame, Traffic::Result::Done, SendBuf03);
+        break;
+    }
+}
+
+void UsbLink::tell(Traffic::Direction direction, Traffic::Result result, const Frame &frame)
+{
+    emit traffic({direction, Traffic::Over::Usb, result, frame});
 }
 
 void UsbLink::readVersion()
@@ -135,8 +165,12 @@ bool UsbLink::isInUse() const
 
 void UsbLink::OnRecv03(QChar status)
 {
-    if (opened && status == ReadFinished &&
-        RecvBuf03[command::offset::ReportId] == command::ReportId)
+    if (!opened || status != ReadFinished)
+        return;
+    const bool ours = RecvBuf03[command::offset::ReportId] == command::ReportId;
+    tell(Traffic::Direction::FromFrame, ours ? Traffic::Result::Done : Traffic::Result::Dropped,
+         RecvBuf03);
+    if (ours)
         emit received(RecvBuf03.data());
 }
 
@@ -150,4 +184,6 @@ void UsbLink::OnWriterFinished()
 {
     if (!outbox.empty() && writeThread03->wait(QDeadlineTimer(SendPatience)))
         sendNext();
+    else if (writeThread03->wait(QDeadlineTimer(0)))
+        tellSent();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hid_adapter.h"
+#include "traffic.h"
 
 #include <QObject>
 
@@ -61,6 +62,9 @@ public:
 signals:
     // A report of the device, FrameSize bytes; valid during the call only.
     void received(UCHAR *report);
+    // Each report before it is received, and each frame of send() once it is known what became of
+    // it.
+    void traffic(const Traffic &traffic);
 
 public slots:
     void OnRecv03(QChar status);    // of ReadReportThread::ReadOver
@@ -69,11 +73,14 @@ public slots:
 
 private:
     void sendNext();
+    void tellSent();
+    void tell(Traffic::Direction direction, Traffic::Result result, const Frame &frame);
 
     std::shared_ptr<HID_AdpterPacket::HID_Adapter> HID_Util03;
     bool opened = false;
     Frame RecvBuf03{};        // written by the reader on this thread, never while it is delivered
     Frame SendBuf03{};        // read by the writer, changed while it does not run
+    bool underWay = false;    // what became of SendBuf03 has not been told
     std::deque<Frame> outbox; // not handed to the writer yet
 
     // The threads use the adapter and the buffers, so they stand behind these and go first.

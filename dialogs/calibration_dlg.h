@@ -2,6 +2,7 @@
 
 #include "device/reportnews.h"
 #include "screenlayout.h"
+#include "showing.h"
 
 #include <QDialog>
 #include <QPixmap>
@@ -80,6 +81,7 @@ private:
     void finishSession();
 
     std::unique_ptr<Ui::Calibration_Dlg> ui;
+    Showing showing{this};
     bool cal_end = false;           // the device has reported the end
     bool underWay = false;          // begun, and the device not yet told what becomes of it
     int session = 0;                // counts showings and ended links

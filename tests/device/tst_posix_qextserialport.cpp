@@ -390,7 +390,7 @@ void tst_Posix_QextSerialPort::a_line_that_takes_nothing_is_waited_for_once()
     // Another opening begins anew.
     far.take(1'000'000, 200);
     QVERIFY(port.open(QIODevice::ReadWrite));
-    QCOMPARE(write(port, "again"_qba), 5);
+    QCOMPARE(write(port, QByteArray("again")), 5);
     QVERIFY2(port.setBaudRate(BAUD57600), qPrintable(port.errorString()));
 }
 

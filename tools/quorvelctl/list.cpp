@@ -1,0 +1,71 @@
+#include "list.h"
+
+#include "program.h"
+#include "session.h"
+#include "usbnodes.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QSerialPortInfo>
+
+#include <cerrno>
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+namespace ctl {
+
+namespace {
+
+QString lineOf(const UsbNode &node)
+{
+    if (!node.ids)
+        return QCoreApplication::translate("ctl", "%1  touch frame that cannot be opened (%2)")
+            .arg(node.path, QString::fromLocal8Bit(std::strerror(node.error)));
+    return QCoreApplication::translate("ctl", "%1  touch frame %2:%3, version %4")
+        .arg(node.path, hex(node.ids->vendor, 4), hex(node.ids->product, 4),
+             releaseText(node.ids->release));
+}
+
+QJsonObject jsonOf(const UsbNode &node)
+{
+    QJsonObject frame{{u"port"_s, node.path}, {u"openable"_s, node.ids.has_value()}};
+    if (node.ids) {
+        frame[u"vendor"_s] = hex(node.ids->vendor, 4);
+        frame[u"product"_s] = hex(node.ids->product, 4);
+        frame[u"version"_s] = releaseText(node.ids->release);
+    }
+    return frame;
+}
+
+void list(Session &session)
+{
+    QStringList lines;
+    QJsonArray frames;
+    for (const UsbNode &node : usbNodes(*session.around.hiddev)) {
+        lines += lineOf(node);
+        frames += jsonOf(node);
+    }
+    if (frames.isEmpty())
+        lines += QCoreApplication::translate("ctl", "No touch frame is connected by USB.");
+    QJsonArray ports;
+    for (const QSerialPortInfo &port : QSerialPortInfo::availablePorts()) {
+        const QString path = port.systemLocation();
+        lines += QCoreApplication::translate("ctl", "%1  serial port").arg(path);
+        ports += QJsonObject{{u"port"_s, path}, {u"description"_s, port.description()}};
+    }
+    session.answer(lines, {{u"frames"_s, frames}, {u"serial_ports"_s, ports}});
+}
+
+} // namespace
+
+void addList(CLI::App &app, Session &session)
+{
+    CLI::App *command =
+        app.add_subcommand("list", "Show the touch frames on USB, and the serial ports");
+    define(*command, session, [&session] { list(session); });
+}
+
+} // namespace ctl

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QStringList>
+
+#include <functional>
+
+namespace CLI {
+class App;
+}
+
+namespace ctl {
+
+class Session;
+
+// Does what the arguments behind the program's name say, and returns the exit code.
+int run(const QStringList &arguments, Session &session);
+
+// Lets a command be called by its name: work is done when the whole command line is understood.
+void define(CLI::App &command, Session &session, std::function<void()> work);
+
+} // namespace ctl
