@@ -1,5 +1,6 @@
 #include "commandline.h"
 #include "demo.h"
+#include "device/version.h"
 #include "endsignals.h"
 #include "mainwindow.h"
 #include "pluginfolder.h"

@@ -1,11 +1,13 @@
 #include "mainwindow.h"
 
 #include "device/records.h"
+#include "device/version.h"
 #include "dialogs/advset_dlg.h"
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/connect_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/present.h"
+#include "dialogs/readable.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/setting_dlg.h"
 #include "dialogs/smoothing_dlg.h"
@@ -54,6 +56,7 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter,
     , link(new Link(std::move(adapter), this))
     , recordAction(new RecordAction(*link, this))
 {
+    ui->pushButton->setText(tr("Quorvel v%1").arg(QLatin1StringView(QUORVEL_VERSION)));
     doRegisterForDevNotification();
     hotplugThread = std::make_unique<ReadHotplugThread>();
     connect(this, &MainWindow::Recv03, this, &MainWindow::DoRecv03);
@@ -65,6 +68,7 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter,
 
     addTray();
     setStringFont();
+    readable::keep(ui->pushButton);
     setPictures();
     if (!recordFile.isEmpty())
         noRecording = recordAction->start(recordFile);

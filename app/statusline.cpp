@@ -58,6 +58,6 @@ QString StatusLine::hintFor(const Link::State &state)
               "1. Plug the frame in.\n"
               "2. Try another USB port and another cable.\n"
               "3. For a frame on a serial line, choose \"Connect\" in the menu of this window.\n"
-              "4. Without the udev rule 70-quorvel.rules this user may not open the frame: install "
-              "it, or join the group plugdev if it is there.");
+              "4. Without the udev rule 70-quorvel.rules this user may not open the frame:\n"
+              "    install it, or join the group plugdev if it is there.");
 }

@@ -68,6 +68,11 @@ bool SerialLink::isOpen() const
     return myCOM->isOpen();
 }
 
+bool SerialLink::isInUse() const
+{
+    return myCOM->isInUse();
+}
+
 void SerialLink::close(const QString &why)
 {
     myCOM->close();

@@ -43,6 +43,8 @@ public:
     // Why the port did not open, which settings it does not take, or how it was lost, as sentences
     // for the user; empty when all is as was asked.
     QString problem() const { return serialProblem; }
+    // Whether the last open() found the port with another program.
+    bool isInUse() const;
 
 signals:
     // Bytes have come in; takeFrame() until it has none.

@@ -56,6 +56,8 @@ public:
     // What keeps a touch frame that is there from being opened, and what helps; empty when nothing
     // does. Of the last open().
     QString problem() const;
+    // Whether the last open() found the frame with another program.
+    bool isInUse() const;
 
 signals:
     // A report of the device, FrameSize bytes; valid during the call only.

@@ -15,7 +15,7 @@ namespace {
 constexpr int FewestLights = 6;
 // From so many lights on an axis can have a curve of the fourth degree.
 constexpr int ManyLights = 60;
-constexpr int MaxTerms = 5;
+constexpr int MaxTerms = 4;
 constexpr int FewTerms = 3;
 // Curves through three lights each that are tried; with two lights in three too low one in
 // twenty-seven goes through healthy ones.
@@ -24,13 +24,16 @@ constexpr int Trials = 250;
 // the curve, and of those that it follows where it is no polynomial.
 constexpr double SpeaksWithin = 0.06;
 constexpr double AboveBy = 0.08;
+// What a term costs, in lights, and how large it is when it costs half of that.
+constexpr double TermCosts = 2;
+constexpr double TermCounts = 0.03;
 constexpr double CountsWithin = 0.12;
 constexpr double FollowsWithin = 0.07;
 constexpr int CentreRounds = 8;
 // How large factors are expected to be, beside lights that differ by a few percent: ends fall off
 // evenly, and whatever is not even is small.
 constexpr double Differ = 0.03;
-constexpr std::array<double, MaxTerms> Expected{10, 0.3, 0.15, 0.03, 0.05};
+constexpr std::array<double, MaxTerms> Expected{10, 0.3, 0.15, 0.05};
 // Half the length over which the curve follows, in lights and as a part of the axis.
 constexpr int FollowsLights = 4;
 constexpr int FollowsPart = 16;
@@ -40,11 +43,12 @@ constexpr double FarFromEnd = 0.25; // half an axis is 1
 
 using Terms = std::array<double, MaxTerms>;
 
-// Legendre's polynomials, -1 to 1.
+// Legendre's polynomials of the degrees 0, 1, 2 and 4: what falls off by nature does so at both
+// ends, so in logarithms only a slope is odd.
 Terms termsAt(double t)
 {
     const double t2 = t * t;
-    return {1, t, (3 * t2 - 1) / 2, t * (5 * t2 - 3) / 2, (35 * t2 * t2 - 30 * t2 + 3) / 8};
+    return {1, t, (3 * t2 - 1) / 2, (35 * t2 * t2 - 30 * t2 + 3) / 8};
 }
 
 double valueAt(const Terms &factors, double t)
@@ -63,8 +67,9 @@ struct Point
     double weight;
 };
 
-// Weighted least squares, reluctant to leave what is expected. Terms from count on are 0.
-Terms fit(const std::vector<Point> &points, size_t count)
+// Weighted least squares, reluctant to leave what is expected. Terms from count on are 0, and the
+// second is unless the curve may lean.
+Terms fit(const std::vector<Point> &points, size_t count, bool leaning = true)
 {
     std::array<std::array<double, MaxTerms + 1>, MaxTerms> rows{};
     for (const Point &point : points) {
@@ -79,6 +84,8 @@ Terms fit(const std::vector<Point> &points, size_t count)
     }
     for (size_t r = 0; r < count; ++r)
         rows[r][r] += std::pow(Differ / Expected[r], 2);
+    if (!leaning)
+        rows[1][1] += 1e9;
     for (size_t step = 0; step < count; ++step) {
         for (size_t r = step + 1; r < count; ++r) {
             const double factor = rows[r][step] / rows[step][step];
@@ -107,14 +114,16 @@ double score(const std::vector<Point> &points, const Terms &factors)
         else if (std::abs(off) < SpeaksWithin)
             sum += 1 - off * off / (SpeaksWithin * SpeaksWithin);
     }
-    // Of two that are as good, the one that bends and leans less.
-    for (size_t k = 1; k < FewTerms; ++k)
-        sum -= 0.01 * double(points.size()) * std::pow(factors[k] / Expected[k], 2);
+    // To lean or to bend has to bring so many lights nearer.
+    for (size_t k = 1; k < FewTerms; ++k) {
+        const double square = factors[k] * factors[k];
+        sum -= TermCosts * square / (square + TermCounts * TermCounts);
+    }
     return sum;
 }
 
 // The best of many curves through three lights each.
-Terms bestTrial(const std::vector<Point> &points)
+Terms bestTrial(const std::vector<Point> &points, bool leaning)
 {
     std::vector<double> values;
     values.reserve(points.size());
@@ -130,7 +139,7 @@ Terms bestTrial(const std::vector<Point> &points)
             point = points[numbers() % points.size()];
             point.weight = 1;
         }
-        const Terms factors = fit(three, FewTerms);
+        const Terms factors = fit(three, FewTerms, leaning);
         if (const double now = score(points, factors); now > most) {
             most = now;
             best = factors;
@@ -177,7 +186,8 @@ BaseCurve baseCurve(const std::vector<double> &levels)
     }
     if (int(points.size()) < FewestLights)
         return {};
-    Terms factors = bestTrial(points);
+    Terms factors = bestTrial(points, true);
+    const double gain = score(points, factors) - score(points, bestTrial(points, false));
     centre(points, factors, FewTerms);
     const double lean = 2 * factors[1];
     // What bends so much says nothing of places beyond the lights that it goes by.
@@ -208,6 +218,7 @@ BaseCurve baseCurve(const std::vector<double> &levels)
         curve.level.push_back(std::exp(valueAt(factors, place(i)) + sum / weights));
     }
     curve.slope = std::exp(lean) - 1;
+    curve.slopeGain = gain / double(points.size());
     curve.slopeSupport = (last - first) / 2;
     return curve;
 }

@@ -1,4 +1,4 @@
-# What scripts/demo, scripts/test and tests/kernel/run-in-vm have in common. Sourced, not run.
+# What scripts and the tests' wrappers have in common. Sourced, not run.
 # shellcheck shell=bash disable=SC2034
 
 export LC_ALL=C.UTF-8 PATH=$PATH:/usr/sbin:/sbin
@@ -64,6 +64,21 @@ install_missing() {
     fi
     complain "missing for $purpose and not installable here; install by hand: ${missing[*]}"
     return 1
+}
+
+# needs LANE: installs what a lane of scripts/test needs.
+needs() {
+    local packages=("${build_packages[@]}" "${test_packages[@]}")
+    case $1 in
+        style*) packages+=("${style_packages[@]}" "${bench_packages[@]}") ;;
+        unit | gui | *-asan) packages+=("${desktop_packages[@]}" "${bench_packages[@]}") ;;
+        as-released | demo) packages+=("${desktop_packages[@]}") ;;
+        screenshots) packages+=("${desktop_packages[@]}" "${font_packages[@]}") ;;
+        kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;
+        fuzz) packages+=("${fuzz_packages[@]}") ;;
+        debian13) packages=("${root_packages[@]}") ;;
+    esac
+    install_missing "the lane $1" "${packages[@]}"
 }
 
 apt_knows() {

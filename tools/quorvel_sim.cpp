@@ -3,6 +3,7 @@
 #include "simconsole.h"
 
 #include "device/filedescriptor.h"
+#include "device/version.h"
 #include "sim/faultplan.h"
 #include "sim/profile.h"
 #include "sim/replay.h"

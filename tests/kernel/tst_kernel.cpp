@@ -73,6 +73,7 @@ private slots:
     void a_calibration_that_is_not_wanted_is_not_kept();
     void an_unplug_ends_the_calibration_at_once_data() { withAndWithoutUdev(); }
     void an_unplug_ends_the_calibration_at_once();
+    void a_question_about_a_reset_goes_with_its_frame();
     void gestures_that_were_applied_are_sent_again_after_a_replug();
     void a_rotation_is_set_and_read_back();
     void the_versions_are_those_of_the_frame();
@@ -81,6 +82,7 @@ private slots:
     void fifty_rounds_leave_no_descriptor_and_no_thread_behind();
     void a_user_without_rights_is_told_what_to_do();
     void the_rule_lets_members_of_plugdev_in();
+    void of_two_programs_one_has_the_frame_and_the_other_takes_it_when_that_is_killed();
 
 private:
     static void withAndWithoutUdev();
@@ -357,6 +359,26 @@ void TestKernel::an_unplug_ends_the_calibration_at_once()
     QCOMPARE(frame->heard(Saved), 0);
 }
 
+void TestKernel::a_question_about_a_reset_goes_with_its_frame()
+{
+    const auto asks = [] { return windowTitled("Reset").has_value(); };
+    QCOMPARE(startTool(), QString());
+    QCOMPARE(plugIn(), QString());
+    QVERIFY(click(window.geometry.topLeft() + ResetButton));
+    QVERIFY(inTime(asks));
+    QVERIFY(frame->does("unplug"));
+    QVERIFY(inTime([&] { return !asks(); }));
+
+    QCOMPARE(plugIn(), QString());
+    QVERIFY(!within(SilenceMs, asks));
+    QCOMPARE(frame->heard("host > frame  reset"), 0);
+    // Asked for this frame, it is this one that is reset.
+    QVERIFY(click(window.geometry.topLeft() + ResetButton));
+    QVERIFY(inTime(asks));
+    QVERIFY(press(u"Return"_s));
+    QVERIFY(inTime([this] { return frame->heard("host > frame  reset") > 0; }));
+}
+
 void TestKernel::gestures_that_were_applied_are_sent_again_after_a_replug()
 {
     const QByteArray defaults =
@@ -586,6 +608,39 @@ void TestKernel::the_rule_lets_members_of_plugdev_in()
     QCOMPARE(node.st_mode & PermissionBits, mode_t(0660));
     QCOMPARE(node.st_gid, members);
     QVERIFY(closeTool(members));
+}
+
+void TestKernel::of_two_programs_one_has_the_frame_and_the_other_takes_it_when_that_is_killed()
+{
+    const group *plugdev = getgrnam("plugdev");
+    QVERIFY2(plugdev, "this system has no group plugdev");
+    const gid_t members = plugdev->gr_gid;
+    const QString installed = u"/etc/udev/rules.d/70-quorvel.rules"_s;
+    QVERIFY(QDir().mkpath(QFileInfo(installed).path()));
+    QFile::remove(installed);
+    QVERIFY(QFile::copy(QStringLiteral(QUORVEL_RULES), installed));
+    QCOMPARE(startUdev(), QString());
+    QCOMPARE(startTool(members), QString());
+    QCOMPARE(plugIn(), QString());
+
+    // Root is kept out too.
+    Program other;
+    QVERIFY(startsAs(other, {u"-s"_s}, {}));
+    const QByteArray inUse = "The touch frame at /dev/usb/hiddev0 is in use by quorvel (process " +
+                             QByteArray::number(tool->process.processId()) + ").";
+    QVERIFY(inTime([&] { return other.errors.contains(inUse); }));
+    const qsizetype asked = frame->heard(AskedForVersion);
+    QVERIFY(!within(SilenceMs, [&] { return frame->heard(AskedForVersion) > asked; }));
+    QVERIFY2(!other.output.contains("VID:"), other.output);
+    keepPicture(u"in-use"_s);
+
+    tool->process.kill();
+    QVERIFY(tool->process.waitForFinished());
+    QVERIFY(inTime([&] { return frame->heard(AskedForVersion) > asked; }));
+    QVERIFY(inTime([&] { return other.output.contains("VID: 0x5156"); }));
+    Program closer;
+    QVERIFY(startsAs(closer, {u"-close"_s}, {}));
+    QVERIFY(closer.endsWell() && other.endsWell());
 }
 
 QTEST_MAIN(TestKernel)

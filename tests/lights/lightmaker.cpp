@@ -94,7 +94,8 @@ Strip makeStrip(const Recipe &recipe, Dice &dice, Axis axis, int count)
         double level = middle * baseAt(shape, place, amount, std::min(i, count - 1 - i), phase);
         level *= 1 + spread * std::clamp(dice.normal(), -3.0, 3.0);
         level *= i % 2 ? 1 + alternation / 2 : 1 - alternation / 2;
-        strip.level.push_back(level);
+        // A controller sets its gain so that no healthy light is cut off.
+        strip.level.push_back(std::min(level, 242.0));
         strip.noise.push_back(noise);
         strip.gain.push_back(48 + std::lround(20 * place * place));
     }
