@@ -56,9 +56,14 @@ End endOf(Link::End end)
 
 } // namespace
 
+Recorder::Recorder(QObject *parent)
+    : QObject(parent)
+{
+}
+
 Recorder::Recorder(Link &theLink, QObject *parent)
     : QObject(parent)
-    , link(theLink)
+    , link(&theLink)
 {
 }
 
@@ -74,24 +79,41 @@ QString Recorder::start(const QString &path)
     writer = std::move(fresh);
     file = path;
     writtenBefore = lostBefore = 0;
-    told = Over::None;
     startedAt = std::chrono::duration_cast<std::chrono::microseconds>(
         std::chrono::system_clock::now().time_since_epoch());
     sinceStart.start();
-    connect(&link, &Link::traffic, this, &Recorder::onTraffic);
-    connect(&link, &Link::stateChanged, this, &Recorder::onStateChanged);
-    connect(&link, &Link::aboutToEnd, this, [this](Link::End end) { how = end; });
-    connect(&link, &Link::ended, this, &Recorder::onEnded);
-    onStateChanged();
+    listen();
     emit changed();
     return {};
+}
+
+void Recorder::follow(Link &other)
+{
+    if (link)
+        link->disconnect(this);
+    link = &other;
+    if (writer)
+        listen();
+}
+
+void Recorder::listen()
+{
+    told = Over::None;
+    if (!link)
+        return;
+    connect(link, &Link::traffic, this, &Recorder::onTraffic);
+    connect(link, &Link::stateChanged, this, &Recorder::onStateChanged);
+    connect(link, &Link::aboutToEnd, this, [this](Link::End end) { how = end; });
+    connect(link, &Link::ended, this, &Recorder::onEnded);
+    onStateChanged();
 }
 
 void Recorder::stop()
 {
     if (!writer)
         return;
-    link.disconnect(this);
+    if (link)
+        link->disconnect(this);
     writtenBefore = writer->written();
     lostBefore = writer->lost();
     writer.reset();
@@ -129,7 +151,7 @@ void Recorder::onTraffic(const Traffic &traffic)
 // A port that opens carries frames before its link is told of.
 void Recorder::onStateChanged()
 {
-    const Over over = overOf(link.kind());
+    const Over over = overOf(link->kind());
     if (over == told || over == Over::None)
         return;
     told = over;

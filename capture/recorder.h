@@ -5,6 +5,7 @@
 
 #include <QElapsedTimer>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 #include <memory>
@@ -21,9 +22,12 @@ class Recorder : public QObject
 {
     Q_OBJECT
 public:
-    // The link outlives this.
+    explicit Recorder(QObject *parent = nullptr);
     explicit Recorder(Link &link, QObject *parent = nullptr);
     ~Recorder() override;
+
+    // Records this link from now on, and no longer the one before. It may go at any time.
+    void follow(Link &link);
 
     // Begins a recording; ends the one before only if that succeeds. An empty text, or why it
     // failed and what helps (see Writer::create).
@@ -45,12 +49,13 @@ signals:
     void losing(const QString &sentence);
 
 private:
+    void listen();
     void onTraffic(const Traffic &traffic);
     void onStateChanged();
     void onEnded();
     void add(Record record);
 
-    Link &link;
+    QPointer<Link> link;
     std::unique_ptr<Writer> writer; // while recording
     QString file;
     quint64 writtenBefore = 0; // of the last recording
