@@ -5,6 +5,7 @@
 #include "gestures.h"
 #include "lights.h"
 #include "list.h"
+#include "metrics.h"
 #include "reset.h"
 #include "rotation.h"
 #include "session.h"
@@ -162,6 +163,7 @@ int run(const QStringList &arguments, Session &session)
     app.fallthrough();
     addOptions(app, session.options);
     addList(app, session);
+    addMetrics(app, session);
     addStatus(app, session);
     addVersions(app, session);
     addGestures(app, session);
