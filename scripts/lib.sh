@@ -78,6 +78,7 @@ needs() {
         screenshots) packages+=("${desktop_packages[@]}" "${font_packages[@]}") ;;
         kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;
         fuzz) packages+=("${fuzz_packages[@]}") ;;
+        package) packages+=("${root_packages[@]}") ;;
         debian13) packages=("${root_packages[@]}") ;;
     esac
     install_missing "the lane $1" "${packages[@]}"
