@@ -15,12 +15,14 @@ desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-
 test_packages=(python3 procps util-linux tshark prometheus prometheus-node-exporter)
 # What the measuring programs compare the tool with.
 bench_packages=(libqcustomplot-dev)
-style_packages=(clang-format clang-tidy shellcheck)
+style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)
 font_packages=(fonts-wine)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static udev xz-utils procps)
 # What a Debian of another release is made with.
 root_packages=(mmdebstrap util-linux)
+# What packages are made with.
+package_packages=(debhelper dpkg-dev fakeroot lintian)
 
 say() { printf '== %s\n' "$*"; }
 complain() { printf '%s: %s\n' "${0##*/}" "$*" >&2; }
@@ -76,6 +78,7 @@ needs() {
         screenshots) packages+=("${desktop_packages[@]}" "${font_packages[@]}") ;;
         kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;
         fuzz) packages+=("${fuzz_packages[@]}") ;;
+        package) packages+=("${root_packages[@]}") ;;
         debian13) packages=("${root_packages[@]}") ;;
     esac
     install_missing "the lane $1" "${packages[@]}"
