@@ -24,10 +24,17 @@ void StatusLine::setCalibrationNote(const QString &note)
     showHint();
 }
 
+void StatusLine::setRecordingNote(const QString &note)
+{
+    recordingNote = note;
+    showHint();
+}
+
 void StatusLine::showHint()
 {
-    const QString hint = hintFor(shown);
-    const QString whole = calibrationNote.isEmpty() ? hint : calibrationNote + u'\n' + hint;
+    QStringList hints{calibrationNote, hintFor(shown), recordingNote};
+    hints.removeAll(QString());
+    const QString whole = hints.join(u'\n');
     label->setToolTip(whole);
     label->setAccessibleDescription(whole);
 }
@@ -51,6 +58,6 @@ QString StatusLine::hintFor(const Link::State &state)
               "1. Plug the frame in.\n"
               "2. Try another USB port and another cable.\n"
               "3. For a frame on a serial line, choose \"Connect\" in the menu of this window.\n"
-              "4. Without the udev rule 70-quorvel.rules this user may not open the frame: install "
-              "it, or join the group plugdev if it is there.");
+              "4. Without the udev rule 70-quorvel.rules this user may not open the frame:\n"
+              "    install it, or join the group plugdev if it is there.");
 }

@@ -11,7 +11,7 @@ namespace {
 
 // Lights whose common change is taken for one; fewer than half a dozen that shine say too little.
 constexpr int BlockLights = 24;
-constexpr int FewestLights = 6;
+constexpr int FewestInBlock = 6;
 // Below this a level is too coarse to make a ratio of.
 constexpr double FaintLevel = 20;
 
@@ -47,8 +47,8 @@ public:
         }
         const double overall = all.empty() ? 1 : robust::median(std::move(all));
         for (std::vector<double> &part : parts) {
-            factors.push_back(int(part.size()) < FewestLights ? overall
-                                                              : robust::median(std::move(part)));
+            factors.push_back(int(part.size()) < FewestInBlock ? overall
+                                                               : robust::median(std::move(part)));
         }
     }
 
