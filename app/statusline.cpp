@@ -1,13 +1,31 @@
 #include "statusline.h"
 
+#include "doctor/usbchecks.h"
+
+#include <QEvent>
 #include <QLabel>
 
 #include <cstdio>
 
-StatusLine::StatusLine(QLabel *theLabel)
+StatusLine::StatusLine(QLabel *theLabel, const doctor::Machine &theMachine)
     : label(theLabel)
+    , machine(theMachine)
 {
+    label->installEventFilter(this);
     showHint();
+}
+
+const doctor::Machine &StatusLine::thisMachine()
+{
+    static const doctor::Machine machine;
+    return machine;
+}
+
+bool StatusLine::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ToolTip)
+        showHint();
+    return QObject::eventFilter(watched, event);
 }
 
 void StatusLine::show(const Link::State &state)
@@ -32,7 +50,7 @@ void StatusLine::showHint()
     label->setAccessibleDescription(whole);
 }
 
-QString StatusLine::hintFor(const Link::State &state)
+QString StatusLine::hintFor(const Link::State &state) const
 {
     if (!state.problem.isEmpty())
         return state.problem;
@@ -47,10 +65,5 @@ QString StatusLine::hintFor(const Link::State &state)
     case Link::SerialFailed:
         break;
     }
-    return tr("No touch frame is linked. Try in this order:\n"
-              "1. Plug the frame in.\n"
-              "2. Try another USB port and another cable.\n"
-              "3. For a frame on a serial line, choose \"Connect\" in the menu of this window.\n"
-              "4. Without the udev rule 70-quorvel.rules this user may not open the frame: install "
-              "it, or join the group plugdev if it is there.");
+    return doctor::whyNothingIsLinked(machine).words();
 }

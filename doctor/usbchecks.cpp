@@ -52,7 +52,8 @@ Advice nothingThere(const Machine &machine)
             : UsbWords::tr("No touch frame is on USB; these nodes are other makers': %1.")
                   .arg(foreign.join(u", "_s));
     return {evidence, UsbWords::tr("Plug the frame in, or try another USB port and another cable. "
-                                   "A frame on a serial line is used when its port is chosen.")};
+                                   "For a frame on a serial line choose its port: \"Connect\" in "
+                                   "the menu of the window, or --port on the command line.")};
 }
 
 Advice withoutNode(const UsbFrame &frame)
@@ -199,7 +200,9 @@ Advice whyNothingIsLinked(const Machine &machine)
     if (const Finding kernel = checkKernel(machine); kernel.verdict == Finding::Verdict::Trouble)
         return kernel.advice();
     const Finding node = checkNode(machine, UsbFrame::allOf(machine));
-    return node.verdict == Finding::Verdict::Trouble ? node.advice() : nothingThere(machine);
+    if (node.verdict == Finding::Verdict::Trouble)
+        return node.advice();
+    return {node.evidence, UsbWords::tr("It is linked in a moment.")};
 }
 
 } // namespace doctor

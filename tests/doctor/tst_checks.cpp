@@ -419,6 +419,7 @@ private slots:
     void the_first_thing_in_the_way_is_told_in_short()
     {
         MadeUpMachine machine;
+        QVERIFY(whyNothingIsLinked(machine).evidence.contains(u"is at /dev/usb/hiddev0"_s));
         machine.unplug();
         QVERIFY(whyNothingIsLinked(machine).evidence.contains(u"No touch frame is on USB."_s));
         machine.addUsb("5156", u"1-2"_s, {}, {});
