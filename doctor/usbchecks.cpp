@@ -120,8 +120,12 @@ Finding checkKernel(const Machine &machine)
                              : UsbWords::tr("The kernel's driver usbhid is there, with hiddev."));
 }
 
-Finding checkNode(const Machine &machine, const QList<UsbFrame> &frames)
+Finding checkNode(const Machine &machine, const QList<UsbFrame> &frames, const QString &wanted)
 {
+    if (frames.isEmpty() && !wanted.isEmpty())
+        return Finding::trouble(NodeCheck, Cause::NoFrame,
+                                {UsbWords::tr("No touch frame is at %1.").arg(wanted),
+                                 UsbWords::tr("Plug the frame in, or name its own node.")});
     if (frames.isEmpty())
         return Finding::trouble(NodeCheck, Cause::NoFrame, nothingThere(machine));
     const UsbFrame &frame = frames.first();

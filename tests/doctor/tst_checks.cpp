@@ -123,6 +123,12 @@ private slots:
                u"No touch frame is on USB.|Plug the frame in"_s);
     }
 
+    void a_node_that_is_asked_for_is_named()
+    {
+        EXPECT(checkNode(MadeUpMachine(), {}, u"/dev/usb/hiddev7"_s), Verdict::Trouble,
+               Cause::NoFrame, u"No touch frame is at /dev/usb/hiddev7."_s);
+    }
+
     void nodes_of_other_makers_are_named()
     {
         MadeUpMachine machine;

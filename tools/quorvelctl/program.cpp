@@ -1,5 +1,6 @@
 #include "program.h"
 
+#include "doctor.h"
 #include "list.h"
 #include "session.h"
 #include "status.h"
@@ -116,7 +117,7 @@ int parse(CLI::App &app, const QStringList &arguments, Session &session)
         reversed.insert(reversed.begin(), argument.toStdString());
     try {
         app.parse(reversed);
-        return Done;
+        return session.answeredWith();
     } catch (const CLI::ParseError &error) {
         std::ostringstream out;
         std::ostringstream err;
@@ -149,6 +150,7 @@ int run(const QStringList &arguments, Session &session)
     app.require_subcommand(1);
     app.fallthrough();
     addOptions(app, session.options);
+    addDoctor(app, session);
     addList(app, session);
     addStatus(app, session);
     addVersions(app, session);
