@@ -1,6 +1,7 @@
 #include "mainwindow.h"
 
 #include "device/records.h"
+#include "device/version.h"
 #include "dialogs/advset_dlg.h"
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/connect_dlg.h"
@@ -14,6 +15,7 @@
 #include "dialogs/useradv_dlg.h"
 #include "dialogs/version_dlg.h"
 #include "readhotplug.h"
+#include "recordaction.h"
 #include "resetquestion.h"
 #include "tray.h"
 #include "ui_mainwindow.h"
@@ -47,11 +49,14 @@ std::unique_ptr<Ui::MainWindow> makeForm(QMainWindow *window)
 
 } // namespace
 
-MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
+MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter,
+                       const QString &recordFile)
     : ui(makeForm(this))
     , statusLine(ui->stalab)
     , link(new Link(std::move(adapter), this))
+    , recordAction(new RecordAction(*link, this))
 {
+    ui->pushButton->setText(tr("Quorvel v%1").arg(QLatin1StringView(QUORVEL_VERSION)));
     doRegisterForDevNotification();
     hotplugThread = std::make_unique<ReadHotplugThread>();
     connect(this, &MainWindow::Recv03, this, &MainWindow::DoRecv03);
@@ -65,6 +70,8 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
     setStringFont();
     readable::keep(ui->pushButton);
     setPictures();
+    if (!recordFile.isEmpty())
+        noRecording = recordAction->start(recordFile);
     hotplugThread->start(QThread::InheritPriority);
     link->start();
 }
@@ -288,6 +295,9 @@ void MainWindow::addContextMenu()
     settingAction->setEnabled(ui->setbtn->isEnabled());
     contextMenu->addAction(tr("S&moothing"), this, [this] { present(smoothingdlg); });
     contextMenu->addAction(tr("&Connect"), this, &MainWindow::on_conbtn_clicked);
+    contextMenu->addAction(recordAction);
+    connect(recordAction, &RecordAction::noteChanged, this,
+            [this] { statusLine.setRecordingNote(recordAction->note()); });
 
     // Disabled buttons swallow the event.
     for (QPushButton *button : deviceButtons())

@@ -19,6 +19,7 @@ class QAction;
 class QMenu;
 class QPushButton;
 class ReadHotplugThread;
+class RecordAction;
 class Rotation_dlg;
 class Setting_dlg;
 class Tray;
@@ -39,7 +40,9 @@ public:
     using enum Link::Kind;
 
     // Without an adapter of the caller's, looks for frames behind the kernel's hiddev nodes.
-    explicit MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter = nullptr);
+    // Records into a file from the first frame on, if one is given; see recordProblem().
+    explicit MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter = nullptr,
+                        const QString &recordFile = {});
     ~MainWindow() override;
 
     // The link, under the names that the window has always offered it by; see there.
@@ -54,6 +57,9 @@ public:
     void DefUartData() { link->serial().DefUartData(); }
     void doRegisterForDevNotification() { link->usb().registerForNotification(this); }
     void GetHIDver();
+
+    // Why nothing is recorded into that file; empty when it is.
+    QString recordProblem() const { return noRecording; }
 
     // Ends the link in good order and for good: the program ends.
     void endLink();
@@ -130,6 +136,8 @@ private:
 
     QMenu *contextMenu = nullptr;     // child; leads to what the form has no visible button for
     QAction *settingAction = nullptr; // of contextMenu
+    RecordAction *recordAction;       // child
+    QString noRecording;
 
     std::unique_ptr<Tray> tray;
     std::unique_ptr<Calibration_Dlg> calibrationdlg; // a window of its own

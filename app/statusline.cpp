@@ -42,10 +42,17 @@ void StatusLine::setCalibrationNote(const QString &note)
     showHint();
 }
 
+void StatusLine::setRecordingNote(const QString &note)
+{
+    recordingNote = note;
+    showHint();
+}
+
 void StatusLine::showHint()
 {
-    const QString hint = hintFor(shown);
-    const QString whole = calibrationNote.isEmpty() ? hint : calibrationNote + u'\n' + hint;
+    QStringList hints{calibrationNote, hintFor(shown), recordingNote};
+    hints.removeAll(QString());
+    const QString whole = hints.join(u'\n');
     label->setToolTip(whole);
     label->setAccessibleDescription(whole);
 }

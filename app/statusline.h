@@ -9,8 +9,8 @@ class QLabel;
 
 // The status label of the main window: whether a frame is linked, and in its tool tip and for
 // screen readers by what, what keeps it from being linked, how the last calibration ended if not by
-// the user, or why no frame is there to be linked, as it is when the tip is shown. Each new problem
-// is told on standard error too.
+// the user, what is recorded, or why no frame is there to be linked, as it is when the tip is shown.
+// Each new problem is told on standard error too.
 class StatusLine : public QObject
 {
     Q_OBJECT
@@ -21,6 +21,7 @@ public:
     void show(const Link::State &state);
     // A sentence; an empty one takes it away.
     void setCalibrationNote(const QString &note);
+    void setRecordingNote(const QString &note);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -33,4 +34,5 @@ private:
     const doctor::Machine &machine; // outlives this
     Link::State shown;
     QString calibrationNote;
+    QString recordingNote;
 };

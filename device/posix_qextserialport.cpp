@@ -515,7 +515,10 @@ bool Posix_QextSerialPort::movesAgain()
 {
     const QDeadlineTimer deadline(StuckPatience);
     while (!hangingUp) {
-        port.flush(); // as far as there is room now
+        // Without room, writing would count as an error of the line.
+        pollfd line{.fd = port.handle(), .events = POLLOUT, .revents = 0};
+        if (poll(&line, 1, 0) == 1)
+            port.flush();
         if (bytesLeft() < stuckBytes)
             return true;
         if (deadline.hasExpired())

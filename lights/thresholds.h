@@ -34,7 +34,7 @@ public:
     double stretchEdge = 0.05;      // a stretch ends where it is this shallow
     int stretchLights = 3;          // a stretch is at least so long
     int darkLights = 4;             // likewise where no light comes through at all
-    double stepRise = 1.3;          // lights in which a step goes from a fifth to four fifths
+    double stepRise = 0.12;         // lights by which a step may rise more slowly than one can
     double stepRiseShare = 0.02;    // and this share of the stretch's length
     double barSlope = 0.12;         // change along a whole axis
     int barLights = 8;              // a slope within an axis is at least so long

@@ -1,4 +1,4 @@
-# What scripts/demo, scripts/test and tests/kernel/run-in-vm have in common. Sourced, not run.
+# What scripts and the tests' wrappers have in common. Sourced, not run.
 # shellcheck shell=bash disable=SC2034
 
 export LC_ALL=C.UTF-8 PATH=$PATH:/usr/sbin:/sbin
@@ -12,7 +12,7 @@ build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport
                 qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libcli11-dev libpcap-dev)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core procps)
-test_packages=(python3 procps util-linux)
+test_packages=(python3 procps util-linux tshark)
 # What the measuring programs compare the tool with.
 bench_packages=(libqcustomplot-dev)
 style_packages=(clang-format clang-tidy shellcheck)
@@ -64,6 +64,21 @@ install_missing() {
     fi
     complain "missing for $purpose and not installable here; install by hand: ${missing[*]}"
     return 1
+}
+
+# needs LANE: installs what a lane of scripts/test needs.
+needs() {
+    local packages=("${build_packages[@]}" "${test_packages[@]}")
+    case $1 in
+        style*) packages+=("${style_packages[@]}" "${bench_packages[@]}") ;;
+        unit | gui | *-asan) packages+=("${desktop_packages[@]}" "${bench_packages[@]}") ;;
+        as-released | demo) packages+=("${desktop_packages[@]}") ;;
+        screenshots) packages+=("${desktop_packages[@]}" "${font_packages[@]}") ;;
+        kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;
+        fuzz) packages+=("${fuzz_packages[@]}") ;;
+        debian13) packages=("${root_packages[@]}") ;;
+    esac
+    install_missing "the lane $1" "${packages[@]}"
 }
 
 apt_knows() {

@@ -16,7 +16,6 @@ constexpr QSize ConnectSize(400, 378);
 constexpr QPoint UartChoice(64, 73);
 constexpr QPoint PortField(174, 105);
 constexpr QPoint OpenButton(160, 203);
-constexpr QPoint ResetButton(85, 234);
 
 bool showsLights()
 {

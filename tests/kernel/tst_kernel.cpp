@@ -73,6 +73,7 @@ private slots:
     void a_calibration_that_is_not_wanted_is_not_kept();
     void an_unplug_ends_the_calibration_at_once_data() { withAndWithoutUdev(); }
     void an_unplug_ends_the_calibration_at_once();
+    void a_question_about_a_reset_goes_with_its_frame();
     void gestures_that_were_applied_are_sent_again_after_a_replug();
     void a_rotation_is_set_and_read_back();
     void the_versions_are_those_of_the_frame();
@@ -359,6 +360,26 @@ void TestKernel::an_unplug_ends_the_calibration_at_once()
     QVERIFY(frame->stateHas("calibration=idle"));
     QVERIFY(frame->stateHas("kept=0"));
     QCOMPARE(frame->heard(Saved), 0);
+}
+
+void TestKernel::a_question_about_a_reset_goes_with_its_frame()
+{
+    const auto asks = [] { return windowTitled("Reset").has_value(); };
+    QCOMPARE(startTool(), QString());
+    QCOMPARE(plugIn(), QString());
+    QVERIFY(click(window.geometry.topLeft() + ResetButton));
+    QVERIFY(inTime(asks));
+    QVERIFY(frame->does("unplug"));
+    QVERIFY(inTime([&] { return !asks(); }));
+
+    QCOMPARE(plugIn(), QString());
+    QVERIFY(!within(SilenceMs, asks));
+    QCOMPARE(frame->heard("host > frame  reset"), 0);
+    // Asked for this frame, it is this one that is reset.
+    QVERIFY(click(window.geometry.topLeft() + ResetButton));
+    QVERIFY(inTime(asks));
+    QVERIFY(press(u"Return"_s));
+    QVERIFY(inTime([this] { return frame->heard("host > frame  reset") > 0; }));
 }
 
 void TestKernel::gestures_that_were_applied_are_sent_again_after_a_replug()

@@ -6,10 +6,12 @@
 
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <QSocketNotifier>
 #include <QTimer>
 
 #include <algorithm>
 #include <cerrno>
+#include <unistd.h>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -28,7 +30,7 @@ constexpr auto ProblemSettles = 400ms;
 // be changing its rate.
 constexpr auto UsbAskPeriod = 1000ms;
 constexpr auto SerialAskPeriod = 300ms;
-constexpr double MsPerSecond = 1000;
+constexpr auto LastPatience = 1000ms;
 
 bool isRotationNow(const Frame &report)
 {
@@ -76,6 +78,10 @@ void Session::tell(const QString &line, const QString &event, QJsonObject member
 
 void Session::connectFrame()
 {
+    lost = false;
+    last.reset();
+    unread.clear();
+    underWay = 0;
     if (!isSerial())
         adapter = around.adapter(options.usb);
     link = std::make_unique<Link>(adapter);
@@ -236,12 +242,44 @@ void Session::send(const Frame &frame, const QString &what)
         throw overdue();
 }
 
+bool Session::sendAtLast(const Frame &frame)
+{
+    if (!link || lost)
+        return false;
+    post(frame);
+    return runLoop([this] { return underWay == 0 || lost; }, QDeadlineTimer(LastPatience)) &&
+           lastTaken && !lost;
+}
+
+std::optional<QString> Session::readLine(QDeadlineTimer deadline)
+{
+    QByteArray line;
+    bool over = false;
+    QSocketNotifier readable(around.input, QSocketNotifier::Read);
+    connect(&readable, &QSocketNotifier::activated, this, [&] {
+        char byte = 0;
+        over = ::read(around.input, &byte, 1) != 1 || byte == '\n';
+        if (!over)
+            line += byte;
+        wake();
+    });
+    if (!waitFor([&over] { return over; }, deadline))
+        return {};
+    return QString::fromLocal8Bit(line);
+}
+
 bool Session::waitFor(const std::function<bool()> &done, QDeadlineTimer deadline)
 {
-    for (;;) {
-        throwIfOver();
-        if (done())
-            return true;
+    throwIfOver();
+    const bool isDone =
+        runLoop([&] { return done() || lost || signalNumber != 0; }, deadline) && done();
+    throwIfOver();
+    return isDone;
+}
+
+bool Session::runLoop(const std::function<bool()> &done, QDeadlineTimer deadline)
+{
+    while (!done()) {
         if (deadline.hasExpired())
             return false;
         QEventLoop inner;
@@ -254,6 +292,7 @@ bool Session::waitFor(const std::function<bool()> &done, QDeadlineTimer deadline
             timer.start(int(deadline.remainingTime()));
         inner.exec();
     }
+    return true;
 }
 
 void Session::interrupt(int signal)
@@ -279,13 +318,17 @@ void Session::throwIfOver() const
     throw Failure(NoFrame, tr("The touch frame was unplugged."));
 }
 
-Failure Session::overdue() const
+Failure Session::overdue()
 {
+    // Perhaps it is gone.
+    if (!lastTaken)
+        link->lookForRemoval(false);
+    throwIfOver();
     if (!lastTaken)
         return {Failed, tr("The touch frame does not take commands. Unplug it and plug it in "
                            "again.")};
     return {NoAnswer, tr("The touch frame did not answer within %1 s.")
-                          .arg(double(options.timeout.count()) / MsPerSecond)};
+                          .arg(std::chrono::duration<double>(options.timeout).count())};
 }
 
 void Session::take(const Frame &report)

@@ -109,10 +109,17 @@ public:
     // Sends a frame that changes something and has no answer: what, as a person calls it, counts as
     // unconfirmed from then on. Returns when the link has taken it.
     void send(const Frame &frame, const QString &what);
+    // The same for what is asked to be done and answered.
+    void mark(const QString &what) { unconfirmed = what; }
+    // Sends a frame although the program is to end; false when the link has not taken it within a
+    // second, or is gone.
+    bool sendAtLast(const Frame &frame);
     // The frame has said what was made of all that was sent.
     void confirmed() { unconfirmed.clear(); }
     const QString &whatIsUnconfirmed() const { return unconfirmed; }
 
+    // A line of the standard input; nothing when the time is over or the input ends first.
+    std::optional<QString> readLine(QDeadlineTimer deadline);
     // Runs the event loop until a condition, which is looked at whenever something has happened;
     // false when the time is over first.
     bool waitFor(const std::function<bool()> &done, QDeadlineTimer deadline);
@@ -127,11 +134,12 @@ private:
     bool openSerial();
     Failure usbProblem() const;
     Failure serialProblem() const;
-    Failure overdue() const;
+    Failure overdue();
     void take(const Frame &report);
     void post(const Frame &frame);
     Frame askUntil(QDeadlineTimer deadline, const Frame &question, const IsAnswer &isAnswer,
                    Repeats repeats);
+    bool runLoop(const std::function<bool()> &done, QDeadlineTimer deadline);
     void wake();
     void throwIfOver() const;
 
