@@ -2,10 +2,13 @@
 
 #include "doctor/usbchecks.h"
 
-#include <QEvent>
+#include <QHelpEvent>
 #include <QLabel>
+#include <QToolTip>
 
 #include <cstdio>
+
+using namespace Qt::StringLiterals;
 
 StatusLine::StatusLine(QLabel *theLabel, const doctor::Machine &theMachine)
     : label(theLabel)
@@ -23,9 +26,13 @@ const doctor::Machine &StatusLine::thisMachine()
 
 bool StatusLine::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::ToolTip)
-        showHint();
-    return QObject::eventFilter(watched, event);
+    if (event->type() != QEvent::ToolTip)
+        return QObject::eventFilter(watched, event);
+    showHint();
+    // As a paragraph it is wrapped: a sentence may be longer than the screen is wide.
+    const QString shownText = label->toolTip().toHtmlEscaped().replace(u'\n', "<br>"_L1);
+    QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), "<p>"_L1 + shownText, label);
+    return true;
 }
 
 void StatusLine::show(const Link::State &state)
