@@ -53,6 +53,12 @@ QString frameName(const Options &options)
     return options.usb.isEmpty() ? u"usb"_s : options.usb;
 }
 
+// It is there all the same.
+bool isKeptFromUs(const Failure &failure)
+{
+    return failure.code() == InUse || failure.code() == NoPermission;
+}
+
 class Metrics
 {
 public:
@@ -97,10 +103,10 @@ bool Metrics::tries(const std::function<void()> &work)
 
 QByteArray Metrics::collect()
 {
-    const bool isThere = tries([this] { session.connectFrame(); });
-    told.gauge(u"quorvel_frame_present"_s, u"Whether a touch frame is linked."_s);
-    told.sample(isThere ? 1 : 0);
-    if (isThere) {
+    const bool isLinked = tries([this] { session.connectFrame(); });
+    told.gauge(u"quorvel_frame_present"_s, u"Whether a touch frame is there."_s);
+    told.sample(isLinked || isKeptFromUs(*trouble) ? 1 : 0);
+    if (isLinked) {
         tellAnswers();
         if (!trouble)
             tries([this] { tellVersions(); });

@@ -2,6 +2,7 @@
 
 #include "adc.h"
 #include "calibrate.h"
+#include "doctor.h"
 #include "gestures.h"
 #include "lights.h"
 #include "list.h"
@@ -118,7 +119,7 @@ int parse(CLI::App &app, const QStringList &arguments, Session &session)
         reversed.insert(reversed.begin(), argument.toStdString());
     try {
         app.parse(reversed);
-        return Done;
+        return session.answeredWith();
     } catch (const CLI::ParseError &error) {
         std::ostringstream out;
         std::ostringstream err;
@@ -162,6 +163,7 @@ int run(const QStringList &arguments, Session &session)
     app.require_subcommand(1);
     app.fallthrough();
     addOptions(app, session.options);
+    addDoctor(app, session);
     addList(app, session);
     addMetrics(app, session);
     addStatus(app, session);
