@@ -1,4 +1,5 @@
 #include "commandline.h"
+#include "config/lastcalibration.h"
 #include "demo.h"
 #include "device/version.h"
 #include "endsignals.h"
@@ -131,18 +132,40 @@ int main(int argc, char **argv)
         return WrongUsage;
     }
 
-    MainWindow window(demo ? demo->adapter() : nullptr);
+    bool hangs = false;
+    // An instance that was just ending leaves its place to this one.
+    const auto runsAlready = [&app, &hangs] {
+        return app.isRunning() && (handOver(app, u"-W"_s, &hangs) || hangs || app.isRunning());
+    };
+    // The window records from its beginning, and only if this start is not another's to serve.
+    const bool records = !asked.close && !asked.record.isEmpty();
+    if (records && runsAlready()) {
+        std::fprintf(stderr, "%s\n",
+                     qPrintable(QCoreApplication::translate(
+                         "main", "Quorvel runs already, and this start records nothing: choose "
+                                 "\"Record...\" in the menu of its window.")));
+        return Failed;
+    }
+
+    MainWindow window(demo ? demo->adapter() : nullptr, records ? asked.record : QString());
+    if (!window.recordProblem().isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(window.recordProblem()));
+        window.OnExit();
+        return Failed;
+    }
     if (demo)
         demo->attachTo(window);
+    else
+        QObject::connect(&window, &MainWindow::calibrationSaved, [](int deviation) {
+            LastCalibration{QDateTime::currentDateTimeUtc(), deviation}.keep();
+        });
 
-    bool hangs = false;
     if (asked.close) {
         handOver(app, u"-C"_s, &hangs);
         window.OnExit();
         return hangs ? Failed : 0;
     }
-    // An instance that was just ending leaves its place to this one.
-    if (app.isRunning() && (handOver(app, u"-W"_s, &hangs) || hangs || app.isRunning())) {
+    if (runsAlready()) {
         window.OnExit();
         return hangs ? Failed : 0;
     }

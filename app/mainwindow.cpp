@@ -15,6 +15,7 @@
 #include "dialogs/useradv_dlg.h"
 #include "dialogs/version_dlg.h"
 #include "readhotplug.h"
+#include "recordaction.h"
 #include "resetquestion.h"
 #include "tray.h"
 #include "ui_mainwindow.h"
@@ -48,10 +49,12 @@ std::unique_ptr<Ui::MainWindow> makeForm(QMainWindow *window)
 
 } // namespace
 
-MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
+MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter,
+                       const QString &recordFile)
     : ui(makeForm(this))
     , statusLine(ui->stalab)
     , link(new Link(std::move(adapter), this))
+    , recordAction(new RecordAction(*link, this))
 {
     ui->pushButton->setText(tr("Quorvel v%1").arg(QLatin1StringView(QUORVEL_VERSION)));
     doRegisterForDevNotification();
@@ -67,6 +70,8 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
     setStringFont();
     readable::keep(ui->pushButton);
     setPictures();
+    if (!recordFile.isEmpty())
+        noRecording = recordAction->start(recordFile);
     hotplugThread->start(QThread::InheritPriority);
     link->start();
 }
@@ -204,6 +209,7 @@ void MainWindow::addDialogs()
     });
     calibrationdlg = std::make_unique<Calibration_Dlg>();
     wire(calibrationdlg.get());
+    connect(calibrationdlg.get(), &Calibration_Dlg::saved, this, &MainWindow::calibrationSaved);
     connect(calibrationdlg.get(), &Calibration_Dlg::endedByItself, this,
             [this](const QString &why) { statusLine.setCalibrationNote(why); });
     versiondlg = new Version_Dlg(this);
@@ -290,6 +296,9 @@ void MainWindow::addContextMenu()
     settingAction->setEnabled(ui->setbtn->isEnabled());
     contextMenu->addAction(tr("S&moothing"), this, [this] { present(smoothingdlg); });
     contextMenu->addAction(tr("&Connect"), this, &MainWindow::on_conbtn_clicked);
+    contextMenu->addAction(recordAction);
+    connect(recordAction, &RecordAction::noteChanged, this,
+            [this] { statusLine.setRecordingNote(recordAction->note()); });
 
     // Disabled buttons swallow the event.
     for (QPushButton *button : deviceButtons())

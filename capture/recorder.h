@@ -3,7 +3,6 @@
 #include "device/link.h"
 #include "record.h"
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 
@@ -11,6 +10,7 @@
 
 namespace capture {
 
+class Watch;
 class Writer;
 
 // Records what travels on a link: every frame both ways with what became of it, and when the link
@@ -45,20 +45,14 @@ signals:
     void losing(const QString &sentence);
 
 private:
-    void onTraffic(const Traffic &traffic);
-    void onStateChanged();
-    void onEnded();
-    void add(Record record);
+    void add(const Record &record);
 
     Link &link;
-    std::unique_ptr<Writer> writer; // while recording
+    std::unique_ptr<Writer> writer; // while recording, as is the next
+    std::unique_ptr<Watch> watch;
     QString file;
     quint64 writtenBefore = 0; // of the last recording
     quint64 lostBefore = 0;
-    Over told = Over::None; // the link that the recording has seen begin
-    Link::End how = Link::End::Closed;
-    std::chrono::microseconds startedAt{0}; // by the clock on the wall, which may be changed later
-    QElapsedTimer sinceStart;
 };
 
 } // namespace capture

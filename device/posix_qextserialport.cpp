@@ -1,5 +1,6 @@
 #include "posix_qextserialport.h"
 
+#include "advice.h"
 #include "link_log.h"
 
 #include <QFile>
@@ -465,14 +466,7 @@ bool Posix_QextSerialPort::lockPort()
 bool Posix_QextSerialPort::refuseAsInUse(const DeviceUser &user)
 {
     usedElsewhere = true;
-    return refuse(inUseBy(user));
-}
-
-QString Posix_QextSerialPort::inUseBy(const DeviceUser &user) const
-{
-    return tr("The serial port %1 is in use by %2. It can be used here as soon as that program has "
-              "let go of it.")
-        .arg(node(), user.words());
+    return refuse(Advice::portInUse(node(), user).words());
 }
 
 QString Posix_QextSerialPort::whyNotOpened()
@@ -480,19 +474,14 @@ QString Posix_QextSerialPort::whyNotOpened()
     const QFileInfo info(node());
     switch (port.error()) {
     case QSerialPort::DeviceNotFoundError:
-        return tr("There is no serial port %1. Check the cable and the name, such as ttyUSB0.")
-            .arg(node());
+        return Advice::noSuchPort(node()).words();
     case QSerialPort::PermissionError:
         if (faccessat(AT_FDCWD, QFile::encodeName(node()).constData(), R_OK | W_OK, AT_EACCESS) ==
             0)
             return lockFileKeepsOut();
-        if ((info.permissions() & OfGroup) != OfGroup)
-            return tr("This user may not open the serial port %1: it is for its owner %2 alone. "
-                      "Ask who looks after this machine for access.")
-                .arg(node(), info.owner());
-        return tr("This user may not open the serial port %1. Join the group %2, then log in "
-                  "again.")
-            .arg(node(), info.group());
+        return Advice::portForbidden(node(), info.owner(), info.group(),
+                                     (info.permissions() & OfGroup) == OfGroup)
+            .words();
     case QSerialPort::UnsupportedOperationError:
         return tr("%1 is not a serial port. Choose a name such as ttyUSB0.").arg(node());
     default:
@@ -506,11 +495,9 @@ QString Posix_QextSerialPort::lockFileKeepsOut()
     const QString file = devicelock::lockFileOf(node());
     const DeviceUser user = devicelock::lockFileUser(file);
     if (user.pid > 0 && user.program.isEmpty())
-        return tr("A program that has ended left the file %1 behind, which keeps the serial port "
-                  "%2 closed. Remove that file, as its owner %3 or as root.")
-            .arg(file, node(), QFileInfo(file).owner());
+        return Advice::portLeftLocked(node(), file).words();
     usedElsewhere = true;
-    return inUseBy(user);
+    return Advice::portInUse(node(), user).words();
 }
 
 // Waits until all bytes written so far are on the line. False when they did not leave in time, and

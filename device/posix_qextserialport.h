@@ -90,7 +90,6 @@ private:
     QString node() const;
     bool lockPort();
     bool refuseAsInUse(const DeviceUser &user);
-    QString inUseBy(const DeviceUser &user) const;
     QString lockFileKeepsOut();
     QString whyNotOpened();
     bool drain();

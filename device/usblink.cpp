@@ -1,13 +1,14 @@
 #include "usblink.h"
 
+#include "advice.h"
 #include "frame.h"
 #include "link_log.h"
 #include "linux_hid_adapter.h"
+#include "noderights.h"
 #include "readreportthread.h"
 #include "writereportthread.h"
 
 #include <cerrno>
-#include <cstring>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -151,19 +152,10 @@ QString UsbLink::problem() const
     if (found.node.isEmpty())
         return {};
     if (found.error == EBUSY)
-        return tr("The touch frame at %1 is in use by %2. It can be used here as soon as that "
-                  "program has let go of it.")
-            .arg(found.node, found.user.words());
-    const QString cause = QString::fromLocal8Bit(std::strerror(found.error));
-    if (found.error == EACCES || found.error == EPERM) {
-        return tr("A touch frame is at %1 but this user may not open it (%2). Install the udev "
-                  "rule 70-quorvel.rules, or join the group plugdev if the rule is there, and plug "
-                  "the frame in again.")
-            .arg(found.node, cause);
-    }
-    return tr("A touch frame is at %1 but it cannot be opened (%2). Unplug it and plug it in "
-              "again.")
-        .arg(found.node, cause);
+        return Advice::frameInUse(found.node, found.user).words();
+    if (found.error == EACCES || found.error == EPERM)
+        return Advice::frameForbidden(found.node, found.error, NodeRights::of(found.node)).words();
+    return Advice::frameNotOpened(found.node, found.error).words();
 }
 
 bool UsbLink::isInUse() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "device/calibrationsteps.h"
+
 #include <QDialog>
 
 #include <memory>
@@ -15,7 +17,7 @@ class CalEnd_dlg : public QDialog
 {
     Q_OBJECT
 public:
-    static constexpr int LargestGoodDeviation = 5; // per cent
+    static constexpr int LargestGoodDeviation = CalibrationSteps::LargestGoodDeviation;
 
     // The countdown runs from here.
     explicit CalEnd_dlg(QWidget *parent = nullptr);

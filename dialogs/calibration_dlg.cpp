@@ -43,7 +43,6 @@ Calibration_Dlg::Calibration_Dlg(QWidget *parent)
     ui->setupUi(this);
     setWindowOpacity(0.5);
     connect(timer, &QTimer::timeout, this, &Calibration_Dlg::ontimer);
-    await(cal::Step1);
 }
 
 Calibration_Dlg::~Calibration_Dlg() = default;
@@ -57,17 +56,15 @@ void Calibration_Dlg::setPrimaryScr(int screen, const ScreenLayout &layout)
 {
     if (layout.screens.isEmpty())
         return;
-    gWidth = layout.desktop.width();
-    gHeight = layout.desktop.height();
-    const QRect chosen = layout.screens.size() == 1
-                             ? QRect(QPoint(0, 0), layout.desktop)
-                             : layout.screens.value(screen, layout.screens.first());
-    cStartX = chosen.x();
-    cStartY = chosen.y();
-    cWidth = chosen.width();
-    cHeight = chosen.height();
-    mainmap = QPixmap(cWidth, cHeight);
-    placeTargets(cWidth, cHeight);
+    area.desktop = layout.desktop;
+    area.screen = layout.screens.size() == 1 ? QRect(QPoint(0, 0), layout.desktop)
+                                             : layout.screens.value(screen, layout.screens.first());
+    mainmap = QPixmap(area.screen.size());
+    const auto targets = area.targets();
+    for (size_t i = 0; i < targets.size(); ++i) {
+        ellipse_x[i] = targets[i].x();
+        ellipse_y[i] = targets[i].y();
+    }
 
     const QList<QScreen *> screens = QGuiApplication::screens();
     if (const QScreen *shown = screens.value(screen, screens.first())) {
@@ -78,41 +75,28 @@ void Calibration_Dlg::setPrimaryScr(int screen, const ScreenLayout &layout)
 
 QRect Calibration_Dlg::calibratedScreen() const
 {
-    return {cStartX, cStartY, cWidth, cHeight};
-}
-
-void Calibration_Dlg::placeTargets(int width, int height)
-{
-    const int left = width / 8;
-    const int right = width / 8 * 7;
-    const int top = height / 8;
-    const int bottom = height / 8 * 7;
-    ellipse_x = {left, right, right, left};
-    ellipse_y = {top, top, bottom, bottom};
+    return area.screen;
 }
 
 void Calibration_Dlg::SendCalStep(int step)
 {
-    Frame frame = step == cal::Check ? command::CalibrationCheck{.x = cStartX,
-                                                                 .y = cStartY,
-                                                                 .width = cWidth,
-                                                                 .height = cHeight,
-                                                                 .desktopWidth = gWidth,
-                                                                 .desktopHeight = gHeight}
-                                           .encode()
-                                     : command::CalibrationStep{UCHAR(step)}.encode();
+    send(CalibrationSteps::echoFrame(step, area));
+}
+
+void Calibration_Dlg::send(Frame frame)
+{
     emit Write03(frame.data());
 }
 
 void Calibration_Dlg::SendCalSave()
 {
-    SendCalStep(cal::Save);
+    send(CalibrationSteps::saveFrame());
     std::puts("SendCalSave");
 }
 
 void Calibration_Dlg::SendCalReset()
 {
-    SendCalStep(cal::Reset);
+    send(CalibrationSteps::resetFrame());
 }
 
 int Calibration_Dlg::GetDeviation() const
@@ -140,7 +124,8 @@ void Calibration_Dlg::paintEvent(QPaintEvent *)
         QPainter painter(&mainmap);
         painter.setPen(QPen(Qt::white, PenWidth));
 
-        painter.translate(ellipse_x[size_t(point_step)], ellipse_y[size_t(point_step)]);
+        const auto target = size_t(steps.target());
+        painter.translate(ellipse_x[target], ellipse_y[target]);
         painter.scale(scale, scale);
         painter.drawLine(-CrossArm, -CrossArm, CrossArm, CrossArm);
         painter.drawLine(-CrossArm, CrossArm, CrossArm, -CrossArm);
@@ -150,7 +135,7 @@ void Calibration_Dlg::paintEvent(QPaintEvent *)
         }
 
         painter.resetTransform();
-        painter.translate(QPoint(cWidth / 2, cHeight / 2));
+        painter.translate(QPoint(area.screen.width() / 2, area.screen.height() / 2));
         painter.scale(scale, scale);
         QFont font = painter.font();
         font.setPointSize(CountdownPoints);
@@ -173,12 +158,10 @@ void Calibration_Dlg::showEvent(QShowEvent *)
     cal_end = false;
     underWay = true;
     ++session;
-    point_step = 0;
     ellipse_step = 0;
     time_step = 0;
-    deviation = 0;
     m_IsCali = 1;
-    await(cal::Step1);
+    steps.begin();
     if (rect.isValid())
         setGeometry(rect);
     // Not showFullScreen(), which shows a window that is being shown already: newer toolkits take
@@ -186,7 +169,7 @@ void Calibration_Dlg::showEvent(QShowEvent *)
     setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowFullScreen);
     // Without a window manager nobody else gives it the keyboard.
     activateWindow();
-    SendCalStep(cal::Begin);
+    send(CalibrationSteps::beginFrame());
     timer->start(TickPeriod);
 }
 
@@ -197,7 +180,7 @@ void Calibration_Dlg::hideEvent(QHideEvent *)
     m_IsCali = 0;
     timer->stop();
     // What the device still says belongs to what is over.
-    news.forget();
+    steps.forget();
     finishSession();
 }
 
@@ -214,7 +197,7 @@ void Calibration_Dlg::finishSession()
         // Where the eyes are; the main window may be elsewhere.
         if (rect.isValid())
             asked.move(rect.center() - asked.rect().center());
-        save = asked.CalEnd(deviation);
+        save = asked.CalEnd(steps.deviation());
         // Another device may have been plugged in meanwhile; the result is not its own.
         if (session != asking)
             return;
@@ -222,13 +205,15 @@ void Calibration_Dlg::finishSession()
             emit endedByItself(
                 tr("The calibration was discarded because nobody answered whether to "
                    "save it. %1")
-                    .arg(CalEnd_dlg::accuracyText(deviation)));
+                    .arg(CalEnd_dlg::accuracyText(steps.deviation())));
     }
     underWay = false;
-    if (save)
+    if (save) {
         SendCalSave();
-    else
+        emit saved(steps.deviation());
+    } else {
         SendCalReset();
+    }
 }
 
 void Calibration_Dlg::OnLinkEnding(bool deviceGone)
@@ -241,7 +226,7 @@ void Calibration_Dlg::OnLinkEnding(bool deviceGone)
                                     "It was discarded."));
     underWay = false;
     ++session;
-    news.forget();
+    steps.forget();
     if (tell)
         SendCalReset();
     if (question)
@@ -269,45 +254,29 @@ void Calibration_Dlg::DoRecv03(UCHAR *RecvBuf)
         hide();
 }
 
-// The link delivers a reply many times over: each is acted on once, and in order.
-void Calibration_Dlg::await(UCHAR step)
-{
-    news.forget();
-    news.ask({command::Calibration, step});
-}
-
 void Calibration_Dlg::DoOldCalibration(unsigned char *buf)
 {
+    using Event = CalibrationSteps::Event;
     const Frame frame = command::frameAt(buf);
-    const bool awaited = news.take(frame) == ReportNews::News::Answer;
     const auto reply = command::CalibrationStep::decode(frame);
-    if (!reply)
-        return;
-    if (reply->step == cal::Begin)
+    if (reply && reply->step == cal::Begin)
         qDebug("CAL_BEGIN\n");
-    if (!awaited)
+    switch (steps.take(frame)) {
+    case Event::Nothing:
         return;
-    switch (reply->step) {
-    case cal::Step1:
-    case cal::Step2:
-    case cal::Step3:
-    case cal::Step4:
+    case Event::Target:
         qDebug("CAL_STEP%d\n", reply->step);
-        point_step = reply->step - cal::Step1;
-        await(UCHAR(reply->step + 1));
-        SendCalStep(reply->step);
+        send(steps.echo(area));
         break;
-    case cal::Check:
+    case Event::Checking:
         qDebug("CAL_CHECK\n");
-        await(cal::End);
-        SendCalStep(cal::Check);
+        send(steps.echo(area));
         break;
-    default:
+    case Event::Ended:
         qDebug("CAL_END\n");
-        if (const auto end = command::CalibrationEnd::decode(frame))
-            deviation = (std::abs(end->deviationX) + std::abs(end->deviationY)) / 2;
-        if (deviation <= CalEnd_dlg::LargestGoodDeviation)
-            qDebug("%s\n", qPrintable(tr("Calibration accuracy: %1%").arg(100 - deviation)));
+        if (steps.deviation() <= CalEnd_dlg::LargestGoodDeviation)
+            qDebug("%s\n",
+                   qPrintable(tr("Calibration accuracy: %1%").arg(100 - steps.deviation())));
         cal_end = true;
         break;
     }

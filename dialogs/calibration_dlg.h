@@ -1,6 +1,6 @@
 #pragma once
 
-#include "device/reportnews.h"
+#include "device/calibrationsteps.h"
 #include "screenlayout.h"
 #include "showing.h"
 
@@ -55,12 +55,14 @@ public:
     // bottom left.
     const std::array<int, 4> &targetsX() const { return ellipse_x; }
     const std::array<int, 4> &targetsY() const { return ellipse_y; }
-    int currentTarget() const { return point_step; }
+    int currentTarget() const { return steps.target(); }
 
 signals:
     void Write03(UCHAR *WriteBuf);
     // Not by the user; and why, as a sentence.
     void endedByItself(const QString &why);
+    // The frame has been told to save; per cent, as it reported them.
+    void saved(int deviation);
 
 public slots:
     void ontimer();
@@ -76,8 +78,7 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    void placeTargets(int width, int height);
-    void await(UCHAR step);
+    void send(Frame frame);
     void finishSession();
 
     std::unique_ptr<Ui::Calibration_Dlg> ui;
@@ -85,21 +86,14 @@ private:
     bool cal_end = false;           // the device has reported the end
     bool underWay = false;          // begun, and the device not yet told what becomes of it
     int session = 0;                // counts showings and ended links
-    int point_step = 0;             // the target shown, 0 to 3
     int ellipse_step = 0;           // animation phase, 0 to 2
     std::array<int, 4> ellipse_x{}; // target centres, native pixels of the calibrated screen
     std::array<int, 4> ellipse_y{};
     int time_step = 0; // half-seconds since the showing
-    int deviation = 0; // per cent, as the device reported it
     QTimer *timer;     // child
     QPixmap mainmap;   // everything is drawn here first; native size of the calibrated screen
-    ReportNews news;   // awaits the one reply of the device that is acted on next
-    QRect rect;        // where the window goes, in Qt's coordinates
-    int gWidth = 0;    // the whole desktop, native pixels
-    int gHeight = 0;
-    int cWidth = 0; // the calibrated screen, native pixels
-    int cHeight = 0;
-    int cStartX = 0; // its top left corner within the desktop
-    int cStartY = 0;
+    CalibrationSteps steps;
+    CalibrationScreen area{{0, 0, 0, 0}, {0, 0}};
+    QRect rect;                    // where the window goes, in Qt's coordinates
     QPointer<CalEnd_dlg> question; // while it is being asked
 };

@@ -24,11 +24,16 @@ constexpr int RollOffLights = int(RollOffMost.size());
 constexpr int RollOffPart = 8;
 // Two ends that agree so well fall off by nature.
 constexpr double RollOffAgreement = 0.08;
+// An end falls off by so much more from light to light, once it does.
+constexpr double LeastRollOff = 0.03;
+constexpr double RollOffGrowth = 2.5;
 // A light is only weak if it differs by this much of a healthy one: in the dark of an obstacle
 // small differences are large shares.
 constexpr double LeastDrop = 0.06;
 // Neighbours that differ so much stand on two sides of a step.
 constexpr double LeastStep = 0.15;
+// Neighbours that differ more stand on two sides of something else.
+constexpr double MostAlternation = 0.3;
 // A dead light among such makes them a dark place.
 constexpr double HalfDark = 0.6;
 // A dip whose flanks descend so much from light to light may well go on at its bottom.
@@ -36,7 +41,7 @@ constexpr double FlankStep = 0.04;
 constexpr int MostLoose = 4;
 // Parts of an axis that healthy lights span.
 constexpr double LeastSupport = 0.5;
-constexpr double LeastGain = 0.1;
+constexpr double LeastGain = 0.05;
 constexpr double FullSupport = 0.9;
 constexpr double ExcessMargin = 1.1;
 // Noise of this many levels is finer than whole levels tell.
@@ -94,6 +99,7 @@ private:
     void takeGains();
     std::vector<double> filled() const;
     bool isLoose(const std::vector<int> &plain, int from, int to) const;
+    bool isRollOff(const Stretch &stretch, const std::vector<double> &whole) const;
 
     Axis axis;
     const AxisMeasurement &measured;
@@ -155,8 +161,8 @@ void AxisJudge::findBase()
     std::vector<double> levels(size_t(count()), std::nan(""));
     for (int i = 0; i < count(); ++i) {
         if (isPlain(i))
-            levels[size_t(i)] = usual.level[size_t(i)] /
-                                (1 + verdict.alternation * (i % 2 ? 0.5 : -0.5));
+            levels[size_t(i)] =
+                usual.level[size_t(i)] / (1 + verdict.alternation * (i % 2 ? 0.5 : -0.5));
     }
     base = baseCurve(levels);
     shares.assign(size_t(count()), std::nan(""));
@@ -170,18 +176,16 @@ void AxisJudge::findBase()
 // Senders often take turns, and those of one bar can be a little stronger than those of the other.
 void AxisJudge::findAlternation()
 {
-    std::vector<double> differences[2];
-    for (int i = 1; i + 1 < count(); ++i) {
-        if (!isPlain(i - 1) || !isPlain(i) || !isPlain(i + 1))
+    std::vector<double> differences[2]; // a slope counts one way in these, the other way in those
+    for (int i = 0; i + 1 < count(); ++i) {
+        if (!isPlain(i) || !isPlain(i + 1))
             continue;
-        const auto at = size_t(i);
-        differences[i % 2].push_back(
-            std::log(usual.level[at]) -
-            (std::log(usual.level[at - 1]) + std::log(usual.level[at + 1])) / 2);
+        const double step = std::log(usual.level[size_t(i) + 1]) - std::log(usual.level[size_t(i)]);
+        if (std::abs(step) < MostAlternation)
+            differences[i % 2].push_back(i % 2 ? -step : step);
     }
     if (!differences[0].empty() && !differences[1].empty())
-        verdict.alternation =
-            (robust::median(differences[1]) - robust::median(differences[0])) / 2;
+        verdict.alternation = (robust::median(differences[0]) + robust::median(differences[1])) / 2;
 }
 
 // A controller that turns a light's gain up hides that it is weak.
@@ -207,8 +211,8 @@ void AxisJudge::takeGains()
     for (int i = 0; i < count(); ++i) {
         if (!isTurnedUp(i))
             continue;
-        const int around = isTurnedUp(i - 2) + isTurnedUp(i - 1) + isTurnedUp(i + 1) +
-                           isTurnedUp(i + 2);
+        const int around =
+            isTurnedUp(i - 2) + isTurnedUp(i - 1) + isTurnedUp(i + 1) + isTurnedUp(i + 2);
         if (around >= thresholds.stretchLights - 1)
             shares[size_t(i)] *= inverse[size_t(i)];
         else
@@ -228,8 +232,8 @@ std::vector<double> AxisJudge::endShares(bool atLast) const
 void AxisJudge::allowRollOff(const std::vector<double> &first, const std::vector<double> &last)
 {
     for (int k = 0; k < rollOffLights(); ++k) {
-        for (const auto &[place, allowed] : {std::pair(k, first[size_t(k)]),
-                                             std::pair(count() - 1 - k, last[size_t(k)])}) {
+        for (const auto &[place, allowed] :
+             {std::pair(k, first[size_t(k)]), std::pair(count() - 1 - k, last[size_t(k)])}) {
             if (!base.level.empty())
                 base.level[size_t(place)] *= allowed;
             shares[size_t(place)] /= allowed;
@@ -315,8 +319,8 @@ void AxisJudge::judgeBesideNeighbours()
         const double near = std::min(share(from - 1), share(to + 1));
         if (from < 2 || to + 2 >= usable)
             return near;
-        const double flank = std::min(share(from - 2) - share(from - 1),
-                                      share(to + 2) - share(to + 1));
+        const double flank =
+            std::min(share(from - 2) - share(from - 1), share(to + 2) - share(to + 1));
         return flank > FlankStep ? near - flank : near;
     };
     const auto margin = [&](int p, std::optional<double> beside) {
@@ -368,8 +372,8 @@ std::vector<double> AxisJudge::filled() const
         if (i < count() && std::isnan(whole[size_t(i)]))
             continue;
         for (int j = before + 1; j < i; ++j) {
-            const double left = before < 0 ? (i < count() ? whole[size_t(i)] : 1)
-                                           : whole[size_t(before)];
+            const double left =
+                before < 0 ? (i < count() ? whole[size_t(i)] : 1) : whole[size_t(before)];
             const double right = i < count() ? whole[size_t(i)] : left;
             // Beside a step it is taken to stand on the upper side.
             whole[size_t(j)] = std::abs(left - right) > LeastStep
@@ -381,9 +385,25 @@ std::vector<double> AxisJudge::filled() const
     return whole;
 }
 
+// Of an end whose opposite tells nothing.
+bool AxisJudge::isRollOff(const Stretch &stretch, const std::vector<double> &whole) const
+{
+    const int length = stretch.last - stretch.first + 1;
+    if ((stretch.first > 0 && stretch.last + 1 < count()) || length > RollOffLights / 2)
+        return false;
+    for (int k = 0; k < length; ++k) {
+        const double share = whole[size_t(stretch.first == 0 ? k : count() - 1 - k)];
+        if (share < 1 - RollOffMost[size_t(k)])
+            return false;
+    }
+    return true;
+}
+
 std::vector<Stretch> AxisJudge::judgeStretches()
 {
-    std::vector<Stretch> found = findStretches(axis, filled(), spread, thresholds);
+    const std::vector<double> whole = filled();
+    std::vector<Stretch> found = findStretches(axis, whole, spread, thresholds);
+    std::erase_if(found, [&](const Stretch &stretch) { return isRollOff(stretch, whole); });
     const double slope = std::abs(base.slope);
     // The less of the axis is healthy, the less is a slope along it to be trusted.
     if (base.slopeSupport > LeastSupport && base.slopeGain > LeastGain &&
@@ -425,27 +445,34 @@ void AxisJudge::finish(Verdicts &verdicts)
     verdicts.axis(axis) = std::move(verdict);
 }
 
-// What an end of an axis falls off by nature: what two ends agree on, of its own axis if they do,
-// else of all four. Without agreement it is nothing.
-double rollOff(double own, double opposite, double other, double otherOpposite, double most)
+// The lights of one end, as endShares() tells them, with what the others there are like.
+using Ends = std::array<std::vector<double>, 4>; // own, opposite, those of the other axis
+
+// What two ends fall off alike is their nature: the own axis's if they do, else any two of the
+// four. Where an end has nothing to agree with it may still go on as its inner lights begin.
+std::vector<double> rollOff(const Ends &ends)
 {
     const auto agree = [](double a, double b) { return std::abs(a - b) < RollOffAgreement; };
-    double allowed = 1;
-    if (agree(own, opposite)) {
-        allowed = std::max(own, opposite);
-    } else {
+    std::vector<double> allowed(size_t(RollOffLights), 1.0);
+    for (size_t k = allowed.size(); k-- > 0;) {
+        const double own = ends[0][k];
         double best = 0;
-        const double all[] = {own, opposite, other, otherOpposite};
-        for (const double &a : all) {
-            for (const double &b : all) {
-                if (&a != &b && agree(a, b))
-                    best = std::max(best, std::max(a, b));
+        for (size_t a = 0; a < ends.size(); ++a) {
+            for (size_t b = 0; b < a; ++b) {
+                if (agree(ends[a][k], ends[b][k]))
+                    best = std::max({best, ends[a][k], ends[b][k]});
             }
         }
-        if (best > 0)
-            allowed = best;
+        if (agree(own, ends[1][k]))
+            best = std::max(own, ends[1][k]);
+        const double inner = k + 1 < allowed.size() ? 1 - allowed[k + 1] : 0;
+        if (!agree(own, best) && inner > LeastRollOff &&
+            1 - own < RollOffGrowth * inner + RollOffAgreement / 2)
+            best = own;
+        if (best >= 1 - RollOffMost[k])
+            allowed[k] = std::min(best, 1.0);
     }
-    return allowed < 1 - most ? 1 : std::min(allowed, 1.0);
+    return allowed;
 }
 
 } // namespace
@@ -469,19 +496,11 @@ Verdicts judge(const Measurement &measurement, const Thresholds &thresholds)
     }
     for (size_t j = 0; j < judges.size(); ++j) {
         const std::vector<double> none(RollOffLights, std::nan(""));
-        const auto &first = ends[2 * j];
-        const auto &last = ends[2 * j + 1];
-        const auto &otherFirst = judges.size() > 1 ? ends[2 * (1 - j)] : none;
-        const auto &otherLast = judges.size() > 1 ? ends[2 * (1 - j) + 1] : none;
-        std::vector<double> allowedFirst;
-        std::vector<double> allowedLast;
-        for (size_t k = 0; k < RollOffLights; ++k) {
-            allowedFirst.push_back(rollOff(first[k], last[k], otherFirst[k], otherLast[k],
-                                           RollOffMost[k]));
-            allowedLast.push_back(rollOff(last[k], first[k], otherLast[k], otherFirst[k],
-                                          RollOffMost[k]));
-        }
-        judges[j].allowRollOff(allowedFirst, allowedLast);
+        const auto end = [&](size_t axis, size_t which) {
+            return axis < judges.size() ? ends[2 * axis + which] : none;
+        };
+        judges[j].allowRollOff(rollOff({end(j, 0), end(j, 1), end(1 - j, 0), end(1 - j, 1)}),
+                               rollOff({end(j, 1), end(j, 0), end(1 - j, 1), end(1 - j, 0)}));
     }
     for (AxisJudge &one : judges)
         one.finish(verdicts);

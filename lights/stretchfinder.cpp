@@ -15,9 +15,13 @@ namespace {
 
 // Sizes that boards come in; other sizes count only for a board that is dark.
 constexpr std::array BoardSizes{8, 10, 12, 16, 20, 24, 25, 30, 32, 40, 48, 50, 64};
-// Depths, as parts of the deepest, between which a rise is measured and a stretch ends.
+// Parts of the greatest depth. A rise is measured from near none of it to near all of it, as near
+// as the spread of the lights lets one look.
+constexpr double NearAtBest = 0.12;
+constexpr double NearAtWorst = 0.25;
+constexpr double NearSpreads = 2;
+// Where a smudge ends, and where a step does.
 constexpr double Shallow = 0.2;
-constexpr double Deep = 0.8;
 constexpr double HalfDeep = 0.4;
 // A stretch as dark as this lets nothing through.
 constexpr double Dark = 0.93;
@@ -26,8 +30,8 @@ constexpr double Alike = 0.15;
 // How many spreads of healthy lights a stretch has to stand out by.
 constexpr double EdgeSpreads = 2.5;
 constexpr double DepthSpreads = 5;
-// The part of a slope that is on the way from shallow to deep: 0.6 on a straight line.
-constexpr double SlopePart = 0.4;
+// The part of a slope that is on the way up, of what it is on a straight line.
+constexpr double SlopePart = 0.53;
 // On a straight line the last step is as steep as the first; on the flank of a smudge it is not.
 constexpr double LeastStraight = 0.45;
 
@@ -43,7 +47,6 @@ struct Side
 {
     bool open = false; // the axis ends here
     double rise = 0;   // lights
-    int deep = 0;      // the outermost light that is deep
     int half = 0;      // the outermost light of the run proper, if its end is a step
     int shallow = 0;   // the outermost light of the run proper, if its end is gradual
 };
@@ -51,13 +54,14 @@ struct Side
 class Finder
 {
 public:
-    Finder(Axis theAxis, const std::vector<double> &shares, double spread,
+    Finder(Axis theAxis, const std::vector<double> &shares, double theSpread,
            const Thresholds &theThresholds)
         : axis(theAxis)
         , count(int(shares.size()))
         , thresholds(theThresholds)
-        , edge(std::max(theThresholds.stretchEdge, EdgeSpreads * spread))
-        , seed(std::max(theThresholds.stretchDepth, DepthSpreads * spread))
+        , spread(theSpread)
+        , edge(std::max(theThresholds.stretchEdge, EdgeSpreads * theSpread))
+        , seed(std::max(theThresholds.stretchDepth, DepthSpreads * theSpread))
     {
         for (const double share : shares)
             depths.push_back(1 - share);
@@ -88,7 +92,7 @@ private:
     }
     std::vector<Run> runs() const;
     double deepest(const Run &run) const;
-    Side side(const Run &run, double deepestDepth, int step) const;
+    Side side(const Run &run, double deepestDepth, double near, int step) const;
     std::optional<Stretch> judgeRun(const Run &run) const;
     bool isStraight(int first, int last, bool falls) const;
     bool isBoard(int first, int last, double depth) const;
@@ -96,8 +100,9 @@ private:
     Axis axis;
     int count;
     const Thresholds &thresholds;
-    double edge; // depth at which a run ends
-    double seed; // depth that makes a run
+    double spread; // of healthy lights, a share
+    double edge;   // depth at which a run ends
+    double seed;   // depth that makes a run
     std::vector<double> depths;
 };
 
@@ -130,34 +135,35 @@ double Finder::deepest(const Run &run) const
     return robust::mean(all);
 }
 
-Side Finder::side(const Run &run, double deepestDepth, int step) const
+Side Finder::side(const Run &run, double deepestDepth, double near, int step) const
 {
     const int begin = step > 0 ? run.first : run.last;
     const int end = step > 0 ? run.last : run.first;
-    const double deep = Deep * deepestDepth;
-    const double shallow = Shallow * deepestDepth;
-    Side side;
-    side.deep = begin;
-    while (side.deep != end && depthAt(side.deep) < deep)
-        side.deep += step;
-    side.half = side.deep;
-    while (side.half != begin && depthAt(side.half - step) >= HalfDeep * deepestDepth)
-        side.half -= step;
-    side.shallow = side.half;
-    while (side.shallow != begin && depthAt(side.shallow - step) >= shallow)
-        side.shallow -= step;
-    const int outside = side.shallow - step;
-    side.open = outside < 0 || outside >= count;
-    if (side.open && side.deep == begin)
-        return side;
+    const auto goOut = [&](int from, double part) {
+        while (from != begin && depthAt(from - step) >= part * deepestDepth)
+            from -= step;
+        return from;
+    };
     // Between lights the depth is taken to grow evenly.
-    const auto crossing = [this, step](int inner, double depth) {
+    const auto crossing = [&](int inner, double part) {
         const double before = depthAt(inner - step);
         const double after = depthAt(inner);
-        return after > before ? (depth - before) / (after - before) : 1.0;
+        return after > before ? (part * deepestDepth - before) / (after - before) : 1.0;
     };
-    const double toDeep = std::abs(side.deep - side.shallow) + crossing(side.deep, deep);
-    side.rise = side.open ? toDeep : toDeep - crossing(side.shallow, shallow);
+    Side side;
+    int deep = begin;
+    while (deep != end && depthAt(deep) < (1 - near) * deepestDepth)
+        deep += step;
+    side.half = goOut(deep, HalfDeep);
+    side.shallow = goOut(deep, Shallow);
+    const int nearNone = goOut(deep, near);
+    const bool atEnd = nearNone - step < 0 || nearNone - step >= count;
+    side.open = atEnd;
+    if (atEnd && deep == begin)
+        return side;
+    side.rise = std::abs(deep - nearNone) + crossing(deep, 1 - near);
+    if (!atEnd)
+        side.rise -= crossing(nearNone, near);
     return side;
 }
 
@@ -194,8 +200,7 @@ bool Finder::isBoard(int first, int last, double depth) const
         if (depthAt(inner) < (1 - Alike) * depth || depthAt(outer) > Alike * depth)
             return false;
     }
-    const bool usual =
-        std::find(BoardSizes.begin(), BoardSizes.end(), length) != BoardSizes.end();
+    const bool usual = std::find(BoardSizes.begin(), BoardSizes.end(), length) != BoardSizes.end();
     const bool dark = depth >= Dark;
     return (first % length == 0 && (usual || (dark && first > 0))) ||
            ((count - 1 - last) % length == 0 && usual && dark);
@@ -204,12 +209,15 @@ bool Finder::isBoard(int first, int last, double depth) const
 std::optional<Stretch> Finder::judgeRun(const Run &run) const
 {
     const double depth = deepest(run);
-    const Side left = side(run, depth, 1);
-    const Side right = side(run, depth, -1);
+    const double near = std::clamp(NearSpreads * spread / depth, NearAtBest, NearAtWorst);
+    const Side left = side(run, depth, near, 1);
+    const Side right = side(run, depth, near, -1);
     const int whole = right.shallow - left.shallow + 1;
-    const double limit = thresholds.stepRise + thresholds.stepRiseShare * whole;
+    // A step has one light at most that is covered in part: half at worst.
+    const double limit = 2 - 4 * near + thresholds.stepRise + thresholds.stepRiseShare * whole;
+    const double slopePart = SlopePart * (1 - 2 * near) / (1 - near);
     const auto isStep = [limit](const Side &side) { return side.rise <= limit; };
-    const auto isSlope = [whole](const Side &side) { return side.rise >= SlopePart * whole; };
+    const auto isSlope = [&](const Side &side) { return side.rise >= slopePart * whole; };
     Stretch stretch{.axis = axis,
                     .first = left.shallow,
                     .last = right.shallow,
@@ -218,16 +226,15 @@ std::optional<Stretch> Finder::judgeRun(const Run &run) const
     if (isStep(left) && isStep(right)) {
         stretch.first = left.half;
         stretch.last = right.half;
-        stretch.verdict = isBoard(stretch.first, stretch.last, depth)
-                              ? StretchVerdict::BrokenBoard
-                              : StretchVerdict::Obstacle;
+        stretch.verdict = isBoard(stretch.first, stretch.last, depth) ? StretchVerdict::BrokenBoard
+                                                                      : StretchVerdict::Obstacle;
         margin = limit - std::max(left.rise, right.rise);
     } else if (whole >= thresholds.barLights &&
                ((isStep(left) && isSlope(right)) || (isStep(right) && isSlope(left))) &&
                isStraight(left.shallow, right.shallow, isStep(right))) {
         stretch.verdict = StretchVerdict::BarOutOfLine;
         stretch.slope = isStep(left) ? depth : -depth;
-        margin = std::max(left.rise, right.rise) / whole - SlopePart;
+        margin = std::max(left.rise, right.rise) / whole - slopePart;
     } else {
         stretch.verdict = StretchVerdict::Dirt;
         margin = std::max(left.rise, right.rise) - limit;

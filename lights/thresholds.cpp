@@ -44,7 +44,7 @@ constexpr std::array Names{
     Name{"stretchEdge"_L1, &Thresholds::stretchEdge, 0, 1},
     Name{"stretchLights"_L1, &Thresholds::stretchLights, 2, 500},
     Name{"darkLights"_L1, &Thresholds::darkLights, 2, 500},
-    Name{"stepRise"_L1, &Thresholds::stepRise, 0.6, 100},
+    Name{"stepRise"_L1, &Thresholds::stepRise, 0, 100},
     Name{"stepRiseShare"_L1, &Thresholds::stepRiseShare, 0, 0.4},
     Name{"barSlope"_L1, &Thresholds::barSlope, 0.01, 1},
     Name{"barLights"_L1, &Thresholds::barLights, 3, 500},
@@ -114,8 +114,8 @@ QByteArray Thresholds::toJson() const
 {
     QJsonObject object{{u"format"_s, Format}, {u"version"_s, Version}};
     for (const Name &name : Names) {
-        object[name.text] = std::visit(
-            [this](auto member) { return QJsonValue(this->*member); }, name.member);
+        object[name.text] =
+            std::visit([this](auto member) { return QJsonValue(this->*member); }, name.member);
     }
     return QJsonDocument(object).toJson();
 }

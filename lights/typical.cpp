@@ -102,20 +102,26 @@ Typical typical(const AxisMeasurement &axis, const Thresholds &thresholds)
     for (const Scan &scan : axis.scans)
         changes.emplace_back(scan, usual, thresholds.saturatedLevel);
     std::vector<double> levels;
+    std::vector<double> free; // of the top
     for (int i = 0; i < axis.lights; ++i) {
         levels.clear();
+        free.clear();
         for (size_t s = 0; s < axis.scans.size(); ++s) {
             const double level = axis.scans[s][size_t(i)];
-            const double change = changes[s].at(i);
+            if (std::isnan(level))
+                continue;
             // What is cut off at the top or has no light does not follow the others.
-            const bool follows = level > thresholds.deadLevel && level < thresholds.saturatedLevel;
-            if (!std::isnan(level))
-                levels.push_back(follows && change > 0 ? level / change : level);
+            const double change = level > thresholds.deadLevel ? changes[s].at(i) : 1;
+            const bool isTop = level >= thresholds.saturatedLevel;
+            levels.push_back(!isTop && change > 0 ? level / change : level);
+            if (!isTop)
+                free.push_back(levels.back());
         }
         if (levels.empty())
             continue;
-        if (levels.size() > 1)
-            result.noise[size_t(i)] = deviation(levels);
+        const std::vector<double> &telling = 2 * free.size() > levels.size() ? free : levels;
+        if (telling.size() > 1)
+            result.noise[size_t(i)] = deviation(telling);
         result.level[size_t(i)] = robust::midMean(levels);
     }
     return result;

@@ -34,6 +34,7 @@ inline constexpr QSize QuestionSize(421, 106);
 inline constexpr QPoint CalibrationButton(283, 77);
 inline constexpr QPoint RotationButton(296, 170);
 inline constexpr QPoint VersionButton(255, 234);
+inline constexpr QPoint ResetButton(85, 234);
 inline constexpr QPoint YesButton(130, 75);
 inline constexpr QRect StatusLine(12, 250, 326, 20);
 inline constexpr QSize UsageSize(332, 307);

@@ -3,10 +3,10 @@
 #include "program.h"
 #include "session.h"
 #include "usbnodes.h"
+#include "words.h"
 
 #include <CLI/CLI.hpp>
 
-#include <QCoreApplication>
 #include <QJsonArray>
 #include <QSerialPortInfo>
 
@@ -22,9 +22,9 @@ namespace {
 QString lineOf(const UsbNode &node)
 {
     if (!node.ids)
-        return QCoreApplication::translate("ctl", "%1  touch frame that cannot be opened (%2)")
+        return Words::tr("%1  touch frame that cannot be opened (%2)")
             .arg(node.path, QString::fromLocal8Bit(std::strerror(node.error)));
-    return QCoreApplication::translate("ctl", "%1  touch frame %2:%3, version %4")
+    return Words::tr("%1  touch frame %2:%3, version %4")
         .arg(node.path, hex(node.ids->vendor, 4), hex(node.ids->product, 4),
              releaseText(node.ids->release));
 }
@@ -49,11 +49,11 @@ void list(Session &session)
         frames += jsonOf(node);
     }
     if (frames.isEmpty())
-        lines += QCoreApplication::translate("ctl", "No touch frame is connected by USB.");
+        lines += Words::tr("No touch frame is connected by USB.");
     QJsonArray ports;
     for (const QSerialPortInfo &port : QSerialPortInfo::availablePorts()) {
         const QString path = port.systemLocation();
-        lines += QCoreApplication::translate("ctl", "%1  serial port").arg(path);
+        lines += Words::tr("%1  serial port").arg(path);
         ports += QJsonObject{{u"port"_s, path}, {u"description"_s, port.description()}};
     }
     session.answer(lines, {{u"frames"_s, frames}, {u"serial_ports"_s, ports}});

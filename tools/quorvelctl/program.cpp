@@ -1,15 +1,23 @@
 #include "program.h"
 
+#include "adc.h"
+#include "calibrate.h"
+#include "doctor.h"
+#include "gestures.h"
+#include "lights.h"
 #include "list.h"
+#include "metrics.h"
+#include "reset.h"
+#include "rotation.h"
 #include "session.h"
 #include "status.h"
 #include "versions.h"
+#include "watch.h"
+#include "words.h"
 
 #include "device/version.h"
 
 #include <CLI/CLI.hpp>
-
-#include <QCoreApplication>
 
 #include <sstream>
 
@@ -28,11 +36,10 @@ std::chrono::milliseconds seconds(const std::string &text)
     bool isNumber = false;
     const double value = QByteArray::fromStdString(text).toDouble(&isNumber);
     if (!isNumber || !(value >= 0) || value > LongestWaitS)
-        throw CLI::ValidationError(
-            QCoreApplication::translate("ctl", "%1 is no number of seconds from 0 to %2")
-                .arg(QString::fromStdString(text))
-                .arg(LongestWaitS)
-                .toStdString());
+        throw CLI::ValidationError(Words::tr("%1 is no number of seconds from 0 to %2")
+                                       .arg(QString::fromStdString(text))
+                                       .arg(LongestWaitS)
+                                       .toStdString());
     return std::chrono::milliseconds(qint64(value * MsPerSecond));
 }
 
@@ -45,10 +52,9 @@ BaudRateType rateOf(const std::string &text)
             return BaudRateType(number);
         all += rate;
     }
-    throw CLI::ValidationError(
-        QCoreApplication::translate("ctl", "%1 is no rate of a touch frame; there are %2")
-            .arg(QString::fromStdString(text), all.join(u", "_s))
-            .toStdString());
+    throw CLI::ValidationError(Words::tr("%1 is no rate of a touch frame; there are %2")
+                                   .arg(QString::fromStdString(text), all.join(u", "_s))
+                                   .toStdString());
 }
 
 QString nameOfCommand(const CLI::App &command)
@@ -73,20 +79,16 @@ void addOptions(CLI::App &app, Options &options)
     port->type_name("PATH")->excludes(usb);
     app.add_option_function<std::string>(
            "--rate", [&options](const std::string &rate) { options.rate = rateOf(rate); },
-           "Bits per second that it is told to use, 9600 if nothing else is said")
+           "Bits per second that it is told to use, 9600 if not given")
         ->type_name("N")
         ->needs(port);
-    app.add_option_function<std::string>(
-           "--timeout", [&options](const std::string &text) { options.timeout = seconds(text); },
-           "How long each answer of the frame may take, 3 if nothing else is said")
-        ->type_name("SECONDS");
+    addSeconds(app, "--timeout", "How long each answer of the frame may take, 3 if not given",
+               [&options](std::chrono::milliseconds time) { options.timeout = time; });
     app.add_flag_function(
         "--wait", [&options](std::int64_t) { options.waitsForever = true; },
         "Wait until a frame is plugged in");
-    app.add_option_function<std::string>(
-           "--wait-at-most", [&options](const std::string &text) { options.wait = seconds(text); },
-           "The same, but no longer than this")
-        ->type_name("SECONDS");
+    addSeconds(app, "--wait-at-most", "The same, but no longer than this",
+               [&options](std::chrono::milliseconds time) { options.wait = time; });
 }
 
 // Tells what went wrong, and of what has been sent by then.
@@ -94,9 +96,8 @@ int tell(const Failure &failure, Session &session)
 {
     QString sentence = failure.why();
     if (!session.whatIsUnconfirmed().isEmpty())
-        sentence = QCoreApplication::translate(
-                       "ctl", "%1 This had been sent, and whether the touch frame has it is not "
-                              "known: %2.")
+        sentence = Words::tr("%1 This had been sent, and whether the touch frame has it is not "
+                             "known: %2.")
                        .arg(failure.why(), session.whatIsUnconfirmed());
     session.output.complain(u"quorvelctl: "_s + sentence);
     if (session.options.json) {
@@ -118,7 +119,7 @@ int parse(CLI::App &app, const QStringList &arguments, Session &session)
         reversed.insert(reversed.begin(), argument.toStdString());
     try {
         app.parse(reversed);
-        return Done;
+        return session.answeredWith();
     } catch (const CLI::ParseError &error) {
         std::ostringstream out;
         std::ostringstream err;
@@ -127,9 +128,10 @@ int parse(CLI::App &app, const QStringList &arguments, Session &session)
             return Done;
         }
         session.options.json = arguments.contains(u"--json"_s);
-        return tell({WrongUsage, QCoreApplication::translate("ctl", "%1. See quorvelctl --help.")
-                                     .arg(QString::fromStdString(error.what()))},
-                    session);
+        return tell(
+            {WrongUsage,
+             Words::tr("%1. See quorvelctl --help.").arg(QString::fromStdString(error.what()))},
+            session);
     }
 }
 
@@ -143,6 +145,16 @@ void define(CLI::App &command, Session &session, std::function<void()> work)
     });
 }
 
+void addSeconds(CLI::App &command, const std::string &option, const std::string &help,
+                std::function<void(std::chrono::milliseconds)> take)
+{
+    command
+        .add_option_function<std::string>(
+            option, [take = std::move(take)](const std::string &text) { take(seconds(text)); },
+            help)
+        ->type_name("SECONDS");
+}
+
 int run(const QStringList &arguments, Session &session)
 {
     CLI::App app("The service tool for infrared touch frames, from the command line.",
@@ -151,9 +163,18 @@ int run(const QStringList &arguments, Session &session)
     app.require_subcommand(1);
     app.fallthrough();
     addOptions(app, session.options);
+    addDoctor(app, session);
     addList(app, session);
+    addMetrics(app, session);
     addStatus(app, session);
     addVersions(app, session);
+    addGestures(app, session);
+    addRotation(app, session);
+    addCalibrate(app, session);
+    addReset(app, session);
+    addLights(app, session);
+    addAdc(app, session);
+    addWatch(app, session);
 
     int code = Done;
     try {
@@ -162,12 +183,11 @@ int run(const QStringList &arguments, Session &session)
         code = tell(failure, session);
     }
     session.finish();
-    if (session.output.problem().isEmpty())
+    if (code != Done || session.output.problem().isEmpty())
         return code;
     session.output.complain(
-        QCoreApplication::translate("ctl", "quorvelctl: The output cannot be written: %1.")
-            .arg(session.output.problem()));
-    return code == Done ? int(NoOutput) : code;
+        Words::tr("quorvelctl: The output cannot be written: %1.").arg(session.output.problem()));
+    return NoOutput;
 }
 
 } // namespace ctl

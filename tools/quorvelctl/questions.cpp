@@ -1,6 +1,9 @@
 #include "questions.h"
 
 #include "session.h"
+#include "words.h"
+
+using namespace Qt::StringLiterals;
 
 namespace ctl {
 
@@ -35,6 +38,69 @@ command::FirmwareRecord askFirmware(Session &session)
     const Frame report = session.ask(command::request(command::Firmware, command::firmware::Query),
                                      isFirmware, Session::Repeats::Taken);
     return *command::FirmwareRecord::decode(report);
+}
+
+std::optional<command::FirmwareRecord> firmwareOf(Session &session)
+{
+    if (!session.isSerial())
+        return session.isCurrentGeneration() ? std::optional(askFirmware(session)) : std::nullopt;
+    try {
+        return askFirmware(session);
+    } catch (const Failure &failure) {
+        if (failure.code() != NoAnswer)
+            throw;
+    }
+    askRotation(session);
+    return {};
+}
+
+command::LightCounts askCounts(Session &session)
+{
+    const auto isCounts = [](const Frame &report) {
+        return command::LightCounts::decode(report).has_value();
+    };
+    return *command::LightCounts::decode(
+        session.ask(command::request(command::Scan, command::scan::Counts), isCounts));
+}
+
+command::AdcReport askAdc(Session &session)
+{
+    const auto isAdc = [](const Frame &report) {
+        return command::AdcReport::decode(report).has_value();
+    };
+    return *command::AdcReport::decode(
+        session.ask(command::request(command::Settings, command::settings::GetAdc), isAdc));
+}
+
+command::LightReport askLight(Session &session, const command::LightRequest &request)
+{
+    const auto isAboutIt = [&request](const Frame &report) {
+        const auto light = command::LightReport::decode(report);
+        return light && light->light == request.light;
+    };
+    try {
+        return *command::LightReport::decode(session.ask(request.encode(), isAboutIt));
+    } catch (const Failure &failure) {
+        if (failure.code() != NoAnswer)
+            throw;
+    }
+    // A frame says nothing about a light that it does not have.
+    const command::LightCounts counts = askCounts(session);
+    const int count = request.light.axis == command::settings::AxisX ? counts.x : counts.y;
+    if (request.light.number < count)
+        throw Failure(NoAnswer, Words::tr("The touch frame says nothing about the light %1 %2.")
+                                    .arg(axisName(request.light.axis))
+                                    .arg(request.light.number));
+    session.confirmed();
+    throw Failure(Failed, Words::tr("The touch frame has no light %1 %2: the last one is %3.")
+                              .arg(axisName(request.light.axis))
+                              .arg(request.light.number)
+                              .arg(count - 1));
+}
+
+QString axisName(UCHAR axis)
+{
+    return axis == command::settings::AxisX ? u"X"_s : u"Y"_s;
 }
 
 } // namespace ctl

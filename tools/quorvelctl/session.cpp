@@ -6,10 +6,12 @@
 
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <QSocketNotifier>
 #include <QTimer>
 
 #include <algorithm>
 #include <cerrno>
+#include <unistd.h>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -28,6 +30,7 @@ constexpr auto ProblemSettles = 400ms;
 // be changing its rate.
 constexpr auto UsbAskPeriod = 1000ms;
 constexpr auto SerialAskPeriod = 300ms;
+constexpr auto LastPatience = 1000ms;
 
 bool isRotationNow(const Frame &report)
 {
@@ -48,8 +51,9 @@ Session::~Session()
     finish();
 }
 
-void Session::answer(const QStringList &lines, const QJsonObject &members)
+void Session::answer(const QStringList &lines, const QJsonObject &members, int code)
 {
+    answerCode = code;
     if (!options.json) {
         for (const QString &line : lines)
             output.print(line);
@@ -57,7 +61,7 @@ void Session::answer(const QStringList &lines, const QJsonObject &members)
     }
     QJsonObject document = members;
     document[u"command"_s] = name;
-    document[u"ok"_s] = true;
+    document[u"ok"_s] = code == Done;
     output.print(document);
 }
 
@@ -74,6 +78,10 @@ void Session::tell(const QString &line, const QString &event, QJsonObject member
 
 void Session::connectFrame()
 {
+    lost = false;
+    last.reset();
+    unread.clear();
+    underWay = 0;
     if (!isSerial())
         adapter = around.adapter(options.usb);
     link = std::make_unique<Link>(adapter);
@@ -234,12 +242,44 @@ void Session::send(const Frame &frame, const QString &what)
         throw overdue();
 }
 
+bool Session::sendAtLast(const Frame &frame)
+{
+    if (!link || lost)
+        return false;
+    post(frame);
+    return runLoop([this] { return underWay == 0 || lost; }, QDeadlineTimer(LastPatience)) &&
+           lastTaken && !lost;
+}
+
+std::optional<QString> Session::readLine(QDeadlineTimer deadline)
+{
+    QByteArray line;
+    bool over = false;
+    QSocketNotifier readable(around.input, QSocketNotifier::Read);
+    connect(&readable, &QSocketNotifier::activated, this, [&] {
+        char byte = 0;
+        over = ::read(around.input, &byte, 1) != 1 || byte == '\n';
+        if (!over)
+            line += byte;
+        wake();
+    });
+    if (!waitFor([&over] { return over; }, deadline))
+        return {};
+    return QString::fromLocal8Bit(line);
+}
+
 bool Session::waitFor(const std::function<bool()> &done, QDeadlineTimer deadline)
 {
-    for (;;) {
-        throwIfOver();
-        if (done())
-            return true;
+    throwIfOver();
+    const bool isDone =
+        runLoop([&] { return done() || lost || signalNumber != 0; }, deadline) && done();
+    throwIfOver();
+    return isDone;
+}
+
+bool Session::runLoop(const std::function<bool()> &done, QDeadlineTimer deadline)
+{
+    while (!done()) {
         if (deadline.hasExpired())
             return false;
         QEventLoop inner;
@@ -252,6 +292,7 @@ bool Session::waitFor(const std::function<bool()> &done, QDeadlineTimer deadline
             timer.start(int(deadline.remainingTime()));
         inner.exec();
     }
+    return true;
 }
 
 void Session::interrupt(int signal)
@@ -277,8 +318,12 @@ void Session::throwIfOver() const
     throw Failure(NoFrame, tr("The touch frame was unplugged."));
 }
 
-Failure Session::overdue() const
+Failure Session::overdue()
 {
+    // Perhaps it is gone.
+    if (!lastTaken)
+        link->lookForRemoval(false);
+    throwIfOver();
     if (!lastTaken)
         return {Failed, tr("The touch frame does not take commands. Unplug it and plug it in "
                            "again.")};

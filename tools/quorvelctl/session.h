@@ -19,6 +19,9 @@
 namespace HID_AdpterPacket {
 class HiddevIo;
 }
+namespace doctor {
+class Machine;
+}
 
 namespace ctl {
 
@@ -33,6 +36,7 @@ struct Surroundings
     // The frame on USB, at one node only if one is named.
     std::function<std::shared_ptr<HID_AdpterPacket::HID_Adapter>(const QString &node)> adapter;
     HID_AdpterPacket::HiddevIo *hiddev = nullptr; // for all nodes that there are; not owned
+    const doctor::Machine *machine = nullptr;     // this one if none is given; not owned
 };
 
 // What the options that every command takes say.
@@ -81,8 +85,9 @@ public:
     void begin(const QString &command) { name = command; }
     const QString &command() const { return name; }
     // What a command has to tell, once: lines for a person, or members of the document for a
-    // program.
-    void answer(const QStringList &lines, const QJsonObject &members);
+    // program. One that was done and found something wrong says so with a code of its own.
+    void answer(const QStringList &lines, const QJsonObject &members, int code = Done);
+    int answeredWith() const { return answerCode; }
     // The document of a line that is not the last: it says what happened.
     void tell(const QString &line, const QString &event, QJsonObject members);
 
@@ -104,10 +109,17 @@ public:
     // Sends a frame that changes something and has no answer: what, as a person calls it, counts as
     // unconfirmed from then on. Returns when the link has taken it.
     void send(const Frame &frame, const QString &what);
+    // The same for what is asked to be done and answered.
+    void mark(const QString &what) { unconfirmed = what; }
+    // Sends a frame although the program is to end; false when the link has not taken it within a
+    // second, or is gone.
+    bool sendAtLast(const Frame &frame);
     // The frame has said what was made of all that was sent.
     void confirmed() { unconfirmed.clear(); }
     const QString &whatIsUnconfirmed() const { return unconfirmed; }
 
+    // A line of the standard input; nothing when the time is over or the input ends first.
+    std::optional<QString> readLine(QDeadlineTimer deadline);
     // Runs the event loop until a condition, which is looked at whenever something has happened;
     // false when the time is over first.
     bool waitFor(const std::function<bool()> &done, QDeadlineTimer deadline);
@@ -122,15 +134,17 @@ private:
     bool openSerial();
     Failure usbProblem() const;
     Failure serialProblem() const;
-    Failure overdue() const;
+    Failure overdue();
     void take(const Frame &report);
     void post(const Frame &frame);
     Frame askUntil(QDeadlineTimer deadline, const Frame &question, const IsAnswer &isAnswer,
                    Repeats repeats);
+    bool runLoop(const std::function<bool()> &done, QDeadlineTimer deadline);
     void wake();
     void throwIfOver() const;
 
     QString name;
+    int answerCode = Done;
     std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter;
     std::unique_ptr<Link> link;
     std::optional<Frame> last;  // report since the frame was linked

@@ -3,10 +3,10 @@
 #include "program.h"
 #include "questions.h"
 #include "session.h"
+#include "words.h"
 
 #include <CLI/CLI.hpp>
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 
 using namespace Qt::StringLiterals;
@@ -30,23 +30,19 @@ void status(Session &session)
         members[u"link"_s] = u"serial"_s;
         members[u"port"_s] = port;
         members[u"rate"_s] = rate;
-        lines += QCoreApplication::translate("ctl", "Connected over %1 at %2 bits per second.")
-                     .arg(port)
-                     .arg(rate);
+        lines += Words::tr("Connected over %1 at %2 bits per second.").arg(port).arg(rate);
     } else {
         const bool current = session.isCurrentGeneration();
         members[u"link"_s] = u"usb"_s;
         members[u"port"_s] = port;
         members[u"generation"_s] = current ? u"current"_s : u"older"_s;
-        lines += port.isEmpty()
-                     ? QCoreApplication::translate("ctl", "Connected by USB.")
-                     : QCoreApplication::translate("ctl", "Connected by USB at %1.").arg(port);
-        lines += current
-                     ? QCoreApplication::translate("ctl", "It is of the current generation.")
-                     : QCoreApplication::translate("ctl", "It is of the older generation, which "
-                                                          "does not tell of its firmware.");
+        lines += port.isEmpty() ? Words::tr("Connected by USB.")
+                                : Words::tr("Connected by USB at %1.").arg(port);
+        lines += current ? Words::tr("It is of the current generation.")
+                         : Words::tr("It is of the older generation, which "
+                                     "does not tell of its firmware.");
     }
-    lines += QCoreApplication::translate("ctl", "It answered within %1 ms.").arg(ms);
+    lines += Words::tr("It answered within %1 ms.").arg(ms);
     session.answer(lines, members);
 }
 

@@ -4,31 +4,15 @@
 #include "questions.h"
 #include "session.h"
 #include "usbnodes.h"
+#include "words.h"
 
 #include <CLI/CLI.hpp>
-
-#include <QCoreApplication>
 
 using namespace Qt::StringLiterals;
 
 namespace ctl {
 
 namespace {
-
-// Of a frame on a serial line only its answer tells whether it has a firmware record.
-std::optional<command::FirmwareRecord> firmwareOf(Session &session)
-{
-    if (!session.isSerial())
-        return session.isCurrentGeneration() ? std::optional(askFirmware(session)) : std::nullopt;
-    try {
-        return askFirmware(session);
-    } catch (const Failure &failure) {
-        if (failure.code() != NoAnswer)
-            throw;
-    }
-    askRotation(session);
-    return {};
-}
 
 void versions(Session &session)
 {
@@ -42,8 +26,8 @@ void versions(Session &session)
         const QString version = releaseText(hidver.VersionNumber);
         const QString vendor = hex(hidver.VendorID, 4);
         const QString product = hex(hidver.ProductID, 4);
-        lines += QCoreApplication::translate("ctl", "Device version: %1").arg(version);
-        lines += QCoreApplication::translate("ctl", "Hardware: %1 - %2").arg(vendor, product);
+        lines += Words::tr("Device version: %1").arg(version);
+        lines += Words::tr("Hardware: %1 - %2").arg(vendor, product);
         members[u"usb"_s] =
             QJsonObject{{u"version"_s, version}, {u"vendor"_s, vendor}, {u"product"_s, product}};
     }
@@ -53,18 +37,15 @@ void versions(Session &session)
         const QString family = hex(firmware->family, 2);
         const QString date = hex(firmware->date, 4);
         const QString number = hex(firmware->number, 5);
-        lines += QCoreApplication::translate("ctl", "Firmware: checksum %1, revision %2")
-                     .arg(checksum, revision);
-        lines += QCoreApplication::translate("ctl", "Product: family %1, date %2, number %3")
-                     .arg(family, date, number);
+        lines += Words::tr("Firmware: checksum %1, revision %2").arg(checksum, revision);
+        lines += Words::tr("Product: family %1, date %2, number %3").arg(family, date, number);
         members[u"firmware"_s] = QJsonObject{{u"checksum"_s, checksum},
                                              {u"revision"_s, revision},
                                              {u"family"_s, family},
                                              {u"date"_s, date},
                                              {u"number"_s, number}};
     } else {
-        lines += QCoreApplication::translate(
-            "ctl", "Firmware: a frame of the older generation does not tell.");
+        lines += Words::tr("Firmware: a frame of the older generation does not tell.");
     }
     session.answer(lines, members);
 }

@@ -1,0 +1,14 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace ctl {
+
+class Session;
+
+// The command "adc": between which readings the frame keeps its lights.
+void addAdc(CLI::App &app, Session &session);
+
+} // namespace ctl

@@ -1,0 +1,14 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace ctl {
+
+class Session;
+
+// The command "calibrate": the four targets of a screen.
+void addCalibrate(CLI::App &app, Session &session);
+
+} // namespace ctl

@@ -1,0 +1,14 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace ctl {
+
+class Session;
+
+// The command "lights": levels of all lights, and single lights.
+void addLights(CLI::App &app, Session &session);
+
+} // namespace ctl

@@ -1,0 +1,14 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace ctl {
+
+class Session;
+
+// The command "rotation": by how much the frame turns what it reports.
+void addRotation(CLI::App &app, Session &session);
+
+} // namespace ctl

@@ -1,0 +1,14 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace ctl {
+
+class Session;
+
+// The command "watch": what the frame says, as it comes.
+void addWatch(CLI::App &app, Session &session);
+
+} // namespace ctl
