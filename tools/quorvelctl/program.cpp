@@ -7,6 +7,7 @@
 #include "lights.h"
 #include "list.h"
 #include "metrics.h"
+#include "record.h"
 #include "reset.h"
 #include "rotation.h"
 #include "session.h"
@@ -89,6 +90,13 @@ void addOptions(CLI::App &app, Options &options)
         "Wait until a frame is plugged in");
     addSeconds(app, "--wait-at-most", "The same, but no longer than this",
                [&options](std::chrono::milliseconds time) { options.wait = time; });
+    app.add_option_function<std::string>(
+           "--record",
+           [&options](const std::string &file) {
+               options.recordFile = QString::fromStdString(file);
+           },
+           "Record what travels to and from the frame meanwhile")
+        ->type_name("FILE");
 }
 
 // Tells what went wrong, and of what has been sent by then.
@@ -175,6 +183,7 @@ int run(const QStringList &arguments, Session &session)
     addLights(app, session);
     addAdc(app, session);
     addWatch(app, session);
+    addRecord(app, session);
 
     int code = Done;
     try {
