@@ -3,7 +3,6 @@
 #include "device/link.h"
 #include "record.h"
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -12,6 +11,7 @@
 
 namespace capture {
 
+class Watch;
 class Writer;
 
 // Records what travels on a link: every frame both ways with what became of it, and when the link
@@ -22,6 +22,7 @@ class Recorder : public QObject
 {
     Q_OBJECT
 public:
+    // The link outlives this.
     explicit Recorder(QObject *parent = nullptr);
     explicit Recorder(Link &link, QObject *parent = nullptr);
     ~Recorder() override;
@@ -50,20 +51,14 @@ signals:
 
 private:
     void listen();
-    void onTraffic(const Traffic &traffic);
-    void onStateChanged();
-    void onEnded();
-    void add(Record record);
+    void add(const Record &record);
 
     QPointer<Link> link;
-    std::unique_ptr<Writer> writer; // while recording
+    std::unique_ptr<Writer> writer; // while recording, as is the next
+    std::unique_ptr<Watch> watch;
     QString file;
     quint64 writtenBefore = 0; // of the last recording
     quint64 lostBefore = 0;
-    Over told = Over::None; // the link that the recording has seen begin
-    Link::End how = Link::End::Closed;
-    std::chrono::microseconds startedAt{0}; // by the clock on the wall, which may be changed later
-    QElapsedTimer sinceStart;
 };
 
 } // namespace capture

@@ -52,8 +52,9 @@ Session::~Session()
     finish();
 }
 
-void Session::answer(const QStringList &lines, const QJsonObject &members)
+void Session::answer(const QStringList &lines, const QJsonObject &members, int code)
 {
+    answerCode = code;
     if (!options.json) {
         for (const QString &line : lines)
             output.print(line);
@@ -61,7 +62,7 @@ void Session::answer(const QStringList &lines, const QJsonObject &members)
     }
     QJsonObject document = members;
     document[u"command"_s] = name;
-    document[u"ok"_s] = true;
+    document[u"ok"_s] = code == Done;
     output.print(document);
 }
 

@@ -22,6 +22,9 @@ class HiddevIo;
 namespace capture {
 class Recorder;
 }
+namespace doctor {
+class Machine;
+}
 
 namespace ctl {
 
@@ -36,6 +39,7 @@ struct Surroundings
     // The frame on USB, at one node only if one is named.
     std::function<std::shared_ptr<HID_AdpterPacket::HID_Adapter>(const QString &node)> adapter;
     HID_AdpterPacket::HiddevIo *hiddev = nullptr; // for all nodes that there are; not owned
+    const doctor::Machine *machine = nullptr;     // this one if none is given; not owned
 };
 
 // What the options that every command takes say.
@@ -85,8 +89,9 @@ public:
     void begin(const QString &command) { name = command; }
     const QString &command() const { return name; }
     // What a command has to tell, once: lines for a person, or members of the document for a
-    // program.
-    void answer(const QStringList &lines, const QJsonObject &members);
+    // program. One that was done and found something wrong says so with a code of its own.
+    void answer(const QStringList &lines, const QJsonObject &members, int code = Done);
+    int answeredWith() const { return answerCode; }
     // The document of a line that is not the last: it says what happened.
     void tell(const QString &line, const QString &event, QJsonObject members);
 
@@ -146,6 +151,7 @@ private:
     void throwIfOver() const;
 
     QString name;
+    int answerCode = Done;
     std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter;
     std::unique_ptr<capture::Recorder> recorder; // once a link has been recorded
     std::unique_ptr<Link> link;
