@@ -6,7 +6,7 @@ namespace ctl {
 // lists them. A program that a signal ends has SignalBase and the signal's number.
 enum ExitCode : int {
     Done = 0,
-    Failed = 1, // the frame refused or failed
+    Failed = 1, // the frame refused or failed, or its lights need service
     WrongUsage = 2,
     NoFrame = 3, // none is there, or it went away meanwhile
     NoPermission = 4,

@@ -175,11 +175,13 @@ int run(const QStringList &arguments, Session &session)
     int code = Done;
     try {
         code = parse(app, arguments, session);
+        if (code == Done)
+            code = session.endsWith();
     } catch (const Failure &failure) {
         code = tell(failure, session);
     }
     session.finish();
-    if (code != Done || session.output.problem().isEmpty())
+    if ((code != Done && code != session.endsWith()) || session.output.problem().isEmpty())
         return code;
     session.output.complain(
         Words::tr("quorvelctl: The output cannot be written: %1.").arg(session.output.problem()));

@@ -83,6 +83,9 @@ public:
     // What a command has to tell, once: lines for a person, or members of the document for a
     // program.
     void answer(const QStringList &lines, const QJsonObject &members);
+    // What the program ends with although the command was done: what it found is no good.
+    void endWith(ExitCode code) { end = code; }
+    ExitCode endsWith() const { return end; }
     // The document of a line that is not the last: it says what happened.
     void tell(const QString &line, const QString &event, QJsonObject members);
 
@@ -139,6 +142,7 @@ private:
     void throwIfOver() const;
 
     QString name;
+    ExitCode end = Done;
     std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter;
     std::unique_ptr<Link> link;
     std::optional<Frame> last;  // report since the frame was linked
