@@ -111,6 +111,26 @@ private slots:
         QCOMPARE(outcome.out, "");
     }
 
+    void a_frame_that_falls_silent_has_no_verdict()
+    {
+        QString problem;
+        const auto silent = sim::FaultPlan::parse(u"at 12 silent 100000"_s, u"plan"_s, &problem);
+        QVERIFY2(silent, qPrintable(problem));
+        const Outcome outcome =
+            runCtl(u"lights check --timeout 0.2"_s, quickFrame({}, *silent));
+        QCOMPARE(outcome.code, 6);
+        QCOMPARE(outcome.out, "");
+    }
+
+    void what_cannot_be_kept_is_told()
+    {
+        const QString file = write(u"file"_s, "in the way");
+        qputenv("XDG_DATA_HOME", QFile::encodeName(file));
+        const Outcome outcome = check(write(u"log.csv"_s, logOf(860)), u"--remember Hall"_s);
+        QCOMPARE(outcome.code, 7);
+        QVERIFY(outcome.err.contains("cannot be made."));
+    }
+
     void a_log_of_the_signal_test_is_judged()
     {
         QCOMPARE(check(write(u"good.csv"_s, logOf(860))).code, 0);
@@ -177,21 +197,21 @@ private slots:
         QString problem;
         QVERIFY(capture::Writer::create(path, &problem));
         const Outcome outcome = check(path);
-        QCOMPARE(outcome.code, 1);
+        QCOMPARE(outcome.code, 2);
         QVERIFY(outcome.err.contains("no whole scan was recorded"));
     }
 
     void what_cannot_be_read_is_told()
     {
         const Outcome missing = check(folder->filePath(u"none"_s));
-        QCOMPARE(missing.code, 1);
+        QCOMPARE(missing.code, 2);
         QCOMPARE(missing.err,
                  "quorvelctl: " + folder->filePath(u"none"_s).toUtf8() + " does not exist\n");
         const QString odd = write(u"odd.json"_s, "{\"format\": \"x\"}");
         QVERIFY(check(odd).err.contains("no measurement of lights"));
         const QString log = write(u"log.csv"_s, logOf(860));
         const Outcome damaged = check(log, u"--thresholds "_s + odd);
-        QCOMPARE(damaged.code, 1);
+        QCOMPARE(damaged.code, 2);
         QVERIFY(damaged.err.contains("no file of thresholds"));
     }
 
@@ -209,7 +229,7 @@ private slots:
     {
         const auto frame = quickFrame();
         const Outcome none = runCtl(u"lights check --scans 2 --baseline last"_s, frame);
-        QCOMPARE(none.code, 1);
+        QCOMPARE(none.code, 2);
         QVERIFY(none.err.contains("Nothing has been remembered of this unit."));
         QCOMPARE(runCtl(u"lights check --scans 2 --remember Entrance"_s, frame).code, 0);
         const QString unit = folder->filePath(u"quorvel/lights/21-01234-1605"_s);
@@ -232,7 +252,7 @@ private slots:
         QVERIFY(QFile::exists(folder->filePath(u"quorvel/lights/Hall"_s)));
         const QString other = write(u"other.json"_s, check(log, u"--name Door --json"_s).out);
         const Outcome strange = check(log, u"--name Hall --baseline "_s + other);
-        QCOMPARE(strange.code, 1);
+        QCOMPARE(strange.code, 2);
         QVERIFY(strange.err.contains("it is of another unit, Door and not Hall"));
     }
 

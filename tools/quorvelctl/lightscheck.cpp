@@ -52,9 +52,10 @@ struct Wishes
     QString baseline; // file; empty: the newest that was remembered
 };
 
+// Of files that are not what they should be.
 [[noreturn]] void refuse(const QString &why)
 {
-    throw Failure(Failed, why);
+    throw Failure(WrongUsage, why);
 }
 
 UCHAR numberOf(lights::Axis axis)
@@ -147,7 +148,7 @@ lights::Measurement ofFrame(Session &session, const Wishes &wishes,
         measurement.unit.identification = lights::identificationOf(askFirmware(session));
     const command::LightCounts counts = askAdc(session).counts;
     if (counts.x == 0 && counts.y == 0)
-        refuse(Words::tr("The touch frame says that it has no lights."));
+        throw Failure(Failed, Words::tr("The touch frame says that it has no lights."));
     measurement.x.lights = counts.x;
     measurement.y.lights = counts.y;
     for (int scan = 0; scan < wishes.scans; ++scan) {
@@ -265,7 +266,7 @@ void check(Session &session, const Wishes &wishes)
     if (wishes.compares)
         comparison = compare(session, wishes, measurement, verdicts, thresholds);
     if (wishes.remembers && !lights::History().remember(measurement, &problem))
-        refuse(problem);
+        throw Failure(NoOutput, problem);
     if (!verdicts.isPass())
         session.endWith(Failed);
     if (wishes.csv && !session.options.json) {
