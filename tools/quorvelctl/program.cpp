@@ -192,7 +192,7 @@ int run(const QStringList &arguments, Session &session)
         code = tell(failure, session);
     }
     session.finish();
-    if (code != Done || session.output.problem().isEmpty())
+    if ((code != Done && code != session.answeredWith()) || session.output.problem().isEmpty())
         return code;
     session.output.complain(
         Words::tr("quorvelctl: The output cannot be written: %1.").arg(session.output.problem()));
