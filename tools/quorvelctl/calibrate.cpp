@@ -22,7 +22,6 @@ namespace {
 
 constexpr auto DefaultTouchTime = 30s;
 constexpr auto AnswerTime = 30s;
-constexpr double MsPerSecond = 1000;
 constexpr int LargestPixel = 0xFFFF;
 
 struct Wishes
