@@ -1,6 +1,6 @@
 #include "measure.h"
 
-#include "lights/history.h"
+#include "lights/scancollector.h"
 #include "lights/judge.h"
 #include "questions.h"
 #include "scan.h"
