@@ -1,6 +1,8 @@
 #include "session.h"
 
 #include "capture/recorder.h"
+#include "words.h"
+
 #include "device/hid_adapter.h"
 #include "device/records.h"
 #include "device/usblink.h"
@@ -31,7 +33,6 @@ constexpr auto ProblemSettles = 400ms;
 // be changing its rate.
 constexpr auto UsbAskPeriod = 1000ms;
 constexpr auto SerialAskPeriod = 300ms;
-constexpr auto LastPatience = 1000ms;
 
 bool isRotationNow(const Frame &report)
 {
@@ -156,9 +157,14 @@ void Session::connectSerial()
 
 bool Session::openSerial()
 {
+    return link->openSerial(options.port, portSettings());
+}
+
+PortSettings Session::portSettings() const
+{
     PortSettings settings;
-    settings.BaudRate = options.rate;
-    return link->openSerial(options.port, settings);
+    settings.BaudRate = options.rate.value_or(settings.BaudRate);
+    return settings;
 }
 
 Failure Session::usbProblem() const
@@ -263,8 +269,15 @@ bool Session::sendAtLast(const Frame &frame)
     if (!link || lost)
         return false;
     post(frame);
-    return runLoop([this] { return underWay == 0 || lost; }, QDeadlineTimer(LastPatience)) &&
-           lastTaken && !lost;
+    post(command::request(command::Rotation, command::rotation::Query));
+    unread.clear();
+    const auto hasAnswered = [this] {
+        return std::any_of(unread.begin(), unread.end(), [](const Report &report) {
+            return report.isNew && isRotationNow(report.frame);
+        });
+    };
+    runLoop([&] { return lost || hasAnswered(); }, QDeadlineTimer(options.timeout));
+    return hasAnswered();
 }
 
 std::optional<QString> Session::readLine(QDeadlineTimer deadline)

@@ -48,9 +48,9 @@ struct Options
     static constexpr auto DefaultTimeout = std::chrono::milliseconds(3000);
 
     bool json = false;
-    QString usb;  // node of the frame; empty: any
-    QString port; // serial port of the frame; empty: it is on USB
-    BaudRateType rate = BAUD9600;
+    QString usb;                      // node of the frame; empty: any
+    QString port;                     // serial port of the frame; empty: it is on USB
+    std::optional<BaudRateType> rate; // that it is told to use; nothing: PortSettings' own
     std::chrono::milliseconds timeout = DefaultTimeout; // for each answer of the frame
     // How long to wait for a frame to be there.
     std::chrono::milliseconds wait = std::chrono::milliseconds(0);
@@ -102,6 +102,7 @@ public:
     // What is recorded, from connectFrame() on if the options name a file.
     const capture::Recorder *recording() const { return recorder.get(); }
     bool isSerial() const { return !options.port.isEmpty(); }
+    PortSettings portSettings() const;
     Link &frameLink() { return *link; }
     // What the frame on USB said of itself when it was opened; on a serial line it does not.
     bool isCurrentGeneration() const;
@@ -117,8 +118,8 @@ public:
     void send(const Frame &frame, const QString &what);
     // The same for what is asked to be done and answered.
     void mark(const QString &what) { unconfirmed = what; }
-    // Sends a frame although the program is to end; false when the link has not taken it within a
-    // second, or is gone.
+    // Sends a frame although the program is to end; true when the frame on the other side has
+    // answered a question behind it in time.
     bool sendAtLast(const Frame &frame);
     // The frame has said what was made of all that was sent.
     void confirmed() { unconfirmed.clear(); }
