@@ -39,6 +39,19 @@ QString nameOf(capture::Result result)
     return u"dropped"_s;
 }
 
+QString nameOf(capture::End end)
+{
+    switch (end) {
+    case capture::End::DeviceGone:
+        return u"device-gone"_s;
+    case capture::End::Replaced:
+        return u"replaced"_s;
+    case capture::End::Closed:
+        break;
+    }
+    return u"closed"_s;
+}
+
 // Why a frame did not arrive; as untranslated as the lines of frames.
 QString why(const capture::Record &record)
 {
@@ -62,9 +75,10 @@ public:
         if (!first)
             first = record.time;
         now = std::chrono::duration_cast<milliseconds>(record.time - *first);
-        if (record.lost > 0) {
-            const QString words = Words::tr("Packets missing here: %1").arg(record.lost);
-            tell(u"missing"_s, log.note(words), record, {{u"packets"_s, qint64(record.lost)}});
+        if (record.lost > 0 && !session.options.json) {
+            for (const QString &line :
+                 log.note(Words::tr("Packets missing here: %1").arg(record.lost)))
+                session.output.print(line);
         }
         switch (record.kind) {
         case capture::Kind::ToFrame:
@@ -76,14 +90,15 @@ public:
                       framewords::describeReport(record.frame), record);
             break;
         case capture::Kind::LinkBegan:
-            tell(u"linked"_s, log.note(Words::tr("A touch frame is linked.")), record, {});
+            tell(u"linked"_s, log.note(Words::tr("A touch frame is linked.")), record,
+                 {{u"port"_s, QString()}});
             break;
         case capture::Kind::LinkEnded:
             tell(u"gone"_s,
                  log.note(record.end == capture::End::DeviceGone
                               ? Words::tr("The touch frame is gone.")
                               : Words::tr("The link to the touch frame was ended.")),
-                 record, {});
+                 record, {{u"end"_s, nameOf(record.end)}});
             break;
         }
     }
@@ -112,6 +127,8 @@ private:
         }
         members[u"time_ms"_s] = qint64(now.count());
         members[u"link"_s] = nameOf(record.over);
+        if (record.lost > 0)
+            members[u"missing"_s] = qint64(record.lost);
         session.tell({}, event, members);
     }
 
