@@ -8,7 +8,8 @@ CommandLine CommandLine::parse(const QStringList &arguments)
 {
     CommandLine asked;
     const std::pair<QLatin1StringView, QString *> withValue[] = {{"--profile="_L1, &asked.profile},
-                                                                 {"--faults="_L1, &asked.faults}};
+                                                                 {"--faults="_L1, &asked.faults},
+                                                                 {"--record="_L1, &asked.record}};
     const std::pair<QLatin1StringView, bool *> flags[] = {{"--help"_L1, &asked.help},
                                                           {"-h"_L1, &asked.help},
                                                           {"--version"_L1, &asked.version},
@@ -45,7 +46,7 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     }
     if (asked.problem.isEmpty() && !asked.demo)
         for (const auto &[name, value] : withValue)
-            if (!value->isEmpty())
+            if (!value->isEmpty() && value != &asked.record)
                 asked.problem = tr("%1 goes with --demo only.").arg(name + *value);
     return asked;
 }
@@ -61,6 +62,7 @@ QString CommandLine::helpText()
               "                   screen is a touch of the frame\n"
               "  --profile=FILE   with --demo: what the simulated frame is like\n"
               "  --faults=FILE    with --demo: what goes wrong on its cable\n"
+              "  --record=FILE    record what travels to and from the frame, as a capture file\n"
               "  --help, -h       show this text\n"
               "  --version        show the version\n"
               "\n"

@@ -14,6 +14,7 @@ public:
     bool demo = false;   // run on a simulated touch frame
     QString profile;     // of the simulated frame; a file
     QString faults;      // of the simulated frame; a file
+    QString record;      // record what travels into this file
     bool close = false;  // ask the running instance to quit
     bool hidden = false; // start in the tray
     QString hiddenBy;    // the argument that asked for it

@@ -1,5 +1,7 @@
 #include "commandline.h"
+#include "config/lastcalibration.h"
 #include "demo.h"
+#include "device/version.h"
 #include "endsignals.h"
 #include "mainwindow.h"
 #include "pluginfolder.h"
@@ -12,6 +14,9 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fontconfig/fontconfig.h>
+#include <future>
+#include <malloc.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -78,6 +83,8 @@ void endShownWindow()
 
 int main(int argc, char **argv)
 {
+    // Threads that mostly wait need no heap each.
+    mallopt(M_ARENA_MAX, 1);
     // Whoever reads the output through a pipe sees each line when it is written.
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     // Who no longer reads the output does not end the program.
@@ -108,9 +115,13 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // Closing the last window is no reason to end: the program lives in the tray.
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    // The toolkit asks for the system's fonts when the first text is measured. They are read while
+    // the display answers: each takes milliseconds.
+    const std::future<FcBool> fonts = std::async(FcInit);
     // A demonstration is an instance of its own kind and leaves the real one alone.
     const QtMessageHandler usual = qInstallMessageHandler(sayWithoutDump);
     QtSingleApplication app(argc, argv, demo ? u"quorvel-demo"_s : QString());
+    fonts.wait();
     qInstallMessageHandler(usual);
     std::fputs(heldBack.constData(), stderr);
     initResources();
@@ -121,18 +132,40 @@ int main(int argc, char **argv)
         return WrongUsage;
     }
 
-    MainWindow window(demo ? demo->adapter() : nullptr);
+    bool hangs = false;
+    // An instance that was just ending leaves its place to this one.
+    const auto runsAlready = [&app, &hangs] {
+        return app.isRunning() && (handOver(app, u"-W"_s, &hangs) || hangs || app.isRunning());
+    };
+    // The window records from its beginning, and only if this start is not another's to serve.
+    const bool records = !asked.close && !asked.record.isEmpty();
+    if (records && runsAlready()) {
+        std::fprintf(stderr, "%s\n",
+                     qPrintable(QCoreApplication::translate(
+                         "main", "Quorvel runs already, and this start records nothing: choose "
+                                 "\"Record...\" in the menu of its window.")));
+        return Failed;
+    }
+
+    MainWindow window(demo ? demo->adapter() : nullptr, records ? asked.record : QString());
+    if (!window.recordProblem().isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(window.recordProblem()));
+        window.OnExit();
+        return Failed;
+    }
     if (demo)
         demo->attachTo(window);
+    else
+        QObject::connect(&window, &MainWindow::calibrationSaved, [](int deviation) {
+            LastCalibration{QDateTime::currentDateTimeUtc(), deviation}.keep();
+        });
 
-    bool hangs = false;
     if (asked.close) {
         handOver(app, u"-C"_s, &hangs);
         window.OnExit();
         return hangs ? Failed : 0;
     }
-    // An instance that was just ending leaves its place to this one.
-    if (app.isRunning() && (handOver(app, u"-W"_s, &hangs) || hangs || app.isRunning())) {
+    if (runsAlready()) {
         window.OnExit();
         return hangs ? Failed : 0;
     }

@@ -1,11 +1,13 @@
 #include "mainwindow.h"
 
 #include "device/records.h"
+#include "device/version.h"
 #include "dialogs/advset_dlg.h"
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/connect_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/present.h"
+#include "dialogs/readable.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/setting_dlg.h"
 #include "dialogs/smoothing_dlg.h"
@@ -13,6 +15,7 @@
 #include "dialogs/useradv_dlg.h"
 #include "dialogs/version_dlg.h"
 #include "readhotplug.h"
+#include "recordaction.h"
 #include "resetquestion.h"
 #include "tray.h"
 #include "ui_mainwindow.h"
@@ -46,11 +49,14 @@ std::unique_ptr<Ui::MainWindow> makeForm(QMainWindow *window)
 
 } // namespace
 
-MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
+MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter,
+                       const QString &recordFile)
     : ui(makeForm(this))
     , statusLine(ui->stalab)
     , link(new Link(std::move(adapter), this))
+    , recordAction(new RecordAction(*link, this))
 {
+    ui->pushButton->setText(tr("Quorvel v%1").arg(QLatin1StringView(QUORVEL_VERSION)));
     doRegisterForDevNotification();
     hotplugThread = std::make_unique<ReadHotplugThread>();
     connect(this, &MainWindow::Recv03, this, &MainWindow::DoRecv03);
@@ -62,7 +68,10 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter)
 
     addTray();
     setStringFont();
+    readable::keep(ui->pushButton);
     setPictures();
+    if (!recordFile.isEmpty())
+        noRecording = recordAction->start(recordFile);
     hotplugThread->start(QThread::InheritPriority);
     link->start();
 }
@@ -200,6 +209,7 @@ void MainWindow::addDialogs()
     });
     calibrationdlg = std::make_unique<Calibration_Dlg>();
     wire(calibrationdlg.get());
+    connect(calibrationdlg.get(), &Calibration_Dlg::saved, this, &MainWindow::calibrationSaved);
     connect(calibrationdlg.get(), &Calibration_Dlg::endedByItself, this,
             [this](const QString &why) { statusLine.setCalibrationNote(why); });
     versiondlg = new Version_Dlg(this);
@@ -286,6 +296,9 @@ void MainWindow::addContextMenu()
     settingAction->setEnabled(ui->setbtn->isEnabled());
     contextMenu->addAction(tr("S&moothing"), this, [this] { present(smoothingdlg); });
     contextMenu->addAction(tr("&Connect"), this, &MainWindow::on_conbtn_clicked);
+    contextMenu->addAction(recordAction);
+    connect(recordAction, &RecordAction::noteChanged, this,
+            [this] { statusLine.setRecordingNote(recordAction->note()); });
 
     // Disabled buttons swallow the event.
     for (QPushButton *button : deviceButtons())

@@ -19,6 +19,7 @@ class QAction;
 class QMenu;
 class QPushButton;
 class ReadHotplugThread;
+class RecordAction;
 class Rotation_dlg;
 class Setting_dlg;
 class Tray;
@@ -39,7 +40,9 @@ public:
     using enum Link::Kind;
 
     // Without an adapter of the caller's, looks for frames behind the kernel's hiddev nodes.
-    explicit MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter = nullptr);
+    // Records into a file from the first frame on, if one is given; see recordProblem().
+    explicit MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter = nullptr,
+                        const QString &recordFile = {});
     ~MainWindow() override;
 
     // The link, under the names that the window has always offered it by; see there.
@@ -55,6 +58,9 @@ public:
     void doRegisterForDevNotification() { link->usb().registerForNotification(this); }
     void GetHIDver();
 
+    // Why nothing is recorded into that file; empty when it is.
+    QString recordProblem() const { return noRecording; }
+
     // Ends the link in good order and for good: the program ends.
     void endLink();
 
@@ -67,8 +73,9 @@ public:
 
 signals:
     void Write03(UCHAR *WriteBuf);
-    void Recv03(UCHAR *RecvBuf); // valid during the call only
-    void USBConnect();           // once each time a USB frame becomes connected
+    void Recv03(UCHAR *RecvBuf);          // valid during the call only
+    void USBConnect();                    // once each time a USB frame becomes connected
+    void calibrationSaved(int deviation); // per cent
 
 public slots:
     void OnWrite03(UCHAR *WriteBuf) { link->send(WriteBuf); }
@@ -130,6 +137,8 @@ private:
 
     QMenu *contextMenu = nullptr;     // child; leads to what the form has no visible button for
     QAction *settingAction = nullptr; // of contextMenu
+    RecordAction *recordAction;       // child
+    QString noRecording;
 
     std::unique_ptr<Tray> tray;
     std::unique_ptr<Calibration_Dlg> calibrationdlg; // a window of its own

@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLocalSocket>
-#include <QPointer>
 #include <QStandardPaths>
 #include <QStringDecoder>
 #include <QTimer>
@@ -278,6 +277,8 @@ void QtSingleApplication::release()
     const auto all = server.findChildren<QLocalSocket *>();
     for (QLocalSocket *peer : all) {
         peer->disconnect(this);
+        if (answering.contains(peer))
+            continue; // it asked for this end and hears of it when all receivers have returned
         peer->abort();
         peer->deleteLater();
     }
@@ -340,7 +341,9 @@ void QtSingleApplication::hear(QLocalSocket *peer)
     }
     // A receiver may run an event loop of its own, in which this peer vanishes.
     const QPointer<QLocalSocket> waiting(peer);
+    answering.append(waiting);
     emit messageReceived(message);
+    answering.removeOne(waiting);
     if (waiting && waiting->state() == QLocalSocket::ConnectedState) {
         waiting->putChar(Acknowledgement);
         waiting->flush();

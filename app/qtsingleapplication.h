@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QLocalServer>
 #include <QLockFile>
+#include <QPointer>
 
 #include <memory>
 
@@ -59,4 +60,5 @@ private:
     std::unique_ptr<QLockFile> lock; // made with socketPath; held: this process owns the name
     QLocalServer server;             // owns its peers
     int peers = 0;                   // admitted and not yet gone
+    QList<QPointer<QLocalSocket>> answering; // peers whose message is being received
 };

@@ -30,6 +30,8 @@ public:
 
     int get() const { return fd; }
     bool isValid() const { return fd >= 0; }
+    // Whoever takes it closes it.
+    int release() { return std::exchange(fd, -1); }
 
 private:
     int fd = -1;

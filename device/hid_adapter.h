@@ -1,5 +1,6 @@
 #pragma once
 
+#include "devicelock.h"
 #include "struct.h"
 
 #include <QString>
@@ -9,8 +10,9 @@ namespace HID_AdpterPacket {
 // A touch frame's node that was found but could not be opened.
 struct NodeProblem
 {
-    QString node;  // path; empty when there is no problem
-    int error = 0; // errno of the failed open
+    QString node;         // path; empty when there is no problem
+    int error = 0;        // errno of the failed open; EBUSY: somebody else uses the frame
+    DeviceUser user = {}; // who that is
 
     bool operator==(const NodeProblem &) const = default;
 };

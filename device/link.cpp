@@ -32,12 +32,13 @@ Link::Link(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter, QObject *pare
     , retryTimer(new QTimer(this))
 {
     connect(usbLink, &UsbLink::received, this, &Link::onUsbReport);
-    connect(usbLink, &UsbLink::sent, this, &Link::sent);
+    connect(usbLink, &UsbLink::traffic, this, &Link::traffic);
+    connect(serialLink, &SerialLink::traffic, this, &Link::traffic);
     connect(serialLink, &SerialLink::readable, this, &Link::receiveSerial);
     connect(serialLink, &SerialLink::lost, this, &Link::onSerialLost);
     timer->setObjectName(u"checkTimer"_s);
     timer->setInterval(CheckPeriod);
-    connect(timer, &QTimer::timeout, this, &Link::lookForDevice);
+    connect(timer, &QTimer::timeout, this, &Link::check);
     retryTimer->setInterval(RetryPeriod);
     connect(retryTimer, &QTimer::timeout, this, &Link::retrySearch);
 }
@@ -63,6 +64,14 @@ void Link::end()
     usbLink->close();
     serialLink->close();
     connect_sta = NotConnected;
+}
+
+void Link::check()
+{
+    if (lookForDevice() || isLinked() || !portWish)
+        return;
+    const PortWish wish = *portWish;
+    openSerial(wish.name, wish.settings);
 }
 
 Link::State Link::state() const
@@ -111,12 +120,13 @@ void Link::finishLink(End how)
 
 void Link::send(const UCHAR *frame)
 {
-    if (deviceGone)
-        return;
-    if (connect_sta == UsbConnected)
+    if (!deviceGone && connect_sta == UsbConnected)
         usbLink->send(frame);
-    else if (connect_sta == SerialOpen)
-        emit sent(serialLink->send(frame));
+    else if (!deviceGone && connect_sta == SerialOpen)
+        serialLink->send(frame);
+    else
+        emit traffic({Traffic::Direction::ToFrame, Traffic::Over::None, Traffic::Result::Dropped,
+                      command::frameAt(frame)});
 }
 
 bool Link::lookForDevice()
@@ -132,6 +142,7 @@ bool Link::lookForDevice()
         finishLink(End::Replaced);
     // What went wrong with a port is no news any more.
     serialLink->forgetProblem();
+    portWish.reset();
     setKind(UsbConnected);
     emit usbConnected();
     return true;
@@ -218,9 +229,14 @@ void Link::noteProblem()
 
 bool Link::openSerial(const QString &portName, const PortSettings &settings)
 {
-    if (!serialLink->open(portName)) {
-        if (!isLinked())
-            setKind(SerialFailed);
+    const bool opened = serialLink->open(portName);
+    portWish.reset();
+    if (!opened) {
+        if (isLinked())
+            return false;
+        if (serialLink->isInUse())
+            portWish = {portName, settings};
+        setKind(SerialFailed);
         return false;
     }
     if (connect_sta == UsbConnected) {
@@ -239,11 +255,13 @@ void Link::closeSerial()
         finishLink(End::Closed);
     usbLink->close();
     serialLink->close();
+    portWish.reset();
     setKind(SerialClosed);
 }
 
 void Link::closePort()
 {
+    portWish.reset();
     if (connect_sta == UsbConnected)
         serialLink->close();
     else
@@ -269,6 +287,11 @@ QString Link::serialProblem() const
 QString Link::usbProblem() const
 {
     return connect_sta == UsbConnected ? QString() : usbLink->problem();
+}
+
+bool Link::isInUse() const
+{
+    return !isLinked() && (usbLink->isInUse() || portWish);
 }
 
 void Link::onUsbReport(UCHAR *report)

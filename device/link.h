@@ -1,7 +1,7 @@
 #pragma once
 
 #include "portsettings.h"
-#include "struct.h"
+#include "traffic.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -9,6 +9,7 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 
 class QTimer;
 class SerialLink;
@@ -82,7 +83,8 @@ public:
     // Opens a port and brings the frame there to the rate of the settings. The port is tried first:
     // a link by USB ends only when it is open. False when that fails, see serialProblem(), and when
     // a port is open already; what was linked goes on then. A port that does not take all settings
-    // is open.
+    // is open. One that another program uses is opened when it is free, unless somebody asks for
+    // something else or a frame on USB is linked first.
     bool openSerial(const QString &portName, const PortSettings &settings);
     // Closes the port; what was linked is linked no more.
     void closeSerial();
@@ -95,6 +97,8 @@ public:
     QString serialProblem() const;
     // What keeps a frame on USB from being linked at this moment.
     QString usbProblem() const;
+    // Whether it, or the port that was asked for, is with another program.
+    bool isInUse() const;
 
     UsbLink &usb() { return *usbLink; }
     SerialLink &serial() { return *serialLink; }
@@ -114,9 +118,9 @@ signals:
     // loop, the next one comes when all have seen this one.
     void received(UCHAR *frame);
     void stateChanged(const Link::State &state);
-    // The device has taken a frame that was sent, or has not; in the order of sending. A serial
-    // line takes it as soon as it is to leave.
-    void sent(bool taken);
+    // Every frame both ways, for who watches the line: one that comes before it is received, one
+    // that is sent when it is known what became of it, which by USB is some 50 ms later.
+    void traffic(const Traffic &traffic);
     // A frame on USB is linked.
     void usbConnected();
     // This link, of kind(), is about to end: finish what you began. What is sent now still leaves,
@@ -129,6 +133,7 @@ private:
     void setKind(Kind kind);
     void tellState();
     void finishLink(End how);
+    void check();
     void retrySearch();
     void noteProblem();
     void handOut(UCHAR *frame);
@@ -139,7 +144,7 @@ private:
     Kind connect_sta = NotConnected;
     UsbLink *usbLink;       // child
     SerialLink *serialLink; // child
-    QTimer *timer;          // child; looks for a frame twice a second
+    QTimer *timer;          // child; check()s twice a second
     QTimer *retryTimer;     // child; looks again soon after a plug event
     int retriesLeft = 0;
 
@@ -147,6 +152,13 @@ private:
     UCHAR *handedOut = nullptr; // a receiver is at work on it, perhaps in an event loop of its own
     bool fromSerial = false;    // it came over the serial line
     std::deque<Frame> heldBack; // reports by USB that came meanwhile
+
+    struct PortWish
+    {
+        QString name;
+        PortSettings settings;
+    };
+    std::optional<PortWish> portWish; // the port that another program uses
 
     QString seenProblem;      // with USB, at the last search
     QString announcedProblem; // the one that has lasted

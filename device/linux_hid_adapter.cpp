@@ -101,6 +101,17 @@ std::optional<quint16> HiddevIo::vendorOf(const char *path)
     return isNumber ? std::optional(vendor) : std::nullopt;
 }
 
+// A node without locks is used as it is.
+bool HiddevIo::lock(int fd)
+{
+    return devicelock::take(fd) != devicelock::Outcome::Held;
+}
+
+DeviceUser HiddevIo::holderOf(const char *path)
+{
+    return devicelock::holder(QFile::decodeName(path));
+}
+
 HiddevIo &HiddevIo::system()
 {
     static HiddevIo io;
@@ -186,6 +197,12 @@ void OP_HID_Adaptee::OpenDevice(int index)
         OP_CloseDevice();
         return;
     }
+    if (!io.lock(opened)) {
+        problem = {QString::fromLocal8Bit(node), EBUSY, io.holderOf(node)};
+        io.close(opened);
+        OP_CloseDevice();
+        return;
+    }
     fd = opened;
     DevOpenedFlag = true;
 }
@@ -229,12 +246,14 @@ bool OP_HID_Adaptee::OP_DoFindDev(const QString &collection, bool open)
         std::snprintf(node.data(), node.size(), "%shiddev%d", prefix, n);
         if (!isTouchFrame(node.data()))
             continue;
-        std::printf("dir_str: %s\thiddev: %s\tcol: %s\n", prefix, node.data(),
-                    collection.toLatin1().constData());
         problem = {};
         hiddev_name[0] = node;
         if (open)
             OpenDevice(0);
+        // Who waits for another program's frame looks for it twice a second.
+        if (problem.error != EBUSY)
+            std::printf("dir_str: %s\thiddev: %s\tcol: %s\n", prefix, node.data(),
+                        collection.toLatin1().constData());
         return true;
     }
     return false;

@@ -23,6 +23,9 @@ public:
     virtual int ioctl(int fd, unsigned long request, void *argument); // negative when it failed
     // The USB vendor id that sysfs gives for a node, where it has one.
     virtual std::optional<quint16> vendorOf(const char *path);
+    // Takes the lock of an open node; false when somebody else holds it.
+    virtual bool lock(int fd);
+    virtual DeviceUser holderOf(const char *path);
 
     static HiddevIo &system();
 };
@@ -30,6 +33,7 @@ public:
 // A touch frame behind one of the kernel's hiddev nodes, one usage value for each frame byte.
 //
 // Nodes that sysfs gives to another maker are left alone, since opening one powers its device up.
+// An open device is locked: a node whose lock somebody else holds is not opened.
 class OP_HID_Adaptee
 {
 public:
@@ -45,7 +49,7 @@ public:
     bool OP_SendReport(UCHAR reportId, UCHAR *buf);
     int OP_ReadReport(UCHAR reportId, UCHAR *buf);
     void OP_CloseDevice();
-    void OpenDevice(int index); // of hiddev_name
+    void OpenDevice(int index); // of hiddev_name; notes why it did not
     bool OP_DoFindDev(const QString &collection, bool open);
     bool OP_GetVersion();
 

@@ -1,5 +1,6 @@
 #include "posix_qextserialport.h"
 
+#include "advice.h"
 #include "link_log.h"
 
 #include <QFile>
@@ -169,9 +170,15 @@ bool Posix_QextSerialPort::open(QIODevice::OpenMode openMode)
             tr("The serial port %1 is open already. Close it first.").arg(port.portName()));
     if (name.isEmpty())
         return refuse(tr("No serial port is chosen. Enter a name such as ttyUSB0."));
+    usedElsewhere = false;
+    // Opening it would already change its rate under a program that uses it.
+    if (!lockPort())
+        return false;
     port.setPortName(name);
-    if (!port.open(openMode))
+    if (!port.open(openMode)) {
+        lock = {};
         return refuse(whyNotOpened());
+    }
 
     // Some versions of QSerialPort take the nothing that a line which hung up reads as for no
     // bytes yet, and never speak of it.
@@ -203,6 +210,7 @@ void Posix_QextSerialPort::close()
         port.clear(QSerialPort::Output);
     hangUpWatch.reset(); // before its descriptor is gone
     port.close();
+    lock = {};
     hangingUp = false;
 }
 
@@ -426,29 +434,70 @@ QString Posix_QextSerialPort::notDone(const PortSettings &wanted, Setting settin
     return {};
 }
 
-QString Posix_QextSerialPort::whyNotOpened() const
+QString Posix_QextSerialPort::node() const
 {
-    const QString node = name.startsWith(u'/') ? name : u"/dev/"_s + name;
-    const QFileInfo info(node);
+    return name.startsWith(u'/') ? name : u"/dev/"_s + name;
+}
+
+// False, with the reason, when another program has the port.
+bool Posix_QextSerialPort::lockPort()
+{
+    const devicelock::Outcome outcome = devicelock::takeAt(node(), lock);
+    if (outcome == devicelock::Outcome::Held)
+        return refuseAsInUse(devicelock::holder(node()));
+    // A program has made it its own; this user is not root.
+    if (outcome == devicelock::Outcome::Barred && errno == EBUSY) {
+        const DeviceUser user = devicelock::holder(node());
+        return refuseAsInUse(
+            user.pid > 0 ? user : devicelock::lockFileUser(devicelock::lockFileOf(node())));
+    }
+    // Root may open what a program has made its own. The mark alone proves nothing: that of a
+    // pseudo-terminal outlives its program.
+    int exclusive = 0;
+    if (lock.isValid() && ioctl(lock.get(), TIOCGEXCL, &exclusive) == 0 && exclusive != 0) {
+        if (const QList<DeviceUser> users = devicelock::openedBy(node()); !users.isEmpty()) {
+            lock = {};
+            return refuseAsInUse(users.first());
+        }
+    }
+    return true;
+}
+
+bool Posix_QextSerialPort::refuseAsInUse(const DeviceUser &user)
+{
+    usedElsewhere = true;
+    return refuse(Advice::portInUse(node(), user).words());
+}
+
+QString Posix_QextSerialPort::whyNotOpened()
+{
+    const QFileInfo info(node());
     switch (port.error()) {
     case QSerialPort::DeviceNotFoundError:
-        return tr("There is no serial port %1. Check the cable and the name, such as ttyUSB0.")
-            .arg(node);
+        return Advice::noSuchPort(node()).words();
     case QSerialPort::PermissionError:
-        if (faccessat(AT_FDCWD, QFile::encodeName(node).constData(), R_OK | W_OK, AT_EACCESS) == 0)
-            return tr("The serial port %1 is in use by another program. Close it there.").arg(node);
-        if ((info.permissions() & OfGroup) != OfGroup)
-            return tr("This user may not open the serial port %1: it is for its owner %2 alone. "
-                      "Ask who looks after this machine for access.")
-                .arg(node, info.owner());
-        return tr("This user may not open the serial port %1. Join the group %2, then log in "
-                  "again.")
-            .arg(node, info.group());
+        if (faccessat(AT_FDCWD, QFile::encodeName(node()).constData(), R_OK | W_OK, AT_EACCESS) ==
+            0)
+            return lockFileKeepsOut();
+        return Advice::portForbidden(node(), info.owner(), info.group(),
+                                     (info.permissions() & OfGroup) == OfGroup)
+            .words();
     case QSerialPort::UnsupportedOperationError:
-        return tr("%1 is not a serial port. Choose a name such as ttyUSB0.").arg(node);
+        return tr("%1 is not a serial port. Choose a name such as ttyUSB0.").arg(node());
     default:
-        return tr("The serial port %1 cannot be opened: %2.").arg(node, port.errorString());
+        return tr("The serial port %1 cannot be opened: %2.").arg(node(), port.errorString());
     }
+}
+
+// What a file that programs of serial ports leave for each other says.
+QString Posix_QextSerialPort::lockFileKeepsOut()
+{
+    const QString file = devicelock::lockFileOf(node());
+    const DeviceUser user = devicelock::lockFileUser(file);
+    if (user.pid > 0 && user.program.isEmpty())
+        return Advice::portLeftLocked(node(), file).words();
+    usedElsewhere = true;
+    return Advice::portInUse(node(), user).words();
 }
 
 // Waits until all bytes written so far are on the line. False when they did not leave in time, and
@@ -466,7 +515,10 @@ bool Posix_QextSerialPort::movesAgain()
 {
     const QDeadlineTimer deadline(StuckPatience);
     while (!hangingUp) {
-        port.flush(); // as far as there is room now
+        // Without room, writing would count as an error of the line.
+        pollfd line{.fd = port.handle(), .events = POLLOUT, .revents = 0};
+        if (poll(&line, 1, 0) == 1)
+            port.flush();
         if (bytesLeft() < stuckBytes)
             return true;
         if (deadline.hasExpired())
@@ -577,7 +629,8 @@ void Posix_QextSerialPort::sayFarewell(int opening)
 
 bool Posix_QextSerialPort::refuse(const QString &why)
 {
-    reason = why;
-    qCWarning(lcLink).noquote() << why;
+    // Who waits for another program's port tries it again and again.
+    if (why != std::exchange(reason, why))
+        qCWarning(lcLink).noquote() << why;
     return false;
 }

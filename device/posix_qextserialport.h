@@ -1,5 +1,6 @@
 #pragma once
 
+#include "devicelock.h"
 #include "portsettings.h"
 
 #include <QDeadlineTimer>
@@ -10,7 +11,8 @@
 
 #include <memory>
 
-// One serial port. A bare name such as "ttyUSB0" means /dev/ttyUSB0.
+// One serial port. A bare name such as "ttyUSB0" means /dev/ttyUSB0. An open port is locked, and
+// one that another program has locked or made its own is not opened, by root neither.
 //
 // Every operation that answers false or -1 leaves the reason, as a sentence for the user, in
 // errorString(). A port whose other end vanishes is closed, told by hangUp(), and can be opened
@@ -63,6 +65,8 @@ public:
 
     QueryMode mode() const { return askedMode; }
     QString errorString() const { return reason; }
+    // Whether the last open() found the port with another program.
+    bool isInUse() const { return usedElsewhere; }
 
 signals:
     // Bytes have arrived; again, from the event loop, as long as some of the bytes are read each
@@ -83,7 +87,11 @@ private:
     void dropStickParity();
     QString mismatch(const PortSettings &wanted, Setting setting) const;
     QString notDone(const PortSettings &wanted, Setting setting) const;
-    QString whyNotOpened() const;
+    QString node() const;
+    bool lockPort();
+    bool refuseAsInUse(const DeviceUser &user);
+    QString lockFileKeepsOut();
+    QString whyNotOpened();
     bool drain();
     bool movesAgain();
     bool waitForLine();
@@ -97,6 +105,7 @@ private:
     void sayFarewell(int opening);
     bool refuse(const QString &why);
 
+    FileDescriptor lock; // while the port is open
     QSerialPort port;
     std::unique_ptr<QSocketNotifier> hangUpWatch; // while the port is open
     QString name;
@@ -107,6 +116,7 @@ private:
     qint64 stuckBytes = 0; // left over when drain() last gave up, and written since; 0: it did not
     int openings = 0;      // tells a late hang-up from one of the present opening
     int strayErrors = 0;   // in a row, without a byte between them
+    bool usedElsewhere = false;
     bool hangingUp = false;
     bool announced = false;
 };

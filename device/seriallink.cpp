@@ -1,7 +1,10 @@
 #include "seriallink.h"
 
+#include "frame.h"
 #include "posix_qextserialport.h"
 #include "records.h"
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -65,6 +68,11 @@ bool SerialLink::isOpen() const
     return myCOM->isOpen();
 }
 
+bool SerialLink::isInUse() const
+{
+    return myCOM->isInUse();
+}
+
 void SerialLink::close(const QString &why)
 {
     myCOM->close();
@@ -73,8 +81,13 @@ void SerialLink::close(const QString &why)
 
 bool SerialLink::send(const UCHAR *frame)
 {
-    const int length = command::serial::putOnLine(command::frameAt(frame), SendBufUart);
-    return myCOM->writeData(reinterpret_cast<const char *>(SendBufUart.data()), length) == length;
+    const Frame copy = command::frameAt(frame);
+    const int length = command::serial::putOnLine(copy, SendBufUart);
+    const bool taken =
+        myCOM->writeData(reinterpret_cast<const char *>(SendBufUart.data()), length) == length;
+    emit traffic({Traffic::Direction::ToFrame, Traffic::Over::Serial,
+                  taken ? Traffic::Result::Done : Traffic::Result::Failed, copy});
+    return taken;
 }
 
 UCHAR *SerialLink::takeFrame()
@@ -82,8 +95,15 @@ UCHAR *SerialLink::takeFrame()
     // Notifications come when bytes arrive, not while bytes remain.
     for (;;) {
         const UartReceiver::Outcome outcome = uartReceiver.step(*myCOM);
-        if (outcome == UartReceiver::Outcome::FrameFound)
+        if (outcome == UartReceiver::Outcome::FrameFound) {
+            // What stands behind its last byte did not come with it.
+            Frame frame{};
+            std::copy_n(uartReceiver.frame(), std::min(uartReceiver.frameLength(), FrameSize),
+                        frame.begin());
+            emit traffic({Traffic::Direction::FromFrame, Traffic::Over::Serial,
+                          Traffic::Result::Done, frame});
             return uartReceiver.frame();
+        }
         if (outcome == UartReceiver::Outcome::Waits)
             return nullptr;
     }

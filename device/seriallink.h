@@ -2,6 +2,7 @@
 
 #include "portsettings.h"
 #include "serialframing.h"
+#include "traffic.h"
 #include "uartreceiver.h"
 
 #include <QObject>
@@ -42,10 +43,15 @@ public:
     // Why the port did not open, which settings it does not take, or how it was lost, as sentences
     // for the user; empty when all is as was asked.
     QString problem() const { return serialProblem; }
+    // Whether the last open() found the port with another program.
+    bool isInUse() const;
 
 signals:
     // Bytes have come in; takeFrame() until it has none.
     void readable();
+    // Each frame that takeFrame() gives, as far as it came over the line, and each that was to be
+    // sent.
+    void traffic(const Traffic &traffic);
     // The other end is gone: the port is closed, and problem() says so.
     void lost();
 

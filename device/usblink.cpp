@@ -1,13 +1,15 @@
 #include "usblink.h"
 
+#include "advice.h"
 #include "frame.h"
 #include "link_log.h"
 #include "linux_hid_adapter.h"
+#include "noderights.h"
 #include "readreportthread.h"
 #include "writereportthread.h"
 
 #include <cerrno>
-#include <cstring>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -70,13 +72,16 @@ void UsbLink::close()
     writeThread03->wait();
     HID_Util03->CloseDevice();
     readThread03->discardWaiting();
-    outbox.clear();
+    tellSent();
+    for (const Frame &frame : std::exchange(outbox, {}))
+        tell(Traffic::Direction::ToFrame, Traffic::Result::Dropped, frame);
 }
 
 bool UsbLink::send(const UCHAR *frame)
 {
     if (outbox.size() >= MaxOutbox) {
         qCWarning(lcLink, "%zu frames wait for the touch frame: one more is dropped", MaxOutbox);
+        tell(Traffic::Direction::ToFrame, Traffic::Result::Dropped, command::frameAt(frame));
         return false;
     }
     // The next frame waits for the last one to be out, but not for a device that hangs.
@@ -90,6 +95,7 @@ bool UsbLink::send(const UCHAR *frame)
 bool UsbLink::flush()
 {
     while (writeThread03->wait(QDeadlineTimer(SendPatience))) {
+        tellSent();
         if (outbox.empty())
             return true;
         sendNext();
@@ -100,9 +106,34 @@ bool UsbLink::flush()
 // Hands the first waiting frame to the writer, which has ended.
 void UsbLink::sendNext()
 {
+    tellSent();
     SendBuf03 = outbox.front();
     outbox.pop_front();
+    underWay = true;
     writeThread03->start(QThread::InheritPriority);
+}
+
+// What became of the frame that the writer, which has ended, was handed last.
+void UsbLink::tellSent()
+{
+    if (!std::exchange(underWay, false))
+        return;
+    switch (writeThread03->outcome()) {
+    case writereportthread::Outcome::NotTried:
+        tell(Traffic::Direction::ToFrame, Traffic::Result::Dropped, SendBuf03);
+        break;
+    case writereportthread::Outcome::Failed:
+        tell(Traffic::Direction::ToFrame, Traffic::Result::Failed, SendBuf03);
+        break;
+    case writereportthread::Outcome::Sent:
+        tell(Traffic::Direction::ToFrame, Traffic::Result::Done, SendBuf03);
+        break;
+    }
+}
+
+void UsbLink::tell(Traffic::Direction direction, Traffic::Result result, const Frame &frame)
+{
+    emit traffic({direction, Traffic::Over::Usb, result, frame});
 }
 
 void UsbLink::readVersion()
@@ -120,36 +151,39 @@ QString UsbLink::problem() const
     const HID_AdpterPacket::NodeProblem found = HID_Util03->LastProblem();
     if (found.node.isEmpty())
         return {};
-    const QString cause = QString::fromLocal8Bit(std::strerror(found.error));
-    if (found.error == EACCES || found.error == EPERM) {
-        return tr("A touch frame is at %1 but this user may not open it (%2). Install the udev "
-                  "rule 70-quorvel.rules, or join the group plugdev if the rule is there, and plug "
-                  "the frame in again.")
-            .arg(found.node, cause);
-    }
-    return tr("A touch frame is at %1 but it cannot be opened (%2). Unplug it and plug it in "
-              "again.")
-        .arg(found.node, cause);
+    if (found.error == EBUSY)
+        return Advice::frameInUse(found.node, found.user).words();
+    if (found.error == EACCES || found.error == EPERM)
+        return Advice::frameForbidden(found.node, found.error, NodeRights::of(found.node)).words();
+    return Advice::frameNotOpened(found.node, found.error).words();
+}
+
+bool UsbLink::isInUse() const
+{
+    return HID_Util03->LastProblem().error == EBUSY;
 }
 
 void UsbLink::OnRecv03(QChar status)
 {
-    if (opened && status == ReadFinished &&
-        RecvBuf03[command::offset::ReportId] == command::ReportId)
+    if (!opened || status != ReadFinished)
+        return;
+    const bool ours = RecvBuf03[command::offset::ReportId] == command::ReportId;
+    tell(Traffic::Direction::FromFrame, ours ? Traffic::Result::Done : Traffic::Result::Dropped,
+         RecvBuf03);
+    if (ours)
         emit received(RecvBuf03.data());
 }
 
 void UsbLink::OnWriteOver(QChar status)
 {
-    if (!opened)
-        return;
-    if (status == WriteFailed)
+    if (opened && status == WriteFailed)
         qCWarning(lcLink, "a frame could not be sent to the touch frame");
-    emit sent(status != WriteFailed);
 }
 
 void UsbLink::OnWriterFinished()
 {
     if (!outbox.empty() && writeThread03->wait(QDeadlineTimer(SendPatience)))
         sendNext();
+    else if (writeThread03->wait(QDeadlineTimer(0)))
+        tellSent();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hid_adapter.h"
+#include "traffic.h"
 
 #include <QObject>
 
@@ -55,12 +56,15 @@ public:
     // What keeps a touch frame that is there from being opened, and what helps; empty when nothing
     // does. Of the last open().
     QString problem() const;
+    // Whether the last open() found the frame with another program.
+    bool isInUse() const;
 
 signals:
     // A report of the device, FrameSize bytes; valid during the call only.
     void received(UCHAR *report);
-    // The device has taken the frame that was sent first of those under way, or has not.
-    void sent(bool taken);
+    // Each report before it is received, and each frame of send() once it is known what became of
+    // it.
+    void traffic(const Traffic &traffic);
 
 public slots:
     void OnRecv03(QChar status);    // of ReadReportThread::ReadOver
@@ -69,11 +73,14 @@ public slots:
 
 private:
     void sendNext();
+    void tellSent();
+    void tell(Traffic::Direction direction, Traffic::Result result, const Frame &frame);
 
     std::shared_ptr<HID_AdpterPacket::HID_Adapter> HID_Util03;
     bool opened = false;
     Frame RecvBuf03{};        // written by the reader on this thread, never while it is delivered
     Frame SendBuf03{};        // read by the writer, changed while it does not run
+    bool underWay = false;    // what became of SendBuf03 has not been told
     std::deque<Frame> outbox; // not handed to the writer yet
 
     // The threads use the adapter and the buffers, so they stand behind these and go first.

@@ -35,11 +35,15 @@ void writereportthread::setWriteBuf(UCHAR *writeBuf)
 void writereportthread::run()
 {
     Frame frame = command::frameAt(WriteBuf);
+    lastOutcome = Outcome::NotTried;
     if (!pause(PauseBeforeSend))
         return;
+    lastOutcome = Outcome::Failed;
     const bool failed = HID_Util->SendReport(reportID, frame.data());
     if (failed)
         pause(PauseAfterFailure);
+    else
+        lastOutcome = Outcome::Sent;
     // Of a device that is being closed nobody wants to know.
     if (!stopRequested())
         emit WriteOver(failed ? SendFailed : SendSucceeded);

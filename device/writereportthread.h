@@ -5,6 +5,8 @@
 
 #include <QChar>
 
+#include <atomic>
+
 // Sends one frame each time it is started, after a pause that the controller needs between frames.
 // Asked to end during that pause, it sends nothing.
 class writereportthread : public StoppableThread
@@ -18,6 +20,10 @@ public:
     void setHIDAdapter(HID_AdpterPacket::HID_Adapter *adapter, UCHAR reportId);
     void setWriteBuf(UCHAR *writeBuf);
 
+    // What became of the frame that it was started for last. Final when the thread has ended.
+    enum class Outcome { NotTried, Failed, Sent };
+    Outcome outcome() const { return lastOutcome; }
+
 signals:
     void WriteOver(QChar status); // 1: the send failed, 2: it succeeded
 
@@ -28,4 +34,5 @@ private:
     HID_AdpterPacket::HID_Adapter *HID_Util = nullptr; // not owned
     UCHAR *WriteBuf; // FrameSize bytes, not owned; unchanged while the thread runs
     UCHAR reportID = 0;
+    std::atomic<Outcome> lastOutcome = Outcome::NotTried;
 };

@@ -5,10 +5,8 @@
 #include "ui_calibration_dlg.h"
 
 #include <QGuiApplication>
-#include <QHideEvent>
 #include <QPainter>
 #include <QScreen>
-#include <QShowEvent>
 #include <QTimer>
 
 #include <cstdio>
@@ -153,10 +151,9 @@ void Calibration_Dlg::paintEvent(QPaintEvent *)
     QPainter(this).drawPixmap(0, 0, mainmap);
 }
 
-void Calibration_Dlg::showEvent(QShowEvent *event)
+void Calibration_Dlg::showEvent(QShowEvent *)
 {
-    // Coming back from another workspace or from being minimised is no new showing.
-    if (event->spontaneous())
+    if (!showing.begins())
         return;
     cal_end = false;
     underWay = true;
@@ -176,9 +173,9 @@ void Calibration_Dlg::showEvent(QShowEvent *event)
     timer->start(TickPeriod);
 }
 
-void Calibration_Dlg::hideEvent(QHideEvent *event)
+void Calibration_Dlg::hideEvent(QHideEvent *)
 {
-    if (event->spontaneous())
+    if (!showing.ends())
         return;
     m_IsCali = 0;
     timer->stop();
@@ -211,10 +208,12 @@ void Calibration_Dlg::finishSession()
                     .arg(CalEnd_dlg::accuracyText(steps.deviation())));
     }
     underWay = false;
-    if (save)
+    if (save) {
         SendCalSave();
-    else
+        emit saved(steps.deviation());
+    } else {
         SendCalReset();
+    }
 }
 
 void Calibration_Dlg::OnLinkEnding(bool deviceGone)

@@ -2,6 +2,7 @@
 
 #include "device/calibrationsteps.h"
 #include "screenlayout.h"
+#include "showing.h"
 
 #include <QDialog>
 #include <QPixmap>
@@ -60,6 +61,8 @@ signals:
     void Write03(UCHAR *WriteBuf);
     // Not by the user; and why, as a sentence.
     void endedByItself(const QString &why);
+    // The frame has been told to save; per cent, as it reported them.
+    void saved(int deviation);
 
 public slots:
     void ontimer();
@@ -79,6 +82,7 @@ private:
     void finishSession();
 
     std::unique_ptr<Ui::Calibration_Dlg> ui;
+    Showing showing{this};
     bool cal_end = false;           // the device has reported the end
     bool underWay = false;          // begun, and the device not yet told what becomes of it
     int session = 0;                // counts showings and ended links

@@ -5,9 +5,8 @@
 #include "ui_connect_dlg.h"
 
 #include <QComboBox>
-#include <QHideEvent>
+#include <QLineEdit>
 #include <QScopedValueRollback>
-#include <QShowEvent>
 #include <QStandardItemModel>
 #include <QTimer>
 
@@ -50,6 +49,8 @@ connect_dlg::connect_dlg(QWidget *parent, PortList portList)
     askTimer->setSingleShot(true);
     askTimer->setInterval(AskPeriod);
     connect(askTimer, &QTimer::timeout, this, &connect_dlg::onAskTimeout);
+    // The keyboard is in the field within it.
+    ui->portBox->lineEdit()->setAccessibleName(ui->portBox->accessibleName());
     fillLists();
     portChoice = new PortChoice(ui->portBox, std::move(portList));
     connect(portChoice, &PortChoice::listed, this, &connect_dlg::updateChoices);
@@ -97,7 +98,7 @@ void connect_dlg::DoRecv03(UCHAR *)
 // Another program may have written the file, and adapters come and go.
 void connect_dlg::showEvent(QShowEvent *event)
 {
-    if (!event->spontaneous()) {
+    if (showing.begins()) {
         // Not before: it takes longer than all else of the tool's start.
         portChoice->list();
         Get_Data();
@@ -109,7 +110,7 @@ void connect_dlg::showEvent(QShowEvent *event)
 void connect_dlg::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
-    if (event->spontaneous())
+    if (!showing.ends())
         return;
     portChoice->follow(false);
     if (searching)

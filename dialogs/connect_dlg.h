@@ -4,6 +4,7 @@
 #include "device/portsettings.h"
 #include "device/struct.h"
 #include "portchoice.h"
+#include "showing.h"
 
 #include <QDialog>
 #include <QList>
@@ -79,6 +80,7 @@ private:
     void forgetProblems();
 
     std::unique_ptr<Ui::connect_dlg> ui;
+    Showing showing{this};
     PortChoice *portChoice; // child of its box
     XML_CLASS xmlclass;
     _CONNECT_DATA ConnectData; // as last read or kept

@@ -1,11 +1,12 @@
 #include "lightset_dlg.h"
 
 #include "notice.h"
+#include "readable.h"
 #include "screenlayout.h"
 #include "test_win.h"
 #include "ui_lightset_dlg.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -39,16 +40,11 @@ LightSet_dlg::LightSet_dlg(QWidget *parent)
 {
     ui->setupUi(this);
     ui->LightChooseBtn->hide();
-    ui->notice->hide();
+    prepareNotice(ui->notice);
+    readable::keep(ui->label_15);
     // A click on the panel, or on a button of it that waits for a reply, chooses no light below.
     ui->groupBox_3->setAttribute(Qt::WA_NoMousePropagation);
-    // These fields are there to be read.
-    for (QLineEdit *field : {ui->LightADC, ui->LightORG, ui->LightAGC, ui->LightAGCSet}) {
-        QPalette colors = field->palette();
-        colors.setColor(QPalette::Disabled, QPalette::Text,
-                        colors.color(QPalette::Active, QPalette::Text));
-        field->setPalette(colors);
-    }
+    showValuesPlainly();
     connect(timer, &QTimer::timeout, this, &LightSet_dlg::ontimer);
     for (const QLineEdit *field : {ui->LightDir, ui->LightNum})
         connect(field, &QLineEdit::textEdited, this, &LightSet_dlg::onChosen);
@@ -180,10 +176,9 @@ void LightSet_dlg::OnLinkEnded()
     update();
 }
 
-void LightSet_dlg::showEvent(QShowEvent *event)
+void LightSet_dlg::showEvent(QShowEvent *)
 {
-    // A restored window was being shown all the time.
-    if (event->spontaneous())
+    if (!showing.begins())
         return;
     if (test_win *test = signalTest()) {
         test->standAside(true);
@@ -201,15 +196,17 @@ void LightSet_dlg::showEvent(QShowEvent *event)
     const QWidget *operatedOn = parentWidget() ? parentWidget() : this;
     setGeometry(operatedOn->screen()->geometry());
     setWindowState(windowState() | Qt::WindowFullScreen);
+    // Without a window manager nobody else gives it the keyboard.
+    activateWindow();
     GetADCData();
     TimerStep = 0;
     timer->start(PollPeriod);
     look.start(ScanWatch::LookMs, this);
 }
 
-void LightSet_dlg::hideEvent(QHideEvent *event)
+void LightSet_dlg::hideEvent(QHideEvent *)
 {
-    if (event->spontaneous())
+    if (!showing.ends())
         return;
     Ready = false;
     postponed = false;
@@ -234,6 +231,8 @@ void LightSet_dlg::hideEvent(QHideEvent *event)
 void LightSet_dlg::changeEvent(QEvent *event)
 {
     QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        showValuesPlainly();
     // A window manager may clean up after the last showing when the next has begun already.
     if (event->type() == QEvent::WindowStateChange && isVisible() &&
         !(windowState() & (Qt::WindowFullScreen | Qt::WindowMinimized)))
@@ -363,6 +362,18 @@ void LightSet_dlg::send(Frame frame)
 test_win *LightSet_dlg::signalTest() const
 {
     return parentWidget() ? parentWidget()->findChild<test_win *>() : nullptr;
+}
+
+// These fields are disabled and there to be read all the same.
+void LightSet_dlg::showValuesPlainly()
+{
+    for (QLineEdit *field : {ui->LightADC, ui->LightORG, ui->LightAGC, ui->LightAGCSet}) {
+        QPalette colors = field->palette();
+        // Its own follow those of the desktop a moment later.
+        colors.setColor(QPalette::Disabled, QPalette::Text,
+                        QApplication::palette(field).color(QPalette::Active, QPalette::Text));
+        field->setPalette(colors);
+    }
 }
 
 // The picture is drawn for the screen that the window is on by now.

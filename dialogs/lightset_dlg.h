@@ -4,6 +4,7 @@
 #include "lightcontrol.h"
 #include "lightplot.h"
 #include "scanwatch.h"
+#include "showing.h"
 
 #include <QBasicTimer>
 #include <QDeadlineTimer>
@@ -91,8 +92,10 @@ private:
     QString lightNotice() const;
     test_win *signalTest() const;
     void followScreen();
+    void showValuesPlainly();
 
     std::unique_ptr<Ui::LightSet_dlg> ui;
+    Showing showing{this};
     LightPlot plot;
     LightControl control;
     ReportNews news;

@@ -3,6 +3,14 @@
 #include <QAccessible>
 #include <QLabel>
 
+void prepareNotice(QLabel *label)
+{
+    label->setBackgroundRole(QPalette::ToolTipBase);
+    label->setForegroundRole(QPalette::ToolTipText);
+    label->setAutoFillBackground(true);
+    label->hide();
+}
+
 void showNotice(QLabel *label, const QString &words)
 {
     if (label->text() == words)

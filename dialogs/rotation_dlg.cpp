@@ -2,10 +2,10 @@
 
 #include "device/records.h"
 #include "fittext.h"
+#include "readable.h"
 #include "ui_rotation_dlg.h"
 
 #include <QLocale>
-#include <QShowEvent>
 #include <QThread>
 #include <QTimer>
 
@@ -31,6 +31,7 @@ Rotation_dlg::Rotation_dlg(QWidget *parent)
     , settling(new QTimer(this))
 {
     ui->setupUi(this);
+    readable::keep(ui->Rotationlab);
     // A number that stands for itself, in a label that begins where the words may end.
     ui->Rotationlab->setIndent(ui->Rotationlab->fontMetrics().horizontalAdvance(u' '));
     patience->setSingleShot(true);
@@ -105,11 +106,16 @@ void Rotation_dlg::showEvent(QShowEvent *event)
 {
     fitText(ui->label_6, ui->Rotationlab->x() - ui->label_6->x());
     QDialog::showEvent(event);
-    // Coming back from another workspace is no new showing.
-    if (event->spontaneous())
+    if (!showing.begins())
         return;
     getCurrentRotation();
     updateCurrentRotationLab();
+}
+
+void Rotation_dlg::hideEvent(QHideEvent *event)
+{
+    QDialog::hideEvent(event);
+    showing.ends();
 }
 
 void Rotation_dlg::setUnansweredSince(std::optional<QTime> time)

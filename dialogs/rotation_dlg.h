@@ -1,6 +1,7 @@
 #pragma once
 
 #include "device/reportnews.h"
+#include "showing.h"
 
 #include <QDialog>
 #include <QTime>
@@ -53,6 +54,7 @@ public slots:
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
     void setRotation(UCHAR code);
@@ -60,6 +62,7 @@ private:
     void giveUp();
 
     std::unique_ptr<Ui::Rotation_dlg> ui;
+    Showing showing{this};
     UCHAR defaultRotation = UnknownRotation; // quarter turns, as reported
     UCHAR currentRotation = UnknownRotation; // quarter turns, as reported
     UCHAR tosetRotation = 0;                 // quarter turns, of the next set command

@@ -3,11 +3,9 @@
 #include "config/fields.h"
 #include "outcome.h"
 #include "present.h"
+#include "readable.h"
 #include "ui_setting_dlg.h"
 #include "useradv_dlg.h"
-
-#include <QHideEvent>
-#include <QShowEvent>
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +14,8 @@ Setting_dlg::Setting_dlg(QWidget *parent)
     , ui(std::make_unique<Ui::Setting_dlg>())
 {
     ui->setupUi(this);
+    readable::keep(ui->UseLab);
+    readable::keep(ui->EnvironmentLab);
     setWindowFlags(Qt::Drawer);
     // Only one environment can be chosen so far; the others are there to be seen.
     for (QPushButton *button : {ui->Rainbtn, ui->Sunshinebtn, ui->Shockbtn})
@@ -38,7 +38,7 @@ void Setting_dlg::OnUSBConnect()
 // Another program may have written the file.
 void Setting_dlg::showEvent(QShowEvent *event)
 {
-    if (!event->spontaneous())
+    if (showing.begins())
         Get_Data();
     QDialog::showEvent(event);
 }
@@ -46,7 +46,7 @@ void Setting_dlg::showEvent(QShowEvent *event)
 void Setting_dlg::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
-    if (event->spontaneous())
+    if (!showing.ends())
         return;
     Get_Data();
     outcome::show(ui->noticeLab, {});

@@ -2,6 +2,7 @@
 
 #include "config/xml_class.h"
 #include "device/struct.h"
+#include "showing.h"
 
 #include <QDialog>
 
@@ -58,6 +59,7 @@ private:
     bool isKept(); // what the form shows
 
     std::unique_ptr<Ui::Setting_dlg> ui;
+    Showing showing{this};
     _EASYSETTING_DATA EasysettingData; // as last read or kept
     XML_CLASS xmlclass;
 };

@@ -4,9 +4,6 @@
 #include "outcome.h"
 #include "ui_smoothing_dlg.h"
 
-#include <QHideEvent>
-#include <QShowEvent>
-
 smoothing_dlg::smoothing_dlg(QWidget *parent)
     : QDialog(parent)
     , ui(std::make_unique<Ui::smoothing_dlg>())
@@ -55,7 +52,7 @@ void smoothing_dlg::DoRecv04(UCHAR *) {}
 // Another program may have written the file.
 void smoothing_dlg::showEvent(QShowEvent *event)
 {
-    if (!event->spontaneous())
+    if (showing.begins())
         Get_Data();
     QDialog::showEvent(event);
 }
@@ -64,7 +61,7 @@ void smoothing_dlg::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
     // A minimised window keeps what was not saved yet.
-    if (event->spontaneous())
+    if (!showing.ends())
         return;
     Get_Data();
     outcome::show(ui->noticeLab, {});

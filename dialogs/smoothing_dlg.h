@@ -2,6 +2,7 @@
 
 #include "config/xml_class.h"
 #include "device/struct.h"
+#include "showing.h"
 
 #include <QDialog>
 
@@ -45,6 +46,7 @@ protected:
 
 private:
     std::unique_ptr<Ui::smoothing_dlg> ui;
+    Showing showing{this};
     _SMOOTHING_DATA SmoothingData; // as the file or the window had it last
     XML_CLASS xmlclass;
 };

@@ -2,6 +2,7 @@
 
 #include "message.h"
 #include "notice.h"
+#include "readable.h"
 #include "ui_test_win.h"
 #include "wholenumber.h"
 
@@ -44,7 +45,8 @@ test_win::test_win(QWidget *parent)
     , log(this)
 {
     ui->setupUi(this);
-    ui->notice->hide();
+    readable::keep(ui->ALL_btn);
+    prepareNotice(ui->notice);
     takeWholeNumbers(ui->Upper_text, 0, LargestLimit);
     takeWholeNumbers(ui->Lower_text, 0, LargestLimit);
     takeWholeNumbers(ui->interal_text, 0, LargestInterval);
@@ -167,7 +169,7 @@ void test_win::paintEvent(QPaintEvent *event)
 void test_win::hideEvent(QHideEvent *event)
 {
     QMainWindow::hideEvent(event);
-    if (event->spontaneous())
+    if (!isHidden())
         return; // minimised, or on another workspace
     if (isContinuous())
         stopContinuous();

@@ -7,9 +7,8 @@
 #include "present.h"
 #include "ui_useradv_dlg.h"
 
-#include <QHideEvent>
 #include <QKeyEvent>
-#include <QShowEvent>
+#include <QMouseEvent>
 
 using namespace Qt::StringLiterals;
 
@@ -88,10 +87,19 @@ void useradv_dlg::keyPressEvent(QKeyEvent *event)
         present(diagnostics);
 }
 
+// A click on a slider moves it; one on its words gives it the keyboard and leaves it as it is.
+void useradv_dlg::mousePressEvent(QMouseEvent *event)
+{
+    const auto *words = qobject_cast<QLabel *>(childAt(event->position().toPoint()));
+    if (words && words->buddy())
+        words->buddy()->setFocus(Qt::MouseFocusReason);
+    QDialog::mousePressEvent(event);
+}
+
 // Another program may have written the file.
 void useradv_dlg::showEvent(QShowEvent *event)
 {
-    if (!event->spontaneous())
+    if (showing.begins())
         Get_Data();
     QDialog::showEvent(event);
 }
@@ -99,7 +107,7 @@ void useradv_dlg::showEvent(QShowEvent *event)
 void useradv_dlg::hideEvent(QHideEvent *event)
 {
     QDialog::hideEvent(event);
-    if (event->spontaneous())
+    if (!showing.ends())
         return;
     Get_Data();
     setNotice({});

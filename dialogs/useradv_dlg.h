@@ -2,6 +2,7 @@
 
 #include "config/xml_class.h"
 #include "device/struct.h"
+#include "showing.h"
 
 #include <QDialog>
 
@@ -57,6 +58,7 @@ public slots:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
@@ -74,6 +76,7 @@ private:
     void setNotice(const QString &line, const QString &sentence = {});
 
     std::unique_ptr<Ui::useradv_dlg> ui;
+    Showing showing{this};
     _SETTING_DATA SettingData; // as last read, kept or defaulted
     XML_CLASS xmlclass;
     bool isConnected = false;

@@ -1,6 +1,7 @@
 #include "version_dlg.h"
 
 #include "device/struct.h"
+#include "device/version.h"
 #include "fittext.h"
 #include "ui_version_dlg.h"
 
@@ -54,8 +55,10 @@ QList<QLabel *> Version_Dlg::lines() const
     return {ui->label_2, ui->label_3, ui->label_4, ui->label_5, ui->label_6};
 }
 
-// Nothing beyond the form yet.
-void Version_Dlg::setUI() {}
+void Version_Dlg::setUI()
+{
+    ui->label_2->setText(tr("Service version: %1").arg(QLatin1StringView(QUORVEL_VERSION)));
+}
 
 void Version_Dlg::OnLinkEnded()
 {

@@ -29,7 +29,12 @@ FaultyFrame::FaultyFrame(Profile profile, FaultPlan faults, Clock theClock, bool
 Fault FaultyFrame::beginTransfer()
 {
     ++count;
-    const Fault fault = plan.at(count);
+    Fault fault = plan.at(count);
+    if (replayed) {
+        replayed->awake();
+        if (const auto absence = replayed->takeAbsence())
+            fault = {.kind = Fault::Kind::Unplug, .first = count, .back = absence->back};
+    }
     if (fault.kind == Fault::Kind::Unplug)
         unplug(fault.back);
     return fault;
@@ -39,20 +44,48 @@ Frame FaultyFrame::write(const Frame &frame, const Fault &fault, int length)
 {
     const Frame arrived = fault.kind == Fault::Kind::Torn ? torn(frame) : frame;
     if (fault.kind != Fault::Kind::Silent)
-        model.command(arrived, length);
+        execute(arrived, length);
     if (fault.kind == Fault::Kind::Repeat)
-        model.command(arrived, length);
+        execute(arrived, length);
     return arrived;
+}
+
+void FaultyFrame::execute(const Frame &frame, int length)
+{
+    if (replayed)
+        replayed->command(frame, length);
+    // A recording tells no rate.
+    if (!replayed || frame[command::offset::Class] == command::SerialBaud)
+        model.command(frame, length);
 }
 
 FaultyFrame::Report FaultyFrame::read(const Fault &fault)
 {
     if (fault.kind == Fault::Kind::Silent || fault.kind == Fault::Kind::Repeat)
         return {lastReport, false};
-    const bool fresh = model.hasReply();
-    const Frame report = model.report();
+    const bool fresh = hasReply();
+    Frame report = lastReport;
+    if (!replayed)
+        report = model.report();
+    else if (const auto said = replayed->takeReport())
+        report = *said;
     lastReport = fault.kind == Fault::Kind::Torn ? torn(report) : report;
     return {lastReport, fresh};
+}
+
+bool FaultyFrame::hasReply() const
+{
+    return replayed ? replayed->isDue() : model.hasReply();
+}
+
+std::optional<std::chrono::milliseconds> FaultyFrame::untilReply() const
+{
+    return replayed ? replayed->untilDue() : std::nullopt;
+}
+
+void FaultyFrame::replay(Replay recording)
+{
+    replayed = std::move(recording);
 }
 
 bool FaultyFrame::plug()
@@ -63,6 +96,8 @@ bool FaultyFrame::plug()
     in = true;
     ++plugs;
     model.restart();
+    if (replayed)
+        replayed->restart();
     lastReport = command::report(0, 0);
     return true;
 }

@@ -235,6 +235,8 @@ void SerialSession::loseLast(const QByteArray &bytes, int count)
 void SerialSession::execute(const QByteArray &bytes, const Fault &fault)
 {
     emit logged(log.command(frame.write(frameOf(bytes), fault, int(bytes.size()))));
+    if (const QString news = frame.takeNews(); !news.isEmpty())
+        note(news);
     changeRate();
     speak();
 }
@@ -254,7 +256,7 @@ void SerialSession::changeRate()
 // Puts the next reply on the line unless one is under way.
 void SerialSession::speak()
 {
-    while (frame.plugged() && !speaking.isActive() && frame.firmware().hasReply()) {
+    while (frame.plugged() && !speaking.isActive() && frame.hasReply()) {
         const Fault fault = beginTransfer();
         if (fault.kind == Fault::Kind::Unplug) {
             pulled();
@@ -280,6 +282,9 @@ void SerialSession::speak()
             fault.kind == Fault::Kind::Late ? fault.duration : milliseconds(0);
         speaking.start(lineTime(said.size()) + late);
     }
+    // What comes by itself is not to be waited for with nobody looking.
+    if (const auto wait = frame.untilReply(); wait && frame.plugged() && !speaking.isActive())
+        speaking.start(*wait);
 }
 
 void SerialSession::say()

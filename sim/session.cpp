@@ -85,7 +85,7 @@ bool Session::unplug()
 
 bool Session::touch(QPoint pixel)
 {
-    if (!frame.plugged())
+    if (!frame.plugged() || frame.recording())
         return false;
     note(u"touch at %1,%2"_s.arg(pixel.x()).arg(pixel.y()));
     frame.firmware().touch(pixel);
@@ -106,7 +106,8 @@ QString Session::state() const
                .arg(gestureWords(firmware.gestures()), baud ? QString::number(*baud) : u"none"_s)
                .arg(firmware.unknownCommands())
                .arg(firmware.queuedReplies()) +
-           u" transfers=%1 uptime-ms=%2"_s.arg(frame.transfers()).arg(firmware.uptime().count());
+           u" transfers=%1 uptime-ms=%2"_s.arg(frame.transfers()).arg(firmware.uptime().count()) +
+           (frame.recording() ? u' ' + frame.recording()->state() : QString());
 }
 
 void Session::note(const QString &words)

@@ -17,11 +17,15 @@ class Session : public QObject
 {
     Q_OBJECT
 public:
+    // Says what a recording says, from the next plug on.
+    void replay(Replay recording) { frame.replay(std::move(recording)); }
+    const Replay *recording() const { return frame.recording(); }
+
     // Returns an empty text, or why it failed and what helps.
     QString plug();
     // False when it was out already.
     bool unplug();
-    // False when the frame is unplugged and feels nothing.
+    // False when nothing feels it: the frame is unplugged, or a recording.
     bool touch(QPoint pixel);
     bool plugged() const { return frame.plugged(); }
     // Where it is plugged into, such as "port 3"; empty while it is not.

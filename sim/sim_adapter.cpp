@@ -105,6 +105,8 @@ bool SimAdapter::SendReport(UCHAR reportId, UCHAR *buf)
         if (!transfer(look, reportId, [this, buf](const Fault &fault) {
                 const Frame frame = buf ? command::frameAt(buf) : Frame();
                 note(frameLog.command(model.write(frame, fault)));
+                if (const QString news = model.takeNews(); !news.isEmpty())
+                    note(frameLog.note(news));
             }))
             return true;
     }
@@ -243,6 +245,12 @@ void SimAdapter::change(const std::function<void(Firmware &)> &alter)
 {
     const std::lock_guard lock(modelLock);
     alter(model.firmware());
+}
+
+void SimAdapter::replay(Replay recording)
+{
+    const std::lock_guard lock(modelLock);
+    model.replay(std::move(recording));
 }
 
 quint64 SimAdapter::transfers() const

@@ -55,6 +55,8 @@ public:
     // Shows or changes the model under its lock; what is called must not call this object.
     void inspect(const std::function<void(const Firmware &)> &look) const;
     void change(const std::function<void(Firmware &)> &alter);
+    // Says from now on what a recording says.
+    void replay(Replay recording);
     // Transfers so far, as the fault plan counts them.
     quint64 transfers() const;
 

@@ -456,6 +456,8 @@ void UsbDevice::exchange(const Urb &request, const Setup &setup, const Fault &fa
     const auto used = std::min<qsizetype>(request.data.size(), FrameSize);
     std::copy_n(request.data.constBegin() + 1, used - 1, command.begin() + 1);
     emit logged(log.command(frame.write(command, fault)));
+    if (const QString news = frame.takeNews(); !news.isEmpty())
+        emit logged(log.note(news));
     complete(request, 0);
 }
 

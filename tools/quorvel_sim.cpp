@@ -3,8 +3,10 @@
 #include "simconsole.h"
 
 #include "device/filedescriptor.h"
+#include "device/version.h"
 #include "sim/faultplan.h"
 #include "sim/profile.h"
+#include "sim/replay.h"
 #include "sim/serialsession.h"
 #include "sim/usbsession.h"
 
@@ -36,16 +38,21 @@ public:
 
 private:
     bool readOptions(const QStringList &arguments);
+    bool readDoor(QStringList words);
     bool openLog(const QString &path);
-    bool isSerial() const;
+    sim::Clock clock() const;
     std::unique_ptr<sim::Session> makeSession() const;
     int runSession();
     void print(const QString &line);
     void printError(const QString &line);
 
+    const std::chrono::steady_clock::time_point started = std::chrono::steady_clock::now();
     QCommandLineParser parser;
     sim::Profile profile;
     sim::FaultPlan faults;
+    bool isSerial = false;
+    QString recordingFile; // to replay
+    std::optional<sim::Replay> recording;
     QFile log;
 };
 
@@ -86,13 +93,20 @@ int Simulator::run(const QStringList &arguments)
         profile = *loaded;
     }
     if (parser.isSet(u"faults"_s)) {
-        const auto link = isSerial() ? sim::FaultPlan::Link::Serial : sim::FaultPlan::Link::Usb;
+        const auto link = isSerial ? sim::FaultPlan::Link::Serial : sim::FaultPlan::Link::Usb;
         const auto loaded = sim::FaultPlan::load(parser.value(u"faults"_s), &problem, link);
         if (!loaded) {
             printError(problem);
             return WrongUsage;
         }
         faults = *loaded;
+    }
+    if (!recordingFile.isEmpty()) {
+        recording = sim::Replay::load(recordingFile, clock(), &problem);
+        if (!recording) {
+            printError(problem);
+            return WrongUsage;
+        }
     }
     if (parser.isSet(u"log"_s) && !openLog(parser.value(u"log"_s)))
         return Failed;
@@ -106,13 +120,15 @@ bool Simulator::readOptions(const QStringList &arguments)
         "\n"
         "  usb     a USB device on the kernel's virtual host controller (modprobe vhci-hcd; root)\n"
         "  serial  a serial line: a pseudo-terminal, whose name is told in the line \"ok plug\"\n"
+        "  replay  the device's side of a recording, on a serial line unless told \"usb\"; lines "
+        "with \"replay\" tell where the host departs from it\n"
         "\n"
         "Standard input takes one command a line: touch X Y (native pixels of the desktop), "
         "plug, unplug, state, wait MS, quit. Each is answered by a line \"ok ...\", or by "
         "\"error: ...\" on standard error. Every frame goes to standard output in words. At "
         "the end of input the frame stays until SIGTERM, SIGINT or SIGHUP.\n"
         "\n"
-        "Exit codes: 0 done, 1 failed, 2 wrong usage, profile or fault plan."));
+        "Exit codes: 0 done, 1 failed, 2 wrong usage, profile, fault plan or recording."));
     parser.addOptions({
         {{u"h"_s, u"help"_s}, tr("Show this help.")},
         {{u"v"_s, u"version"_s}, tr("Show the version.")},
@@ -123,7 +139,9 @@ bool Simulator::readOptions(const QStringList &arguments)
         {u"unplugged"_s, tr("Start unplugged.")},
         {u"quit-at-end"_s, tr("Quit at the end of standard input.")},
     });
-    parser.addPositionalArgument(u"usb|serial"_s, tr("How the frame is attached."));
+    parser.addPositionalArgument(u"usb|serial|replay"_s, tr("How the frame is attached."));
+    parser.addPositionalArgument(u"file"_s, tr("With replay: the recording."), u"[file"_s);
+    parser.addPositionalArgument(u"door"_s, tr("With replay: usb or serial."), u"[usb|serial]]"_s);
 
     if (!parser.parse(arguments)) {
         printError(parser.errorText());
@@ -131,20 +149,37 @@ bool Simulator::readOptions(const QStringList &arguments)
     }
     if (parser.isSet(u"help"_s) || parser.isSet(u"version"_s))
         return true;
-    const QStringList doors = parser.positionalArguments();
-    if (doors.isEmpty()) {
-        printError(tr("say how the frame is attached: quorvel-sim usb, or quorvel-sim serial"));
+    if (!readDoor(parser.positionalArguments()))
         return false;
-    }
-    if (doors != QStringList(u"usb"_s) && doors != QStringList(u"serial"_s)) {
-        printError(tr("'%1' is no way to attach the frame: there are usb and serial")
-                       .arg(doors.join(u' ')));
-        return false;
-    }
-    if (parser.isSet(u"link"_s) && (!isSerial() || parser.value(u"link"_s).isEmpty())) {
+    if (parser.isSet(u"link"_s) && (!isSerial || parser.value(u"link"_s).isEmpty())) {
         printError(tr("--link goes with serial and takes a path"));
         return false;
     }
+    return true;
+}
+
+bool Simulator::readDoor(QStringList words)
+{
+    if (words.isEmpty()) {
+        printError(tr("say how the frame is attached: quorvel-sim usb, or quorvel-sim serial"));
+        return false;
+    }
+    if (words.first() == "replay"_L1) {
+        if (words.size() < 2 || words[1].isEmpty()) {
+            printError(tr("say what is replayed: quorvel-sim replay FILE"));
+            return false;
+        }
+        recordingFile = words[1];
+        words.remove(0, 2);
+        if (words.isEmpty())
+            words.append(u"serial"_s);
+    }
+    if (words != QStringList(u"usb"_s) && words != QStringList(u"serial"_s)) {
+        printError(tr("'%1' is no way to attach the frame: there are usb and serial")
+                       .arg(words.join(u' ')));
+        return false;
+    }
+    isSerial = words.first() == "serial"_L1;
     return true;
 }
 
@@ -157,23 +192,26 @@ bool Simulator::openLog(const QString &path)
     return false;
 }
 
-bool Simulator::isSerial() const
+sim::Clock Simulator::clock() const
 {
-    return parser.positionalArguments() == QStringList(u"serial"_s);
+    return [start = started] {
+        return std::chrono::duration_cast<std::chrono::milliseconds>(
+            std::chrono::steady_clock::now() - start);
+    };
 }
 
 std::unique_ptr<sim::Session> Simulator::makeSession() const
 {
-    const auto start = std::chrono::steady_clock::now();
-    const sim::Clock clock = [start] {
-        return std::chrono::duration_cast<std::chrono::milliseconds>(
-            std::chrono::steady_clock::now() - start);
-    };
-    if (isSerial()) {
-        return std::make_unique<sim::SerialSession>(profile, faults, clock,
-                                                    parser.value(u"link"_s));
+    std::unique_ptr<sim::Session> session;
+    if (isSerial) {
+        session =
+            std::make_unique<sim::SerialSession>(profile, faults, clock(), parser.value(u"link"_s));
+    } else {
+        session = std::make_unique<sim::UsbSession>(profile, faults, clock());
     }
-    return std::make_unique<sim::UsbSession>(profile, faults, clock);
+    if (recording)
+        session->replay(*recording);
+    return session;
 }
 
 int Simulator::runSession()
@@ -211,6 +249,8 @@ int Simulator::runSession()
                          Qt::QueuedConnection);
     }
     const int code = QCoreApplication::exec();
+    if (session->recording())
+        print(u"ok replay "_s + session->recording()->state());
     session->unplug();
     return code;
 }

@@ -110,7 +110,8 @@ void SimConsole::touch(const QStringList &values)
     if (values.size() != 2 || !isX || !isY)
         fail(u"touch"_s, tr("takes two numbers, such as: touch 160 100"));
     else if (!session.touch({x, y}))
-        fail(u"touch"_s, tr("the frame is unplugged and feels nothing"));
+        fail(u"touch"_s, session.recording() ? tr("a recording feels nothing")
+                                             : tr("the frame is unplugged and feels nothing"));
     else
         emit answered(u"ok touch %1,%2"_s.arg(x).arg(y));
 }

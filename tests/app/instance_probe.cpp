@@ -8,7 +8,8 @@
 //   instance_probe ID ask               become the first, if nobody is, and end
 //
 // ID may be empty. Each step is one line on standard output; the exit code is 0 when the step
-// asked for succeeded. A first ends when a message holds "-C".
+// asked for succeeded. A first ends when a message holds "-C"; one that holds "-Q" finds it ending
+// already.
 
 #include "app/qtsingleapplication.h"
 
@@ -39,6 +40,11 @@ void hear(const QString &message)
     }
     if (message.contains(u"-C"))
         QCoreApplication::quit();
+    // Newer toolkits tell of the end before the receiver has returned.
+    if (message.contains(u"-Q")) {
+        QMetaObject::invokeMethod(qApp, "aboutToQuit", Qt::DirectConnection);
+        QCoreApplication::quit();
+    }
 }
 
 int send(QtSingleApplication &app, const QString &message, int timeout)

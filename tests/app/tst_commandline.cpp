@@ -28,6 +28,8 @@ private slots:
             << QStringList{u"--demo"_s, u"--profile=new-screen-close"_s} << false << false;
         QTest::newRow("in a fault plan's name")
             << QStringList{u"--demo"_s, u"--faults=long-stall.faults"_s} << false << false;
+        QTest::newRow("in a recording's name")
+            << QStringList{u"--record=new-screen-close.pcap"_s} << false << false;
         QTest::newRow("beside another option")
             << QStringList{u"--demo"_s, u"--faults=a"_s, u"-s"_s} << false << true;
     }
@@ -47,6 +49,20 @@ private slots:
         QCOMPARE(asked.profile, u"a b=c"_s);
         QCOMPARE(asked.faults, u"long-stall.faults"_s);
         QCOMPARE(asked.problem, QString());
+    }
+
+    void a_recording_goes_with_a_real_frame_and_with_a_simulated_one()
+    {
+        CommandLine asked = CommandLine::parse({u"--record=/tmp/a b.pcap"_s});
+        QCOMPARE(asked.record, u"/tmp/a b.pcap"_s);
+        QCOMPARE(asked.problem, QString());
+        asked = CommandLine::parse({u"--demo"_s, u"--record=x"_s, u"-s"_s});
+        QVERIFY(asked.demo);
+        QVERIFY(asked.hidden);
+        QCOMPARE(asked.record, u"x"_s);
+        QCOMPARE(asked.problem, QString());
+        QCOMPARE(CommandLine::parse({u"--record="_s}).problem,
+                 u"--record= takes a file: --record=FILE"_s);
     }
 
     void who_asked_for_a_hidden_start_is_kept()

@@ -289,8 +289,8 @@ private slots:
         openByDialog(line.path());
         QCOMPARE(window->connectState(), MainWindow::SerialFailed);
         QVERIFY(state().contains(
-            u"The serial port %1 is in use by another program. Close it there."_s.arg(
-                line.path())));
+            u"The serial port %1 is in use by tst_connection (process %2)."_s.arg(line.path())
+                .arg(QCoreApplication::applicationPid())));
         other.close();
         press("openButton");
         QCOMPARE(window->connectState(), MainWindow::SerialOpen);

@@ -4,6 +4,7 @@
 #include "config/xml_class.h"
 #include "dialogs/advset_dlg.h"
 #include "dialogs/lightset_dlg.h"
+#include "dialogs/setting_dlg.h"
 #include "dialogs/test_win.h"
 #include "dialogs/useradv_dlg.h"
 #include "resources/resources.h"
@@ -12,6 +13,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSlider>
@@ -156,12 +158,26 @@ private slots:
     {
         start();
         auto *gestures = the<useradv_dlg>();
-        gestures->show();
+        the<Setting_dlg>()->show();
+        QVERIFY(QTest::qWaitForWindowActive(the<Setting_dlg>()));
+        press(the<Setting_dlg>(), "AdvBtn");
+        QVERIFY(QTest::qWaitForWindowActive(gestures));
+        const auto settings = [gestures] {
+            QList<int> values;
+            for (const QSlider *one : gestures->findChildren<QSlider *>())
+                values.append(one->value());
+            return values;
+        };
+        const QList<int> before = settings();
+        // As the README says: a click on the words.
+        auto *words = in<QLabel>(gestures, "label_3");
+        QCOMPARE(words->text(), u"Spatial tolerance:"_s);
+        QTest::mouseClick(words, Qt::LeftButton);
+        QCOMPARE(gestures->focusWidget(), in<QSlider>(gestures, "dbran"));
         gestures->activateWindow();
-        auto *slider = in<QSlider>(gestures, "dbran");
-        slider->setFocus();
-        QTRY_VERIFY(slider->hasFocus());
-        QTest::keyClick(slider, Qt::Key_C);
+        QTRY_VERIFY(gestures->focusWidget()->hasFocus());
+        QTest::keyClick(gestures->focusWidget(), Qt::Key_C);
+        QCOMPARE(settings(), before);
         QTRY_VERIFY(the<advset_dlg>()->isVisible());
         press(the<advset_dlg>(), "testbtn");
         QTRY_VERIFY(the<test_win>()->isVisible());

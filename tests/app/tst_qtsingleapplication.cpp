@@ -15,6 +15,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <ctime>
 #include <grp.h>
@@ -117,7 +118,10 @@ public:
         const QDeadlineTimer deadline(milliseconds);
         for (;;) {
             pollfd p{.fd = fd.get(), .events = POLLIN, .revents = 0};
-            if (poll(&p, 1, int(deadline.remainingTime())) != 1)
+            const int heard = poll(&p, 1, int(deadline.remainingTime()));
+            if (heard < 0 && errno == EINTR) // a program that was started here has ended
+                continue;
+            if (heard != 1)
                 return "open"_ba;
             char c = 0;
             if (::recv(fd.get(), &c, 1, 0) != 1)
@@ -170,6 +174,7 @@ private slots:
     void programs_of_other_names_do_not_meet();
     void the_owner_does_not_send_to_itself();
     void the_name_is_free_after_a_quit();
+    void an_end_that_begins_in_a_receiver_is_answered();
     void the_name_is_free_after_an_end_without_event_loop();
     void a_killed_owner_is_replaced();
     void a_lock_that_another_program_seems_to_hold_is_taken();
@@ -400,6 +405,17 @@ void tst_QtSingleApplication::the_name_is_free_after_a_quit()
         QVERIFY(!QFile::exists(socketPath()));
         QVERIFY(!QFile::exists(lockPath()));
     }
+}
+
+void tst_QtSingleApplication::an_end_that_begins_in_a_receiver_is_answered()
+{
+    const auto first = start({u"serve"_s});
+    QCOMPARE(first->line(), u"first"_s);
+    const auto quitter = start({u"send"_s, u"-Q"_s, u"5000"_s});
+    const QString line = quitter->line();
+    QVERIFY2(line.startsWith(u"sent"), qPrintable(line));
+    QCOMPARE(first->result(), 0);
+    QVERIFY(!QFile::exists(socketPath()));
 }
 
 void tst_QtSingleApplication::the_name_is_free_after_an_end_without_event_loop()

@@ -362,20 +362,8 @@ void tst_serial::a_line_that_takes_no_bytes_gets_no_command_at_a_wrong_rate()
     const FileDescriptor other(
         ::open(line.node.toLocal8Bit().constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     QVERIFY(other.isValid());
-    // As the port will have it: other modes fill up earlier.
-    termios2 raw = line.settings();
-    raw.c_oflag &= ~tcflag_t(OPOST);
-    QCOMPARE(::ioctl(other.get(), TCSETS2, &raw), 0);
-    const QByteArray part(64, 'x');
-    qsizetype full = 0;
-    // What was taken makes room again on its way to the far end.
-    for (int refused = 0; refused < 10;) {
-        const ssize_t n = ::write(other.get(), part.constData(), size_t(part.size()));
-        full += std::max<ssize_t>(n, 0);
-        refused = n > 0 ? 0 : refused + 1;
-        QTest::qSleep(n > 0 ? 0 : 5);
-    }
-    QVERIFY(full > 0);
+    // Stopped rather than full: newer toolkits drop what waits on a line that they open.
+    QCOMPARE(::ioctl(other.get(), TCXONC, TCOOFF), 0);
 
     QElapsedTimer clock;
     clock.start();
@@ -385,11 +373,12 @@ void tst_serial::a_line_that_takes_no_bytes_gets_no_command_at_a_wrong_rate()
              qPrintable(window->uartProblem()));
     // Only the first command was given to the line, which is still at its rate.
     QCOMPARE(int(line.settings().c_ospeed), 9600);
+    QCOMPARE(::ioctl(other.get(), TCXONC, TCOON), 0);
     QByteArray bytes;
-    QTRY_VERIFY((bytes += line.take(4096, 10)).size() >= full + 11);
+    QTRY_VERIFY((bytes += line.take(4096, 10)).size() >= 11);
     QTest::qWait(SettleMs);
     bytes += line.take(4096, SettleMs);
-    QCOMPARE(bytes.sliced(full), QByteArray::fromHex("51 56 00 B1 00 03 00 15 00 00 00"));
+    QCOMPARE(bytes, QByteArray::fromHex("51 56 00 B1 00 03 00 15 00 00 00"));
 }
 
 void tst_serial::a_failed_opening_says_why_data()

@@ -1,19 +1,20 @@
 // The real program with a simulated frame on a serial line: whatever works over USB works here.
 
-#include "tests/support/outside.h"
+#include "tests/support/serialtool.h"
 
 #include <QApplication>
-#include <QTemporaryDir>
+
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 using namespace outside;
 
 namespace {
 
-constexpr QSize ConnectSize(400, 378);
-constexpr QPoint UartChoice(64, 73);
-constexpr QPoint PortField(174, 105);
-constexpr QPoint OpenButton(160, 203);
+bool showsLights()
+{
+    return windowSized("Dialog", wholeScreen().size()).has_value();
+}
 
 } // namespace
 
@@ -22,65 +23,27 @@ class tst_serial_program : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> place;
-    std::unique_ptr<VirtualFrame> frame;
-    std::unique_ptr<Program> tool;
-    QPoint window; // the main one's corner
-
-    // What went wrong, or nothing.
-    QString openPort()
-    {
-        if (!click(window + StatusLine.center(), 3))
-            return u"the mouse could not be clicked"_s;
-        std::optional<Window> dialog;
-        const auto opened = [&dialog] {
-            return (dialog = windowSized("Connect", ConnectSize)).has_value();
-        };
-        if (!inTime([&] { return opened() || !press(u"c"_s); }) || !dialog)
-            return u"the connection dialog did not open"_s;
-        const QPoint corner = dialog->geometry.topLeft();
-        if (!click(corner + UartChoice) || !click(corner + PortField) || !press(u"ctrl+a"_s) ||
-            QProcess::execute(u"xdotool"_s, {u"type"_s, place->filePath(u"port"_s)}) != 0)
-            return u"the port could not be chosen"_s;
-        // On a busy machine the frame may look at the line too late, and take noise for a rate.
-        bool told = false;
-        for (int tries = 0; tries < 3 && !told; ++tries)
-            told = click(corner + OpenButton) && within(10000, [this] {
-                       return frame->heard("host > frame  serial rate: set code 12") > 0;
-                   });
-        if (!told)
-            return u"the frame was not told its rate"_s;
-        if (!press(u"Escape"_s) || !inTime([&] { return !opened(); }))
-            return u"the connection dialog did not close"_s;
-        return {};
-    }
+    std::unique_ptr<SerialTool> serial;
+    VirtualFrame *frame = nullptr; // of serial
+    Program *tool = nullptr;       // of serial
+    QPoint window;                 // the main one's corner
 
 private slots:
     void init()
     {
-        QVERIFY(QDir::home().mkpath(u".config"_s));
-        place = std::make_unique<QTemporaryDir>();
-        frame = std::make_unique<VirtualFrame>();
-        QVERIFY(frame->begin({u"serial"_s, u"--link"_s, place->filePath(u"port"_s)}));
-        tool = std::make_unique<Program>();
-        QVERIFY(tool->start(QStringLiteral(QUORVEL_PROGRAM)));
-        std::optional<Window> shown;
-        QVERIFY(inTime(
-            [&shown] { return (shown = windowSized("Quorvel", MainWindowSize)).has_value(); }));
-        window = shown->geometry.topLeft();
-        QCOMPARE(openPort(), QString());
+        QStringList arguments(u"serial"_s);
+        if (qstrcmp(QTest::currentTestFunction(), "the_largest_frame_is_drawn_to_its_ends") == 0)
+            arguments += {u"--profile"_s, QStringLiteral(QUORVEL_PROFILES "/largest.profile")};
+        serial = std::make_unique<SerialTool>();
+        QCOMPARE(serial->begin(arguments), QString());
+        frame = &serial->frame;
+        tool = &serial->tool;
+        window = serial->window;
     }
     void cleanup()
     {
-        Program second;
-        QVERIFY(second.start(QStringLiteral(QUORVEL_PROGRAM), {u"-close"_s}));
-        QVERIFY(second.endsWell());
-        QVERIFY(tool->endsWell());
-        tool.reset();
-        frame->write("quit");
-        QVERIFY(frame->endsWell());
-        frame.reset();
-        place.reset();
+        QCOMPARE(serial->end(), QString());
+        serial.reset();
     }
 
     void a_calibration_is_kept()
@@ -148,7 +111,120 @@ private slots:
         QVERIFY(
             inTime([this] { return frame->heard("frame > host  light X 47: on, offset 1") > 0; }));
         QVERIFY(click(LightsExit));
-        QVERIFY(inTime([] { return !windowSized("Dialog", wholeScreen().size()); }));
+        QVERIFY(inTime([] { return !showsLights(); }));
+    }
+
+    void thirty_presses_are_thirty_steps()
+    {
+        QCOMPARE(openDiagnostics(window), QString());
+        QVERIFY(
+            click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + LightsButton));
+        QVERIFY(inTime(showsLights));
+        QVERIFY(clickUntilHeard(*frame, XLight47, "host > frame  light X 47: read"));
+        QVERIFY(inTime([this] { return frame->heard("frame > host  light X 47:") > 0; }));
+        QCOMPARE(QProcess::execute(u"xdotool"_s,
+                                   {u"mousemove"_s, QString::number(PlusButton.x()),
+                                    QString::number(PlusButton.y()), u"click"_s, u"--repeat"_s,
+                                    u"30"_s, u"--delay"_s, u"30"_s, u"1"_s}),
+                 0);
+        QVERIFY(inTime(
+            [this] { return frame->heard("frame > host  light X 47: on, offset 30,") > 0; }));
+        QVERIFY(
+            !within(SilenceMs, [this] { return frame->heard("light X 47: set offset 31") > 0; }));
+        QVERIFY(click(LightsExit));
+        QVERIFY(inTime([] { return !showsLights(); }));
+    }
+
+    void the_light_screen_and_a_running_signal_test_keep_to_their_own_pages()
+    {
+        const auto asked = [this] { return frame->heard("host > frame  scan: read X"); };
+        const auto counted = [this] {
+            return frame->heard("host > frame  scan: read light counts");
+        };
+        QCOMPARE(openDiagnostics(window), QString());
+        const Window menu = *windowSized("MalvoTools", DiagnosticsSize);
+        QVERIFY(click(menu.geometry.topLeft() + TestButton));
+        QVERIFY(inTime([] { return windowSized("MalvoTools", SignalTestSize).has_value(); }));
+        const Window test = *windowSized("MalvoTools", SignalTestSize);
+        QVERIFY(click(test.geometry.topLeft() + AllTestButton));
+        QVERIFY(inTime([&] { return plotted(test, Qt::darkGreen) > 0 && asked() > 2; }));
+
+        QVERIFY(bringToFront(menu));
+        QVERIFY(click(menu.geometry.topLeft() + LightsButton));
+        QVERIFY(inTime(showsLights));
+        // These settings tell both windows how to read a page.
+        QVERIFY(inTime([this] { return frame->heard("host > frame  adc: read settings") > 0; }));
+        QVERIFY(clickUntilHeard(*frame, XLight47, "host > frame  light X 47: read"));
+        const qsizetype countedBefore = counted();
+        QVERIFY(click(LightsExit));
+        QVERIFY(inTime([] { return !showsLights(); }));
+        QVERIFY(inTime([&] { return counted() > countedBefore; }));
+        const qsizetype askedAgain = frame->output.lastIndexOf("scan: read light counts");
+        QVERIFY(inTime(
+            [&] { return frame->output.indexOf("host > frame  scan: read X", askedAgain) > 0; }));
+        QVERIFY(inTime([&] { return plotted(test, Qt::darkGreen) > 0; }));
+    }
+
+    void the_largest_frame_is_drawn_to_its_ends()
+    {
+        QCOMPARE(openDiagnostics(window), QString());
+        QVERIFY(click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + TestButton));
+        QVERIFY(inTime([] { return windowSized("MalvoTools", SignalTestSize).has_value(); }));
+        const Window test = *windowSized("MalvoTools", SignalTestSize);
+        QVERIFY(click(test.geometry.topLeft() + AllTestButton));
+        QVERIFY(inTime([this] {
+            return frame->heard("frame > host  scan: X page from light 495") > 1 &&
+                   frame->heard("frame > host  scan: Y page from light 330") > 1;
+        }));
+        QVERIFY(inTime(
+            [&] { return plotted(test, Qt::darkGreen) > 0 && plotted(test, Qt::darkRed) > 0; }));
+    }
+
+    void a_frame_is_not_reset_by_an_end_of_the_program()
+    {
+        QVERIFY(click(window + ResetButton));
+        QVERIFY(inTime([] { return windowTitled("Reset").has_value(); }));
+        Program second;
+        QVERIFY(second.start(QStringLiteral(QUORVEL_PROGRAM), {u"-close"_s}));
+        QVERIFY(second.endsWell());
+        QVERIFY(tool->endsWell());
+        QVERIFY(!within(SilenceMs, [this] { return frame->heard("host > frame  reset") > 0; }));
+    }
+
+    void a_frame_is_reset_when_the_box_is_answered()
+    {
+        QVERIFY(click(window + ResetButton));
+        QVERIFY(inTime([] { return windowTitled("Reset").has_value(); }));
+        QVERIFY(press(u"Return"_s));
+        QVERIFY(inTime([this] { return frame->heard("host > frame  reset") > 0; }));
+    }
+
+    void an_end_of_the_program_ends_the_calibration_data()
+    {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("SIGTERM") << SIGTERM;
+        QTest::newRow("SIGHUP") << SIGHUP;
+    }
+    void an_end_of_the_program_ends_the_calibration()
+    {
+        QFETCH(const int, signal);
+        QCOMPARE(touchTargets(*frame, window, 2), QString());
+        QCOMPARE(frame->heard("host > frame  calibration: discard"), 0);
+        QCOMPARE(::kill(pid_t(tool->process.processId()), signal), 0);
+        QVERIFY(tool->endsWell());
+        QVERIFY(inTime([this] { return frame->heard("host > frame  calibration: discard") == 1; }));
+        QVERIFY(frame->stateHas("calibration=idle"));
+        QVERIFY(frame->stateHas("kept=0"));
+    }
+
+    void a_calibration_is_kept_when_nobody_reads_the_output()
+    {
+        tool->process.closeReadChannel(QProcess::StandardOutput);
+        QCOMPARE(touchTargets(*frame, window, Targets), QString());
+        QVERIFY(inTime([] { return question().has_value(); }));
+        QVERIFY(inTime([] { return !isBlank(seen(question().value_or(Window()).geometry)); }));
+        QVERIFY(click(question()->geometry.topLeft() + YesButton));
+        QVERIFY(inTime([this] { return frame->stateHas("kept=1"); }));
     }
 };
 

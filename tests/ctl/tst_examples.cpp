@@ -46,6 +46,12 @@ QStringList examplesOfPage()
     return linesOfBlocks(contentOf(QStringLiteral(QUORVELCTL_PAGE)), u"^```sh\n(.*?)^```$"_s);
 }
 
+// The command alone, saying it in JSON.
+QString withJson(const QString &example)
+{
+    return example.section(u" ||"_s, 0, 0).remove(u" --json"_s) + u" --json"_s;
+}
+
 QStringList examplesOfManual()
 {
     QString manual = contentOf(QStringLiteral(QUORVELCTL_MANUAL));
@@ -98,10 +104,10 @@ private slots:
     void an_example_does_what_it_says()
     {
         QFETCH(QString, line);
-        QByteArray err;
-        const QByteArray out = runLine(line, &err);
-        QCOMPARE(err, "");
-        QVERIFY(!out.isEmpty());
+        const Outcome outcome = runLine(line);
+        QCOMPARE(outcome.err, "");
+        QCOMPARE(outcome.code, 0);
+        QVERIFY(!outcome.out.isEmpty());
     }
 
     void every_command_has_an_example_data() { commands(); }
@@ -118,17 +124,15 @@ private slots:
     {
         QByteArray documents;
         // Over the serial line, by the real program.
-        for (QString line : examplesOfPage())
-            documents += runLine(line.remove(u" --json"_s) + u" --json"_s);
+        for (const QString &line : examplesOfPage())
+            documents += runLine(withJson(line)).out;
         // By USB, in this process; and what goes wrong.
         const auto usb = quickFrame();
-        for (QString line : examplesOfPage()) {
+        for (const QString &line : examplesOfPage()) {
             documents +=
-                runCtl(line.remove(u"quorvelctl "_s).remove(u" --json"_s) + u" --json"_s, usb,
-                       [&](ctl::Session &session) {
-                           new Finger(&session, usb, {4, QPoint(240, 135)});
-                       })
-                    .out;
+                runCtl(withJson(line).remove(u"quorvelctl "_s), usb, [&](ctl::Session &session) {
+                    new Finger(&session, usb, {4, QPoint(240, 135)});
+                }).out;
         }
         documents += runCtl(u"status --json"_s, quickFrame({}, {}, false)).out;
         documents += runCtl(u"dance --json"_s).out;
@@ -221,8 +225,8 @@ private:
         return options;
     }
 
-    // What a line of a shell says on its standard output.
-    QByteArray runLine(const QString &line, QByteArray *err = nullptr)
+    // A line of a shell on whose serial port the frame is.
+    Outcome runLine(const QString &line)
     {
         QProcess shell;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -236,12 +240,8 @@ private:
         QTimer::singleShot(LongEnoughMs, &shell, [&shell] { shell.kill(); });
         shell.start(u"sh"_s, {u"-c"_s, line});
         loop.exec();
-        const QByteArray problems = shell.readAllStandardError();
-        if (err)
-            *err = problems;
-        if (shell.exitStatus() != QProcess::NormalExit || shell.exitCode() != 0)
-            qWarning("%s: %d: %s", qPrintable(line), shell.exitCode(), problems.constData());
-        return shell.readAllStandardOutput();
+        return {shell.exitStatus() == QProcess::NormalExit ? shell.exitCode() : -1,
+                shell.readAllStandardOutput(), shell.readAllStandardError()};
     }
 
     // A watch that sees its frame go.

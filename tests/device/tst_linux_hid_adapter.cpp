@@ -181,6 +181,35 @@ private slots:
         QCOMPARE(adapter.LastProblem(), NodeProblem());
     }
 
+    void a_frame_that_another_program_uses_is_found_and_not_opened()
+    {
+        FakeHiddev io;
+        io.nodes["/dev/usb/hiddev0"].heldBy = DeviceUser{42, u"quorvelctl"_s};
+        OP_HID_Adapter adapter(io);
+        Capture output(stdout);
+        QVERIFY(adapter.DoFindDev(u"col03"_s, true));
+        QVERIFY(!adapter.IsDevOpened());
+        QCOMPARE(adapter.LastProblem(),
+                 (NodeProblem{u"/dev/usb/hiddev0"_s, EBUSY, {42, u"quorvelctl"_s}}));
+        QCOMPARE(io.openDescriptors(), size_t(0));
+        QCOMPARE(output.text(), "");
+
+        io.nodes["/dev/usb/hiddev0"].heldBy.reset();
+        QVERIFY(adapter.DoFindDev(u"col03"_s, true));
+        QVERIFY(adapter.IsDevOpened());
+        QCOMPARE(adapter.LastProblem(), NodeProblem());
+        QVERIFY(output.text().contains("hiddev: /dev/usb/hiddev0"));
+    }
+
+    void looking_whether_a_frame_is_there_needs_no_lock()
+    {
+        FakeHiddev io;
+        io.nodes["/dev/usb/hiddev0"].heldBy = DeviceUser{};
+        OP_HID_Adapter adapter(io);
+        QVERIFY(adapter.DoFindDev(u"col03"_s, false));
+        QCOMPARE(adapter.LastProblem(), NodeProblem());
+    }
+
     void descriptor_0_is_skipped()
     {
         FakeHiddev io;

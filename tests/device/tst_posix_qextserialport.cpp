@@ -56,6 +56,7 @@ private slots:
     void a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says_data();
     void a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says();
     void a_line_that_takes_nothing_is_waited_for_once();
+    void a_line_that_takes_nothing_for_long_is_not_gone();
     void a_line_that_goes_on_is_waited_for_again();
     void a_line_that_takes_nothing_is_closed_soon();
     void writing_to_a_line_that_takes_nothing_ends();
@@ -390,8 +391,27 @@ void tst_Posix_QextSerialPort::a_line_that_takes_nothing_is_waited_for_once()
     // Another opening begins anew.
     far.take(1'000'000, 200);
     QVERIFY(port.open(QIODevice::ReadWrite));
-    QCOMPARE(write(port, "again"_qba), 5);
+    QCOMPARE(write(port, QByteArray("again")), 5);
     QVERIFY2(port.setBaudRate(BAUD57600), qPrintable(port.errorString()));
+}
+
+void tst_Posix_QextSerialPort::a_line_that_takes_nothing_for_long_is_not_gone()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000});
+    QSignalSpy hungUp(&port, &Posix_QextSerialPort::hangUp);
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(write(port, QByteArray(Posix_QextSerialPort::MaxWaiting, 'x')),
+             Posix_QextSerialPort::MaxWaiting);
+    for (int i = 0; i < 12; i++)
+        QVERIFY(!port.setBaudRate(BAUD9600));
+    QTest::qWait(50);
+    QCOMPARE(hungUp.size(), 0);
+    QVERIFY(port.isOpen());
+    // What waits goes on with its reader.
+    QByteArray taken;
+    QTRY_COMPARE((taken += far.take(Posix_QextSerialPort::MaxWaiting, 10)).size(),
+                 Posix_QextSerialPort::MaxWaiting);
 }
 
 void tst_Posix_QextSerialPort::a_line_that_goes_on_is_waited_for_again()
@@ -659,8 +679,11 @@ void tst_Posix_QextSerialPort::a_port_open_elsewhere_is_refused_with_a_reason()
     QVERIFY(first.open(QIODevice::ReadWrite));
     Posix_QextSerialPort second(far.node, {});
     QVERIFY(!second.open(QIODevice::ReadWrite));
-    QVERIFY2(second.errorString().contains(far.node + u" is in use by another program."_s),
+    QVERIFY2(second.errorString().contains(far.node +
+                                           u" is in use by tst_posix_qexts (process %1)."_s.arg(
+                                               QCoreApplication::applicationPid())),
              qPrintable(second.errorString()));
+    QVERIFY(second.isInUse());
     first.close();
     QVERIFY2(second.open(QIODevice::ReadWrite), qPrintable(second.errorString()));
     QCOMPARE(second.errorString(), QString());

@@ -214,11 +214,14 @@ private slots:
         LightSet_dlg screen;
         present(screen);
         compareOnGlass(QRect(0, 0, 1280, 800), 1);
-        // A monitor of another name takes the place of the one that was there.
+        // A monitor of another name takes the place of the one that was there, which older servers
+        // take away themselves.
+        QString there = u"ONLY"_s;
         const auto change = [&](const QString &name, const QString &geometry, QSize size) {
             QCOMPARE(
                 QProcess::execute(u"xrandr"_s, {u"--setmonitor"_s, name, geometry, u"screen"_s}),
                 0);
+            QProcess::execute(u"xrandr"_s, {u"--delmonitor"_s, std::exchange(there, name)});
             QTRY_COMPARE(screen.screen()->geometry(), QRect(QPoint(0, 0), size));
             QTRY_COMPARE(screen.size(), size);
             // The levels shown are the ones that came before: no scan has come since.
@@ -229,6 +232,32 @@ private slots:
         change(u"UPRIGHT"_s, u"800/211x1080/338+0+0"_s, QSize(800, 1080));
         screen.findChild<QLineEdit *>(u"LightDir"_s)->clear();
         change(u"WIDE"_s, u"1920/508x1080/285+0+0"_s, QSize(1920, 1080));
+    }
+
+    // A kiosk runs the tool alone.
+    void escape_leaves_at_once_without_a_window_manager()
+    {
+        LightSet_dlg screen;
+        present(screen);
+        QVERIFY(QTest::qWaitForWindowActive(&screen));
+        // As from the keyboard, to whatever window has it.
+        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, u"Escape"_s}), 0);
+        QTRY_VERIFY(!screen.isVisible());
+    }
+
+    void without_an_x_server_the_screen_is_filled_drawn_and_left_all_the_same()
+    {
+        QCOMPARE(QGuiApplication::platformName(), u"offscreen"_s);
+        LightSet_dlg screen;
+        present(screen);
+        const QSize size = QGuiApplication::primaryScreen()->size();
+        QCOMPARE(screen.size(), size);
+        QCOMPARE(withoutPanel(screen.grab().toImage(), 1),
+                 withoutPanel(plainFor(size).picture(), 1));
+        QTest::mouseClick(&screen, Qt::LeftButton, {}, QPoint(100, size.height() - 50));
+        QCOMPARE(chosen(screen), u"X%1"_s.arg(100 * LightsX / (size.width() + 1)));
+        QTest::keyClick(&screen, Qt::Key_Escape);
+        QVERIFY(!screen.isVisible());
     }
 };
 

@@ -146,8 +146,8 @@ private slots:
                                        u"pushButton_4"_s, u"pushButton"_s, u"pushButton_2"_s}));
         QCOMPARE(child<QLabel>(dialog, "label_2")->buddy(), level(dialog));
         QCOMPARE(level(dialog)->accessibleName(), u"Smoothing Level"_s);
-        QCOMPARE(child(dialog, "pushButton_3")->accessibleName(), u"Lower the smoothing level"_s);
-        QCOMPARE(child(dialog, "pushButton_4")->accessibleName(), u"Raise the smoothing level"_s);
+        QCOMPARE(child(dialog, "pushButton_3")->accessibleName(), u"Low smoothing level"_s);
+        QCOMPARE(child(dialog, "pushButton_4")->accessibleName(), u"High smoothing level"_s);
     }
 
     void without_a_settings_file_it_shows_smoothing_on_and_level_5()

@@ -131,8 +131,9 @@ protected:
         case PdmPhysicalDpiX:
         case PdmPhysicalDpiY:
             return 96;
+        default: // newer toolkits ask in other words as well, and translate them
+            return QPaintDevice::metric(metric);
         }
-        return 0;
     }
 
 private:
@@ -445,7 +446,9 @@ private slots:
         QCOMPARE(child<QLabel>(u"label_4"_s)->buddy(), child<QLineEdit>(u"AGC_text"_s));
         for (const QString &name : {u"Xbtn"_s, u"Ybtn"_s, u"exitbtn"_s, u"groupBox"_s, u"ADCche"_s,
                                     u"AGCche"_s, u"Ripche"_s, u"def_btn"_s})
-            QVERIFY2(!child<QWidget>(name)->accessibleName().isEmpty(), qPrintable(name));
+            QVERIFY2(!child<QWidget>(name)->accessibleName().isEmpty() ||
+                         !child<QWidget>(name)->accessibleDescription().isEmpty(),
+                     qPrintable(name));
         QVERIFY(!window->accessibleName().isEmpty());
     }
 

@@ -56,7 +56,8 @@ public:
     QList<Sent> sent()
     {
         const std::lock_guard guard(lock);
-        return frames;
+        // A copy of its own: a shared list would be let go without the lock.
+        return QList<Sent>(frames.cbegin(), frames.cend());
     }
     // Bytes 1 to count of each frame sent, as hexadecimal text.
     QList<QByteArray> sentBytes(int count = 8)

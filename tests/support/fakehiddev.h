@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cstring>
 #include <map>
+#include <optional>
 #include <string>
 
 // A /dev/usb in memory: nodes with a vendor, a release and one report in each direction. Records
@@ -27,6 +28,7 @@ public:
         int openError = 0;    // errno of an open that fails
         bool inSysfs = false; // sysfs tells the vendor
         int usages = 63;
+        std::optional<DeviceUser> heldBy{}; // another program has its lock
     };
 
     std::map<std::string, Node> nodes;
@@ -139,6 +141,17 @@ public:
         if (found == nodes.end() || !found->second.inSysfs)
             return std::nullopt;
         return found->second.vendor;
+    }
+
+    bool lock(int fd) override
+    {
+        const auto open = descriptors.find(fd);
+        return open == descriptors.end() || !nodes[open->second].heldBy;
+    }
+
+    DeviceUser holderOf(const char *path) override
+    {
+        return nodes[path].heldBy.value_or(DeviceUser());
     }
 
     int firstDescriptor() const { return FirstDescriptor; }

@@ -34,6 +34,7 @@ inline constexpr QSize QuestionSize(421, 106);
 inline constexpr QPoint CalibrationButton(283, 77);
 inline constexpr QPoint RotationButton(296, 170);
 inline constexpr QPoint VersionButton(255, 234);
+inline constexpr QPoint ResetButton(85, 234);
 inline constexpr QPoint YesButton(130, 75);
 inline constexpr QRect StatusLine(12, 250, 326, 20);
 inline constexpr QSize UsageSize(332, 307);
@@ -107,7 +108,8 @@ inline QByteArray property(xcb_window_t window, const char *name)
             xcb_get_property_value_length(value.get())};
 }
 
-inline std::optional<Window> windowSized(QByteArrayView title, QSize size)
+// Of any size without one.
+inline std::optional<Window> windowSized(QByteArrayView title, std::optional<QSize> size)
 {
     xcb_connection_t *x = display();
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
@@ -129,10 +131,22 @@ inline std::optional<Window> windowSized(QByteArrayView title, QSize size)
             &std::free);
         if (!geometry || !attributes || !place || attributes->map_state != XCB_MAP_STATE_VIEWABLE)
             continue;
-        if (QSize(geometry->width, geometry->height) == size)
-            return Window{id, QRect(QPoint(place->dst_x, place->dst_y), size)};
+        const QSize found(geometry->width, geometry->height);
+        if (!size || found == *size)
+            return Window{id, QRect(QPoint(place->dst_x, place->dst_y), found)};
     }
     return {};
+}
+
+inline std::optional<Window> windowTitled(QByteArrayView title)
+{
+    return windowSized(title, std::nullopt);
+}
+
+inline bool bringToFront(const Window &window)
+{
+    return QProcess::execute(u"xdotool"_s,
+                             {u"windowactivate"_s, u"--sync"_s, QString::number(window.id)}) == 0;
 }
 
 inline QImage seen(const QRect &part)

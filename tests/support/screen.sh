@@ -21,13 +21,14 @@ until_false() {
     done
 }
 
-# window_sized TITLE W H: prints the visible window with that title and inner size.
+# window_sized TITLE W H: prints the visible window with that title and inner size, give or take
+# the pixel by which scaled sizes are rounded.
 window_sized() {
     local id WIDTH HEIGHT
     for id in $(xdotool search --onlyvisible --name "^$1\$" 2>/dev/null); do
         WIDTH=
         eval "$(xdotool getwindowgeometry --shell "$id" 2>/dev/null | grep -E '^(WIDTH|HEIGHT)=')"
-        if [ "$WIDTH" = "$2" ] && [ "${HEIGHT:-}" = "$3" ]; then
+        if [ -n "$WIDTH" ] && ((WIDTH - $2 <= 1 && $2 - WIDTH <= 1 && HEIGHT - $3 <= 1 && $3 - HEIGHT <= 1)); then
             printf '%s\n' "$id"
             return 0
         fi
@@ -67,9 +68,10 @@ is_blue() {
     [ "$(import -window root -crop "1x1+$1+$2" -depth 8 -format '%[fx:maxima.b>0.9&&maxima.r<0.1]' info:-)" = 1 ]
 }
 
-# shows_target X Y: a target's cross stands there: both arms are seen between its rings, whose
-# radii are 16, 24 and 32 or more, and the ground beside it.
+# shows_target X Y [SCALE]: a target's cross stands there: both arms are seen between its rings,
+# whose radii are 16, 24 and 32 or more, and the ground beside it. The scaling is in per cent.
 shows_target() {
-    is_white $(($1 + 20)) $(($2 + 20)) && is_white $(($1 - 20)) $(($2 + 20)) &&
-        is_white $(($1 + 20)) $(($2 - 20)) && is_blue $(($1 + 46)) "$2"
+    local arm=$((20 * ${3:-100} / 100)) beside=$((46 * ${3:-100} / 100))
+    is_white $(($1 + arm)) $(($2 + arm)) && is_white $(($1 - arm)) $(($2 + arm)) &&
+        is_white $(($1 + arm)) $(($2 - arm)) && is_blue $(($1 + beside)) "$2"
 }

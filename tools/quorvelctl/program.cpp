@@ -2,9 +2,11 @@
 
 #include "adc.h"
 #include "calibrate.h"
+#include "doctor.h"
 #include "gestures.h"
 #include "lights.h"
 #include "list.h"
+#include "metrics.h"
 #include "reset.h"
 #include "rotation.h"
 #include "session.h"
@@ -12,6 +14,8 @@
 #include "versions.h"
 #include "watch.h"
 #include "words.h"
+
+#include "device/version.h"
 
 #include <CLI/CLI.hpp>
 
@@ -120,7 +124,7 @@ int parse(CLI::App &app, const QStringList &arguments, Session &session)
         reversed.insert(reversed.begin(), argument.toStdString());
     try {
         app.parse(reversed);
-        return Done;
+        return session.answeredWith();
     } catch (const CLI::ParseError &error) {
         std::ostringstream out;
         std::ostringstream err;
@@ -167,7 +171,9 @@ int run(const QStringList &arguments, Session &session)
     app.require_subcommand(1);
     app.fallthrough();
     addOptions(app, session.options);
+    addDoctor(app, session);
     addList(app, session);
+    addMetrics(app, session);
     addStatus(app, session);
     addVersions(app, session);
     addGestures(app, session);

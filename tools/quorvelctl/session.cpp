@@ -52,8 +52,9 @@ Session::~Session()
     finish();
 }
 
-void Session::answer(const QStringList &lines, const QJsonObject &members)
+void Session::answer(const QStringList &lines, const QJsonObject &members, int code)
 {
+    answerCode = code;
     if (!options.json) {
         for (const QString &line : lines)
             output.print(line);
@@ -61,7 +62,7 @@ void Session::answer(const QStringList &lines, const QJsonObject &members)
     }
     QJsonObject document = members;
     document[u"command"_s] = name;
-    document[u"ok"_s] = true;
+    document[u"ok"_s] = code == Done;
     output.print(document);
 }
 
@@ -87,9 +88,11 @@ void Session::connectFrame()
     link = std::make_unique<Link>(adapter);
     connect(link.get(), &Link::received, this,
             [this](const UCHAR *report) { take(command::frameAt(report)); });
-    connect(link.get(), &Link::sent, this, [this](bool taken) {
+    connect(link.get(), &Link::traffic, this, [this](const Traffic &traffic) {
+        if (traffic.direction != Traffic::Direction::ToFrame)
+            return;
         underWay = std::max(underWay - 1, 0);
-        lastTaken = taken;
+        lastTaken = traffic.result == Traffic::Result::Done;
         wake();
     });
     connect(link.get(), &Link::aboutToEnd, this, [this](Link::End how) {
@@ -338,7 +341,7 @@ Failure Session::overdue()
         return {Failed, tr("The touch frame does not take commands. Unplug it and plug it in "
                            "again.")};
     return {NoAnswer, tr("The touch frame did not answer within %1 s.")
-                          .arg(double(options.timeout.count()) / MsPerSecond)};
+                          .arg(std::chrono::duration<double>(options.timeout).count())};
 }
 
 void Session::take(const Frame &report)

@@ -19,6 +19,9 @@
 namespace HID_AdpterPacket {
 class HiddevIo;
 }
+namespace doctor {
+class Machine;
+}
 
 namespace ctl {
 
@@ -33,6 +36,7 @@ struct Surroundings
     // The frame on USB, at one node only if one is named.
     std::function<std::shared_ptr<HID_AdpterPacket::HID_Adapter>(const QString &node)> adapter;
     HID_AdpterPacket::HiddevIo *hiddev = nullptr; // for all nodes that there are; not owned
+    const doctor::Machine *machine = nullptr;     // this one if none is given; not owned
 };
 
 // What the options that every command takes say.
@@ -81,8 +85,9 @@ public:
     void begin(const QString &command) { name = command; }
     const QString &command() const { return name; }
     // What a command has to tell, once: lines for a person, or members of the document for a
-    // program.
-    void answer(const QStringList &lines, const QJsonObject &members);
+    // program. One that was done and found something wrong says so with a code of its own.
+    void answer(const QStringList &lines, const QJsonObject &members, int code = Done);
+    int answeredWith() const { return answerCode; }
     // The document of a line that is not the last: it says what happened.
     void tell(const QString &line, const QString &event, QJsonObject members);
 
@@ -140,6 +145,7 @@ private:
     void throwIfOver() const;
 
     QString name;
+    int answerCode = Done;
     std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter;
     std::unique_ptr<Link> link;
     std::optional<Frame> last;  // report since the frame was linked

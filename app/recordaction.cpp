@@ -1,0 +1,63 @@
+#include "recordaction.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+RecordAction::RecordAction(Link &link, QWidget *theWindow)
+    : QAction(theWindow)
+    , recorder(link)
+    , window(theWindow)
+{
+    connect(this, &QAction::triggered, this, &RecordAction::onTriggered);
+    connect(&recorder, &capture::Recorder::changed, this, &RecordAction::showState);
+    connect(&recorder, &capture::Recorder::losing, this,
+            [](const QString &sentence) { std::fprintf(stderr, "%s\n", qPrintable(sentence)); });
+    showState();
+}
+
+QString RecordAction::note() const
+{
+    if (!recorder.isRecording())
+        return {};
+    if (!recorder.problem().isEmpty()) {
+        return tr("Recording into %1, but that cannot be written: %2.")
+            .arg(recorder.path(), recorder.problem());
+    }
+    if (recorder.lost() > 0) {
+        return tr("Recording into %1, where %2 packets are missing.")
+            .arg(recorder.path())
+            .arg(recorder.lost());
+    }
+    return tr("Recording into %1.").arg(recorder.path());
+}
+
+void RecordAction::onTriggered()
+{
+    if (recorder.isRecording())
+        recorder.stop();
+    else
+        askForFile();
+}
+
+void RecordAction::askForFile()
+{
+    QFileDialog dialog(window, tr("Record what travels to and from the touch frame"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilter(tr("Recordings (*.pcap)"));
+    dialog.setDefaultSuffix(u"pcap"_s);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QString problem = recorder.start(dialog.selectedFiles().constFirst());
+    if (!problem.isEmpty())
+        QMessageBox::warning(window, tr("No recording"), problem);
+}
+
+void RecordAction::showState()
+{
+    setText(recorder.isRecording() ? tr("Stop &recording") : tr("&Record..."));
+    emit noteChanged();
+}

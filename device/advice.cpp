@@ -1,0 +1,98 @@
+#include "advice.h"
+
+#include "noderights.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <cstring>
+
+namespace {
+
+struct AdviceWords
+{
+    Q_DECLARE_TR_FUNCTIONS(Advice)
+};
+
+QString freeSoon()
+{
+    return AdviceWords::tr("It can be used here as soon as that program has let go of it.");
+}
+
+QString rightsAdvice(const NodeRights &rights)
+{
+    const QString group = QString::fromLatin1(NodeRights::GroupName);
+    if (rights.rule.isEmpty())
+        return AdviceWords::tr("Install the udev rule %1 and plug the frame in again. Without a "
+                               "session at the screen, join the group %2 too.")
+            .arg(QString::fromLatin1(NodeRights::RuleName), group);
+    if (!rights.groupExists)
+        return AdviceWords::tr("The udev rule %1 is there, but this system has no group %2. Make "
+                               "it with \"groupadd --system %2\", join it and plug the frame in "
+                               "again.")
+            .arg(rights.rule, group);
+    if (!rights.ruleIsApplied())
+        return AdviceWords::tr("The udev rule %1 is there, but the node does not have its rights "
+                               "yet. Plug the frame in again.")
+            .arg(rights.rule);
+    if (rights.userIsMember && !rights.sessionIsMember)
+        return AdviceWords::tr("This user is in the group %1, but joined it after this session "
+                               "began. Log in again.")
+            .arg(group);
+    return AdviceWords::tr("Join the group %1, then log in again.").arg(group);
+}
+
+} // namespace
+
+Advice Advice::frameInUse(const QString &node, const DeviceUser &user)
+{
+    return {AdviceWords::tr("The touch frame at %1 is in use by %2.").arg(node, user.words()),
+            freeSoon()};
+}
+
+Advice Advice::frameForbidden(const QString &node, int error, const NodeRights &rights)
+{
+    return {AdviceWords::tr("A touch frame is at %1 but this user may not open it (%2).")
+                .arg(node, QString::fromLocal8Bit(std::strerror(error))),
+            rightsAdvice(rights)};
+}
+
+Advice Advice::frameNotOpened(const QString &node, int error)
+{
+    return {AdviceWords::tr("A touch frame is at %1 but it cannot be opened (%2).")
+                .arg(node, QString::fromLocal8Bit(std::strerror(error))),
+            AdviceWords::tr("Unplug it and plug it in again.")};
+}
+
+Advice Advice::portInUse(const QString &node, const DeviceUser &user)
+{
+    return {AdviceWords::tr("The serial port %1 is in use by %2.").arg(node, user.words()),
+            freeSoon()};
+}
+
+Advice Advice::portLeftLocked(const QString &node, const QString &lockFile)
+{
+    return {AdviceWords::tr("A program that has ended left the file %1 behind, which keeps the "
+                            "serial port %2 closed.")
+                .arg(lockFile, node),
+            AdviceWords::tr("Remove that file, as its owner %1 or as root.")
+                .arg(QFileInfo(lockFile).owner())};
+}
+
+Advice Advice::portForbidden(const QString &node, const QString &owner, const QString &group,
+                             bool groupMay)
+{
+    if (!groupMay)
+        return {AdviceWords::tr("This user may not open the serial port %1: it is for its owner %2 "
+                                "alone.")
+                    .arg(node, owner),
+                AdviceWords::tr("Ask who looks after this machine for access.")};
+    return {AdviceWords::tr("This user may not open the serial port %1.").arg(node),
+            AdviceWords::tr("Join the group %1, then log in again.").arg(group)};
+}
+
+Advice Advice::noSuchPort(const QString &node)
+{
+    return {AdviceWords::tr("There is no serial port %1.").arg(node),
+            AdviceWords::tr("Check the cable and the name, such as ttyUSB0.")};
+}

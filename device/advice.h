@@ -1,0 +1,29 @@
+#pragma once
+
+#include "devicelock.h"
+
+#include <QString>
+
+struct NodeRights;
+
+// What keeps a frame or a port that is there from being used: what was seen and what helps, each in
+// whole sentences for the user. Links, windows and the examination of a machine say the same words.
+struct Advice
+{
+    QString evidence;
+    QString nextStep;
+
+    QString words() const { return nextStep.isEmpty() ? evidence : evidence + u' ' + nextStep; }
+
+    static Advice frameInUse(const QString &node, const DeviceUser &user);
+    // Error is errno of the attempt.
+    static Advice frameForbidden(const QString &node, int error, const NodeRights &rights);
+    static Advice frameNotOpened(const QString &node, int error);
+    static Advice portInUse(const QString &node, const DeviceUser &user);
+    static Advice portLeftLocked(const QString &node, const QString &lockFile);
+    static Advice portForbidden(const QString &node, const QString &owner, const QString &group,
+                                bool groupMay);
+    static Advice noSuchPort(const QString &node);
+
+    bool operator==(const Advice &) const = default;
+};

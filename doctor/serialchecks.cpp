@@ -1,0 +1,89 @@
+#include "serialchecks.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace doctor {
+
+namespace {
+
+struct SerialWords
+{
+    Q_DECLARE_TR_FUNCTIONS(doctor::SerialChecks)
+};
+
+constexpr auto SerialCheck = "serial"_L1;
+constexpr auto Terminals = "/sys/class/tty"_L1;
+
+using Cause = Finding::Cause;
+
+// Ports with hardware behind them: the kernel makes nodes for some that might be there, too.
+QStringList portsOf(const Machine &machine)
+{
+    QStringList ports;
+    for (const QString &name : machine.entries(Terminals)) {
+        const QString folder = Terminals + u'/' + name;
+        if (machine.exists(folder + "/device/driver"_L1) &&
+            machine.text(folder + "/type"_L1) != u'0')
+            ports += "/dev/"_L1 + name;
+    }
+    return ports;
+}
+
+Finding checkWanted(const Machine &machine, const QString &wanted)
+{
+    constexpr mode_t ForGroup = S_IRGRP | S_IWGRP;
+    const QString node = wanted.startsWith(u'/') ? wanted : "/dev/"_L1 + wanted;
+    if (!machine.exists(node))
+        return Finding::trouble(SerialCheck, Cause::NoFrame, Advice::noSuchPort(node));
+    if (!machine.mayOpen(node)) {
+        const NodeRights rights = NodeRights::of(node, machine.root(), machine.user());
+        return Finding::trouble(SerialCheck, Cause::NoPermission,
+                                Advice::portForbidden(node, rights.owner, rights.group,
+                                                      (rights.mode & ForGroup) == ForGroup));
+    }
+    const DeviceUser holder = machine.lockHolder(node);
+    if (holder.pid > 0 && holder.pid != QCoreApplication::applicationPid())
+        return Finding::trouble(SerialCheck, Cause::InUse, Advice::portInUse(node, holder));
+    if (const QList<DeviceUser> users = machine.openedBy(node); !users.isEmpty())
+        return Finding::trouble(SerialCheck, Cause::InUse, Advice::portInUse(node, users.first()));
+    return Finding::good(SerialCheck, SerialWords::tr("This user may open the serial port %1, and "
+                                                      "no other program uses it.")
+                                          .arg(node));
+}
+
+} // namespace
+
+Finding checkSerialPorts(const Machine &machine, const QString &wanted)
+{
+    if (!wanted.isEmpty())
+        return checkWanted(machine, wanted);
+    if (!machine.exists(Terminals))
+        return Finding::notLooked(SerialCheck,
+                                  SerialWords::tr("There is no /sys here to see serial "
+                                                  "ports by."));
+    const QStringList ports = portsOf(machine);
+    if (ports.isEmpty())
+        return Finding::good(
+            SerialCheck, SerialWords::tr("There are no serial ports; a frame on USB needs none."));
+    QStringList closed;
+    std::copy_if(ports.begin(), ports.end(), std::back_inserter(closed),
+                 [&machine](const QString &port) { return !machine.mayOpen(port); });
+    if (closed.isEmpty())
+        return Finding::good(SerialCheck, SerialWords::tr("This user may open these serial ports: "
+                                                          "%1.")
+                                              .arg(ports.join(u", "_s)));
+    const QString group = NodeRights::of(closed.first(), machine.root(), machine.user()).group;
+    return Finding::note(SerialCheck,
+                         {SerialWords::tr("This user may not open these serial ports: %1.")
+                              .arg(closed.join(u", "_s)),
+                          SerialWords::tr("For a frame on one of them, join the group %1, then log "
+                                          "in again.")
+                              .arg(group)});
+}
+
+} // namespace doctor

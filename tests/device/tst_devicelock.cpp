@@ -1,0 +1,362 @@
+#include "device/devicelock.h"
+#include "device/link.h"
+#include "device/linux_hid_adapter.h"
+#include "device/posix_qextserialport.h"
+#include "tests/support/farend.h"
+#include "tests/support/filenode.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTemporaryFile>
+#include <QTest>
+
+#include <memory>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+
+using namespace Qt::StringLiterals;
+using namespace HID_AdpterPacket;
+
+namespace {
+
+// Another program, at work on a frame.
+class Other
+{
+public:
+    Other(const QString &kind, const QString &path)
+    {
+        process.start(QStringLiteral(LOCK_PROBE), {kind, path});
+        const QByteArray prefix("outcome: ");
+        QByteArray line;
+        while (!line.startsWith(prefix)) {
+            if (!process.canReadLine() && !process.waitForReadyRead())
+                qFatal("lock_probe says nothing");
+            line = process.readLine();
+        }
+        said = QString::fromLocal8Bit(line.mid(prefix.size())).trimmed();
+    }
+    ~Other()
+    {
+        process.closeWriteChannel();
+        if (process.state() != QProcess::NotRunning && !process.waitForFinished())
+            qCritical("lock_probe does not end");
+    }
+    Other(const Other &) = delete;
+    Other &operator=(const Other &) = delete;
+
+    void kill()
+    {
+        process.kill();
+        process.waitForFinished();
+    }
+    qint64 pid() const { return process.processId(); }
+
+    QString said;
+
+private:
+    QProcess process;
+};
+
+// A frame's node of this test's.
+struct Node
+{
+    Node()
+    {
+        QFile file(path());
+        if (!file.open(QIODevice::WriteOnly))
+            qFatal("no temporary file");
+    }
+    QString path() const { return folder.filePath(u"node"_s); }
+
+    QTemporaryDir folder;
+    FileNode io{QFile::encodeName(path())};
+};
+
+} // namespace
+
+class tst_devicelock : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void words_say_as_much_as_is_known()
+    {
+        QCOMPARE((DeviceUser{7, u"quorvel"_s}.words()), u"quorvel (process 7)"_s);
+        QCOMPARE((DeviceUser{7, {}}.words()), u"process 7"_s);
+        QCOMPARE(DeviceUser().words(), u"another program"_s);
+    }
+
+    // A frame on USB
+
+    void a_frame_that_another_program_uses_is_refused_by_name_and_number()
+    {
+        Node node;
+        const Other other(u"usb"_s, node.path());
+        QCOMPARE(other.said, u"uses it"_s);
+        OP_HID_Adapter adapter(node.io);
+        QVERIFY(adapter.DoFindDev({}, true));
+        QVERIFY(!adapter.IsDevOpened());
+        QCOMPARE(adapter.LastProblem(),
+                 (NodeProblem{u"/dev/usb/hiddev0"_s, EBUSY, {other.pid(), u"lock_probe"_s}}));
+    }
+
+    void another_program_is_told_of_this_one()
+    {
+        Node node;
+        OP_HID_Adapter adapter(node.io);
+        QVERIFY(adapter.DoFindDev({}, true));
+        QVERIFY(adapter.IsDevOpened());
+        const Other other(u"usb"_s, node.path());
+        QCOMPARE(other.said,
+                 u"tst_devicelock (process %1)"_s.arg(QCoreApplication::applicationPid()));
+        adapter.CloseDevice();
+        const Other next(u"usb"_s, node.path());
+        QCOMPARE(next.said, u"uses it"_s);
+    }
+
+    void a_killed_program_frees_its_frame()
+    {
+        Node node;
+        Other other(u"usb"_s, node.path());
+        OP_HID_Adapter adapter(node.io);
+        adapter.DoFindDev({}, true);
+        QVERIFY(!adapter.IsDevOpened());
+        other.kill();
+        QVERIFY(adapter.DoFindDev({}, true));
+        QVERIFY(adapter.IsDevOpened());
+        QCOMPARE(adapter.LastProblem(), NodeProblem());
+    }
+
+    void a_link_waits_for_a_frame_and_takes_it_when_it_is_free()
+    {
+        Node node;
+        Other other(u"usb"_s, node.path());
+        Link link(std::make_shared<OP_HID_Adapter>(node.io));
+        link.start();
+        const QString problem =
+            u"The touch frame at /dev/usb/hiddev0 is in use by lock_probe (process %1). It can be "
+            "used here as soon as that program has let go of it."_s.arg(other.pid());
+        QTRY_COMPARE(link.state().problem, problem);
+        QVERIFY(link.isInUse());
+        QCOMPARE(link.kind(), Link::NotConnected);
+        other.kill();
+        QTRY_COMPARE_WITH_TIMEOUT(link.kind(), Link::UsbConnected, 2000);
+        QTRY_COMPARE(link.state().problem, QString());
+        QVERIFY(!link.isInUse());
+    }
+
+    // A serial port
+
+    void a_port_that_another_program_uses_is_refused_by_name_and_number()
+    {
+        const FarEnd far;
+        Other other(u"serial"_s, far.node);
+        QCOMPARE(other.said, u"uses it"_s);
+        Posix_QextSerialPort port(far.node, {});
+        QVERIFY(!port.open(QIODevice::ReadWrite));
+        QVERIFY(port.isInUse());
+        QCOMPARE(port.errorString(),
+                 u"The serial port %1 is in use by lock_probe (process %2). It can be used here as "
+                 "soon as that program has let go of it."_s.arg(far.node)
+                     .arg(other.pid()));
+        other.kill();
+        QVERIFY2(port.open(QIODevice::ReadWrite), qPrintable(port.errorString()));
+        QVERIFY(!port.isInUse());
+    }
+
+    // The older habit, a file named like the port, takes each name for a port of its own.
+    void a_port_is_the_same_by_any_name()
+    {
+        const FarEnd far;
+        const QTemporaryDir folder;
+        const QString name = folder.filePath(u"frame"_s);
+        QVERIFY(QFile::link(far.node, name));
+        const Other other(u"serial"_s, far.node);
+        Posix_QextSerialPort port(name, {});
+        QVERIFY(!port.open(QIODevice::ReadWrite));
+        QVERIFY2(port.errorString().contains(u"lock_probe (process %1)"_s.arg(other.pid())),
+                 qPrintable(port.errorString()));
+    }
+
+    void a_refused_port_keeps_its_rate()
+    {
+        const FarEnd far;
+        Posix_QextSerialPort first(far.node, {.BaudRate = BAUD115200});
+        QVERIFY(first.open(QIODevice::ReadWrite));
+        const Other other(u"serial"_s, far.node);
+        QVERIFY(other.said != u"uses it"_s);
+        QCOMPARE(int(far.settings().c_ospeed), 115200);
+    }
+
+    // Such a program takes no lock; its mark keeps everybody out but root.
+    void a_port_that_a_foreign_program_made_its_own_is_refused_to_root_too()
+    {
+        const FarEnd far;
+        QProcess foreign;
+        foreign.start(u"python3"_s, {u"-c"_s,
+                                     u"import fcntl, os, sys, termios\n"
+                                     "fd = os.open(sys.argv[1], os.O_RDWR | os.O_NOCTTY)\n"
+                                     "fcntl.ioctl(fd, termios.TIOCEXCL)\n"
+                                     "print('ready', flush=True)\n"
+                                     "sys.stdin.read()"_s,
+                                     far.node});
+        QVERIFY(foreign.waitForReadyRead());
+        Posix_QextSerialPort port(far.node, {});
+        QVERIFY(!port.open(QIODevice::ReadWrite));
+        QVERIFY(port.isInUse());
+        if (geteuid() == 0)
+            QVERIFY2(port.errorString().contains(
+                         u"is in use by python3 (process %1)."_s.arg(foreign.processId())),
+                     qPrintable(port.errorString()));
+        foreign.closeWriteChannel();
+        QVERIFY(foreign.waitForFinished());
+        // A pseudo-terminal stays marked, for nobody: root may have it.
+        if (geteuid() == 0)
+            QVERIFY2(port.open(QIODevice::ReadWrite), qPrintable(port.errorString()));
+    }
+
+    void a_user_is_told_of_a_program_of_roots()
+    {
+        if (geteuid() != 0)
+            QFAIL("needs root, to be two users");
+        const FarEnd far;
+        QCOMPARE(chmod(qPrintable(far.node), 0666), 0);
+        const Other other(u"serial"_s, far.node);
+        Posix_QextSerialPort port(far.node, {});
+        QCOMPARE(seteuid(65534), 0);
+        const bool opened = port.open(QIODevice::ReadWrite);
+        QCOMPARE(seteuid(0), 0);
+        QVERIFY(!opened);
+        QVERIFY(port.isInUse());
+        QVERIFY2(port.errorString().contains(u"lock_probe (process %1)"_s.arg(other.pid())),
+                 qPrintable(port.errorString()));
+    }
+
+    void a_file_that_a_program_of_roots_left_behind_is_named_to_a_user()
+    {
+        constexpr int NoProcess = 4'194'305; // one more than there can be
+        if (geteuid() != 0)
+            QFAIL("needs root, to be two users");
+        const FarEnd far;
+        QCOMPARE(chmod(qPrintable(far.node), 0666), 0);
+        QFile left(u"/var/lock/LCK..pts_%1"_s.arg(far.node.section(u'/', -1)));
+        QVERIFY(left.open(QIODevice::WriteOnly));
+        left.write(QByteArray::number(NoProcess) + "\nquorvel\n\n");
+        left.close();
+        Posix_QextSerialPort port(far.node, {});
+        QCOMPARE(seteuid(65534), 0);
+        const bool opened = port.open(QIODevice::ReadWrite);
+        QCOMPARE(seteuid(0), 0);
+        QVERIFY(left.remove());
+        QVERIFY(!opened);
+        QVERIFY(!port.isInUse());
+        QCOMPARE(port.errorString(),
+                 u"A program that has ended left the file %1 behind, which keeps the serial port "
+                 "%2 closed. Remove that file, as its owner root or as root."_s.arg(left.fileName(),
+                                                                                    far.node));
+    }
+
+    void a_link_waits_for_a_port_and_opens_it_when_it_is_free()
+    {
+        const FarEnd far;
+        auto other = std::make_unique<Other>(u"serial"_s, far.node);
+        const QTemporaryDir nowhere;
+        FileNode none(QFile::encodeName(nowhere.filePath(u"none"_s)));
+        Link link(std::make_shared<OP_HID_Adapter>(none));
+        link.start();
+        QVERIFY(!link.openSerial(far.node, {.BaudRate = BAUD57600}));
+        QCOMPARE(link.kind(), Link::SerialFailed);
+        QVERIFY(link.isInUse());
+        QVERIFY2(link.state().problem.contains(u"lock_probe (process %1)"_s.arg(other->pid())),
+                 qPrintable(link.state().problem));
+        other.reset();
+        QTRY_COMPARE_WITH_TIMEOUT(link.kind(), Link::SerialOpen, 5000);
+        QCOMPARE(link.state().problem, QString());
+        QCOMPARE(int(far.settings().c_ospeed), 57600);
+    }
+
+    void a_port_that_is_no_longer_wanted_is_not_opened()
+    {
+        const FarEnd far;
+        auto other = std::make_unique<Other>(u"serial"_s, far.node);
+        const QTemporaryDir nowhere;
+        FileNode none(QFile::encodeName(nowhere.filePath(u"none"_s)));
+        Link link(std::make_shared<OP_HID_Adapter>(none));
+        link.start();
+        QVERIFY(!link.openSerial(far.node, {}));
+        link.closeSerial();
+        other.reset();
+        QTest::qWait(1200); // twice as long as it would take
+        QCOMPARE(link.kind(), Link::SerialClosed);
+        QVERIFY(!link.isInUse());
+    }
+
+    // What the kernel and other programs say
+
+    void the_list_of_locks_is_read_as_the_kernel_writes_it()
+    {
+        const QTemporaryDir proc;
+        const Node node;
+        struct stat status = {};
+        QCOMPARE(stat(qPrintable(node.path()), &status), 0);
+        const QString name =
+            QString::asprintf("%02x:%02x:%llu", major(status.st_dev), minor(status.st_dev),
+                              static_cast<unsigned long long>(status.st_ino));
+        QFile locks(proc.filePath(u"locks"_s));
+        QVERIFY(locks.open(QIODevice::WriteOnly));
+        locks.write(QString(u"1: POSIX  ADVISORY  WRITE 11 %1 0 EOF\n"
+                            "2: FLOCK  ADVISORY  WRITE 12 ff:ff:1 0 EOF\n"
+                            "3: FLOCK  ADVISORY  WRITE 13 %1 0 EOF\n"
+                            "3: -> FLOCK  ADVISORY  WRITE 14 %1 0 EOF\n"_s.arg(name))
+                        .toLatin1());
+        locks.close();
+        QCOMPARE(devicelock::holder(node.path(), proc.path()), (DeviceUser{13, {}}));
+        QVERIFY(QDir(proc.path()).mkdir(u"13"_s));
+        QFile comm(proc.filePath(u"13/comm"_s));
+        QVERIFY(comm.open(QIODevice::WriteOnly));
+        comm.write("quorvel\n");
+        comm.close();
+        QCOMPARE(devicelock::holder(node.path(), proc.path()), (DeviceUser{13, u"quorvel"_s}));
+    }
+
+    void a_holder_of_another_container_is_another_program()
+    {
+        QCOMPARE(devicelock::processOf(0), DeviceUser());
+        QCOMPARE(devicelock::processOf(-1), DeviceUser());
+    }
+
+    void a_file_of_the_older_habit_names_its_program_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        const QByteArray pid = QByteArray::number(QCoreApplication::applicationPid());
+        QTest::newRow("ten places") << pid.rightJustified(10) + '\n';
+        QTest::newRow("with more words") << pid.rightJustified(10) + " program user\n";
+        QTest::newRow("three lines") << pid + "\nprogram\nmachine\n";
+    }
+    void a_file_of_the_older_habit_names_its_program()
+    {
+        QFETCH(const QByteArray, content);
+        QTemporaryFile file;
+        QVERIFY(file.open());
+        file.write(content);
+        file.close();
+        QCOMPARE(devicelock::lockFileUser(file.fileName()),
+                 (DeviceUser{QCoreApplication::applicationPid(), u"tst_devicelock"_s}));
+    }
+
+    void only_a_device_is_opened_for_its_lock()
+    {
+        QTemporaryFile file;
+        QVERIFY(file.open());
+        FileDescriptor lock;
+        QVERIFY(devicelock::takeAt(file.fileName(), lock) == devicelock::Outcome::Barred);
+        QCOMPARE(errno, ENODEV);
+        QVERIFY(!lock.isValid());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_devicelock)
+#include "tst_devicelock.moc"
