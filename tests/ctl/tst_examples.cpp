@@ -3,14 +3,12 @@
 
 #include "config/xml_class.h"
 #include "finger.h"
-#include "run.h"
+#include "help.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 
 #include <array>
@@ -110,7 +108,7 @@ private slots:
         QVERIFY(!outcome.out.isEmpty());
     }
 
-    void every_command_has_an_example_data() { commands(); }
+    void every_command_has_an_example_data() { rowsOfAllCommands(); }
     void every_command_has_an_example()
     {
         QFETCH(QString, command);
@@ -173,7 +171,7 @@ private slots:
         QVERIFY(check.readAll().contains(document));
     }
 
-    void every_command_and_option_is_on_the_page_and_in_the_manual_data() { commands(); }
+    void every_command_and_option_is_on_the_page_and_in_the_manual_data() { rowsOfAllCommands(); }
     void every_command_and_option_is_on_the_page_and_in_the_manual()
     {
         QFETCH(QString, command);
@@ -192,39 +190,6 @@ private slots:
     }
 
 private:
-    // Rows of all commands that do something: "rotation set".
-    static void commands()
-    {
-        QTest::addColumn<QString>("command");
-        for (const QString &name : subcommandsOf({})) {
-            const QStringList inner = subcommandsOf(name);
-            if (inner.isEmpty())
-                QTest::addRow("%s", qPrintable(name)) << name;
-            for (const QString &second : inner)
-                QTest::addRow("%s %s", qPrintable(name), qPrintable(second))
-                    << name + u' ' + second;
-        }
-    }
-    static QStringList subcommandsOf(const QString &command)
-    {
-        const QString help = QString::fromUtf8(runCtl(command + u" --help"_s).out);
-        QStringList names;
-        for (const QString &line :
-             help.section(u"Subcommands:"_s, 1).split(u'\n', Qt::SkipEmptyParts))
-            names += line.simplified().section(u' ', 0, 0);
-        return names;
-    }
-    static QStringList optionsOf(const QString &command)
-    {
-        const QString help = QString::fromUtf8(runCtl(command + u" --help"_s).out);
-        QStringList options;
-        static const QRegularExpression option(u"--[a-z-]+"_s);
-        for (auto match = option.globalMatch(help); match.hasNext();)
-            options += match.next().captured();
-        options.removeDuplicates();
-        return options;
-    }
-
     // A line of a shell on whose serial port the frame is.
     Outcome runLine(const QString &line)
     {
