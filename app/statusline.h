@@ -1,32 +1,37 @@
 #pragma once
 
 #include "device/link.h"
+#include "doctor/machine.h"
 
-#include <QCoreApplication>
+#include <QObject>
 
 class QLabel;
 
 // The status label of the main window: whether a frame is linked, and in its tool tip and for
 // screen readers by what, what keeps it from being linked, how the last calibration ended if not by
-// the user, what is recorded, or what to try, in order. Each new problem is told on standard error
-// too.
-class StatusLine
+// the user, what is recorded, or why no frame is there to be linked, as it is when the tip is shown.
+// Each new problem is told on standard error too.
+class StatusLine : public QObject
 {
-    Q_DECLARE_TR_FUNCTIONS(StatusLine)
+    Q_OBJECT
 
 public:
-    explicit StatusLine(QLabel *label);
+    explicit StatusLine(QLabel *label, const doctor::Machine &machine = thisMachine());
 
     void show(const Link::State &state);
     // A sentence; an empty one takes it away.
     void setCalibrationNote(const QString &note);
     void setRecordingNote(const QString &note);
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
-    static QString hintFor(const Link::State &state);
+    static const doctor::Machine &thisMachine();
+    QString hintFor(const Link::State &state) const;
     void showHint();
 
-    QLabel *label; // not owned
+    QLabel *label;                  // not owned
+    const doctor::Machine &machine; // outlives this
     Link::State shown;
     QString calibrationNote;
     QString recordingNote;

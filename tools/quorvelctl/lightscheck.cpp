@@ -1,8 +1,7 @@
 #include "lightscheck.h"
 
+#include "measure.h"
 #include "program.h"
-#include "questions.h"
-#include "scan.h"
 #include "session.h"
 #include "words.h"
 
@@ -29,7 +28,6 @@
 #include <array>
 
 using namespace Qt::StringLiterals;
-namespace settings = command::settings;
 
 namespace ctl {
 
@@ -39,8 +37,6 @@ constexpr int UsualScans = 16;
 // A capture file begins with this, in the order of the machine that wrote it, for times in
 // microseconds and in nanoseconds.
 constexpr std::array<quint32, 2> CaptureMagic{0xA1B2C3D4, 0xA1B23C4D};
-// Dead lights are asked whether somebody has switched them off; of more than this many nobody has.
-constexpr int MostAsked = 40;
 
 struct Wishes
 {
@@ -60,11 +56,6 @@ struct Wishes
 [[noreturn]] void refuse(const QString &why)
 {
     throw Failure(WrongUsage, why);
-}
-
-UCHAR numberOf(lights::Axis axis)
-{
-    return axis == lights::Axis::X ? settings::AxisX : settings::AxisY;
 }
 
 bool isRecording(const QString &path)
@@ -115,58 +106,6 @@ lights::Measurement ofFile(const QString &path)
     return std::move(*measurement);
 }
 
-void addScan(lights::AxisMeasurement &axis, const Levels &levels)
-{
-    axis.scans.emplace_back(levels.levels.begin(), levels.levels.end());
-    axis.gains.resize(levels.gains.size());
-    // The mean of all scans by now.
-    const auto scans = float(axis.scans.size());
-    for (size_t i = 0; i < levels.gains.size(); ++i)
-        axis.gains[i] += (float(levels.gains[i]) - axis.gains[i]) / scans;
-}
-
-void askDeadLights(Session &session, lights::Measurement &measurement,
-                   const lights::Thresholds &thresholds)
-{
-    const lights::Verdicts verdicts = judge(measurement, thresholds);
-    int asked = 0;
-    for (const lights::Axis axis : lights::Axes) {
-        lights::AxisMeasurement &measured = measurement.axis(axis);
-        measured.off.assign(size_t(measured.lights), false);
-        for (int i = 0; i < measured.lights && asked < MostAsked; ++i) {
-            if (verdicts.axis(axis).lights[size_t(i)].verdict != lights::LightVerdict::Dead)
-                continue;
-            ++asked;
-            measured.off[size_t(i)] =
-                askLight(session, {.sub = settings::GetLight, .light = {numberOf(axis), i}}).off;
-        }
-    }
-}
-
-lights::Measurement ofFrame(Session &session, const Wishes &wishes,
-                            const lights::Thresholds &thresholds)
-{
-    lights::Measurement measurement;
-    session.connectFrame();
-    if (!session.isSerial() && session.isCurrentGeneration())
-        measurement.unit.identification = lights::identificationOf(askFirmware(session));
-    const command::LightCounts counts = askAdc(session).counts;
-    if (counts.x == 0 && counts.y == 0)
-        throw Failure(Failed, Words::tr("The touch frame says that it has no lights."));
-    measurement.x.lights = counts.x;
-    measurement.y.lights = counts.y;
-    for (int scan = 0; scan < wishes.scans; ++scan) {
-        for (const lights::Axis axis : lights::Axes) {
-            lights::AxisMeasurement &measured = measurement.axis(axis);
-            if (measured.lights > 0)
-                addScan(measured, scanAxis(session, numberOf(axis), measured.lights, true));
-        }
-    }
-    askDeadLights(session, measurement, thresholds);
-    measurement.date = QDateTime::currentDateTimeUtc();
-    return measurement;
-}
-
 QStringList linesOf(const lights::Measurement &measurement, const lights::Verdicts &verdicts)
 {
     QStringList lines;
@@ -208,8 +147,6 @@ struct Comparison
 
 void writeReport(const QString &path, const lights::Report &report)
 {
-    if (!path.endsWith(u".html"_s, Qt::CaseInsensitive))
-        refuse(Words::tr("%1: a report is a file whose name ends with .html").arg(path));
     QSaveFile file(path);
     const QByteArray html = toHtml(report);
     if (!file.open(QIODevice::WriteOnly) || file.write(html) != html.size() || !file.commit()) {
@@ -267,6 +204,8 @@ Comparison compare(Session &session, const Wishes &wishes, const lights::Measure
 
 void check(Session &session, const Wishes &wishes)
 {
+    if (!wishes.report.isEmpty() && !wishes.report.endsWith(u".html"_s, Qt::CaseInsensitive))
+        refuse(Words::tr("%1: a report is a file whose name ends with .html").arg(wishes.report));
     QString problem;
     lights::Thresholds thresholds;
     if (!wishes.thresholds.isEmpty()) {
@@ -275,8 +214,11 @@ void check(Session &session, const Wishes &wishes)
             refuse(problem);
         thresholds = *read;
     }
-    lights::Measurement measurement =
-        wishes.from.isEmpty() ? ofFrame(session, wishes, thresholds) : ofFile(wishes.from);
+    if (wishes.from.isEmpty())
+        session.connectFrame();
+    lights::Measurement measurement = wishes.from.isEmpty()
+                                          ? measure(session, wishes.scans, thresholds)
+                                          : ofFile(wishes.from);
     if (wishes.pitch > 0) {
         measurement.x.pitch = wishes.pitch;
         measurement.y.pitch = wishes.pitch;
@@ -298,10 +240,9 @@ void check(Session &session, const Wishes &wishes)
                                     .changes = comparison.changes,
                                     .trend = comparison.trend});
     }
-    if (!verdicts.isPass())
-        session.endWith(Failed);
+    const int code = verdicts.isPass() ? Done : Failed;
     if (wishes.csv && !session.options.json) {
-        session.answer({QString::fromLatin1(verdictsToCsv(verdicts).trimmed())}, {});
+        session.answer({QString::fromLatin1(verdictsToCsv(verdicts).trimmed())}, {}, code);
         return;
     }
     QJsonObject members = lights::ScanFile::toJson(measurement);
@@ -309,7 +250,7 @@ void check(Session &session, const Wishes &wishes)
         for (auto member = more.begin(); member != more.end(); ++member)
             members[member.key()] = member.value();
     }
-    session.answer(linesOf(measurement, verdicts) + comparison.lines, members);
+    session.answer(linesOf(measurement, verdicts) + comparison.lines, members, code);
 }
 
 } // namespace
