@@ -14,6 +14,9 @@ namespace {
 
 // How finely an axis is looked at.
 constexpr int StepsPerLight = 16;
+// Lights between two jumps that count as one, and what is too narrow to be met.
+constexpr double ClosestJumps = 1;
+constexpr double NarrowestJump = 0.2;
 
 // One axis, as a controller sees it with certain readings.
 class Shadows
@@ -52,10 +55,13 @@ private:
     const TouchModel &model;
 };
 
+// Jumps that lie close together are one place for whoever touches there; touches that are missed
+// are told exactly.
 void append(std::vector<TouchFault> &faults, const TouchFault &step)
 {
+    const double gap = step.kind == TouchFault::Kind::Jumps ? ClosestJumps : 0;
     if (!faults.empty() && faults.back().kind == step.kind && faults.back().axis == step.axis &&
-        faults.back().to == step.from) {
+        step.from - faults.back().to <= gap) {
         faults.back().to = step.to;
         faults.back().by = std::max(faults.back().by, step.by);
     } else {
@@ -102,6 +108,9 @@ std::vector<TouchFault> touchFaults(const Measurement &measurement, const Verdic
                             .by = off});
         }
     }
+    std::erase_if(faults, [](const TouchFault &fault) {
+        return fault.kind == TouchFault::Kind::Jumps && fault.to - fault.from < NarrowestJump;
+    });
     return faults;
 }
 
