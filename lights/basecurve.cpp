@@ -54,7 +54,7 @@ Terms termsAt(double t)
     return {1, t, (3 * t2 - 1) / 2, (35 * t2 * t2 - 30 * t2 + 3) / 8};
 }
 
-struct Point
+struct CurvePoint
 {
     Terms terms;
     double value; // logarithm of the level
@@ -73,10 +73,10 @@ double valueAt(const Terms &factors, const Terms &terms)
 
 // Weighted least squares, reluctant to leave what is expected. Terms from count on are 0, and the
 // second is unless the curve may lean.
-Terms fit(const std::vector<Point> &points, size_t count, bool leaning = true)
+Terms fit(const std::vector<CurvePoint> &points, size_t count, bool leaning = true)
 {
     std::array<std::array<double, MaxTerms + 1>, MaxTerms> rows{};
-    for (const Point &point : points) {
+    for (const CurvePoint &point : points) {
         if (point.weight == 0)
             continue;
         const Terms &terms = point.terms;
@@ -109,7 +109,7 @@ Terms fit(const std::vector<Point> &points, size_t count, bool leaning = true)
 
 // Lights near the curve speak for it, lights above it against it: faults make levels lower. What
 // cannot become more than least any more is not looked at to the end.
-double score(const std::vector<Point> &points, const Terms &factors, double least)
+double score(const std::vector<CurvePoint> &points, const Terms &factors, double least)
 {
     double sum = 0;
     // To lean or to bend has to bring so many lights nearer.
@@ -118,7 +118,7 @@ double score(const std::vector<Point> &points, const Terms &factors, double leas
         sum -= TermCosts * square / (square + TermCounts * TermCounts);
     }
     auto left = double(points.size());
-    for (const Point &point : points) {
+    for (const CurvePoint &point : points) {
         double off = point.value - factors[0];
         for (size_t k = 1; k < FewTerms; ++k)
             off -= factors[k] * point.terms[k];
@@ -134,20 +134,20 @@ double score(const std::vector<Point> &points, const Terms &factors, double leas
 }
 
 // The best of many curves through three lights each.
-Terms bestTrial(const std::vector<Point> &points, bool leaning, double *most)
+Terms bestTrial(const std::vector<CurvePoint> &points, bool leaning, double *most)
 {
     constexpr double None = -std::numeric_limits<double>::infinity();
     std::vector<double> values;
     values.reserve(points.size());
-    for (const Point &point : points)
+    for (const CurvePoint &point : points)
         values.push_back(point.value);
     Terms best{robust::quantile(std::move(values), 0.75)};
     *most = score(points, best, None);
     // Always the same ones, as the same scans give the same verdicts.
     std::minstd_rand numbers(1);
-    std::vector<Point> three(FewTerms);
+    std::vector<CurvePoint> three(FewTerms);
     for (int trial = 0; trial < Trials && *most < GoodEnough * double(points.size()); ++trial) {
-        for (Point &point : three) {
+        for (CurvePoint &point : three) {
             point = points[numbers() % points.size()];
             point.weight = 1;
         }
@@ -161,20 +161,20 @@ Terms bestTrial(const std::vector<Point> &points, bool leaning, double *most)
 }
 
 // From where to where the lights lie that count, but for a few at either end.
-std::pair<double, double> supportOf(const std::vector<Point> &points)
+std::pair<double, double> supportOf(const std::vector<CurvePoint> &points)
 {
     std::vector<double> places;
-    for (const Point &point : points) {
+    for (const CurvePoint &point : points) {
         if (point.weight > 0)
             places.push_back(point.place());
     }
     return {robust::quantile(places, 0.02), robust::quantile(places, 0.98)};
 }
 
-void centre(std::vector<Point> &points, Terms &factors, size_t count)
+void centre(std::vector<CurvePoint> &points, Terms &factors, size_t count)
 {
     for (int round = 0; round < CentreRounds; ++round) {
-        for (Point &point : points) {
+        for (CurvePoint &point : points) {
             const double off = (point.value - valueAt(factors, point.terms)) / CountsWithin;
             point.weight = std::abs(off) < 1 ? (1 - off * off) * (1 - off * off) : 0;
         }
@@ -188,7 +188,7 @@ BaseCurve baseCurve(const std::vector<double> &levels)
 {
     const int count = int(levels.size());
     const auto place = [count](double i) { return count > 1 ? 2 * i / (count - 1) - 1 : 0.0; };
-    std::vector<Point> points;
+    std::vector<CurvePoint> points;
     std::vector<int> numbers;
     for (int i = 0; i < count; ++i) {
         if (const double level = levels[size_t(i)]; level > 0) {

@@ -1,8 +1,7 @@
 #include "touch.h"
 
+#include "text.h"
 #include "words.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 #include <cmath>
@@ -69,11 +68,6 @@ void append(std::vector<TouchFault> &faults, const TouchFault &step)
     }
 }
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("lights", text);
-}
-
 } // namespace
 
 std::vector<TouchFault> touchFaults(const Measurement &measurement, const Verdicts &verdicts,
@@ -129,20 +123,20 @@ QString wordsFor(const TouchFault &fault, const AxisMeasurement &measured)
         const QString first = lightName(fault.axis, int(fault.from));
         const QString last = lightName(fault.axis, int(std::ceil(fault.to)) - 1);
         if (isMissed)
-            return tr("Touches at lights %1 to %2 are missed.").arg(first, last);
-        return tr("Touches at lights %1 to %2 jump by up to %3 lights.")
+            return Text::tr("Touches at lights %1 to %2 are missed.").arg(first, last);
+        return Text::tr("Touches at lights %1 to %2 jump by up to %3 lights.")
             .arg(first, last, QString::number(fault.by, 'f', 1));
     }
     const int from = int(std::floor(fault.from * *measured.pitch));
     const int to = int(std::ceil(fault.to * *measured.pitch));
     if (isMissed) {
-        return (isX ? tr("Touches between %1 and %2 mm from the left are missed.")
-                    : tr("Touches between %1 and %2 mm from the top are missed."))
+        return (isX ? Text::tr("Touches between %1 and %2 mm from the left are missed.")
+                    : Text::tr("Touches between %1 and %2 mm from the top are missed."))
             .arg(from)
             .arg(to);
     }
-    return (isX ? tr("Touches between %1 and %2 mm from the left jump by up to %3 mm.")
-                : tr("Touches between %1 and %2 mm from the top jump by up to %3 mm."))
+    return (isX ? Text::tr("Touches between %1 and %2 mm from the left jump by up to %3 mm.")
+                : Text::tr("Touches between %1 and %2 mm from the top jump by up to %3 mm."))
         .arg(from)
         .arg(to)
         .arg(int(std::ceil(fault.by * *measured.pitch)));
