@@ -76,7 +76,7 @@ doctor::Interview interviewed(Session &session, const std::function<void()> &onL
         if (onLinked)
             onLinked();
         asked = true;
-        said = doctor::interview(session.frameLink(), bitsPerSecond(session.options.rate),
+        said = doctor::interview(session.frameLink(), bitsPerSecond(session.portSettings().BaudRate),
                                  session.options.timeout);
         // Somebody may have asked the program to end meanwhile.
         session.waitFor([] { return true; }, QDeadlineTimer());
