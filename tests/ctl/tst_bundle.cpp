@@ -66,7 +66,7 @@ private slots:
         QCOMPARE(outcome.code, 0);
         QVERIFY(!QFile::exists(file));
         for (const char *part : {"about.txt ", "doctor.txt ", "settings.xml ",
-                                       "    kernel      good", "  rotation: read\n"})
+                                 "    kernel      good", "  rotation: read\n"})
             QVERIFY2(outcome.out.contains(part), outcome.out);
         const QJsonObject json = run(u"--json bundle --list --timeout 1"_s, quickFrame()).json();
         QCOMPARE(json[u"ok"_s].toBool(), true);

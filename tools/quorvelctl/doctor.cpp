@@ -76,8 +76,9 @@ doctor::Interview interviewed(Session &session, const std::function<void()> &onL
         if (onLinked)
             onLinked();
         asked = true;
-        said = doctor::interview(session.frameLink(), bitsPerSecond(session.portSettings().BaudRate),
-                                 session.options.timeout);
+        said =
+            doctor::interview(session.frameLink(), bitsPerSecond(session.portSettings().BaudRate),
+                              session.options.timeout);
         // Somebody may have asked the program to end meanwhile.
         session.waitFor([] { return true; }, QDeadlineTimer());
     } catch (const Failure &failure) {
