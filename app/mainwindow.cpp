@@ -17,6 +17,7 @@
 #include "readhotplug.h"
 #include "recordaction.h"
 #include "resetquestion.h"
+#include "supportfileaction.h"
 #include "tray.h"
 #include "ui_mainwindow.h"
 
@@ -297,6 +298,7 @@ void MainWindow::addContextMenu()
     contextMenu->addAction(tr("S&moothing"), this, [this] { present(smoothingdlg); });
     contextMenu->addAction(tr("&Connect"), this, &MainWindow::on_conbtn_clicked);
     contextMenu->addAction(recordAction);
+    contextMenu->addAction(new SupportFileAction(*link, this));
     connect(recordAction, &RecordAction::noteChanged, this,
             [this] { statusLine.setRecordingNote(recordAction->note()); });
 

@@ -9,8 +9,8 @@ class QLabel;
 
 // The status label of the main window: whether a frame is linked, and in its tool tip and for
 // screen readers by what, what keeps it from being linked, how the last calibration ended if not by
-// the user, what is recorded, or why no frame is there to be linked, as it is when the tip is shown.
-// Each new problem is told on standard error too.
+// the user, what is recorded, or why no frame is there to be linked, as it is when the tip is
+// shown. Each new problem is told on standard error too.
 class StatusLine : public QObject
 {
     Q_OBJECT
