@@ -1,12 +1,22 @@
 #include "statusline.h"
 
+#include "dialogs/present.h"
+
 #include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
 
 #include <cstdio>
 
-StatusLine::StatusLine(QLabel *theLabel)
+StatusLine::StatusLine(QLabel *theLabel, QPushButton *theButton)
     : label(theLabel)
+    , button(theButton)
+    , box(new QMessageBox(theLabel->window()))
 {
+    box->setModal(false);
+    box->setTextFormat(Qt::PlainText);
+    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    QObject::connect(button, &QPushButton::clicked, box, [this] { present(box); });
     showHint();
 }
 
@@ -37,6 +47,19 @@ void StatusLine::showHint()
     const QString whole = hints.join(u'\n');
     label->setToolTip(whole);
     label->setAccessibleDescription(whole);
+    const bool isLinked = shown.kind == Link::UsbConnected || shown.kind == Link::SerialOpen;
+    button->setText(isLinked ? tr("&Details") : tr("&What to do next"));
+    box->setWindowTitle(isLinked ? tr("Details") : tr("What to do next"));
+    box->setText(whole);
+}
+
+QString StatusLine::sentence() const
+{
+    if (!shown.problem.isEmpty())
+        return tr("Quorvel: %1").arg(shown.problem);
+    return shown.kind == Link::UsbConnected || shown.kind == Link::SerialOpen
+               ? tr("Quorvel: a touch frame is linked")
+               : tr("Quorvel: no touch frame is linked");
 }
 
 QString StatusLine::hintFor(const Link::State &state)
