@@ -50,8 +50,9 @@ doctor::Interview interviewed(Session &session)
     try {
         session.connectFrame();
         asked = true;
-        said = doctor::interview(session.frameLink(), bitsPerSecond(session.options.rate),
-                                 session.options.timeout);
+        said =
+            doctor::interview(session.frameLink(), bitsPerSecond(session.portSettings().BaudRate),
+                              session.options.timeout);
         // Somebody may have asked the program to end meanwhile.
         session.waitFor([] { return true; }, QDeadlineTimer());
     } catch (const Failure &failure) {

@@ -194,9 +194,8 @@ void check(Session &session, const Wishes &wishes)
     }
     if (wishes.from.isEmpty())
         session.connectFrame();
-    lights::Measurement measurement = wishes.from.isEmpty()
-                                          ? measure(session, wishes.scans, thresholds)
-                                          : ofFile(wishes.from);
+    lights::Measurement measurement =
+        wishes.from.isEmpty() ? measure(session, wishes.scans, thresholds) : ofFile(wishes.from);
     if (wishes.pitch > 0) {
         measurement.x.pitch = wishes.pitch;
         measurement.y.pitch = wishes.pitch;
