@@ -13,7 +13,7 @@ namespace ctl {
 
 namespace {
 
-QString nameOf(capture::Over over)
+QString wordFor(capture::Over over)
 {
     switch (over) {
     case capture::Over::Usb:
@@ -26,7 +26,7 @@ QString nameOf(capture::Over over)
     return u"none"_s;
 }
 
-QString nameOf(capture::Result result)
+QString wordFor(capture::Result result)
 {
     switch (result) {
     case capture::Result::Done:
@@ -39,7 +39,7 @@ QString nameOf(capture::Result result)
     return u"dropped"_s;
 }
 
-QString nameOf(capture::End end)
+QString wordFor(capture::End end)
 {
     switch (end) {
     case capture::End::DeviceGone:
@@ -98,7 +98,7 @@ public:
                  log.note(record.end == capture::End::DeviceGone
                               ? Words::tr("The touch frame is gone.")
                               : Words::tr("The link to the touch frame was ended.")),
-                 record, {{u"end"_s, nameOf(record.end)}});
+                 record, {{u"end"_s, wordFor(record.end)}});
             break;
         }
     }
@@ -114,7 +114,7 @@ private:
         tell(event, lines, record,
              {{u"words"_s, words},
               {u"bytes"_s, framewords::usedBytes(record.frame)},
-              {u"result"_s, nameOf(record.result)}});
+              {u"result"_s, wordFor(record.result)}});
     }
 
     void tell(const QString &event, const QStringList &lines, const capture::Record &record,
@@ -126,7 +126,7 @@ private:
             return;
         }
         members[u"time_ms"_s] = qint64(now.count());
-        members[u"link"_s] = nameOf(record.over);
+        members[u"link"_s] = wordFor(record.over);
         if (record.lost > 0)
             members[u"missing"_s] = qint64(record.lost);
         session.tell({}, event, members);
