@@ -71,6 +71,7 @@ private slots:
     void without_a_frame_calibration_cannot_be_started();
     void a_calibration_with_four_touches_is_kept();
     void a_calibration_that_is_not_wanted_is_not_kept();
+    void a_calibration_that_was_recorded_goes_as_it_went();
     void an_unplug_ends_the_calibration_at_once_data() { withAndWithoutUdev(); }
     void an_unplug_ends_the_calibration_at_once();
     void a_question_about_a_reset_goes_with_its_frame();
@@ -336,6 +337,25 @@ void TestKernel::a_calibration_that_is_not_wanted_is_not_kept()
     QVERIFY(inTime([this] { return frame->stateHas("calibration=idle"); }));
     QVERIFY(frame->stateHas("kept=0"));
     QCOMPARE(frame->heard(Saved), 0);
+}
+
+void TestKernel::a_calibration_that_was_recorded_goes_as_it_went()
+{
+    frame->write("quit");
+    QVERIFY(frame->endsWell());
+    frame = std::make_unique<VirtualFrame>();
+    QVERIFY(frame->begin(
+        {u"replay"_s, QStringLiteral(RECORDINGS "/calibration.pcap"), u"usb"_s, u"--unplugged"_s}));
+    QCOMPARE(startTool(), QString());
+    QVERIFY(frame->does("plug"));
+    QVERIFY(inTime([this] { return statusChanged(); }));
+    // Nobody touches: the touches were recorded.
+    QVERIFY(click(window.geometry.topLeft() + CalibrationButton));
+    QVERIFY(inTime([] { return question().has_value(); }));
+    QVERIFY(inTime([] { return !isBlank(seen(question().value_or(Window()).geometry)); }));
+    QVERIFY(click(question()->geometry.topLeft() + YesButton));
+    QVERIFY(inTime([this] { return frame->heard(Saved) == 1; }));
+    QVERIFY(inTime([this] { return frame->stateHas("replayed=6/8"); }));
 }
 
 void TestKernel::an_unplug_ends_the_calibration_at_once()
