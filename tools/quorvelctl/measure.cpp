@@ -1,7 +1,7 @@
 #include "measure.h"
 
-#include "lights/scancollector.h"
 #include "lights/judge.h"
+#include "lights/scancollector.h"
 #include "questions.h"
 #include "scan.h"
 #include "session.h"

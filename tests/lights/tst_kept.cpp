@@ -33,7 +33,7 @@ Measurement measured(int day, double weakest, const QString &unit = u"21-01234-1
 
 } // namespace
 
-class tst_history : public QObject
+class tst_kept : public QObject
 {
     Q_OBJECT
 
@@ -195,5 +195,5 @@ private:
     std::unique_ptr<QTemporaryDir> folder;
 };
 
-QTEST_GUILESS_MAIN(tst_history)
-#include "tst_history.moc"
+QTEST_GUILESS_MAIN(tst_kept)
+#include "tst_kept.moc"
