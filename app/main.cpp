@@ -1,4 +1,5 @@
 #include "commandline.h"
+#include "config/lastcalibration.h"
 #include "demo.h"
 #include "device/version.h"
 #include "endsignals.h"
@@ -154,6 +155,10 @@ int main(int argc, char **argv)
     }
     if (demo)
         demo->attachTo(window);
+    else
+        QObject::connect(&window, &MainWindow::calibrationSaved, [](int deviation) {
+            LastCalibration{QDateTime::currentDateTimeUtc(), deviation}.keep();
+        });
 
     if (asked.close) {
         handOver(app, u"-C"_s, &hangs);

@@ -213,6 +213,7 @@ void MainWindow::addDialogs()
     calibrationdlg = std::make_unique<Calibration_Dlg>();
     calibrationdlg->setOpener(this);
     wire(calibrationdlg.get());
+    connect(calibrationdlg.get(), &Calibration_Dlg::saved, this, &MainWindow::calibrationSaved);
     connect(calibrationdlg.get(), &Calibration_Dlg::endedByItself, this,
             [this](const QString &why) { statusLine.setCalibrationNote(why); });
     versiondlg = new Version_Dlg(this);

@@ -75,8 +75,9 @@ public:
 
 signals:
     void Write03(UCHAR *WriteBuf);
-    void Recv03(UCHAR *RecvBuf); // valid during the call only
-    void USBConnect();           // once each time a USB frame becomes connected
+    void Recv03(UCHAR *RecvBuf);          // valid during the call only
+    void USBConnect();                    // once each time a USB frame becomes connected
+    void calibrationSaved(int deviation); // per cent
 
 public slots:
     void OnWrite03(UCHAR *WriteBuf) { link->send(WriteBuf); }

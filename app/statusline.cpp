@@ -1,23 +1,50 @@
 #include "statusline.h"
 
 #include "dialogs/present.h"
+#include "doctor/usbchecks.h"
 
+#include <QHelpEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QToolTip>
 
 #include <cstdio>
 
-StatusLine::StatusLine(QLabel *theLabel, QPushButton *theButton)
+using namespace Qt::StringLiterals;
+
+StatusLine::StatusLine(QLabel *theLabel, QPushButton *theButton, const doctor::Machine &theMachine)
     : label(theLabel)
     , button(theButton)
     , box(new QMessageBox(theLabel->window()))
+    , machine(theMachine)
 {
+    label->installEventFilter(this);
     box->setModal(false);
     box->setTextFormat(Qt::PlainText);
     box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    QObject::connect(button, &QPushButton::clicked, box, [this] { present(box); });
+    connect(button, &QPushButton::clicked, this, [this] {
+        showHint();
+        present(box);
+    });
     showHint();
+}
+
+const doctor::Machine &StatusLine::thisMachine()
+{
+    static const doctor::Machine machine;
+    return machine;
+}
+
+bool StatusLine::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QObject::eventFilter(watched, event);
+    showHint();
+    // As a paragraph it is wrapped: a sentence may be longer than the screen is wide.
+    const QString shownText = label->toolTip().toHtmlEscaped().replace(u'\n', "<br>"_L1);
+    QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), "<p>"_L1 + shownText, label);
+    return true;
 }
 
 void StatusLine::show(const Link::State &state)
@@ -62,7 +89,7 @@ QString StatusLine::sentence() const
                : tr("Quorvel: no touch frame is linked");
 }
 
-QString StatusLine::hintFor(const Link::State &state)
+QString StatusLine::hintFor(const Link::State &state) const
 {
     if (!state.problem.isEmpty())
         return state.problem;
@@ -77,10 +104,5 @@ QString StatusLine::hintFor(const Link::State &state)
     case Link::SerialFailed:
         break;
     }
-    return tr("No touch frame is linked. Try in this order:\n"
-              "1. Plug the frame in.\n"
-              "2. Try another USB port and another cable.\n"
-              "3. For a frame on a serial line, choose \"Connect\" in the menu of this window.\n"
-              "4. Without the udev rule 70-quorvel.rules this user may not open the frame:\n"
-              "    install it, or join the group plugdev if it is there.");
+    return doctor::whyNothingIsLinked(machine).words();
 }

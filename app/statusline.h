@@ -1,8 +1,9 @@
 #pragma once
 
 #include "device/link.h"
+#include "doctor/machine.h"
 
-#include <QCoreApplication>
+#include <QObject>
 
 class QLabel;
 class QMessageBox;
@@ -10,14 +11,15 @@ class QPushButton;
 
 // The status label of the main window: whether a frame is linked, and in its tool tip and for
 // screen readers by what, what keeps it from being linked, how the last calibration ended if not by
-// the user, what is recorded, or what to try, in order. The button beside it shows the same in a
-// window. Each new problem is told on standard error too.
-class StatusLine
+// the user, what is recorded, or why no frame is there to be linked, as it is when the tip is
+// shown. The button beside it shows the same in a window. Each new problem is told on standard
+// error too.
+class StatusLine : public QObject
 {
-    Q_DECLARE_TR_FUNCTIONS(StatusLine)
+    Q_OBJECT
 
 public:
-    StatusLine(QLabel *label, QPushButton *button);
+    StatusLine(QLabel *label, QPushButton *button, const doctor::Machine &machine = thisMachine());
 
     void show(const Link::State &state);
     // A sentence; an empty one takes it away.
@@ -27,13 +29,17 @@ public:
     // In short, with the name of the tool.
     QString sentence() const;
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
-    static QString hintFor(const Link::State &state);
+    static const doctor::Machine &thisMachine();
+    QString hintFor(const Link::State &state) const;
     void showHint();
 
-    QLabel *label;       // not owned
-    QPushButton *button; // not owned
-    QMessageBox *box;    // of the label's window
+    QLabel *label;                  // not owned
+    QPushButton *button;            // not owned
+    QMessageBox *box;               // of the label's window
+    const doctor::Machine &machine; // outlives this
     Link::State shown;
     QString calibrationNote;
     QString recordingNote;

@@ -22,9 +22,9 @@ QString errorText(int error)
 
 } // namespace
 
-void Reader::Close::operator()(pcap *file) const
+void Reader::Close::operator()(pcap *opened) const
 {
-    pcap_close(file);
+    pcap_close(opened);
 }
 
 Reader::Reader(pcap *opened, const QString &name)

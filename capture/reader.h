@@ -35,7 +35,7 @@ public:
 private:
     struct Close
     {
-        void operator()(pcap *file) const;
+        void operator()(pcap *opened) const;
     };
 
     Reader(pcap *opened, const QString &name);

@@ -1,64 +1,18 @@
 #include "recorder.h"
 
+#include "watch.h"
 #include "writer.h"
-
-#include <utility>
 
 namespace capture {
 
-namespace {
-
-Over overOf(Link::Kind kind)
+Recorder::Recorder(QObject *parent)
+    : QObject(parent)
 {
-    return kind == Link::UsbConnected ? Over::Usb
-           : kind == Link::SerialOpen ? Over::Serial
-                                      : Over::None;
 }
-
-Over overOf(Traffic::Over over)
-{
-    switch (over) {
-    case Traffic::Over::Usb:
-        return Over::Usb;
-    case Traffic::Over::Serial:
-        return Over::Serial;
-    case Traffic::Over::None:
-        break;
-    }
-    return Over::None;
-}
-
-Result resultOf(Traffic::Result result)
-{
-    switch (result) {
-    case Traffic::Result::Done:
-        return Result::Done;
-    case Traffic::Result::Failed:
-        return Result::Failed;
-    case Traffic::Result::Dropped:
-        break;
-    }
-    return Result::Dropped;
-}
-
-End endOf(Link::End end)
-{
-    switch (end) {
-    case Link::End::DeviceGone:
-        return End::DeviceGone;
-    case Link::End::Replaced:
-        return End::Replaced;
-    case Link::End::Closed:
-        break;
-    }
-    return End::Closed;
-}
-
-} // namespace
 
 Recorder::Recorder(Link &theLink, QObject *parent)
     : QObject(parent)
-    , link(theLink)
+    , link(&theLink)
 {
 }
 
@@ -74,24 +28,33 @@ QString Recorder::start(const QString &path)
     writer = std::move(fresh);
     file = path;
     writtenBefore = lostBefore = 0;
-    told = Over::None;
-    startedAt = std::chrono::duration_cast<std::chrono::microseconds>(
-        std::chrono::system_clock::now().time_since_epoch());
-    sinceStart.start();
-    connect(&link, &Link::traffic, this, &Recorder::onTraffic);
-    connect(&link, &Link::stateChanged, this, &Recorder::onStateChanged);
-    connect(&link, &Link::aboutToEnd, this, [this](Link::End end) { how = end; });
-    connect(&link, &Link::ended, this, &Recorder::onEnded);
-    onStateChanged();
+    listen();
     emit changed();
     return {};
+}
+
+void Recorder::follow(Link &other)
+{
+    link = &other;
+    if (writer)
+        listen();
+}
+
+void Recorder::listen()
+{
+    watch.reset();
+    if (!link)
+        return;
+    watch = std::make_unique<Watch>(*link);
+    connect(watch.get(), &Watch::recorded, this, &Recorder::add);
+    watch->start();
 }
 
 void Recorder::stop()
 {
     if (!writer)
         return;
-    link.disconnect(this);
+    watch.reset();
     writtenBefore = writer->written();
     lostBefore = writer->lost();
     writer.reset();
@@ -113,44 +76,8 @@ QString Recorder::problem() const
     return writer ? writer->problem() : QString();
 }
 
-void Recorder::onTraffic(const Traffic &traffic)
+void Recorder::add(const Record &record)
 {
-    if (traffic.result == Traffic::Result::Done)
-        onStateChanged();
-    Record record;
-    record.kind =
-        traffic.direction == Traffic::Direction::ToFrame ? Kind::ToFrame : Kind::FromFrame;
-    record.over = overOf(traffic.over);
-    record.result = resultOf(traffic.result);
-    record.frame = traffic.frame;
-    add(record);
-}
-
-// A port that opens carries frames before its link is told of.
-void Recorder::onStateChanged()
-{
-    const Over over = overOf(link.kind());
-    if (over == told || over == Over::None)
-        return;
-    told = over;
-    Record record;
-    record.kind = Kind::LinkBegan;
-    record.over = over;
-    add(record);
-}
-
-void Recorder::onEnded()
-{
-    Record record;
-    record.kind = Kind::LinkEnded;
-    record.over = std::exchange(told, Over::None);
-    record.end = endOf(how);
-    add(record);
-}
-
-void Recorder::add(Record record)
-{
-    record.time = startedAt + std::chrono::microseconds(sinceStart.nsecsElapsed() / 1000);
     const bool wasLosing = !writer->problem().isEmpty();
     const bool first = writer->lost() == 0;
     const bool losesNow = !writer->add(record);

@@ -3,14 +3,15 @@
 #include "device/link.h"
 #include "record.h"
 
-#include <QElapsedTimer>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 #include <memory>
 
 namespace capture {
 
+class Watch;
 class Writer;
 
 // Records what travels on a link: every frame both ways with what became of it, and when the link
@@ -22,8 +23,12 @@ class Recorder : public QObject
     Q_OBJECT
 public:
     // The link outlives this.
+    explicit Recorder(QObject *parent = nullptr);
     explicit Recorder(Link &link, QObject *parent = nullptr);
     ~Recorder() override;
+
+    // Records this link from now on, and no longer the one before. It may go at any time.
+    void follow(Link &link);
 
     // Begins a recording; ends the one before only if that succeeds. An empty text, or why it
     // failed and what helps (see Writer::create).
@@ -45,20 +50,15 @@ signals:
     void losing(const QString &sentence);
 
 private:
-    void onTraffic(const Traffic &traffic);
-    void onStateChanged();
-    void onEnded();
-    void add(Record record);
+    void listen();
+    void add(const Record &record);
 
-    Link &link;
-    std::unique_ptr<Writer> writer; // while recording
+    QPointer<Link> link;
+    std::unique_ptr<Writer> writer; // while recording, as is the next
+    std::unique_ptr<Watch> watch;
     QString file;
     quint64 writtenBefore = 0; // of the last recording
     quint64 lostBefore = 0;
-    Over told = Over::None; // the link that the recording has seen begin
-    Link::End how = Link::End::Closed;
-    std::chrono::microseconds startedAt{0}; // by the clock on the wall, which may be changed later
-    QElapsedTimer sinceStart;
 };
 
 } // namespace capture

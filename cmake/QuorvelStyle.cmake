@@ -1,5 +1,6 @@
-# What the lane style passes, as CTest tests: clang-format, shellcheck, and clang-tidy on each
-# source. The target "generated" makes the headers that forms and metaobjects need.
+# What the lane style passes, as CTest tests: clang-format, shellcheck, clang-tidy on each source, and
+# what looks at the files of packages. The target "generated" makes the headers that forms and
+# metaobjects need.
 #
 # A library that is a unity build is read as one: its headers, Qt's among them, are looked at once
 # instead of once a source. Configuring fails for a source that no target compiles, since nothing
@@ -75,4 +76,11 @@ foreach(source IN LISTS sources)
     endif()
 endforeach()
 quorvel_style_test(clang-format "${QUORVEL_CLANG_FORMAT}" --dry-run -Werror ${sources} ${headers})
-quorvel_style_test(shellcheck sh -c "grep -rlE '^#!.*[/ ](ba|da)?sh( |$)|^# shellcheck shell=' .ci bench packaging scripts tests tools | xargs shellcheck -x -S warning")
+quorvel_style_test(shellcheck sh -c "grep -rlE '^#!.*[/ ](ba|da)?sh( |$)|^# shellcheck shell=' .ci bench debian packaging scripts tests tools | xargs shellcheck -x -S warning")
+
+# What a desktop and a package read.
+quorvel_style_test("desktop entries" sh -c "desktop-file-validate packaging/*.desktop")
+quorvel_style_test("software catalogue" appstreamcli validate --pedantic --no-net
+                   "${PROJECT_BINARY_DIR}/packaging/org.quorvel.quorvel.metainfo.xml")
+quorvel_style_test("manual pages" sh -c "words=$(man --warnings -E UTF-8 -l -Tutf8 -Z packaging/*.1 2>&1 >/dev/null); echo \"$words\"; test -z \"$words\"")
+quorvel_style_test("licences" reuse lint)

@@ -218,10 +218,12 @@ void Calibration_Dlg::finishSession()
                     .arg(CalEnd_dlg::accuracyText(steps.deviation())));
     }
     underWay = false;
-    if (save)
+    if (save) {
         SendCalSave();
-    else
+        emit saved(steps.deviation());
+    } else {
         SendCalReset();
+    }
 }
 
 void Calibration_Dlg::OnLinkEnding(bool deviceGone)

@@ -63,6 +63,8 @@ signals:
     void Write03(UCHAR *WriteBuf);
     // Not by the user; and why, as a sentence.
     void endedByItself(const QString &why);
+    // The frame has been told to save; per cent, as it reported them.
+    void saved(int deviation);
 
 public slots:
     void ontimer();

@@ -87,14 +87,16 @@ QString nameOf(Finding::Cause cause)
 
 Examination Examination::of(const Machine &machine, const Patient &patient, const Interview &said)
 {
-    const QList<UsbFrame> frames = UsbFrame::allOf(machine);
+    QList<UsbFrame> frames = UsbFrame::allOf(machine);
+    if (!patient.usbNode.isEmpty())
+        frames.removeIf([&](const UsbFrame &frame) { return frame.node != patient.usbNode; });
     Examination examination;
     for (const Finding &finding :
-         {checkKernel(machine), checkNode(machine, frames), checkIds(frames),
+         {checkKernel(machine), checkNode(machine, frames, patient.usbNode), checkIds(frames),
           checkPermission(machine, frames), checkProgram(machine, frames)})
         examination.found += unlessSerial(finding, patient.serialPort);
     examination.found += checkSerialPorts(machine, patient.serialPort);
-    examination.found += checkAnswers(said);
+    examination.found += checkAnswers(said, examination.firstTrouble() != nullptr);
     examination.found += checkSettings(patient.settingsFile);
     examination.found += checkTray(patient.hasTray);
     examination.found += checkDesktop(machine);

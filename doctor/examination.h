@@ -14,6 +14,7 @@ namespace doctor {
 // What a program knows, or is asked for, beyond what the machine shows.
 struct Patient
 {
+    QString usbNode;      // that the frame is wanted at; empty for any
     QString serialPort;   // that the frame is wanted at; empty for a frame on USB
     QString settingsFile; // path
     std::optional<bool> hasTray;

@@ -108,7 +108,7 @@ Interview interview(Link &link, int rate, std::chrono::milliseconds patience)
         said.whyNot = link.state().problem.isEmpty() ? link.usbProblem() : link.state().problem;
         if (said.whyNot.isEmpty())
             said.whyNot = AnswerWords::tr("No touch frame is linked.");
-        said.cause = link.isInUse() ? Cause::InUse : Cause::None;
+        said.cause = link.isInUse() ? Cause::InUse : Cause::NoFrame;
         return said;
     }
     said.serial = link.kind() == Link::SerialOpen;
@@ -141,12 +141,13 @@ Interview interview(Link &link, int rate, std::chrono::milliseconds patience)
     return said;
 }
 
-QList<Finding> checkAnswers(const Interview &said)
+QList<Finding> checkAnswers(const Interview &said, bool troubleIsKnown)
 {
     if (!said.whyNot.isEmpty()) {
-        const Finding why = said.cause == Cause::None
+        const Finding why = troubleIsKnown
                                 ? Finding::notLooked(AnswerCheck, said.whyNot)
-                                : Finding::trouble(AnswerCheck, said.cause, {said.whyNot, {}});
+                                : Finding::trouble(AnswerCheck, said.cause,
+                                                   {said.whyNot, AnswerWords::tr("Try again.")});
         const QString unasked = AnswerWords::tr("The frame could not be asked.");
         return {why, Finding::notLooked(RateCheck, unasked),
                 Finding::notLooked(GenerationCheck, unasked)};

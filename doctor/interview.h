@@ -15,7 +15,7 @@ namespace doctor {
 // What a frame said when it was asked.
 struct Interview
 {
-    // Why it was not asked, and what kind of trouble that is; empty when it was.
+    // Why it was not asked, and what kind of trouble that is; empty and None when it was.
     QString whyNot;
     Finding::Cause cause = Finding::Cause::None;
 
@@ -35,7 +35,8 @@ struct Interview
 // user, at most for patience and a second. rate: that an open serial port is set to.
 Interview interview(Link &link, int rate, std::chrono::milliseconds patience);
 
-// Three findings: whether it answers, how fast, and which generation it is of.
-QList<Finding> checkAnswers(const Interview &interview);
+// Three findings: whether it answers, how fast, and which generation it is of. That it could not be
+// asked is trouble only if none is known that would keep it from being asked.
+QList<Finding> checkAnswers(const Interview &interview, bool troubleIsKnown = false);
 
 } // namespace doctor

@@ -52,7 +52,8 @@ Advice nothingThere(const Machine &machine)
             : UsbWords::tr("No touch frame is on USB; these nodes are other makers': %1.")
                   .arg(foreign.join(u", "_s));
     return {evidence, UsbWords::tr("Plug the frame in, or try another USB port and another cable. "
-                                   "A frame on a serial line is used when its port is chosen.")};
+                                   "For a frame on a serial line choose its port: \"Connect\" in "
+                                   "the menu of the window, or --port on the command line.")};
 }
 
 Advice withoutNode(const UsbFrame &frame)
@@ -119,8 +120,12 @@ Finding checkKernel(const Machine &machine)
                              : UsbWords::tr("The kernel's driver usbhid is there, with hiddev."));
 }
 
-Finding checkNode(const Machine &machine, const QList<UsbFrame> &frames)
+Finding checkNode(const Machine &machine, const QList<UsbFrame> &frames, const QString &wanted)
 {
+    if (frames.isEmpty() && !wanted.isEmpty())
+        return Finding::trouble(NodeCheck, Cause::NoFrame,
+                                {UsbWords::tr("No touch frame is at %1.").arg(wanted),
+                                 UsbWords::tr("Plug the frame in, or name its own node.")});
     if (frames.isEmpty())
         return Finding::trouble(NodeCheck, Cause::NoFrame, nothingThere(machine));
     const UsbFrame &frame = frames.first();
@@ -199,7 +204,9 @@ Advice whyNothingIsLinked(const Machine &machine)
     if (const Finding kernel = checkKernel(machine); kernel.verdict == Finding::Verdict::Trouble)
         return kernel.advice();
     const Finding node = checkNode(machine, UsbFrame::allOf(machine));
-    return node.verdict == Finding::Verdict::Trouble ? node.advice() : nothingThere(machine);
+    if (node.verdict == Finding::Verdict::Trouble)
+        return node.advice();
+    return {node.evidence, UsbWords::tr("It is linked in a moment.")};
 }
 
 } // namespace doctor

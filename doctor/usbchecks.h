@@ -9,7 +9,9 @@ namespace doctor {
 // UsbFrame::allOf(); of several the first counts, as it does for the link.
 
 Finding checkKernel(const Machine &machine);
-Finding checkNode(const Machine &machine, const QList<UsbFrame> &frames);
+// wanted: the node that the frame has to be at; empty for any.
+Finding checkNode(const Machine &machine, const QList<UsbFrame> &frames,
+                  const QString &wanted = {});
 Finding checkIds(const QList<UsbFrame> &frames);
 Finding checkPermission(const Machine &machine, const QList<UsbFrame> &frames);
 Finding checkProgram(const Machine &machine, const QList<UsbFrame> &frames);

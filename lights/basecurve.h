@@ -9,7 +9,8 @@ struct BaseCurve
 {
     std::vector<double> level; // empty: too few lights shine to tell
     double slope = 0;          // ratio of the last to the first end, less 1
-    double slopeGain = 0; // share of lights that are near a curve with a slope and near none without
+    double slopeGain =
+        0; // share of lights that are near a curve with a slope and near none without
     double slopeSupport = 0; // part of the axis that healthy lights span
 };
 

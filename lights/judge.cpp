@@ -161,8 +161,8 @@ void AxisJudge::findBase()
     std::vector<double> levels(size_t(count()), std::nan(""));
     for (int i = 0; i < count(); ++i) {
         if (isPlain(i))
-            levels[size_t(i)] = usual.level[size_t(i)] /
-                                (1 + verdict.alternation * (i % 2 ? 0.5 : -0.5));
+            levels[size_t(i)] =
+                usual.level[size_t(i)] / (1 + verdict.alternation * (i % 2 ? 0.5 : -0.5));
     }
     base = baseCurve(levels);
     shares.assign(size_t(count()), std::nan(""));
@@ -180,14 +180,12 @@ void AxisJudge::findAlternation()
     for (int i = 0; i + 1 < count(); ++i) {
         if (!isPlain(i) || !isPlain(i + 1))
             continue;
-        const double step =
-            std::log(usual.level[size_t(i) + 1]) - std::log(usual.level[size_t(i)]);
+        const double step = std::log(usual.level[size_t(i) + 1]) - std::log(usual.level[size_t(i)]);
         if (std::abs(step) < MostAlternation)
             differences[i % 2].push_back(i % 2 ? -step : step);
     }
     if (!differences[0].empty() && !differences[1].empty())
-        verdict.alternation =
-            (robust::median(differences[0]) + robust::median(differences[1])) / 2;
+        verdict.alternation = (robust::median(differences[0]) + robust::median(differences[1])) / 2;
 }
 
 // A controller that turns a light's gain up hides that it is weak.
@@ -213,8 +211,8 @@ void AxisJudge::takeGains()
     for (int i = 0; i < count(); ++i) {
         if (!isTurnedUp(i))
             continue;
-        const int around = isTurnedUp(i - 2) + isTurnedUp(i - 1) + isTurnedUp(i + 1) +
-                           isTurnedUp(i + 2);
+        const int around =
+            isTurnedUp(i - 2) + isTurnedUp(i - 1) + isTurnedUp(i + 1) + isTurnedUp(i + 2);
         if (around >= thresholds.stretchLights - 1)
             shares[size_t(i)] *= inverse[size_t(i)];
         else
@@ -234,8 +232,8 @@ std::vector<double> AxisJudge::endShares(bool atLast) const
 void AxisJudge::allowRollOff(const std::vector<double> &first, const std::vector<double> &last)
 {
     for (int k = 0; k < rollOffLights(); ++k) {
-        for (const auto &[place, allowed] : {std::pair(k, first[size_t(k)]),
-                                             std::pair(count() - 1 - k, last[size_t(k)])}) {
+        for (const auto &[place, allowed] :
+             {std::pair(k, first[size_t(k)]), std::pair(count() - 1 - k, last[size_t(k)])}) {
             if (!base.level.empty())
                 base.level[size_t(place)] *= allowed;
             shares[size_t(place)] /= allowed;
@@ -321,8 +319,8 @@ void AxisJudge::judgeBesideNeighbours()
         const double near = std::min(share(from - 1), share(to + 1));
         if (from < 2 || to + 2 >= usable)
             return near;
-        const double flank = std::min(share(from - 2) - share(from - 1),
-                                      share(to + 2) - share(to + 1));
+        const double flank =
+            std::min(share(from - 2) - share(from - 1), share(to + 2) - share(to + 1));
         return flank > FlankStep ? near - flank : near;
     };
     const auto margin = [&](int p, std::optional<double> beside) {
@@ -374,8 +372,8 @@ std::vector<double> AxisJudge::filled() const
         if (i < count() && std::isnan(whole[size_t(i)]))
             continue;
         for (int j = before + 1; j < i; ++j) {
-            const double left = before < 0 ? (i < count() ? whole[size_t(i)] : 1)
-                                           : whole[size_t(before)];
+            const double left =
+                before < 0 ? (i < count() ? whole[size_t(i)] : 1) : whole[size_t(before)];
             const double right = i < count() ? whole[size_t(i)] : left;
             // Beside a step it is taken to stand on the upper side.
             whole[size_t(j)] = std::abs(left - right) > LeastStep

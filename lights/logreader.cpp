@@ -120,7 +120,10 @@ bool LogReader::readRow(QByteArrayView content)
     const qsizetype left = fields.size() - at;
     if (lightsY == 0 || left <= 2)
         return true;
-    return readLevels(Axis::Y, fields, at, left >= 2 * qsizetype(lightsY) - 1 ? 2 : 1);
+    bool hasTwoCommas = left >= 2 * qsizetype(lightsY) - 1;
+    for (qsizetype i = at + 1; hasTwoCommas && i < at + 2 * qsizetype(lightsY) - 1; i += 2)
+        hasTwoCommas = fields[i].isEmpty();
+    return readLevels(Axis::Y, fields, at, hasTwoCommas ? 2 : 1);
 }
 
 // Lights of a page that got lost have empty fields.

@@ -30,11 +30,11 @@ using Scan = std::vector<float>;
 // What was measured of one axis.
 struct AxisMeasurement
 {
-    int lights = 0;             // 0: not measured; else each scan has so many levels
-    std::vector<Scan> scans;    // oldest first
-    std::vector<float> gains;   // AGC, 0 to 255, the mean over the scans; empty: not known
-    std::vector<int> offsets;   // of the AGC, -128 to 127; empty: not known
-    std::vector<bool> off;      // switched off by somebody; empty: not known
+    int lights = 0;              // 0: not measured; else each scan has so many levels
+    std::vector<Scan> scans;     // oldest first
+    std::vector<float> gains;    // AGC, 0 to 255, the mean over the scans; empty: not known
+    std::vector<int> offsets;    // of the AGC, -128 to 127; empty: not known
+    std::vector<bool> off;       // switched off by somebody; empty: not known
     std::optional<double> pitch; // mm from one light to the next
 
     bool operator==(const AxisMeasurement &) const = default;

@@ -50,9 +50,9 @@ double spread(const std::vector<double> &values)
 
 double mean(const std::vector<double> &values)
 {
-    return values.empty() ? 0
-                          : std::accumulate(values.begin(), values.end(), 0.0) /
-                                double(values.size());
+    return values.empty()
+               ? 0
+               : std::accumulate(values.begin(), values.end(), 0.0) / double(values.size());
 }
 
 double midMean(std::vector<double> values)

@@ -211,10 +211,12 @@ std::optional<Measurement> ScanFile::load(const QString &path, QString *problem)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return refuse(tr("%1 cannot be read: %2").arg(path, file.errorString()));
-    if (file.size() > LargestScanFile)
-        return refuse(tr("%1 is larger than %2 MiB").arg(path).arg(LargestScanFile >> 20));
-    if (file.peek(64).trimmed().startsWith('{'))
-        return fromJson(file.read(LargestScanFile), path, problem);
+    const bool isJson = file.peek(64).trimmed().startsWith('{');
+    const qint64 largest = isJson ? LargestJson : LargestLog;
+    if (file.size() > largest)
+        return refuse(tr("%1 is larger than %2 MiB").arg(path).arg(largest >> 20));
+    if (isJson)
+        return fromJson(file.read(largest), path, problem);
     return fromLog(file, path, problem);
 }
 

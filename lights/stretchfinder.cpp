@@ -200,8 +200,7 @@ bool Finder::isBoard(int first, int last, double depth) const
         if (depthAt(inner) < (1 - Alike) * depth || depthAt(outer) > Alike * depth)
             return false;
     }
-    const bool usual =
-        std::find(BoardSizes.begin(), BoardSizes.end(), length) != BoardSizes.end();
+    const bool usual = std::find(BoardSizes.begin(), BoardSizes.end(), length) != BoardSizes.end();
     const bool dark = depth >= Dark;
     return (first % length == 0 && (usual || (dark && first > 0))) ||
            ((count - 1 - last) % length == 0 && usual && dark);
@@ -215,8 +214,7 @@ std::optional<Stretch> Finder::judgeRun(const Run &run) const
     const Side right = side(run, depth, near, -1);
     const int whole = right.shallow - left.shallow + 1;
     // A step has one light at most that is covered in part: half at worst.
-    const double limit =
-        2 - 4 * near + thresholds.stepRise + thresholds.stepRiseShare * whole;
+    const double limit = 2 - 4 * near + thresholds.stepRise + thresholds.stepRiseShare * whole;
     const double slopePart = SlopePart * (1 - 2 * near) / (1 - near);
     const auto isStep = [limit](const Side &side) { return side.rise <= limit; };
     const auto isSlope = [&](const Side &side) { return side.rise >= slopePart * whole; };
@@ -228,9 +226,8 @@ std::optional<Stretch> Finder::judgeRun(const Run &run) const
     if (isStep(left) && isStep(right)) {
         stretch.first = left.half;
         stretch.last = right.half;
-        stretch.verdict = isBoard(stretch.first, stretch.last, depth)
-                              ? StretchVerdict::BrokenBoard
-                              : StretchVerdict::Obstacle;
+        stretch.verdict = isBoard(stretch.first, stretch.last, depth) ? StretchVerdict::BrokenBoard
+                                                                      : StretchVerdict::Obstacle;
         margin = limit - std::max(left.rise, right.rise);
     } else if (whole >= thresholds.barLights &&
                ((isStep(left) && isSlope(right)) || (isStep(right) && isSlope(left))) &&

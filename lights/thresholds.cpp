@@ -114,8 +114,8 @@ QByteArray Thresholds::toJson() const
 {
     QJsonObject object{{u"format"_s, Format}, {u"version"_s, Version}};
     for (const Name &name : Names) {
-        object[name.text] = std::visit(
-            [this](auto member) { return QJsonValue(this->*member); }, name.member);
+        object[name.text] =
+            std::visit([this](auto member) { return QJsonValue(this->*member); }, name.member);
     }
     return QJsonDocument(object).toJson();
 }

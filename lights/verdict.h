@@ -7,18 +7,19 @@
 
 namespace lights {
 
-// What a light itself is like. A light that a stretch darkens is healthy unless it stands out there.
+// What a light itself is like. A light that a stretch darkens is healthy unless it stands out
+// there.
 enum class LightVerdict { Healthy, Weak, Dead, Noisy, Saturated, SwitchedOff };
 
 struct Light
 {
     LightVerdict verdict = LightVerdict::Healthy;
-    double level = 0;            // typical, without what all lights around it do together
-    double expected = 0;         // the level that a healthy light at this place would have
-    double noise = 0;            // standard deviation of one scan, in levels; 0 if noiseKnown is not
-    double confidence = 0;       // 0 to 1
-    bool compensated = false;    // Weak: the level is right, at a gain far above its neighbours'
-    std::optional<int> stretch;  // index of the stretch that it lies in
+    double level = 0;           // typical, without what all lights around it do together
+    double expected = 0;        // the level that a healthy light at this place would have
+    double noise = 0;           // standard deviation of one scan, in levels; 0 if noiseKnown is not
+    double confidence = 0;      // 0 to 1
+    bool compensated = false;   // Weak: the level is right, at a gain far above its neighbours'
+    std::optional<int> stretch; // index of the stretch that it lies in
 
     bool operator==(const Light &) const = default;
 };
@@ -42,9 +43,9 @@ struct Stretch
 struct AxisVerdict
 {
     std::vector<Light> lights;
-    bool noiseKnown = false;  // false: one scan tells nothing of noise
-    double noise = 0;         // of a usual light, in levels
-    double alternation = 0;   // how much higher odd lights lie than even ones, a share
+    bool noiseKnown = false; // false: one scan tells nothing of noise
+    double noise = 0;        // of a usual light, in levels
+    double alternation = 0;  // how much higher odd lights lie than even ones, a share
 
     bool operator==(const AxisVerdict &) const = default;
 };

@@ -238,4 +238,19 @@ QString advice(const Stretch &stretch, const AxisMeasurement &measured)
     return tr(stretch.axis == Axis::X ? sentences.x : sentences.y).arg(place.from).arg(place.to);
 }
 
+QString wordsFor(const Trend &trend)
+{
+    const QString name = lightName(trend.axis, trend.light);
+    const QString level = QString::number(qRound(trend.level));
+    if (!trend.fall) {
+        return tr("The weakest light is %1 at level %2; the measurements kept so far do not show "
+                  "when it falls below %3.")
+            .arg(name, level, QString::number(trend.limit));
+    }
+    return tr("The weakest light is %1 at level %2; it is expected to fall below %3 on %4, between "
+              "%5 and %6 with a certainty of 95 %.")
+        .arg(name, level, QString::number(trend.limit), trend.fall->expected.toString(Qt::ISODate),
+             trend.fall->earliest.toString(Qt::ISODate), trend.fall->latest.toString(Qt::ISODate));
+}
+
 } // namespace lights

@@ -6,21 +6,25 @@ export LC_ALL=C.UTF-8 PATH=$PATH:/usr/sbin:/sbin
 project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What the project is built with, what the windows under test need around them, what scripts/test
-# counts with, what the style lane looks with, the font that the windows ask for, what compiles the
-# fuzz programs and what the emulated kernel runs on. These names hold on Debian 12 and 13.
+# counts with and what tests compare with, what the style lane looks with, the font that the windows
+# ask for, what compiles the fuzz programs and what the emulated kernel runs on. These names hold on
+# Debian 12 and 13.
 build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
-                qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libcli11-dev libpcap-dev)
+                qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libcli11-dev
+                libpcap-dev)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core procps)
-test_packages=(python3 procps util-linux tshark)
+test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus prometheus-node-exporter)
 # What the measuring programs compare the tool with.
 bench_packages=(libqcustomplot-dev)
-style_packages=(clang-format clang-tidy shellcheck)
+style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)
 font_packages=(fonts-wine)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static udev xz-utils procps)
 # What a Debian of another release is made with.
 root_packages=(mmdebstrap util-linux)
+# What packages are made with.
+package_packages=(debhelper dpkg-dev fakeroot lintian)
 
 say() { printf '== %s\n' "$*"; }
 complain() { printf '%s: %s\n' "${0##*/}" "$*" >&2; }
@@ -76,6 +80,7 @@ needs() {
         screenshots) packages+=("${desktop_packages[@]}" "${font_packages[@]}") ;;
         kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;
         fuzz) packages+=("${fuzz_packages[@]}") ;;
+        package) packages+=("${root_packages[@]}") ;;
         debian13) packages=("${root_packages[@]}") ;;
     esac
     install_missing "the lane $1" "${packages[@]}"

@@ -2,6 +2,7 @@
 // not theirs, and nobody loses what was not applied yet.
 
 #include "app/mainwindow.h"
+#include "app/statusline.h"
 #include "device/posix_qextserialport.h"
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/lightset_dlg.h"
@@ -9,13 +10,17 @@
 #include "dialogs/smoothing_dlg.h"
 #include "dialogs/test_win.h"
 #include "dialogs/version_dlg.h"
+#include "doctor/usbchecks.h"
+#include "doctor/usbchecks.h"
 #include "resources/resources.h"
 #include "tests/dialogs/settingshome.h"
 #include "tests/support/fakeadapter.h"
 #include "tests/support/farend.h"
+#include "tests/support/madeupmachine.h"
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -377,7 +382,7 @@ private slots:
     void the_status_line_says_by_what_a_frame_is_linked_or_what_to_try()
     {
         const auto *status = child<QLabel>("stalab");
-        QVERIFY(status->toolTip().contains(u"1. Plug the frame in."_s));
+        QCOMPARE(status->toolTip(), doctor::whyNothingIsLinked(doctor::Machine()).words());
         QCOMPARE(status->accessibleName(), QString()); // so that its text is read
         plug();
         QCOMPARE(status->toolTip(), u"Linked by USB, at /dev/usb/fake."_s);
@@ -387,6 +392,22 @@ private slots:
         QCOMPARE(status->toolTip(), u"Linked over the serial port %1."_s.arg(line->node));
         line->fd = {};
         QTRY_VERIFY(status->toolTip().contains(u" is gone. "_s));
+    }
+
+    void the_status_line_looks_again_when_its_tip_is_shown()
+    {
+        QLabel label;
+        MadeUpMachine machine;
+        machine.unplug();
+        QPushButton button;
+        const StatusLine line(&label, &button, machine);
+        QVERIFY2(label.toolTip().startsWith(u"No touch frame is on USB. Plug the frame in"_s),
+                 qPrintable(label.toolTip()));
+        machine.addUsb("5156", u"1-2"_s, {}, {});
+        QHelpEvent asksForTip(QEvent::ToolTip, QPoint(), QPoint());
+        QCoreApplication::sendEvent(&label, &asksForTip);
+        QVERIFY2(label.toolTip().contains(u"no driver uses it"_s), qPrintable(label.toolTip()));
+        QCOMPARE(label.accessibleDescription(), label.toolTip());
     }
 
     void a_calibration_that_ends_by_itself_says_why()

@@ -1,9 +1,8 @@
 // The real program with a simulated frame on a serial line: whatever works over USB works here.
 
-#include "tests/support/outside.h"
+#include "tests/support/serialtool.h"
 
 #include <QApplication>
-#include <QTemporaryDir>
 
 #include <csignal>
 
@@ -11,11 +10,6 @@ using namespace Qt::StringLiterals;
 using namespace outside;
 
 namespace {
-
-constexpr QSize ConnectSize(400, 378);
-constexpr QPoint UartChoice(64, 73);
-constexpr QPoint PortField(174, 105);
-constexpr QPoint OpenButton(160, 203);
 
 bool showsLights()
 {
@@ -29,68 +23,27 @@ class tst_serial_program : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> place;
-    std::unique_ptr<VirtualFrame> frame;
-    std::unique_ptr<Program> tool;
-    QPoint window; // the main one's corner
-
-    // What went wrong, or nothing.
-    QString openPort()
-    {
-        if (!click(window + StatusLine.center(), 3))
-            return u"the mouse could not be clicked"_s;
-        std::optional<Window> dialog;
-        const auto opened = [&dialog] {
-            return (dialog = windowSized("Connect", ConnectSize)).has_value();
-        };
-        if (!inTime([&] { return opened() || !press(u"c"_s); }) || !dialog)
-            return u"the connection dialog did not open"_s;
-        const QPoint corner = dialog->geometry.topLeft();
-        if (!click(corner + UartChoice) || !click(corner + PortField) || !press(u"ctrl+a"_s) ||
-            QProcess::execute(u"xdotool"_s, {u"type"_s, place->filePath(u"port"_s)}) != 0)
-            return u"the port could not be chosen"_s;
-        // On a busy machine the frame may look at the line too late, and take noise for a rate.
-        bool told = false;
-        for (int tries = 0; tries < 3 && !told; ++tries)
-            told = click(corner + OpenButton) && within(10000, [this] {
-                       return frame->heard("host > frame  serial rate: set code 12") > 0;
-                   });
-        if (!told)
-            return u"the frame was not told its rate"_s;
-        if (!press(u"Escape"_s) || !inTime([&] { return !opened(); }))
-            return u"the connection dialog did not close"_s;
-        return {};
-    }
+    std::unique_ptr<SerialTool> serial;
+    VirtualFrame *frame = nullptr; // of serial
+    Program *tool = nullptr;       // of serial
+    QPoint window;                 // the main one's corner
 
 private slots:
     void init()
     {
-        QVERIFY(QDir::home().mkpath(u".config"_s));
-        place = std::make_unique<QTemporaryDir>();
-        frame = std::make_unique<VirtualFrame>();
-        QStringList arguments{u"serial"_s, u"--link"_s, place->filePath(u"port"_s)};
+        QStringList arguments(u"serial"_s);
         if (qstrcmp(QTest::currentTestFunction(), "the_largest_frame_is_drawn_to_its_ends") == 0)
             arguments += {u"--profile"_s, QStringLiteral(QUORVEL_PROFILES "/largest.profile")};
-        QVERIFY(frame->begin(arguments));
-        tool = std::make_unique<Program>();
-        QVERIFY(tool->start(QStringLiteral(QUORVEL_PROGRAM)));
-        std::optional<Window> shown;
-        QVERIFY(inTime(
-            [&shown] { return (shown = windowSized("Quorvel", MainWindowSize)).has_value(); }));
-        window = shown->geometry.topLeft();
-        QCOMPARE(openPort(), QString());
+        serial = std::make_unique<SerialTool>();
+        QCOMPARE(serial->begin(arguments), QString());
+        frame = &serial->frame;
+        tool = &serial->tool;
+        window = serial->window;
     }
     void cleanup()
     {
-        Program second;
-        QVERIFY(second.start(QStringLiteral(QUORVEL_PROGRAM), {u"-close"_s}));
-        QVERIFY(second.endsWell());
-        QVERIFY(tool->endsWell());
-        tool.reset();
-        frame->write("quit");
-        QVERIFY(frame->endsWell());
-        frame.reset();
-        place.reset();
+        QCOMPARE(serial->end(), QString());
+        serial.reset();
     }
 
     void a_calibration_is_kept()

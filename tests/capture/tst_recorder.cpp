@@ -234,6 +234,27 @@ private slots:
         QCOMPARE(qsizetype(recorder.written()), size);
     }
 
+    void one_recording_may_follow_one_link_after_the_other()
+    {
+        const auto frame = std::make_shared<sim::SimAdapter>(sim::Profile());
+        Recorder recorder;
+        QCOMPARE(recorder.start(path), QString());
+        for (int i = 0; i < 2; ++i) {
+            Link link(frame);
+            recorder.follow(link);
+            link.start();
+            send(link, "00 A5 00");
+            link.end();
+        }
+        QStringList lines;
+        for (const Record &record : recordsIn(path)) {
+            if (record.kind != Kind::FromFrame)
+                lines += words(record);
+        }
+        QCOMPARE(lines, QStringList({u"began usb"_s, u"> usb done A5"_s, u"ended usb 2"_s,
+                                     u"began usb"_s, u"> usb done A5"_s, u"ended usb 2"_s}));
+    }
+
     void a_start_that_fails_leaves_the_recording_before_at_work()
     {
         const auto frame = std::make_shared<sim::SimAdapter>(sim::Profile());
@@ -249,6 +270,43 @@ private slots:
         QCOMPARE(recorder.start(other), QString());
         QCOMPARE(recorder.path(), other);
         QCOMPARE(words(recordsIn(other).first()), u"began usb"_s);
+    }
+
+    void what_was_recorded_is_said_again_to_another_link()
+    {
+        sim::Profile profile;
+        profile.rotation = 3;
+        {
+            Link link(std::make_shared<sim::SimAdapter>(profile));
+            Recorder recorder(link);
+            QCOMPARE(recorder.start(path), QString());
+            link.start();
+            send(link, "00 A7 02");
+            QTRY_VERIFY(told(path).contains(u"< usb done A7 82 02 00 03"_s));
+            link.end();
+        }
+        const auto start = std::chrono::steady_clock::now();
+        QString problem;
+        auto replay = sim::Replay::load(
+            path,
+            [start] {
+                return std::chrono::duration_cast<std::chrono::milliseconds>(
+                    std::chrono::steady_clock::now() - start);
+            },
+            &problem);
+        QVERIFY2(replay, qPrintable(problem));
+        // Its own firmware would say something else.
+        const auto frame = std::make_shared<sim::SimAdapter>(sim::Profile());
+        frame->replay(*std::move(replay));
+        Link link(frame);
+        Recorder recorder(link);
+        const QString again = place->filePath(u"again.pcap"_s);
+        QCOMPARE(recorder.start(again), QString());
+        link.start();
+        send(link, "00 A7 02");
+        QTRY_VERIFY(told(again).contains(u"< usb done A7 82 02 00 03"_s));
+        link.end();
+        QCOMPARE(told(again), told(path));
     }
 
     void a_full_disk_disturbs_no_frame_and_is_told_of_once()

@@ -123,6 +123,12 @@ private slots:
                u"No touch frame is on USB.|Plug the frame in"_s);
     }
 
+    void a_node_that_is_asked_for_is_named()
+    {
+        EXPECT(checkNode(MadeUpMachine(), {}, u"/dev/usb/hiddev7"_s), Verdict::Trouble,
+               Cause::NoFrame, u"No touch frame is at /dev/usb/hiddev7."_s);
+    }
+
     void nodes_of_other_makers_are_named()
     {
         MadeUpMachine machine;
@@ -419,6 +425,7 @@ private slots:
     void the_first_thing_in_the_way_is_told_in_short()
     {
         MadeUpMachine machine;
+        QVERIFY(whyNothingIsLinked(machine).evidence.contains(u"is at /dev/usb/hiddev0"_s));
         machine.unplug();
         QVERIFY(whyNothingIsLinked(machine).evidence.contains(u"No touch frame is on USB."_s));
         machine.addUsb("5156", u"1-2"_s, {}, {});

@@ -155,7 +155,10 @@ private slots:
         FakeHiddev io;
         Link link(std::make_shared<HID_AdpterPacket::OP_HID_Adapter>(io));
         link.start();
-        for (const Finding &finding : checkAnswers(interview(link, 0, 1s)))
+        const Interview frame = interview(link, 0, 1s);
+        QCOMPARE(checkAnswers(frame)[0].verdict, Verdict::Trouble);
+        QCOMPARE(checkAnswers(frame)[0].cause, Cause::NoFrame);
+        for (const Finding &finding : checkAnswers(frame, true))
             QCOMPARE(finding.verdict, Verdict::NotLooked);
     }
 
@@ -202,8 +205,10 @@ private slots:
         MadeUpMachine machine;
         machine.write(u"/settings"_s, "damaged");
         machine.variables = {};
-        const Patient patient{
-            .serialPort = {}, .settingsFile = machine.root() + u"/settings"_s, .hasTray = false};
+        const Patient patient{.usbNode = {},
+                              .serialPort = {},
+                              .settingsFile = machine.root() + u"/settings"_s,
+                              .hasTray = false};
         Interview frame;
         frame.answerMs = 90;
         frame.reportMs = 67;
@@ -228,7 +233,8 @@ private slots:
         frame.port = u"/dev/ttyUSB0"_s;
         frame.answerMs = 40;
         const Examination all = Examination::of(machine,
-                                                {.serialPort = u"ttyUSB0"_s,
+                                                {.usbNode = {},
+                                                 .serialPort = u"ttyUSB0"_s,
                                                  .settingsFile = machine.root() + u"/settings"_s,
                                                  .hasTray = {}},
                                                 frame);
@@ -240,9 +246,12 @@ private slots:
     {
         MadeUpMachine machine;
         machine.unplug();
-        const Examination all = Examination::of(
-            machine, {.serialPort = {}, .settingsFile = machine.root() + u"/none"_s, .hasTray = {}},
-            {});
+        const Examination all = Examination::of(machine,
+                                                {.usbNode = {},
+                                                 .serialPort = {},
+                                                 .settingsFile = machine.root() + u"/none"_s,
+                                                 .hasTray = {}},
+                                                {});
         const QJsonObject json = all.json();
         QCOMPARE(json[u"first_trouble"_s].toString(), u"node"_s);
         QCOMPARE(json[u"cause"_s].toString(), u"no-frame"_s);

@@ -83,6 +83,7 @@ private slots:
     void a_user_without_rights_is_told_what_to_do();
     void the_rule_lets_members_of_plugdev_in();
     void of_two_programs_one_has_the_frame_and_the_other_takes_it_when_that_is_killed();
+    void the_doctor_finds_what_keeps_a_frame_from_working();
 
 private:
     static void withAndWithoutUdev();
@@ -95,6 +96,8 @@ private:
     QImage status() const { return seen(StatusLine.translated(window.geometry.topLeft())); }
     bool startsAs(Program &program, const QStringList &arguments, std::optional<gid_t> group);
     bool closeTool(std::optional<gid_t> group = {});
+    // The exit code of an examination by root, or by a user without rights, and what it says.
+    static int examine(bool byRoot, QByteArray &said);
     bool holdsNode() const;
     void keepPicture(const QString &name);
 
@@ -641,6 +644,89 @@ void TestKernel::of_two_programs_one_has_the_frame_and_the_other_takes_it_when_t
     Program closer;
     QVERIFY(startsAs(closer, {u"-close"_s}, {}));
     QVERIFY(closer.endsWell() && other.endsWell());
+}
+
+int TestKernel::examine(bool byRoot, QByteArray &said)
+{
+    constexpr gid_t NoGroup = 65534;
+    QProcess doctor;
+    doctor.setProcessChannelMode(QProcess::MergedChannels);
+    if (!byRoot) {
+        doctor.setChildProcessModifier([] {
+            if (setgroups(0, nullptr) != 0 || setgid(NoGroup) != 0 || setuid(SomeUser) != 0)
+                _exit(1);
+        });
+    }
+    // Emulated, an answer may be late.
+    doctor.start(QStringLiteral(QUORVEL_CTL_PROGRAM), {u"doctor"_s, u"--timeout"_s, u"20"_s});
+    if (!doctor.waitForFinished(PatienceMs) || doctor.exitStatus() != QProcess::NormalExit)
+        return -1;
+    said = doctor.readAll();
+    return doctor.exitCode();
+}
+
+void TestKernel::the_doctor_finds_what_keeps_a_frame_from_working()
+{
+    constexpr int NoFrame = 3;
+    constexpr int NoPermission = 4;
+    constexpr int InUse = 5;
+    QVERIFY(QDir().mkpath(QDir::homePath() + u"/.config"_s));
+    QCOMPARE(startUdev(), QString());
+    QByteArray said;
+    const auto says = [&said](const QByteArray &words) {
+        return said.simplified().contains(words);
+    };
+    int code = examine(true, said);
+    QVERIFY2(code == NoFrame && says("kernel good The kernel's driver usbhid is there") &&
+                 says("node TROUBLE No touch frame is on USB."),
+             said);
+
+    QVERIFY(frame->does("plug"));
+    QVERIFY(inTime([] { return QFile::exists(u"/dev/usb/hiddev0"_s); }));
+    code = examine(true, said);
+    QVERIFY2(code == 0 && says("node good The touch frame is at /dev/usb/hiddev0.") &&
+                 says("ids good It is 5156:0001, release 3010.") &&
+                 says("permission good This user may open /dev/usb/hiddev0. It belongs to root") &&
+                 says("answer good It answers at /dev/usb/hiddev0, after") &&
+                 says("generation good It is of the current generation, with the firmware "
+                      "5A17C0DE-003812."),
+             said);
+
+    code = examine(false, said);
+    QVERIFY2(code == NoPermission &&
+                 says("permission TROUBLE A touch frame is at /dev/usb/hiddev0 but this user may "
+                      "not open it (Permission denied).") &&
+                 says("with the mode 0600."),
+             said);
+
+    QCOMPARE(startTool(), QString());
+    QVERIFY(inTime([this] { return frame->heard(AskedForVersion) > 1; }));
+    code = examine(true, said);
+    QVERIFY2(code == InUse &&
+                 says("program TROUBLE The touch frame at /dev/usb/hiddev0 is in use by quorvel "
+                      "(process " +
+                      QByteArray::number(tool->process.processId()) + ")."),
+             said);
+    QVERIFY(closeTool());
+
+    const QDir driver(u"/sys/bus/usb/drivers/usbhid"_s);
+    const QStringList bound = driver.entryList({u"*:1.0"_s});
+    QCOMPARE(bound.size(), 1);
+    QFile unbind(driver.filePath(u"unbind"_s));
+    QVERIFY(unbind.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    QVERIFY(unbind.write(bound[0].toLatin1()) > 0);
+    QVERIFY(inTime([] { return !QFile::exists(u"/dev/usb/hiddev0"_s); }));
+    code = examine(true, said);
+    QVERIFY2(code == NoFrame && says("no driver uses it.") &&
+                 says("write \"" + bound[0].toLatin1() + "\" to"),
+             said);
+    // What it advises helps.
+    QFile bind(driver.filePath(u"bind"_s));
+    QVERIFY(bind.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    QVERIFY(bind.write(bound[0].toLatin1()) > 0);
+    QVERIFY(inTime([] { return QFile::exists(u"/dev/usb/hiddev0"_s); }));
+    code = examine(true, said);
+    QVERIFY2(code == 0, said);
 }
 
 QTEST_MAIN(TestKernel)

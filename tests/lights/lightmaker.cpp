@@ -48,11 +48,11 @@ struct Strip
 {
     Axis axis;
     int count;
-    std::vector<double> level;   // what a light would read at its gain
-    std::vector<double> noise;   // standard deviation
+    std::vector<double> level; // what a light would read at its gain
+    std::vector<double> noise; // standard deviation
     std::vector<double> gain;
     std::vector<TrueLight> truth;
-    std::vector<bool> taken;     // by a stretch
+    std::vector<bool> taken; // by a stretch
     int coveredLights = 0;
 };
 
@@ -77,7 +77,12 @@ double baseAt(Base shape, double place, double amount, int fromEnd, double phase
 
 Strip makeStrip(const Recipe &recipe, Dice &dice, Axis axis, int count)
 {
-    Strip strip{axis, count, {}, {}, {}, std::vector<TrueLight>(size_t(count)),
+    Strip strip{axis,
+                count,
+                {},
+                {},
+                {},
+                std::vector<TrueLight>(size_t(count)),
                 std::vector<bool>(size_t(count), false)};
     const double middle = dice.between(recipe.minLevel, recipe.maxLevel);
     const double noise = dice.between(recipe.minNoise, recipe.maxNoise);
@@ -241,8 +246,8 @@ void addOdd(Dice &dice, Strip &strip, LightVerdict verdict, bool telling)
                strip.truth[size_t(number)].verdict != LightVerdict::Healthy;
     };
     // Nothing tells a weak light that touches a stretch from the stretch's own edge.
-    if (light.covered || isBesideStretch(strip, i) || isOdd(i) || (isOdd(i - 1) && (isOdd(i - 2) || isOdd(i + 1))) ||
-        (isOdd(i + 1) && isOdd(i + 2)))
+    if (light.covered || isBesideStretch(strip, i) || isOdd(i) ||
+        (isOdd(i - 1) && (isOdd(i - 2) || isOdd(i + 1))) || (isOdd(i + 1) && isOdd(i + 2)))
         return;
     light.verdict = verdict;
     double &level = strip.level[size_t(i)];
@@ -340,9 +345,8 @@ Made make(const Recipe &recipe, unsigned seed)
     }
     times([&] { addDirt(recipe, dice, some(), made.stretches); });
     times([&] { addObstacle(dice, some(), made.stretches); });
-    for (const LightVerdict verdict :
-         {LightVerdict::Weak, LightVerdict::Dead, LightVerdict::Noisy, LightVerdict::Saturated,
-          LightVerdict::SwitchedOff})
+    for (const LightVerdict verdict : {LightVerdict::Weak, LightVerdict::Dead, LightVerdict::Noisy,
+                                       LightVerdict::Saturated, LightVerdict::SwitchedOff})
         times([&] { addOdd(dice, some(), verdict, telling); });
 
     const int scans = dice.whole(recipe.minScans, recipe.maxScans);

@@ -23,12 +23,12 @@ struct Recipe
     double minLevel = 150, maxLevel = 230;
     Base base = Base::Any;
     std::vector<Dip> dips{Dip::Gauss, Dip::RaisedCosine};
-    double maxAlternation = 0.08; // share by which every other light differs
-    double maxSpread = 0.02;      // standard deviation from light to light, a share
+    double maxAlternation = 0.08;        // share by which every other light differs
+    double maxSpread = 0.02;             // standard deviation from light to light, a share
     double minNoise = 0.4, maxNoise = 3; // standard deviation of a scan, levels
-    double maxDrift = 0.04;       // share over all scans
-    bool gains = true;            // the frame tells them, in half of the frames
-    int maxFaults = 12;           // of each kind, as far as there is room
+    double maxDrift = 0.04;              // share over all scans
+    bool gains = true;                   // the frame tells them, in half of the frames
+    int maxFaults = 12;                  // of each kind, as far as there is room
     bool bars = true;
 };
 

@@ -67,6 +67,8 @@ private slots:
     void waiting_takes_its_time();
     void the_log_file_holds_what_was_printed();
     void a_serial_line_is_linked_answers_and_is_gone_at_the_end();
+    void a_recording_is_replayed_and_departures_are_told();
+    void what_is_no_recording_is_refused();
     void a_link_that_cannot_be_made_fails();
     void a_serial_line_hangs_up_and_comes_back();
     void a_serial_fault_is_for_serial_lines();
@@ -113,6 +115,12 @@ void TestQuorvelSim::wrong_usage_is_refused_data()
                                  << QByteArray("--link goes with serial and takes a path\n");
     QTest::newRow("empty link") << QStringList({u"serial"_s, u"--link"_s, QString()})
                                 << QByteArray("--link goes with serial and takes a path\n");
+    QTest::newRow("replay of nothing") << QStringList(u"replay"_s)
+                                       << QByteArray("say what is replayed: quorvel-sim replay "
+                                                     "FILE\n");
+    QTest::newRow("replay on an unknown door")
+        << QStringList({u"replay"_s, u"x"_s, u"bluetooth"_s})
+        << QByteArray("'bluetooth' is no way to attach the frame: there are usb and serial\n");
     QTest::newRow("unknown option")
         << QStringList({u"usb"_s, u"--loud"_s}) << QByteArray("Unknown option 'loud'.\n");
     QTest::newRow("option without value") << QStringList({u"usb"_s, u"--profile"_s})
@@ -300,6 +308,67 @@ void TestQuorvelSim::a_serial_line_is_linked_answers_and_is_gone_at_the_end()
     QVERIFY(out.contains(" rate=9600\n"));
     QCOMPARE(process.readAllStandardError(), "");
     QVERIFY(!QFileInfo(link).isSymLink());
+}
+
+void TestQuorvelSim::a_recording_is_replayed_and_departures_are_told()
+{
+    QTemporaryDir home;
+    // The host asks for the rotation, 20 ms later it is 90 degrees.
+    QFile file(home.filePath(u"asked.pcap"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const auto packet = [](const char *time, const char *bytes) {
+        return QByteArray::fromHex("05000000") + QByteArray::fromHex(time) +
+               QByteArray::fromHex("4C0000004C000000 5176 01") +
+               QByteArray::fromHex(bytes).leftJustified(73, '\0');
+    };
+    file.write(QByteArray::fromHex("D4C3B2A1 0200 0400 00000000 00000000 4C000000 93000000") +
+               packet("00000000", "00 02 00 0000 00000000 00 A7 02") +
+               packet("204E0000", "01 02 00 0000 00000000 FC A7 82 02 00 01"));
+    file.close();
+
+    const QString link = home.filePath(u"frame"_s);
+    QProcess process;
+    process.start(QStringLiteral(QUORVEL_SIM), {u"replay"_s, file.fileName(), u"--link"_s, link});
+    QByteArray out;
+    const auto says = [&](const char *words) {
+        process.waitForReadyRead(10);
+        out += process.readAllStandardOutput();
+        return out.contains(words);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(says("ok plug /dev/pts/"), LongEnoughMs);
+    const FileDescriptor terminal(
+        ::open(QFile::encodeName(link).constData(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    const QByteArray commands = QByteArray::fromHex("51 56 00 A3 00 00 00 00"
+                                                    "51 56 00 A7 02 00 00 00");
+    QCOMPARE(::write(terminal.get(), commands.constData(), size_t(commands.size())),
+             commands.size());
+    QByteArray answer;
+    pollfd waited{terminal.get(), POLLIN, 0};
+    while (answer.size() < 10 && ::poll(&waited, 1, LongEnoughMs) == 1) {
+        char buf[64];
+        const ssize_t count = ::read(terminal.get(), buf, sizeof buf);
+        QVERIFY(count > 0);
+        answer.append(buf, count);
+    }
+    QCOMPARE(answer.toHex(' '), "51 56 fc a7 82 02 00 01 00 00");
+
+    process.write("touch 1 2\nstate\nquit\n");
+    QVERIFY(process.waitForFinished(LongEnoughMs));
+    out += process.readAllStandardOutput();
+    QCOMPARE(process.exitCode(), 0);
+    QVERIFY2(out.contains("replay  the host sends what is not in the recording: firmware: read\n"),
+             out.constData());
+    QVERIFY(out.contains(" replayed=1/1 departures=1 rate=9600\n"));
+    QVERIFY(out.contains("\nok replay replayed=1/1 departures=1\n"));
+    QCOMPARE(process.readAllStandardError(), "error: touch: a recording feels nothing\n");
+}
+
+void TestQuorvelSim::what_is_no_recording_is_refused()
+{
+    const Outcome outcome = run({u"replay"_s, QStringLiteral(QUORVEL_SIM)});
+    QCOMPARE(outcome.code, 2);
+    QVERIFY2(outcome.err.startsWith(QUORVEL_SIM ": is no capture file: "), outcome.err.constData());
+    QCOMPARE(outcome.out, "");
 }
 
 void TestQuorvelSim::a_link_that_cannot_be_made_fails()

@@ -141,6 +141,7 @@ private slots:
 
     void a_stall_is_answered_after_its_time();
     void a_stalled_transfer_can_be_unlinked();
+    void a_recording_answers_in_place_of_the_firmware();
     void a_late_transfer_comes_late();
     void a_late_transfer_that_was_unlinked_does_not_happen();
     void a_torn_report_ends_in_zeros();
@@ -425,6 +426,40 @@ void TestUsbDevice::a_stall_is_answered_after_its_time()
     QCOMPARE(host.answer(), QByteArray(Stall));
     QVERIFY(timer.elapsed() >= 119);
     QVERIFY(!host.frame.firmware().hasReply());
+}
+
+void TestUsbDevice::a_recording_answers_in_place_of_the_firmware()
+{
+    using capture::Kind;
+    const auto record = [](Kind kind, const QByteArray &hex) {
+        capture::Record made;
+        made.kind = kind;
+        made.over = capture::Over::Usb;
+        const QByteArray bytes = QByteArray::fromHex(hex);
+        std::copy(bytes.begin(), bytes.end(), made.frame.begin());
+        return made;
+    };
+    Host host;
+    host.frame.replay(
+        sim::Replay({record(Kind::ToFrame, "00 A7 02"),
+                     record(Kind::FromFrame, "FC A7 82 02 00 03"), record(Kind::LinkEnded, "")},
+                    [] { return 0ms; }));
+    host.submit("00000001", SetReport, outputReport("A5 00"));
+    QCOMPARE(host.answer(), QByteArray("00000000 "));
+    QCOMPARE(
+        host.lines.last().trimmed(),
+        u"0.000  replay  the host sends what is not in the recording: scan: read light counts"_s);
+    host.submit("00000002", GetReport);
+    QCOMPARE(host.answer(), "00000000 " + outputReport("").toHex(' '));
+    host.submit("00000003", SetReport, outputReport("A7 02"));
+    QCOMPARE(host.answer(), QByteArray("00000000 "));
+    host.submit("00000004", GetReport);
+    QCOMPARE(host.answer(), "00000000 " + outputReport("A7 82 02 00 03").toHex(' '));
+    // The device went then, and so it does now.
+    QSignalSpy pulled(host.device.get(), &sim::UsbDevice::pulled);
+    host.submit("00000005", GetReport);
+    QTRY_COMPARE(pulled.size(), 1);
+    QVERIFY(!host.frame.plugged());
 }
 
 void TestUsbDevice::a_stalled_transfer_can_be_unlinked()

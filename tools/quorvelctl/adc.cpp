@@ -36,9 +36,9 @@ constexpr std::array Lines = {
          &command::AdcLines::edgeThreshold},
 };
 
-using Given = std::array<std::optional<int>, Lines.size()>;
+using GivenLines = std::array<std::optional<int>, Lines.size()>;
 
-void tell(Session &session, const command::AdcReport &report)
+void tellAdc(Session &session, const command::AdcReport &report)
 {
     const command::AdcLines &lines = report.lines;
     QJsonObject values;
@@ -57,7 +57,7 @@ void tell(Session &session, const command::AdcReport &report)
         {{u"adc"_s, values}, {u"lights_x"_s, report.counts.x}, {u"lights_y"_s, report.counts.y}});
 }
 
-void set(Session &session, const Given &given)
+void setAdc(Session &session, const GivenLines &given)
 {
     if (std::none_of(given.begin(), given.end(), [](const auto &one) { return one.has_value(); }))
         throw Failure(WrongUsage, Words::tr("Say what to set, such as --threshold 1000. See "
@@ -92,7 +92,7 @@ void set(Session &session, const Given &given)
                                       .arg(wanted.*line.value)
                                       .arg(said.lines.*line.value));
     }
-    tell(session, said);
+    tellAdc(session, said);
 }
 
 } // namespace
@@ -103,18 +103,18 @@ void addAdc(CLI::App &app, Session &session)
     adc->require_subcommand(1);
     define(*adc->add_subcommand("show", "Ask the frame for its ADC settings"), session, [&session] {
         session.connectFrame();
-        tell(session, askAdc(session));
+        tellAdc(session, askAdc(session));
     });
     CLI::App *command =
         adc->add_subcommand("set", "Change some of them, and ask what the frame kept");
-    auto given = std::make_shared<Given>();
+    auto given = std::make_shared<GivenLines>();
     for (size_t i = 0; i < Lines.size(); ++i)
         command
             ->add_option_function<int>(
                 Lines[i].option, [given, i](int value) { (*given)[i] = value; }, Lines[i].help)
             ->type_name("N")
             ->check(CLI::Range(0, LargestValue));
-    define(*command, session, [&session, given] { set(session, *given); });
+    define(*command, session, [&session, given] { setAdc(session, *given); });
 }
 
 } // namespace ctl

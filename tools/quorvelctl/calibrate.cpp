@@ -1,5 +1,6 @@
 #include "calibrate.h"
 
+#include "config/lastcalibration.h"
 #include "device/calibrationsteps.h"
 #include "program.h"
 #include "questions.h"
@@ -186,6 +187,8 @@ void Calibration::end(bool save)
     // It does not tell which calibration it keeps. That it answers is all that can be known.
     askRotation(session);
     session.confirmed();
+    if (save)
+        LastCalibration{QDateTime::currentDateTimeUtc(), steps.deviation()}.keep();
     session.answer({accuracy(), save ? Words::tr("The touch frame was told to save it.")
                                      : Words::tr("The touch frame was told to discard it.")},
                    {{u"deviation_percent"_s, steps.deviation()},

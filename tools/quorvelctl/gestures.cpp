@@ -19,7 +19,7 @@ namespace ctl {
 
 namespace {
 
-struct Given
+struct GivenGestures
 {
     std::optional<int> finger;
     std::optional<int> rightButton;
@@ -30,7 +30,7 @@ struct Given
 };
 
 // What the settings file keeps; nothing when it does not give all.
-std::optional<_SETTING_DATA> kept()
+std::optional<_SETTING_DATA> keptGestures()
 {
     // Reading a file that is not there makes one.
     if (!QFileInfo::exists(XML_CLASS::filePath()))
@@ -40,7 +40,7 @@ std::optional<_SETTING_DATA> kept()
     return store.gaveWhole(element::Setting) ? std::optional(withinRanges(data)) : std::nullopt;
 }
 
-_SETTING_DATA defaults()
+_SETTING_DATA defaultGestures()
 {
     return {.all_en = 1,
             .rb_en = 1,
@@ -57,7 +57,7 @@ QString onOff(int flag)
     return flag != 0 ? Words::tr("on") : Words::tr("off");
 }
 
-QStringList linesOf(const _SETTING_DATA &data)
+QStringList linesOfGestures(const _SETTING_DATA &data)
 {
     return {Words::tr("Finger as an input device: %1").arg(onOff(data.all_en)),
             Words::tr("Right button by press and hold: %1, after %2 ms, within %3")
@@ -69,31 +69,31 @@ QStringList linesOf(const _SETTING_DATA &data)
                 .arg(data.wheel_sen)};
 }
 
-QJsonObject jsonOf(const _SETTING_DATA &data)
+QJsonObject jsonOfGestures(const _SETTING_DATA &data)
 {
     return {{u"finger"_s, data.all_en != 0},  {u"right_button"_s, data.rb_en != 0},
             {u"hold_ms"_s, data.rb_duration}, {u"hold_range"_s, data.rb_ran},
             {u"wheel"_s, data.wheel_en != 0}, {u"wheel_sensitivity"_s, data.wheel_sen}};
 }
 
-void show(Session &session)
+void showGestures(Session &session)
 {
-    const auto data = kept();
+    const auto data = keptGestures();
     const QString file = XML_CLASS::filePath();
     QStringList lines;
     if (data)
-        lines = linesOf(*data)
+        lines = linesOfGestures(*data)
                 << Words::tr("This is what %1 keeps: a touch frame does not tell its gestures.")
                        .arg(file);
     else
         lines = {
             Words::tr("%1 keeps no gestures, and a touch frame does not tell its own.").arg(file)};
-    session.answer(
-        lines, {{u"kept"_s, data ? QJsonValue(jsonOf(*data)) : QJsonValue()}, {u"file"_s, file}});
+    session.answer(lines, {{u"kept"_s, data ? QJsonValue(jsonOfGestures(*data)) : QJsonValue()},
+                           {u"file"_s, file}});
 }
 
 // Sends them, and keeps them as the window does, which sends them at every connection.
-void apply(Session &session, const _SETTING_DATA &data)
+void applyGestures(Session &session, const _SETTING_DATA &data)
 {
     session.connectFrame();
     session.send(command::Gestures{.allEnabled = data.all_en,
@@ -109,32 +109,31 @@ void apply(Session &session, const _SETTING_DATA &data)
     session.confirmed();
     XML_CLASS store;
     store.write_setting(data);
-    if (kept() != data)
+    if (keptGestures() != data)
         throw Failure(Failed, Words::tr("The gestures were sent, but %1 cannot be written: they "
                                         "are not kept.")
                                   .arg(XML_CLASS::filePath()));
-    QStringList lines = linesOf(data)
+    QStringList lines = linesOfGestures(data)
                         << Words::tr("Sent to the touch frame, which does not tell them, and kept "
                                      "in %1.")
                                .arg(XML_CLASS::filePath());
     if (session.isSerial())
         lines += Words::tr("A serial line does not carry the wheel's sensitivity.");
-    session.answer(lines, {{u"sent"_s, jsonOf(data)},
-                           {u"kept"_s, jsonOf(data)},
+    session.answer(lines, {{u"sent"_s, jsonOfGestures(data)},
                            {u"file"_s, XML_CLASS::filePath()},
                            {u"wheel_sensitivity_carried"_s, !session.isSerial()}});
 }
 
-void set(Session &session, const Given &given)
+void setGestures(Session &session, const GivenGestures &given)
 {
-    _SETTING_DATA data = kept().value_or(defaults());
+    _SETTING_DATA data = keptGestures().value_or(defaultGestures());
     data.all_en = given.finger.value_or(data.all_en);
     data.rb_en = given.rightButton.value_or(data.rb_en);
     data.rb_duration = given.holdTime.value_or(data.rb_duration);
     data.rb_ran = given.holdRange.value_or(data.rb_ran);
     data.wheel_en = given.wheel.value_or(data.wheel_en);
     data.wheel_sen = given.wheelSensitivity.value_or(data.wheel_sen);
-    apply(session, data);
+    applyGestures(session, data);
 }
 
 void addSwitch(CLI::App &command, const char *option, std::optional<int> &value, const char *help)
@@ -163,10 +162,10 @@ void addGestures(CLI::App &app, Session &session)
     CLI::App *gestures = app.add_subcommand("gestures", "How touches become mouse actions");
     gestures->require_subcommand(1);
     define(*gestures->add_subcommand("show", "Show what the settings file keeps"), session,
-           [&session] { show(session); });
+           [&session] { showGestures(session); });
     CLI::App *command =
         gestures->add_subcommand("set", "Change some, send all to the frame and keep them");
-    auto given = std::make_shared<Given>();
+    auto given = std::make_shared<GivenGestures>();
     addSwitch(*command, "--finger", given->finger, "The finger is an input device");
     addSwitch(*command, "--right-button", given->rightButton,
               "Press and hold gives the right button");
@@ -175,9 +174,9 @@ void addGestures(CLI::App &app, Session &session)
     addSwitch(*command, "--wheel", given->wheel, "The wheel gesture");
     addNumber(*command, "--wheel-sensitivity", given->wheelSensitivity, 1, 3,
               "Its sensitivity, 1 is the highest");
-    define(*command, session, [&session, given] { set(session, *given); });
+    define(*command, session, [&session, given] { setGestures(session, *given); });
     define(*gestures->add_subcommand("defaults", "Send the defaults to the frame and keep them"),
-           session, [&session] { apply(session, defaults()); });
+           session, [&session] { applyGestures(session, defaultGestures()); });
 }
 
 } // namespace ctl

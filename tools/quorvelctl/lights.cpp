@@ -1,5 +1,6 @@
 #include "lights.h"
 
+#include "lightscheck.h"
 #include "program.h"
 #include "questions.h"
 #include "scan.h"
@@ -60,7 +61,7 @@ QJsonArray arrayOf(const std::vector<int> &values)
     return array;
 }
 
-void scan(Session &session, const Choice &choice)
+void scanLights(Session &session, const Choice &choice)
 {
     session.connectFrame();
     const command::LightCounts counts = choice.gains ? askAdc(session).counts : askCounts(session);
@@ -83,7 +84,7 @@ void scan(Session &session, const Choice &choice)
     session.answer(lines, members);
 }
 
-void tell(Session &session, const command::LightReport &report)
+void tellLight(Session &session, const command::LightReport &report)
 {
     QStringList lines = {
         Words::tr("%1 %2: %3")
@@ -109,18 +110,18 @@ command::LightRequest requestFor(const Choice &choice, UCHAR sub)
             .off = false};
 }
 
-void show(Session &session, const Choice &choice)
+void showLight(Session &session, const Choice &choice)
 {
     session.connectFrame();
-    tell(session, askLight(session, requestFor(choice, settings::GetLight)));
+    tellLight(session, askLight(session, requestFor(choice, settings::GetLight)));
 }
 
 // Writes to a light. Its answer tells how the light is then; an older one may come first, so what
 // differs is asked for again.
 template <typename Value>
-command::LightReport write(Session &session, const command::LightRequest &request,
-                           const QString &what, const Value &written,
-                           Value command::LightReport::*value)
+command::LightReport writeLight(Session &session, const command::LightRequest &request,
+                                const QString &what, const Value &written,
+                                Value command::LightReport::*value)
 {
     session.connectFrame();
     session.mark(what);
@@ -137,20 +138,20 @@ command::LightReport write(Session &session, const command::LightRequest &reques
     return said;
 }
 
-void set(Session &session, const Choice &choice)
+void setLight(Session &session, const Choice &choice)
 {
     const command::LightRequest request = requestFor(choice, settings::SetLight);
-    const command::LightReport said = write(session, request,
-                                            Words::tr("an offset of %1 for %2 %3")
-                                                .arg(choice.offset)
-                                                .arg(axisName(request.light.axis))
-                                                .arg(choice.number),
-                                            choice.offset, &command::LightReport::offset);
+    const command::LightReport said = writeLight(session, request,
+                                                 Words::tr("an offset of %1 for %2 %3")
+                                                     .arg(choice.offset)
+                                                     .arg(axisName(request.light.axis))
+                                                     .arg(choice.number),
+                                                 choice.offset, &command::LightReport::offset);
     if (said.offset != choice.offset)
         throw Failure(Failed, Words::tr("The touch frame was told an offset of %1, and says %2.")
                                   .arg(choice.offset)
                                   .arg(said.offset));
-    tell(session, said);
+    tellLight(session, said);
 }
 
 void switchTo(Session &session, const Choice &choice, bool off)
@@ -159,12 +160,12 @@ void switchTo(Session &session, const Choice &choice, bool off)
     request.off = off;
     const QString what = off ? Words::tr("%1 %2 off") : Words::tr("%1 %2 on");
     const command::LightReport said =
-        write(session, request, what.arg(axisName(request.light.axis)).arg(choice.number), off,
-              &command::LightReport::off);
+        writeLight(session, request, what.arg(axisName(request.light.axis)).arg(choice.number), off,
+                   &command::LightReport::off);
     if (said.off != off)
         throw Failure(Failed, said.off ? Words::tr("The touch frame says that the light is off.")
                                        : Words::tr("The touch frame says that the light is on."));
-    tell(session, said);
+    tellLight(session, said);
 }
 
 void addLight(CLI::App &command, Choice &choice)
@@ -187,16 +188,18 @@ void addLights(CLI::App &app, Session &session)
     lights->require_subcommand(1);
     auto choice = std::make_shared<Choice>();
 
+    addLightsCheck(*lights, session);
+
     CLI::App *command = lights->add_subcommand("scan", "Scan the levels of all lights");
     command->add_option("--axis", choice->axis, "One axis only")
         ->type_name("x|y")
         ->check(CLI::IsMember({"x", "y"}));
     command->add_flag("--gains", choice->gains, "The gain of each light too");
-    define(*command, session, [&session, choice] { scan(session, *choice); });
+    define(*command, session, [&session, choice] { scanLights(session, *choice); });
 
     command = lights->add_subcommand("show", "Ask how one light is");
     addLight(*command, *choice);
-    define(*command, session, [&session, choice] { show(session, *choice); });
+    define(*command, session, [&session, choice] { showLight(session, *choice); });
 
     command = lights->add_subcommand("set", "Set the offset of a light's gain");
     addLight(*command, *choice);
@@ -204,7 +207,7 @@ void addLights(CLI::App &app, Session &session)
         ->required()
         ->type_name("OFFSET")
         ->check(CLI::Range(-LargestOffset, LargestOffset));
-    define(*command, session, [&session, choice] { set(session, *choice); });
+    define(*command, session, [&session, choice] { setLight(session, *choice); });
 
     command = lights->add_subcommand("off", "Switch one light off");
     addLight(*command, *choice);

@@ -19,7 +19,7 @@ namespace ctl {
 
 namespace {
 
-QString lineOf(const UsbNode &node)
+QString lineOfNode(const UsbNode &node)
 {
     if (!node.ids)
         return Words::tr("%1  touch frame that cannot be opened (%2)")
@@ -29,7 +29,7 @@ QString lineOf(const UsbNode &node)
              releaseText(node.ids->release));
 }
 
-QJsonObject jsonOf(const UsbNode &node)
+QJsonObject jsonOfNode(const UsbNode &node)
 {
     QJsonObject frame{{u"port"_s, node.path}, {u"openable"_s, node.ids.has_value()}};
     if (node.ids) {
@@ -45,8 +45,8 @@ void list(Session &session)
     QStringList lines;
     QJsonArray frames;
     for (const UsbNode &node : usbNodes(*session.around.hiddev)) {
-        lines += lineOf(node);
-        frames += jsonOf(node);
+        lines += lineOfNode(node);
+        frames += jsonOfNode(node);
     }
     if (frames.isEmpty())
         lines += Words::tr("No touch frame is connected by USB.");

@@ -2,9 +2,12 @@
 
 #include "adc.h"
 #include "calibrate.h"
+#include "doctor.h"
 #include "gestures.h"
 #include "lights.h"
 #include "list.h"
+#include "metrics.h"
+#include "record.h"
 #include "reset.h"
 #include "rotation.h"
 #include "session.h"
@@ -25,7 +28,6 @@ namespace ctl {
 
 namespace {
 
-constexpr double MsPerSecond = 1000;
 constexpr double LongestWaitS = 86400;
 
 // The C library's functions follow the user's locale, and "0.5" is no number in some.
@@ -65,21 +67,27 @@ QString nameOfCommand(const CLI::App &command)
 void addOptions(CLI::App &app, Options &options)
 {
     app.add_flag("--json", options.json, "Say it as JSON, for programs");
+    // On a machine whose frame is on a serial port nobody wants to name it each time.
+    options.port = qEnvironmentVariable("QUORVELCTL_PORT");
     auto *usb = app.add_option_function<std::string>(
         "--usb",
-        [&options](const std::string &node) { options.usb = QString::fromStdString(node); },
+        [&options](const std::string &node) {
+            options.usb = QString::fromStdString(node);
+            options.port.clear();
+        },
         "The frame on USB at this node, such as /dev/usb/hiddev0");
     usb->type_name("NODE");
-    auto *port = app.add_option_function<std::string>(
-        "--port",
-        [&options](const std::string &path) { options.port = QString::fromStdString(path); },
-        "The frame on this serial port, such as /dev/ttyUSB0");
-    port->type_name("PATH")->excludes(usb);
+    app.add_option_function<std::string>(
+           "--port",
+           [&options](const std::string &path) { options.port = QString::fromStdString(path); },
+           "The frame on this serial port, such as /dev/ttyUSB0; QUORVELCTL_PORT if not given")
+        ->type_name("PATH")
+        ->excludes(usb);
     app.add_option_function<std::string>(
            "--rate", [&options](const std::string &rate) { options.rate = rateOf(rate); },
-           "Bits per second that it is told to use, 9600 if not given")
+           "Bits per second that it is told to use there, 9600 if not given")
         ->type_name("N")
-        ->needs(port);
+        ->excludes(usb);
     addSeconds(app, "--timeout", "How long each answer of the frame may take, 3 if not given",
                [&options](std::chrono::milliseconds time) { options.timeout = time; });
     app.add_flag_function(
@@ -87,6 +95,13 @@ void addOptions(CLI::App &app, Options &options)
         "Wait until a frame is plugged in");
     addSeconds(app, "--wait-at-most", "The same, but no longer than this",
                [&options](std::chrono::milliseconds time) { options.wait = time; });
+    app.add_option_function<std::string>(
+           "--record",
+           [&options](const std::string &file) {
+               options.recordFile = QString::fromStdString(file);
+           },
+           "Record what travels to and from the frame meanwhile")
+        ->type_name("FILE");
 }
 
 // Tells what went wrong, and of what has been sent by then.
@@ -117,7 +132,7 @@ int parse(CLI::App &app, const QStringList &arguments, Session &session)
         reversed.insert(reversed.begin(), argument.toStdString());
     try {
         app.parse(reversed);
-        return Done;
+        return session.answeredWith();
     } catch (const CLI::ParseError &error) {
         std::ostringstream out;
         std::ostringstream err;
@@ -139,6 +154,9 @@ void define(CLI::App &command, Session &session, std::function<void()> work)
 {
     command.callback([&command, &session, work = std::move(work)] {
         session.begin(nameOfCommand(command));
+        if (session.options.rate && !session.isSerial())
+            throw Failure(WrongUsage, Words::tr("--rate is for a frame on a serial port. See "
+                                                "quorvelctl --help."));
         work();
     });
 }
@@ -161,7 +179,9 @@ int run(const QStringList &arguments, Session &session)
     app.require_subcommand(1);
     app.fallthrough();
     addOptions(app, session.options);
+    addDoctor(app, session);
     addList(app, session);
+    addMetrics(app, session);
     addStatus(app, session);
     addVersions(app, session);
     addGestures(app, session);
@@ -171,6 +191,7 @@ int run(const QStringList &arguments, Session &session)
     addLights(app, session);
     addAdc(app, session);
     addWatch(app, session);
+    addRecord(app, session);
 
     int code = Done;
     try {
@@ -179,7 +200,7 @@ int run(const QStringList &arguments, Session &session)
         code = tell(failure, session);
     }
     session.finish();
-    if (code != Done || session.output.problem().isEmpty())
+    if ((code != Done && code != session.answeredWith()) || session.output.problem().isEmpty())
         return code;
     session.output.complain(
         Words::tr("quorvelctl: The output cannot be written: %1.").arg(session.output.problem()));

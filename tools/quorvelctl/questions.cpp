@@ -40,6 +40,20 @@ command::FirmwareRecord askFirmware(Session &session)
     return *command::FirmwareRecord::decode(report);
 }
 
+std::optional<command::FirmwareRecord> firmwareOf(Session &session)
+{
+    if (!session.isSerial())
+        return session.isCurrentGeneration() ? std::optional(askFirmware(session)) : std::nullopt;
+    try {
+        return askFirmware(session);
+    } catch (const Failure &failure) {
+        if (failure.code() != NoAnswer)
+            throw;
+    }
+    askRotation(session);
+    return {};
+}
+
 command::LightCounts askCounts(Session &session)
 {
     const auto isCounts = [](const Frame &report) {

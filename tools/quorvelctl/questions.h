@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 namespace ctl {
 
 class Session;
@@ -18,6 +20,9 @@ struct Rotations
 Rotations askRotation(Session &session);
 
 command::FirmwareRecord askFirmware(Session &session);
+// Nothing of a frame of the older generation. Of one on a serial line only its answer tells whether
+// it has a firmware record.
+std::optional<command::FirmwareRecord> firmwareOf(Session &session);
 
 // Scan pages have a byte for each light afterwards.
 command::LightCounts askCounts(Session &session);

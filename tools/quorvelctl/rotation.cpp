@@ -24,22 +24,22 @@ QString degreesOf(UCHAR code)
     return Words::tr("%1 degrees").arg(code * QuarterTurn);
 }
 
-QJsonValue jsonOf(UCHAR code)
+QJsonValue jsonOfCode(UCHAR code)
 {
     return code > LargestCode ? QJsonValue() : QJsonValue(code * QuarterTurn);
 }
 
-void show(Session &session)
+void showRotation(Session &session)
 {
     session.connectFrame();
     const Rotations rotations = askRotation(session);
     session.answer({Words::tr("Rotation: %1").arg(degreesOf(rotations.now)),
                     Words::tr("Default: %1", "rotation").arg(degreesOf(rotations.standard))},
-                   {{u"degrees"_s, jsonOf(rotations.now)},
-                    {u"default_degrees"_s, jsonOf(rotations.standard)}});
+                   {{u"degrees"_s, jsonOfCode(rotations.now)},
+                    {u"default_degrees"_s, jsonOfCode(rotations.standard)}});
 }
 
-void set(Session &session, int degrees)
+void setRotation(Session &session, int degrees)
 {
     session.connectFrame();
     const auto code = UCHAR(degrees / QuarterTurn);
@@ -53,7 +53,7 @@ void set(Session &session, int degrees)
                                   .arg(degrees)
                                   .arg(degreesOf(said)));
     session.answer({Words::tr("Rotation: %1").arg(degreesOf(said))},
-                   {{u"degrees"_s, jsonOf(said)}});
+                   {{u"degrees"_s, jsonOfCode(said)}});
 }
 
 } // namespace
@@ -64,14 +64,14 @@ void addRotation(CLI::App &app, Session &session)
         app.add_subcommand("rotation", "By how much the frame turns what it reports");
     rotation->require_subcommand(1);
     define(*rotation->add_subcommand("show", "Ask the frame for its rotation"), session,
-           [&session] { show(session); });
+           [&session] { showRotation(session); });
     CLI::App *command = rotation->add_subcommand("set", "Turn, and ask whether it did");
     auto degrees = std::make_shared<int>(0);
     command->add_option("degrees", *degrees, "0, 90, 180 or 270")
         ->required()
         ->type_name("DEGREES")
         ->check(CLI::IsMember({0, 90, 180, 270}));
-    define(*command, session, [&session, degrees] { set(session, *degrees); });
+    define(*command, session, [&session, degrees] { setRotation(session, *degrees); });
 }
 
 } // namespace ctl

@@ -42,6 +42,10 @@ public:
 private:
     std::optional<command::ScanPage> pageOf(const Frame &frame) const;
     void take(const command::ScanPage &page);
+    std::chrono::milliseconds patience() const
+    {
+        return std::min<std::chrono::milliseconds>(PagePatience, session.options.timeout);
+    }
 
     Session &session;
     const UCHAR axis;
@@ -63,13 +67,13 @@ bool Scan::run()
         return page && page->first == 0;
     });
     take(*pageOf(first));
+    QDeadlineTimer silence(patience());
     while (levels.levels.size() < lights) {
         session.output.progress(Words::tr("Scanning %1: %2 of %3 lights")
                                     .arg(axisName(axis))
                                     .arg(levels.levels.size())
                                     .arg(lights));
-        const auto said = session.report(QDeadlineTimer(
-            std::min<std::chrono::milliseconds>(PagePatience, session.options.timeout)));
+        const auto said = session.report(silence);
         if (!said)
             return false;
         const auto page = said->isNew ? pageOf(said->frame) : std::nullopt;
@@ -83,6 +87,7 @@ bool Scan::run()
             take(*page);
         if (levels.levels.size() == before)
             return false;
+        silence = QDeadlineTimer(patience());
     }
     session.output.progress({});
     return true;

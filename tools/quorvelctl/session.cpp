@@ -1,5 +1,8 @@
 #include "session.h"
 
+#include "capture/recorder.h"
+#include "words.h"
+
 #include "device/hid_adapter.h"
 #include "device/records.h"
 #include "device/usblink.h"
@@ -30,7 +33,6 @@ constexpr auto ProblemSettles = 400ms;
 // be changing its rate.
 constexpr auto UsbAskPeriod = 1000ms;
 constexpr auto SerialAskPeriod = 300ms;
-constexpr auto LastPatience = 1000ms;
 
 bool isRotationNow(const Frame &report)
 {
@@ -51,8 +53,9 @@ Session::~Session()
     finish();
 }
 
-void Session::answer(const QStringList &lines, const QJsonObject &members)
+void Session::answer(const QStringList &lines, const QJsonObject &members, int code)
 {
+    answerCode = code;
     if (!options.json) {
         for (const QString &line : lines)
             output.print(line);
@@ -60,7 +63,7 @@ void Session::answer(const QStringList &lines, const QJsonObject &members)
     }
     QJsonObject document = members;
     document[u"command"_s] = name;
-    document[u"ok"_s] = true;
+    document[u"ok"_s] = code == Done;
     output.print(document);
 }
 
@@ -97,10 +100,25 @@ void Session::connectFrame()
         lost = lost || how == Link::End::DeviceGone;
         wake();
     });
+    if (!options.recordFile.isEmpty())
+        record();
     if (isSerial())
         connectSerial();
     else
         connectUsb();
+}
+
+// One recording goes through all links of a command.
+void Session::record()
+{
+    if (!recorder) {
+        recorder = std::make_unique<capture::Recorder>();
+        connect(recorder.get(), &capture::Recorder::losing, this,
+                [this](const QString &sentence) { output.complain(u"quorvelctl: "_s + sentence); });
+        if (const QString problem = recorder->start(options.recordFile); !problem.isEmpty())
+            throw Failure(NoOutput, problem);
+    }
+    recorder->follow(*link);
 }
 
 void Session::connectUsb()
@@ -139,9 +157,14 @@ void Session::connectSerial()
 
 bool Session::openSerial()
 {
+    return link->openSerial(options.port, portSettings());
+}
+
+PortSettings Session::portSettings() const
+{
     PortSettings settings;
-    settings.BaudRate = options.rate;
-    return link->openSerial(options.port, settings);
+    settings.BaudRate = options.rate.value_or(settings.BaudRate);
+    return settings;
 }
 
 Failure Session::usbProblem() const
@@ -246,8 +269,15 @@ bool Session::sendAtLast(const Frame &frame)
     if (!link || lost)
         return false;
     post(frame);
-    return runLoop([this] { return underWay == 0 || lost; }, QDeadlineTimer(LastPatience)) &&
-           lastTaken && !lost;
+    post(command::request(command::Rotation, command::rotation::Query));
+    unread.clear();
+    const auto hasAnswered = [this] {
+        return std::any_of(unread.begin(), unread.end(), [](const Report &report) {
+            return report.isNew && isRotationNow(report.frame);
+        });
+    };
+    runLoop([&] { return lost || hasAnswered(); }, QDeadlineTimer(options.timeout));
+    return hasAnswered();
 }
 
 std::optional<QString> Session::readLine(QDeadlineTimer deadline)

@@ -19,6 +19,12 @@
 namespace HID_AdpterPacket {
 class HiddevIo;
 }
+namespace capture {
+class Recorder;
+}
+namespace doctor {
+class Machine;
+}
 
 namespace ctl {
 
@@ -33,6 +39,7 @@ struct Surroundings
     // The frame on USB, at one node only if one is named.
     std::function<std::shared_ptr<HID_AdpterPacket::HID_Adapter>(const QString &node)> adapter;
     HID_AdpterPacket::HiddevIo *hiddev = nullptr; // for all nodes that there are; not owned
+    const doctor::Machine *machine = nullptr;     // this one if none is given; not owned
 };
 
 // What the options that every command takes say.
@@ -41,13 +48,14 @@ struct Options
     static constexpr auto DefaultTimeout = std::chrono::milliseconds(3000);
 
     bool json = false;
-    QString usb;  // node of the frame; empty: any
-    QString port; // serial port of the frame; empty: it is on USB
-    BaudRateType rate = BAUD9600;
+    QString usb;                      // node of the frame; empty: any
+    QString port;                     // serial port of the frame; empty: it is on USB
+    std::optional<BaudRateType> rate; // that it is told to use; nothing: PortSettings' own
     std::chrono::milliseconds timeout = DefaultTimeout; // for each answer of the frame
     // How long to wait for a frame to be there.
     std::chrono::milliseconds wait = std::chrono::milliseconds(0);
     bool waitsForever = false;
+    QString recordFile; // for what travels; empty: nothing is recorded
 };
 
 // One command and its frame: links it, asks and waits for the matching answer, and knows what has
@@ -81,8 +89,9 @@ public:
     void begin(const QString &command) { name = command; }
     const QString &command() const { return name; }
     // What a command has to tell, once: lines for a person, or members of the document for a
-    // program.
-    void answer(const QStringList &lines, const QJsonObject &members);
+    // program. One that was done and found something wrong says so with a code of its own.
+    void answer(const QStringList &lines, const QJsonObject &members, int code = Done);
+    int answeredWith() const { return answerCode; }
     // The document of a line that is not the last: it says what happened.
     void tell(const QString &line, const QString &event, QJsonObject members);
 
@@ -90,7 +99,10 @@ public:
     void connectFrame();
     // Ends the link in good order; nothing may be asked any more.
     void finish();
+    // What is recorded, from connectFrame() on if the options name a file.
+    const capture::Recorder *recording() const { return recorder.get(); }
     bool isSerial() const { return !options.port.isEmpty(); }
+    PortSettings portSettings() const;
     Link &frameLink() { return *link; }
     // What the frame on USB said of itself when it was opened; on a serial line it does not.
     bool isCurrentGeneration() const;
@@ -106,8 +118,8 @@ public:
     void send(const Frame &frame, const QString &what);
     // The same for what is asked to be done and answered.
     void mark(const QString &what) { unconfirmed = what; }
-    // Sends a frame although the program is to end; false when the link has not taken it within a
-    // second, or is gone.
+    // Sends a frame although the program is to end; true when the frame on the other side has
+    // answered a question behind it in time.
     bool sendAtLast(const Frame &frame);
     // The frame has said what was made of all that was sent.
     void confirmed() { unconfirmed.clear(); }
@@ -124,6 +136,7 @@ public slots:
     void interrupt(int signal);
 
 private:
+    void record();
     void connectUsb();
     void connectSerial();
     bool openSerial();
@@ -139,7 +152,9 @@ private:
     void throwIfOver() const;
 
     QString name;
+    int answerCode = Done;
     std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter;
+    std::unique_ptr<capture::Recorder> recorder; // once a link has been recorded
     std::unique_ptr<Link> link;
     std::optional<Frame> last;  // report since the frame was linked
     std::deque<Report> unread;  // since the last question

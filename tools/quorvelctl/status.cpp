@@ -26,7 +26,7 @@ void status(Session &session)
     QJsonObject members{{u"answer_ms"_s, ms}};
     QStringList lines;
     if (session.isSerial()) {
-        const int rate = bitsPerSecond(session.options.rate);
+        const int rate = bitsPerSecond(session.portSettings().BaudRate);
         members[u"link"_s] = u"serial"_s;
         members[u"port"_s] = port;
         members[u"rate"_s] = rate;

@@ -14,21 +14,6 @@ namespace ctl {
 
 namespace {
 
-// Of a frame on a serial line only its answer tells whether it has a firmware record.
-std::optional<command::FirmwareRecord> firmwareOf(Session &session)
-{
-    if (!session.isSerial())
-        return session.isCurrentGeneration() ? std::optional(askFirmware(session)) : std::nullopt;
-    try {
-        return askFirmware(session);
-    } catch (const Failure &failure) {
-        if (failure.code() != NoAnswer)
-            throw;
-    }
-    askRotation(session);
-    return {};
-}
-
 void versions(Session &session)
 {
     session.connectFrame();

@@ -4,6 +4,8 @@
 
 namespace ctl {
 
+inline constexpr double MsPerSecond = 1000;
+
 // What the program says, translated: Words::tr("...").
 struct Words
 {

@@ -1,0 +1,257 @@
+// Every command on frames whose transfers fail, one after the other: each ends in time, with the
+// right code and one sentence, and what a setting became is never kept quiet.
+//
+// A run mostly waits, so several run at once, each in a process of its own: this program, called
+// with a command and a fault plan, prints what became of it.
+
+#include "config/xml_class.h"
+#include "finger.h"
+#include "run.h"
+#include "steadyframe.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int RunsAtOnce = 16;
+constexpr int ShortTimeoutMs = 700; // where most runs end without an answer
+constexpr int UsualTimeoutMs = 3000;
+// Of the longest command with several answers, each at the last moment; on a busy machine.
+constexpr int LongestMs = 10 * ShortTimeoutMs;
+const QList<QPoint> Targets = {{160, 100}, {1120, 100}, {1120, 700}, {160, 700}};
+
+// All that a command can set.
+QJsonObject stateOf(sim::SimAdapter &frame)
+{
+    // What is gone has forgotten a calibration.
+    const bool plugged = frame.plugged();
+    QJsonObject state;
+    frame.inspect([&](const sim::Firmware &model) {
+        const sim::LightState light = model.light(command::settings::AxisX, 3);
+        state = {
+            {u"rotation"_s, model.rotation()},
+            {u"threshold"_s, model.adcSettings().threshold},
+            {u"offset"_s, light.offset},
+            {u"off"_s, light.off},
+            {u"gestures"_s, model.gestures().has_value()},
+            {u"calibrated"_s, model.calibrationKept()},
+            {u"calibrating"_s, plugged && model.calibration() != sim::Firmware::Calibration::Idle}};
+    });
+    return state;
+}
+
+// A command on a frame that was as new, with what goes wrong.
+QJsonObject run(const QString &command, const QString &faults, int timeoutMs)
+{
+    QString problem;
+    const auto plan = sim::FaultPlan::parse(faults, u"plan"_s, &problem);
+    if (!plan)
+        return {{u"problem"_s, problem}};
+    const auto frame = quickFrame({}, *plan);
+    const QTemporaryDir home;
+    QDir(home.path()).mkdir(u".config"_s);
+    XML_CLASS::useHome(home.path());
+    QElapsedTimer time;
+    time.start();
+    const Outcome outcome =
+        runCtl(u"%1 --json --timeout %2"_s.arg(command).arg(timeoutMs / 1000.0),
+               std::make_shared<SteadyFrame>(frame),
+               [&](ctl::Session &session) { new Finger(&session, frame, Targets); });
+    return {{u"code"_s, outcome.code},
+            {u"out"_s, QString::fromUtf8(outcome.out)},
+            {u"err"_s, QString::fromUtf8(outcome.err)},
+            {u"state"_s, stateOf(*frame)},
+            {u"transfers"_s, int(frame->transfers())},
+            {u"ms"_s, int(time.elapsed())}};
+}
+
+// The same for several plans, in processes of their own.
+QList<QJsonObject> runAll(const QString &command, const QStringList &plans, int timeoutMs)
+{
+    QList<QJsonObject> results;
+    std::vector<std::unique_ptr<QProcess>> running;
+    const auto takeFirst = [&] {
+        QProcess &first = *running.front();
+        if (!first.waitForFinished(LongestMs + UsualTimeoutMs))
+            first.kill();
+        first.waitForFinished();
+        results += QJsonDocument::fromJson(first.readAllStandardOutput()).object();
+        running.erase(running.begin());
+    };
+    for (const QString &plan : plans) {
+        if (running.size() == RunsAtOnce)
+            takeFirst();
+        running.push_back(std::make_unique<QProcess>());
+        running.back()->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        running.back()->start(QCoreApplication::applicationFilePath(),
+                              {u"--run"_s, command, plan, QString::number(timeoutMs)});
+    }
+    while (!running.empty())
+        takeFirst();
+    return results;
+}
+
+// "at 2 torn", "at 7 torn" and so on, up to the last transfer.
+QString every(int step, int first, int last, const QString &fault)
+{
+    QStringList lines;
+    for (int transfer = first; transfer <= last; transfer += step)
+        lines += fault.arg(transfer);
+    return lines.join(u'\n');
+}
+
+} // namespace
+
+class TestFaults : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void unplugged_data() { rows({3}); }
+    void unplugged() { checkEach(u"at %1 unplug"_s); }
+
+    void unplugged_and_back_at_once_data() { rows({1, 3, 6}); }
+    void unplugged_and_back_at_once() { checkEach(u"at %1 unplug back 0ms"_s); }
+
+    void silent_for_good_data() { rows({1, 6}); }
+    void silent_for_good() { checkEach(u"at %1 silent 1000000"_s); }
+
+    void silent_for_a_while_data() { rows({1, 6}); }
+    void silent_for_a_while() { checkEach(u"at %1 silent 5"_s, 3); }
+
+    void stalled_data() { rows({1, 6}); }
+    void stalled() { checkEach(u"at %1 stall 200ms"_s); }
+
+    void late_data() { rows({}); }
+    void late() { checkTogether(u"at %1 late 100ms"_s); }
+
+    void torn_data() { rows({}); }
+    void torn() { checkTogether(u"at %1 torn"_s); }
+
+    void repeated_data() { rows({}); }
+    void repeated() { checkTogether(u"at %1 repeat"_s); }
+
+private:
+    void rows(const QList<int> &codes)
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QList<int>>("codes"); // besides 0
+        for (const char *command :
+             {"status", "versions", "rotation show", "rotation set 90", "reset", "adc show",
+              "adc set --threshold 1234", "lights scan", "lights scan --gains", "lights show x 3",
+              "lights set x 3 5", "lights off x 3", "lights on x 3", "gestures defaults",
+              "calibrate --screen 1280x800 --touch-time 0.7 --save",
+              "calibrate --screen 1280x800 --touch-time 0.7 --discard", "watch --for 0.3"})
+            QTest::newRow(command) << QString::fromLatin1(command) << codes;
+    }
+
+    // At each transfer that the command makes, or each so many.
+    void checkEach(const QString &fault, int step = 1)
+    {
+        check(
+            [&](int transfers) {
+                QStringList plans;
+                for (int transfer = 1; transfer <= transfers; transfer += step)
+                    plans += fault.arg(transfer);
+                return plans;
+            },
+            ShortTimeoutMs);
+    }
+
+    // A fault that costs nothing but time: at each of the transfers, several in one run.
+    void checkTogether(const QString &fault)
+    {
+        check(
+            [&](int transfers) {
+                constexpr int Step = 5;
+                QStringList plans;
+                for (int first = 1; first <= Step; ++first)
+                    plans += every(Step, first, 2 * transfers, fault);
+                return plans;
+            },
+            UsualTimeoutMs);
+    }
+
+    void check(const std::function<QStringList(int transfers)> &plansFor, int timeoutMs)
+    {
+        QFETCH(QString, command);
+        QFETCH(QList<int>, codes);
+        const QJsonObject well = runAll(command, {QString()}, UsualTimeoutMs).first();
+        QCOMPARE(well[u"code"_s], QJsonValue(0));
+        const QStringList plans = plansFor(well[u"transfers"_s].toInt());
+        const QList<QJsonObject> spoilt = runAll(command, plans, timeoutMs);
+        for (int i = 0; i < plans.size(); ++i) {
+            const QString problem = problemOf(spoilt[i], well, codes);
+            if (!problem.isEmpty())
+                QFAIL(qPrintable(u"%1: %2\n%3%4"_s.arg(plans[i], problem,
+                                                       spoilt[i][u"out"_s].toString(),
+                                                       spoilt[i][u"err"_s].toString())));
+        }
+    }
+
+    static QString problemOf(const QJsonObject &spoilt, const QJsonObject &well,
+                             const QList<int> &codes)
+    {
+        const int code = spoilt[u"code"_s].toInt(-1);
+        const QString err = spoilt[u"err"_s].toString();
+        if (spoilt[u"ms"_s].toInt() > LongestMs)
+            return u"it took too long"_s;
+        if (code != 0 && !codes.contains(code))
+            return u"it ended with %1"_s.arg(code);
+        if (code == 0)
+            return err.isEmpty() ? problemOfSuccess(spoilt, well) : u"it complains"_s;
+        if (err.count(u'\n') != 1 || !err.startsWith(u"quorvelctl: "_s))
+            return u"it is not one sentence"_s;
+        const QByteArray last = spoilt[u"out"_s].toString().toUtf8().trimmed().split('\n').last();
+        const QJsonObject error = QJsonDocument::fromJson(last)[u"error"_s].toObject();
+        if (error[u"code"_s] != code)
+            return u"the document says something else"_s;
+        if (spoilt[u"state"_s] != asNew() && !error.contains(u"unconfirmed"_s))
+            return u"what was set is not told of"_s;
+        return {};
+    }
+
+    static QString problemOfSuccess(const QJsonObject &spoilt, const QJsonObject &well)
+    {
+        QJsonObject state = spoilt[u"state"_s].toObject();
+        const QJsonObject wanted = well[u"state"_s].toObject();
+        // The frame does not tell these: they were sent, and may have been lost.
+        for (const QString &untold : {u"gestures"_s, u"calibrated"_s})
+            state[untold] = wanted[untold];
+        return state == wanted ? QString() : u"a setting is said to be made and is not"_s;
+    }
+
+    static QJsonObject asNew()
+    {
+        auto frame = quickFrame();
+        return stateOf(*frame);
+    }
+};
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == u"--run"_s) {
+        QLoggingCategory::setFilterRules(u"quorvel.link=false"_s);
+        const QJsonObject result =
+            run(arguments.value(2), arguments.value(3), arguments.value(4).toInt());
+        std::fputs(QJsonDocument(result).toJson().constData(), stdout);
+        return 0;
+    }
+    TestFaults test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_faults.moc"

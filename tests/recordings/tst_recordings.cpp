@@ -1,0 +1,67 @@
+// The real program with the device's side of recordings that are kept: it does what it did then.
+
+#include "sessions.h"
+
+#include <QApplication>
+
+using namespace Qt::StringLiterals;
+using namespace outside;
+
+class tst_recordings : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<SerialTool> serial;
+
+    QString replay(const QString &name)
+    {
+        serial = std::make_unique<SerialTool>();
+        return serial->begin({u"replay"_s, QStringLiteral(RECORDINGS "/") + name});
+    }
+    // How much of the recording came when it was expected, such as "8/8". What the host sends once
+    // more on a busy machine is answered once more.
+    QByteArray followed() const
+    {
+        for (const QByteArray &line : serial->frame.output.split('\n')) {
+            if (line.startsWith("ok replay replayed="))
+                return line.mid(19).split(' ').first();
+        }
+        return "nothing";
+    }
+    bool hasStranger() const { return serial->frame.heard("not in the recording") > 0; }
+
+private slots:
+    void cleanup() { serial.reset(); }
+
+    void a_whole_calibration_goes_as_it_went()
+    {
+        QCOMPARE(replay(u"calibration.pcap"_s), QString());
+        QCOMPARE(sessions::calibrate(*serial, [](QPoint) { return true; }), QString());
+        QCOMPARE(serial->end(), QString());
+        QCOMPARE(followed(), "8/8");
+        QVERIFY(!hasStranger());
+    }
+
+    void a_light_is_read_and_set_as_it_was()
+    {
+        QCOMPARE(replay(u"lights.pcap"_s), QString());
+        QCOMPARE(sessions::adjustLight(*serial), QString());
+        QCOMPARE(serial->end(), QString());
+        // Scans go on while the mouse is on its way, so one more or less may come in between.
+        QVERIFY2(followed().split('/').first().toInt() >= 10, followed().constData());
+        QVERIFY(!hasStranger());
+    }
+
+    void a_bad_cable_spoils_what_it_spoilt()
+    {
+        QCOMPARE(replay(u"bad-cable.pcap"_s), QString());
+        QCOMPARE(sessions::turnOnBadCable(*serial, [] { return true; }), QString());
+        QCOMPARE(serial->end(), QString());
+        QCOMPARE(followed(), "10/10");
+        QVERIFY(!hasStranger());
+    }
+};
+
+QTEST_MAIN(tst_recordings)
+#include "tst_recordings.moc"

@@ -1,0 +1,85 @@
+#pragma once
+
+// The real program, and a frame on a serial line that it is told to use.
+
+#include "tests/support/outside.h"
+
+#include <QTemporaryDir>
+
+namespace outside {
+
+inline constexpr QSize ConnectSize(400, 378);
+inline constexpr QPoint UartChoice(64, 73);
+inline constexpr QPoint PortField(174, 105);
+inline constexpr QPoint OpenButton(160, 203);
+
+// Needs QUORVEL_PROGRAM too. Each function returns what went wrong, or nothing.
+class SerialTool
+{
+public:
+    // arguments: of the frame, before those for its line.
+    QString begin(const QStringList &arguments, const QStringList &toolArguments = {})
+    {
+        QDir::home().mkpath(u".config"_s);
+        if (!frame.begin(arguments + QStringList{u"--link"_s, port()}))
+            return u"the frame does not start: "_s + QString::fromUtf8(frame.errors);
+        if (!tool.start(QStringLiteral(QUORVEL_PROGRAM), toolArguments))
+            return u"the tool does not start"_s;
+        std::optional<Window> shown;
+        if (!inTime(
+                [&shown] { return (shown = windowSized("Quorvel", MainWindowSize)).has_value(); }))
+            return u"the tool shows no window: "_s + QString::fromUtf8(tool.errors);
+        window = shown->geometry.topLeft();
+        return openPort();
+    }
+
+    QString openPort()
+    {
+        if (!click(window + StatusLine.center(), 3))
+            return u"the mouse could not be clicked"_s;
+        std::optional<Window> dialog;
+        const auto opened = [&dialog] {
+            return (dialog = windowSized("Connect", ConnectSize)).has_value();
+        };
+        if (!inTime([&] { return opened() || !press(u"c"_s); }) || !dialog)
+            return u"the connection dialog did not open"_s;
+        const QPoint corner = dialog->geometry.topLeft();
+        if (!click(corner + UartChoice) || !click(corner + PortField) || !press(u"ctrl+a"_s) ||
+            QProcess::execute(u"xdotool"_s, {u"type"_s, port()}) != 0)
+            return u"the port could not be chosen"_s;
+        // On a busy machine the frame may look at the line too late, and take noise for a rate.
+        const qsizetype before = frame.heard(Rate);
+        bool told = false;
+        for (int tries = 0; tries < 3 && !told; ++tries)
+            told = click(corner + OpenButton) &&
+                   within(10000, [this, before] { return frame.heard(Rate) > before; });
+        if (!told)
+            return u"the frame was not told its rate"_s;
+        if (!press(u"Escape"_s) || !inTime([&] { return !opened(); }))
+            return u"the connection dialog did not close"_s;
+        return {};
+    }
+
+    QString end()
+    {
+        Program second;
+        if (!second.start(QStringLiteral(QUORVEL_PROGRAM), {u"-close"_s}) || !second.endsWell() ||
+            !tool.endsWell())
+            return u"the tool did not end well"_s;
+        frame.write("quit");
+        return frame.endsWell() ? QString() : u"the frame did not end well"_s;
+    }
+
+    VirtualFrame frame;
+    Program tool;
+    QPoint window; // the main one's corner
+
+private:
+    static constexpr const char *Rate = "host > frame  serial rate: set code 12";
+
+    QString port() const { return place.filePath(u"port"_s); }
+
+    QTemporaryDir place;
+};
+
+} // namespace outside
