@@ -55,7 +55,8 @@ protected:
 private:
     void fit()
     {
-        const QSize room = window->screen()->availableGeometry().marginsRemoved(windowFrame()).size();
+        const QSize room =
+            window->screen()->availableGeometry().marginsRemoved(windowFrame()).size();
         const QSize fitting = whole.boundedTo(room);
         const bool wasLess = window->minimumSize() != least;
         window->setMinimumSize(least.boundedTo(fitting));

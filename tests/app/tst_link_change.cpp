@@ -11,7 +11,6 @@
 #include "dialogs/test_win.h"
 #include "dialogs/version_dlg.h"
 #include "doctor/usbchecks.h"
-#include "doctor/usbchecks.h"
 #include "resources/resources.h"
 #include "tests/dialogs/settingshome.h"
 #include "tests/support/fakeadapter.h"
