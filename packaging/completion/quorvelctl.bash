@@ -35,7 +35,7 @@ _quorvelctl() {
             ;;
         *)
             case "${words[*]}" in
-                '') choices='list status versions gestures rotation calibrate reset lights adc watch doctor metrics' ;;
+                '') choices='list status versions gestures rotation calibrate reset lights adc watch doctor bundle metrics' ;;
                 gestures) choices='show set defaults' ;;
                 rotation) choices='show set' ;;
                 lights) choices='scan show set off on' ;;
@@ -43,6 +43,10 @@ _quorvelctl() {
                 'rotation set') choices='0 90 180 270' ;;
                 'lights show' | 'lights set' | 'lights off' | 'lights on') choices='x y' ;;
             esac
+            if [[ ${words[*]} == bundle && $cur != -* ]]; then
+                mapfile -t COMPREPLY < <(compgen -f -- "$cur")
+                return
+            fi
             if [[ $cur == -* ]]; then
                 choices='--help --version --json --usb --port --rate --timeout --wait --wait-at-most'
                 case "${words[*]}" in
@@ -53,6 +57,7 @@ _quorvelctl() {
                     'adc set') choices+=' --min --max --edge-min --edge-max --threshold --edge-threshold' ;;
                     calibrate) choices+=' --screen --desktop --touch-time --save --discard' ;;
                     watch) choices+=' --for --count' ;;
+                    bundle) choices+=' --list' ;;
                     metrics) choices+=' --output --scans' ;;
                 esac
             fi

@@ -44,6 +44,7 @@ complete -c quorvelctl -n __quorvelctl_is -a lights -d 'The signal of the lights
 complete -c quorvelctl -n __quorvelctl_is -a adc -d 'Readings that the lights are kept between'
 complete -c quorvelctl -n __quorvelctl_is -a watch -d 'Tell what the frame says'
 complete -c quorvelctl -n __quorvelctl_is -a doctor -d 'Look for what keeps a frame from working'
+complete -c quorvelctl -n __quorvelctl_is -a bundle -d 'Write one file for who gives support'
 complete -c quorvelctl -n __quorvelctl_is -a metrics -d 'Tell monitoring what the frame is like'
 
 complete -c quorvelctl -n '__quorvelctl_is gestures' -a 'show set defaults'
@@ -73,5 +74,7 @@ complete -c quorvelctl -n '__quorvelctl_is calibrate' -l save -d 'Save without a
 complete -c quorvelctl -n '__quorvelctl_is calibrate' -l discard -d 'Discard without a question'
 complete -c quorvelctl -n '__quorvelctl_is watch' -l for -x -d 'End after so many seconds'
 complete -c quorvelctl -n '__quorvelctl_is watch' -l count -x -d 'End after so many reports'
+complete -c quorvelctl -n '__quorvelctl_is bundle' -F
+complete -c quorvelctl -n '__quorvelctl_is bundle' -l list -d 'Show all of it and write nothing'
 complete -c quorvelctl -n '__quorvelctl_is metrics' -l output -r -F -d 'Write it there'
 complete -c quorvelctl -n '__quorvelctl_is metrics' -l scans -x -d 'How often to scan the lights'

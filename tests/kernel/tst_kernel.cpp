@@ -36,6 +36,8 @@ namespace {
 constexpr int Rounds = 50;
 
 constexpr uid_t SomeUser = 12345;
+// For one function.
+const QString InstalledRule = u"/etc/udev/rules.d/70-quorvel.rules"_s;
 
 int entriesOf(const QString &folder)
 {
@@ -160,6 +162,7 @@ void TestKernel::cleanup()
         udev.reset();
     }
     userHome.reset();
+    QFile::remove(InstalledRule);
 }
 
 void TestKernel::withAndWithoutUdev()
@@ -618,9 +621,8 @@ void TestKernel::the_rule_lets_members_of_plugdev_in()
     const group *plugdev = getgrnam("plugdev");
     QVERIFY2(plugdev, "this system has no group plugdev");
     const gid_t members = plugdev->gr_gid;
-    const QString installed = u"/etc/udev/rules.d/70-quorvel.rules"_s;
-    QVERIFY(QDir().mkpath(QFileInfo(installed).path()));
-    QVERIFY(QFile::copy(QStringLiteral(QUORVEL_RULES), installed));
+    QVERIFY(QDir().mkpath(QFileInfo(InstalledRule).path()));
+    QVERIFY(QFile::copy(QStringLiteral(QUORVEL_RULES), InstalledRule));
     QCOMPARE(startUdev(), QString());
     QCOMPARE(startTool(members), QString());
 
@@ -638,10 +640,8 @@ void TestKernel::of_two_programs_one_has_the_frame_and_the_other_takes_it_when_t
     const group *plugdev = getgrnam("plugdev");
     QVERIFY2(plugdev, "this system has no group plugdev");
     const gid_t members = plugdev->gr_gid;
-    const QString installed = u"/etc/udev/rules.d/70-quorvel.rules"_s;
-    QVERIFY(QDir().mkpath(QFileInfo(installed).path()));
-    QFile::remove(installed);
-    QVERIFY(QFile::copy(QStringLiteral(QUORVEL_RULES), installed));
+    QVERIFY(QDir().mkpath(QFileInfo(InstalledRule).path()));
+    QVERIFY(QFile::copy(QStringLiteral(QUORVEL_RULES), InstalledRule));
     QCOMPARE(startUdev(), QString());
     QCOMPARE(startTool(members), QString());
     QCOMPARE(plugIn(), QString());
