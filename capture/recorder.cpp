@@ -5,9 +5,14 @@
 
 namespace capture {
 
+Recorder::Recorder(QObject *parent)
+    : QObject(parent)
+{
+}
+
 Recorder::Recorder(Link &theLink, QObject *parent)
     : QObject(parent)
-    , link(theLink)
+    , link(&theLink)
 {
 }
 
@@ -23,11 +28,26 @@ QString Recorder::start(const QString &path)
     writer = std::move(fresh);
     file = path;
     writtenBefore = lostBefore = 0;
-    watch = std::make_unique<Watch>(link);
-    connect(watch.get(), &Watch::recorded, this, &Recorder::add);
-    watch->start();
+    listen();
     emit changed();
     return {};
+}
+
+void Recorder::follow(Link &other)
+{
+    link = &other;
+    if (writer)
+        listen();
+}
+
+void Recorder::listen()
+{
+    watch.reset();
+    if (!link)
+        return;
+    watch = std::make_unique<Watch>(*link);
+    connect(watch.get(), &Watch::recorded, this, &Recorder::add);
+    watch->start();
 }
 
 void Recorder::stop()

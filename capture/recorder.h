@@ -4,6 +4,7 @@
 #include "record.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 #include <memory>
@@ -22,8 +23,12 @@ class Recorder : public QObject
     Q_OBJECT
 public:
     // The link outlives this.
+    explicit Recorder(QObject *parent = nullptr);
     explicit Recorder(Link &link, QObject *parent = nullptr);
     ~Recorder() override;
+
+    // Records this link from now on, and no longer the one before. It may go at any time.
+    void follow(Link &link);
 
     // Begins a recording; ends the one before only if that succeeds. An empty text, or why it
     // failed and what helps (see Writer::create).
@@ -45,9 +50,10 @@ signals:
     void losing(const QString &sentence);
 
 private:
+    void listen();
     void add(const Record &record);
 
-    Link &link;
+    QPointer<Link> link;
     std::unique_ptr<Writer> writer; // while recording, as is the next
     std::unique_ptr<Watch> watch;
     QString file;

@@ -13,8 +13,10 @@ class QIODevice;
 
 namespace lights {
 
-// What is larger is refused before it is read.
-inline constexpr qint64 LargestScanFile = 64 * 1024 * 1024;
+// What is larger is refused before it is read. A log is read line by line; JSON takes several times
+// its size of memory.
+inline constexpr qint64 LargestLog = 64 * 1024 * 1024;
+inline constexpr qint64 LargestJson = 16 * 1024 * 1024;
 
 // A measurement in a file: this tool's own JSON, or the log that a signal test writes
 // (TestLog.csv). Each of these returns nothing for what is neither, is damaged, or has an axis of

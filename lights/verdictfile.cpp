@@ -1,5 +1,6 @@
 #include "verdictfile.h"
 
+#include "touch.h"
 #include "words.h"
 
 #include <QJsonArray>
@@ -48,6 +49,22 @@ QJsonObject stretchToJson(const Stretch &stretch, const AxisMeasurement &measure
     return object;
 }
 
+QJsonObject touchToJson(const TouchFault &fault, const AxisMeasurement &measured)
+{
+    const QRectF area = areaOf(fault, measured);
+    QJsonObject object{
+        {u"fault"_s, fault.kind == TouchFault::Kind::Missed ? u"missed"_s : u"jumps"_s},
+        {u"axis"_s, key(fault.axis)},
+        {u"left"_s, rounded(area.left(), 1e-5)},
+        {u"top"_s, rounded(area.top(), 1e-5)},
+        {u"width"_s, rounded(area.width(), 1e-5)},
+        {u"height"_s, rounded(area.height(), 1e-5)},
+        {u"words"_s, wordsFor(fault, measured)}};
+    if (fault.kind == TouchFault::Kind::Jumps)
+        object[u"lights"_s] = rounded(fault.by, 0.01);
+    return object;
+}
+
 } // namespace
 
 QJsonObject verdictsToJson(const Measurement &measurement, const Verdicts &verdicts)
@@ -74,9 +91,44 @@ QJsonObject verdictsToJson(const Measurement &measurement, const Verdicts &verdi
         }
         all[key(axis)] = axisLights;
     }
+    QJsonArray touch;
+    for (const TouchFault &fault : touchFaults(measurement, verdicts))
+        touch.append(touchToJson(fault, measurement.axis(fault.axis)));
     return {{u"verdict"_s, verdicts.isPass() ? u"pass"_s : u"service"_s},
             {u"lights"_s, all},
-            {u"findings"_s, findings}};
+            {u"findings"_s, findings},
+            {u"touch"_s, touch}};
+}
+
+QJsonObject comparisonToJson(const Measurement &baseline, const std::vector<Change> &changes,
+                             const std::optional<Trend> &trend)
+{
+    QJsonArray all;
+    for (const Change &change : changes) {
+        all.append(QJsonObject{{u"axis"_s, key(change.axis)},
+                               {u"number"_s, change.light},
+                               {u"then"_s, rounded(change.then, 0.01)},
+                               {u"now"_s, rounded(change.now, 0.01)},
+                               {u"alone"_s, rounded(change.alone, 0.0001)}});
+    }
+    QJsonObject object{
+        {u"baseline"_s, QJsonObject{{u"date"_s, baseline.date.toUTC().toString(Qt::ISODate)},
+                                    {u"changes"_s, all}}}};
+    if (!trend)
+        return object;
+    QJsonObject course{{u"axis"_s, key(trend->axis)},
+                       {u"number"_s, trend->light},
+                       {u"level"_s, rounded(trend->level, 0.01)},
+                       {u"limit"_s, trend->limit},
+                       {u"measurements"_s, trend->measurements},
+                       {u"perYear"_s, rounded(trend->perYear, 0.01)}};
+    if (trend->fall) {
+        course[u"expected"_s] = trend->fall->expected.toString(Qt::ISODate);
+        course[u"earliest"_s] = trend->fall->earliest.toString(Qt::ISODate);
+        course[u"latest"_s] = trend->fall->latest.toString(Qt::ISODate);
+    }
+    object[u"trend"_s] = course;
+    return object;
 }
 
 QByteArray verdictsToCsv(const Verdicts &verdicts)

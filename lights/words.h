@@ -1,5 +1,6 @@
 #pragma once
 
+#include "trend.h"
 #include "verdict.h"
 
 #include <QLatin1StringView>
@@ -23,5 +24,8 @@ QString lightName(Axis axis, int number);
 // millimetres from the left or from the top if the axis's pitch is known, else numbers of lights.
 QString advice(Axis axis, int number, const Light &light, const AxisMeasurement &measured);
 QString advice(const Stretch &stretch, const AxisMeasurement &measured);
+
+// How the weakest light goes on, in one sentence.
+QString wordsFor(const Trend &trend);
 
 } // namespace lights

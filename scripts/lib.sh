@@ -6,13 +6,16 @@ export LC_ALL=C.UTF-8 PATH=$PATH:/usr/sbin:/sbin
 project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What the project is built with, what the windows under test need around them, what scripts/test
-# counts with and what watches a fleet of frames there, what the style lane looks with, the font that the windows ask for, what compiles the
-# fuzz programs and what the emulated kernel runs on. These names hold on Debian 12 and 13.
+# counts with and what tests compare with, what the style lane looks with, the font that the windows
+# ask for, what compiles the fuzz programs and what the emulated kernel runs on. These names hold on
+# Debian 12 and 13.
 build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
-                qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libcli11-dev libpcap-dev)
+                qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libcli11-dev
+                libpcap-dev libarchive-dev)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core procps)
-test_packages=(python3 python3-jsonschema fish zsh procps util-linux tshark prometheus prometheus-node-exporter)
+test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
+                prometheus-node-exporter fish zsh)
 # What the measuring programs compare the tool with.
 bench_packages=(libqcustomplot-dev)
 style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)

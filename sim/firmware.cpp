@@ -390,19 +390,35 @@ int Firmware::lights(UCHAR axis) const
     return axis == settings::AxisX ? features.lightsX : features.lightsY;
 }
 
-Firmware::Reading Firmware::measure(UCHAR axis, int number)
+int Firmware::droop(UCHAR axis, int number) const
 {
     const int count = lights(axis);
     // -1 at one end of the axis, 1 at the other.
     const double place = count > 1 ? 2.0 * number / (count - 1) - 1.0 : 0.0;
-    const int droop = int(std::lround(features.curve * place * place));
-    const int agc = std::min(MiddleAgc + droop, MaxAgc);
+    return int(std::lround(features.curve * place * place));
+}
+
+const OddLight &Firmware::oddity(UCHAR axis, int number) const
+{
     const auto found = std::find_if(features.oddLights.begin(), features.oddLights.end(),
                                     [axis, number](const OddLight &light) {
                                         return light.axis == axis && light.number == number;
                                     });
     static const OddLight usual;
-    const OddLight &odd = found == features.oddLights.end() ? usual : *found;
+    return found == features.oddLights.end() ? usual : *found;
+}
+
+// What a light that shines reads, but for its offset and its noise.
+int Firmware::steadyReading(UCHAR axis, int number) const
+{
+    const int usual = std::max(features.level - droop(axis, number), 0);
+    return oddity(axis, number).level.value_or(usual) * AdcPerLevel;
+}
+
+Firmware::Reading Firmware::measure(UCHAR axis, int number)
+{
+    const int agc = std::min(MiddleAgc + droop(axis, number), MaxAgc);
+    const OddLight &odd = oddity(axis, number);
     // Drawn for every light, so that one switch does not shift the noise of all others. The
     // distributions of the standard library give other numbers elsewhere.
     const int most = odd.noise.value_or(features.noise) * AdcPerLevel;
@@ -415,10 +431,44 @@ Firmware::Reading Firmware::measure(UCHAR axis, int number)
         const int dark = std::min(std::abs(noise), DarkReading);
         return {dark, agc, dark};
     }
-    const int level = odd.level.value_or(std::max(features.level - droop, 0));
-    const int org = std::clamp(level * AdcPerLevel + noise, 0, MaxAdcReading);
+    const int org = std::clamp(steadyReading(axis, number) + noise, 0, MaxAdcReading);
     // One step of gain is worth one level.
     return {std::clamp(org + own.offset * AdcPerLevel, 0, MaxAdcReading), agc, org};
+}
+
+std::optional<QPointF> Firmware::feel(QPointF place, QSizeF width) const
+{
+    const auto x = feelAlong(settings::AxisX, place.x(), width.width());
+    const auto y = feelAlong(settings::AxisY, place.y(), width.height());
+    return x && y ? std::optional(QPointF(*x, *y)) : std::nullopt;
+}
+
+// Each light looks along a strip of the screen, and the strips of an axis fill it.
+std::optional<double> Firmware::feelAlong(UCHAR axis, double place, double width) const
+{
+    const int count = lights(axis);
+    const AdcLines lines = adcSettings();
+    const double begin = place * count - width / 2;
+    const double end = begin + width;
+    double missing = 0;
+    double moment = 0;
+    for (int number = 0; number < count; ++number) {
+        const double covered = std::min(end, number + 1.0) - std::max(begin, double(number));
+        const LightState own = light(axis, number);
+        if (covered <= 0 || own.off || oddity(axis, number).level == 0)
+            continue;
+        const int reading =
+            std::clamp(steadyReading(axis, number) + own.offset * AdcPerLevel, 0, MaxAdcReading);
+        const bool isEdge = number == 0 || number == count - 1;
+        const double shadow = reading * covered;
+        if (shadow < (isEdge ? lines.edgeThreshold : lines.threshold))
+            continue;
+        missing += shadow;
+        moment += shadow * (number + 0.5);
+    }
+    if (missing <= 0)
+        return {};
+    return moment / missing / count;
 }
 
 } // namespace sim

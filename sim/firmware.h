@@ -3,7 +3,8 @@
 #include "device/records.h"
 #include "profile.h"
 
-#include <QPoint>
+#include <QPointF>
+#include <QSizeF>
 
 #include <array>
 #include <chrono>
@@ -92,6 +93,11 @@ public:
     command::AdcLines adcSettings() const;
     // The axis is command::settings::AxisX or AxisY, the number is 0-based and in range.
     LightState light(UCHAR axis, int number) const;
+    // Where a finger of so many lights' width is felt, while no calibration runs; places are 0 to 1
+    // of each axis. A light feels it by the part of its reading that the finger takes away, if that
+    // is the ADC threshold (at the ends of an axis the edge's) at least; the finger is where, on
+    // both axes, most is missing on average. Nothing where an axis feels nothing.
+    std::optional<QPointF> feel(QPointF place, QSizeF width) const;
     int rotation() const;
     std::optional<int> baudCode() const;
 
@@ -127,6 +133,10 @@ private:
     void dropReplies(UCHAR cls);
     int lights(UCHAR axis) const;
     Reading measure(UCHAR axis, int number);
+    const OddLight &oddity(UCHAR axis, int number) const;
+    int droop(UCHAR axis, int number) const;
+    int steadyReading(UCHAR axis, int number) const;
+    std::optional<double> feelAlong(UCHAR axis, double place, double width) const;
 
     Profile features;
     Clock clock;

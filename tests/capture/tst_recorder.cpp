@@ -234,6 +234,27 @@ private slots:
         QCOMPARE(qsizetype(recorder.written()), size);
     }
 
+    void one_recording_may_follow_one_link_after_the_other()
+    {
+        const auto frame = std::make_shared<sim::SimAdapter>(sim::Profile());
+        Recorder recorder;
+        QCOMPARE(recorder.start(path), QString());
+        for (int i = 0; i < 2; ++i) {
+            Link link(frame);
+            recorder.follow(link);
+            link.start();
+            send(link, "00 A5 00");
+            link.end();
+        }
+        QStringList lines;
+        for (const Record &record : recordsIn(path)) {
+            if (record.kind != Kind::FromFrame)
+                lines += words(record);
+        }
+        QCOMPARE(lines, QStringList({u"began usb"_s, u"> usb done A5"_s, u"ended usb 2"_s,
+                                     u"began usb"_s, u"> usb done A5"_s, u"ended usb 2"_s}));
+    }
+
     void a_start_that_fails_leaves_the_recording_before_at_work()
     {
         const auto frame = std::make_shared<sim::SimAdapter>(sim::Profile());

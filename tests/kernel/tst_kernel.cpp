@@ -649,6 +649,10 @@ void TestKernel::of_two_programs_one_has_the_frame_and_the_other_takes_it_when_t
 int TestKernel::examine(bool byRoot, QByteArray &said)
 {
     constexpr gid_t NoGroup = 65534;
+    // Wherever the checkout lies, another user may go here.
+    const QString program = u"/tmp/quorvelctl"_s;
+    if (!QFile::exists(program) && !QFile::copy(QStringLiteral(QUORVEL_CTL_PROGRAM), program))
+        return -1;
     QProcess doctor;
     doctor.setProcessChannelMode(QProcess::MergedChannels);
     if (!byRoot) {
@@ -658,7 +662,7 @@ int TestKernel::examine(bool byRoot, QByteArray &said)
         });
     }
     // Emulated, an answer may be late.
-    doctor.start(QStringLiteral(QUORVEL_CTL_PROGRAM), {u"doctor"_s, u"--timeout"_s, u"20"_s});
+    doctor.start(program, {u"doctor"_s, u"--timeout"_s, u"20"_s});
     if (!doctor.waitForFinished(PatienceMs) || doctor.exitStatus() != QProcess::NormalExit)
         return -1;
     said = doctor.readAll();

@@ -241,6 +241,18 @@ private slots:
         QVERIFY2(ScanFile::load(path, &problem), qPrintable(problem));
     }
 
+    void a_file_that_is_too_large_is_not_read()
+    {
+        QTemporaryDir folder;
+        QFile file(folder.filePath(u"large"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.write("{") == 1 && file.resize(LargestJson + 1));
+        file.close();
+        QString problem;
+        QVERIFY(!ScanFile::load(file.fileName(), &problem));
+        QCOMPARE(problem, file.fileName() + u" is larger than 16 MiB"_s);
+    }
+
     // Opening such a thing would wait for somebody.
     void what_is_no_file_is_not_opened()
     {

@@ -1,5 +1,6 @@
 #include "lights.h"
 
+#include "lightscheck.h"
 #include "program.h"
 #include "questions.h"
 #include "scan.h"
@@ -186,6 +187,8 @@ void addLights(CLI::App &app, Session &session)
     CLI::App *lights = app.add_subcommand("lights", "The signal of all lights, and single lights");
     lights->require_subcommand(1);
     auto choice = std::make_shared<Choice>();
+
+    addLightsCheck(*lights, session);
 
     CLI::App *command = lights->add_subcommand("scan", "Scan the levels of all lights");
     command->add_option("--axis", choice->axis, "One axis only")

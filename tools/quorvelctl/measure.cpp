@@ -1,8 +1,11 @@
 #include "measure.h"
 
+#include "lights/judge.h"
+#include "lights/scancollector.h"
 #include "questions.h"
 #include "scan.h"
 #include "session.h"
+#include "words.h"
 
 namespace settings = command::settings;
 
@@ -10,48 +13,64 @@ namespace ctl {
 
 namespace {
 
-UCHAR codeOf(lights::Axis axis)
+// Dead lights are asked whether somebody has switched them off; of more than this many nobody has.
+constexpr int MostAsked = 40;
+
+UCHAR numberOf(lights::Axis axis)
 {
     return axis == lights::Axis::X ? settings::AxisX : settings::AxisY;
 }
 
-// Reading each of some hundred lights would take longer than all scans.
-std::vector<bool> switchedOff(Session &session, UCHAR axis, const std::vector<float> &levels)
+void addScan(lights::AxisMeasurement &axis, const Levels &levels)
 {
-    std::vector<bool> off(levels.size());
-    for (size_t i = 0; i < levels.size(); ++i) {
-        if (levels[i] <= 0)
-            off[i] = askLight(session, {.sub = settings::GetLight, .light = {axis, int(i)}}).off;
+    axis.scans.emplace_back(levels.levels.begin(), levels.levels.end());
+    axis.gains.resize(levels.gains.size());
+    // The mean of all scans by now.
+    const auto scans = float(axis.scans.size());
+    for (size_t i = 0; i < levels.gains.size(); ++i)
+        axis.gains[i] += (float(levels.gains[i]) - axis.gains[i]) / scans;
+}
+
+void askDeadLights(Session &session, lights::Measurement &measurement,
+                   const lights::Thresholds &thresholds)
+{
+    const lights::Verdicts verdicts = judge(measurement, thresholds);
+    int asked = 0;
+    for (const lights::Axis axis : lights::Axes) {
+        lights::AxisMeasurement &measured = measurement.axis(axis);
+        measured.off.assign(size_t(measured.lights), false);
+        for (int i = 0; i < measured.lights && asked < MostAsked; ++i) {
+            if (verdicts.axis(axis).lights[size_t(i)].verdict != lights::LightVerdict::Dead)
+                continue;
+            ++asked;
+            measured.off[size_t(i)] =
+                askLight(session, {.sub = settings::GetLight, .light = {numberOf(axis), i}}).off;
+        }
     }
-    return off;
 }
 
 } // namespace
 
-lights::Measurement measure(Session &session, int scans)
+lights::Measurement measure(Session &session, int scans, const lights::Thresholds &thresholds)
 {
-    lights::Measurement measured;
-    measured.date = QDateTime::currentDateTimeUtc();
+    lights::Measurement measurement;
+    if (!session.isSerial() && session.isCurrentGeneration())
+        measurement.unit.identification = lights::identificationOf(askFirmware(session));
     const command::LightCounts counts = askAdc(session).counts;
-    measured.x.lights = counts.x;
-    measured.y.lights = counts.y;
-    for (const lights::Axis axis : lights::Axes)
-        measured.axis(axis).gains.resize(size_t(measured.axis(axis).lights));
-    for (int number = 0; number < scans; ++number) {
-        for (const lights::Axis which : lights::Axes) {
-            lights::AxisMeasurement &axis = measured.axis(which);
-            const Levels levels = scanAxis(session, codeOf(which), axis.lights, true);
-            axis.scans.emplace_back(levels.levels.begin(), levels.levels.end());
-            for (size_t i = 0; i < levels.gains.size(); ++i)
-                axis.gains[i] += float(levels.gains[i]) / float(scans);
+    if (counts.x == 0 && counts.y == 0)
+        throw Failure(Failed, Words::tr("The touch frame says that it has no lights."));
+    measurement.x.lights = counts.x;
+    measurement.y.lights = counts.y;
+    for (int scan = 0; scan < scans; ++scan) {
+        for (const lights::Axis axis : lights::Axes) {
+            lights::AxisMeasurement &measured = measurement.axis(axis);
+            if (measured.lights > 0)
+                addScan(measured, scanAxis(session, numberOf(axis), measured.lights, true));
         }
     }
-    for (const lights::Axis which : lights::Axes) {
-        lights::AxisMeasurement &axis = measured.axis(which);
-        if (!axis.scans.empty())
-            axis.off = switchedOff(session, codeOf(which), axis.scans.back());
-    }
-    return measured;
+    askDeadLights(session, measurement, thresholds);
+    measurement.date = QDateTime::currentDateTimeUtc();
+    return measurement;
 }
 
 } // namespace ctl

@@ -76,7 +76,6 @@ private:
     void tellAnswers();
     void tellVersions();
     void tellLights();
-    void tellVerdicts(const lights::Measurement &measured);
     void tellCalibration();
     bool tries(const std::function<void()> &work);
 
@@ -163,13 +162,9 @@ void Metrics::tellVersions()
 
 void Metrics::tellLights()
 {
-    tellVerdicts(measure(session, wishes.scans));
-}
-
-void Metrics::tellVerdicts(const lights::Measurement &measured)
-{
     const lights::Thresholds thresholds;
-    const lights::Verdicts verdicts = lights::judge(measured, thresholds);
+    const lights::Verdicts verdicts =
+        lights::judge(measure(session, wishes.scans, thresholds), thresholds);
     told.gauge(u"quorvel_lights"_s, u"Lights by what they are like."_s);
     for (const lights::Axis axis : lights::Axes) {
         const auto &all = verdicts.axis(axis).lights;

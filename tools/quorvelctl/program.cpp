@@ -1,12 +1,14 @@
 #include "program.h"
 
 #include "adc.h"
+#include "bundle.h"
 #include "calibrate.h"
 #include "doctor.h"
 #include "gestures.h"
 #include "lights.h"
 #include "list.h"
 #include "metrics.h"
+#include "record.h"
 #include "reset.h"
 #include "rotation.h"
 #include "session.h"
@@ -94,6 +96,13 @@ void addOptions(CLI::App &app, Options &options)
         "Wait until a frame is plugged in");
     addSeconds(app, "--wait-at-most", "The same, but no longer than this",
                [&options](std::chrono::milliseconds time) { options.wait = time; });
+    app.add_option_function<std::string>(
+           "--record",
+           [&options](const std::string &file) {
+               options.recordFile = QString::fromStdString(file);
+           },
+           "Record what travels to and from the frame meanwhile")
+        ->type_name("FILE");
 }
 
 // Tells what went wrong, and of what has been sent by then.
@@ -171,6 +180,7 @@ int run(const QStringList &arguments, Session &session)
     app.require_subcommand(1);
     app.fallthrough();
     addOptions(app, session.options);
+    addBundle(app, session);
     addDoctor(app, session);
     addList(app, session);
     addMetrics(app, session);
@@ -183,6 +193,7 @@ int run(const QStringList &arguments, Session &session)
     addLights(app, session);
     addAdc(app, session);
     addWatch(app, session);
+    addRecord(app, session);
 
     int code = Done;
     try {
@@ -191,7 +202,7 @@ int run(const QStringList &arguments, Session &session)
         code = tell(failure, session);
     }
     session.finish();
-    if (code != Done || session.output.problem().isEmpty())
+    if ((code != Done && code != session.answeredWith()) || session.output.problem().isEmpty())
         return code;
     session.output.complain(
         Words::tr("quorvelctl: The output cannot be written: %1.").arg(session.output.problem()));

@@ -1,5 +1,6 @@
 #include "session.h"
 
+#include "capture/recorder.h"
 #include "words.h"
 
 #include "device/hid_adapter.h"
@@ -99,10 +100,25 @@ void Session::connectFrame()
         lost = lost || how == Link::End::DeviceGone;
         wake();
     });
+    if (!options.recordFile.isEmpty())
+        record();
     if (isSerial())
         connectSerial();
     else
         connectUsb();
+}
+
+// One recording goes through all links of a command.
+void Session::record()
+{
+    if (!recorder) {
+        recorder = std::make_unique<capture::Recorder>();
+        connect(recorder.get(), &capture::Recorder::losing, this,
+                [this](const QString &sentence) { output.complain(u"quorvelctl: "_s + sentence); });
+        if (const QString problem = recorder->start(options.recordFile); !problem.isEmpty())
+            throw Failure(NoOutput, problem);
+    }
+    recorder->follow(*link);
 }
 
 void Session::connectUsb()

@@ -19,6 +19,9 @@
 namespace HID_AdpterPacket {
 class HiddevIo;
 }
+namespace capture {
+class Recorder;
+}
 namespace doctor {
 class Machine;
 }
@@ -52,6 +55,7 @@ struct Options
     // How long to wait for a frame to be there.
     std::chrono::milliseconds wait = std::chrono::milliseconds(0);
     bool waitsForever = false;
+    QString recordFile; // for what travels; empty: nothing is recorded
 };
 
 // One command and its frame: links it, asks and waits for the matching answer, and knows what has
@@ -95,6 +99,8 @@ public:
     void connectFrame();
     // Ends the link in good order; nothing may be asked any more.
     void finish();
+    // What is recorded, from connectFrame() on if the options name a file.
+    const capture::Recorder *recording() const { return recorder.get(); }
     bool isSerial() const { return !options.port.isEmpty(); }
     PortSettings portSettings() const;
     Link &frameLink() { return *link; }
@@ -130,6 +136,7 @@ public slots:
     void interrupt(int signal);
 
 private:
+    void record();
     void connectUsb();
     void connectSerial();
     bool openSerial();
@@ -147,6 +154,7 @@ private:
     QString name;
     int answerCode = Done;
     std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter;
+    std::unique_ptr<capture::Recorder> recorder; // once a link has been recorded
     std::unique_ptr<Link> link;
     std::optional<Frame> last;  // report since the frame was linked
     std::deque<Report> unread;  // since the last question

@@ -2,6 +2,7 @@
 
 #include "device/framelog.h"
 #include "device/framewords.h"
+#include "playback.h"
 #include "program.h"
 #include "session.h"
 #include "words.h"
@@ -129,6 +130,7 @@ void addWatch(CLI::App &app, Session &session)
     {
         std::optional<std::chrono::milliseconds> time;
         int count = -1;
+        std::string recording;
     };
     auto limits = std::make_shared<Limits>();
     addSeconds(*command, "--for", "End after this time",
@@ -136,7 +138,16 @@ void addWatch(CLI::App &app, Session &session)
     command->add_option("--count", limits->count, "End after so many reports that differ")
         ->type_name("N")
         ->check(CLI::Range(1, MostReports));
+    command
+        ->add_option("--from", limits->recording,
+                     "Tell what a recording holds instead, all of it and at once")
+        ->type_name("FILE")
+        ->excludes("--for", "--count");
     define(*command, session, [&session, limits] {
+        if (!limits->recording.empty()) {
+            tellRecording(session, QString::fromStdString(limits->recording));
+            return;
+        }
         const QDeadlineTimer end =
             limits->time ? QDeadlineTimer(*limits->time) : QDeadlineTimer(QDeadlineTimer::Forever);
         Watch(session, end, limits->count).run();

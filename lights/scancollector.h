@@ -1,0 +1,54 @@
+#pragma once
+
+#include "measurement.h"
+
+#include "device/records.h"
+
+#include <array>
+#include <optional>
+#include <vector>
+
+namespace lights {
+
+// What a device says of itself as one text, family, number and date of the product; empty if it
+// says nothing but zeros.
+QString identificationOf(const command::FirmwareRecord &firmware);
+
+// Makes a measurement of the frames that go to a device and come from it, in order: of a link, or
+// of a recording. Repeats of a report and scans that stay incomplete count for nothing. Of many
+// scans the newest are kept.
+class ScanCollector
+{
+public:
+    void sent(const Frame &frame);
+    void received(const Frame &frame);
+
+    // What is known by now; an axis of which no scan is complete has no lights.
+    Measurement measurement() const;
+
+private:
+    struct Progress
+    {
+        int lights = 0; // as the device last said
+        Scan coming;
+        std::vector<float> comingGains;
+        int next = 0; // the light that the next page begins with
+        std::vector<Scan> scans;
+        std::vector<double> gainSums;
+        int gainScans = 0;
+        std::vector<std::optional<bool>> off; // as far as the device was asked
+        std::vector<int> offsets;
+    };
+
+    Progress &of(Axis axis) { return progress[axis == Axis::X ? 0 : 1]; }
+    const Progress &of(Axis axis) const { return progress[axis == Axis::X ? 0 : 1]; }
+    void count(Axis axis, int lights);
+    void take(const command::ScanPage &page);
+
+    std::array<Progress, 2> progress;
+    std::optional<Frame> last; // report since something was sent
+    bool pairs = false;        // pages carry a level and a gain for each light
+    Unit unit;
+};
+
+} // namespace lights

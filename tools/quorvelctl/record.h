@@ -1,0 +1,14 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace ctl {
+
+class Session;
+
+// The command "record": what travels to and from the frame, into a file.
+void addRecord(CLI::App &app, Session &session);
+
+} // namespace ctl
