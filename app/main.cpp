@@ -156,7 +156,7 @@ int main(int argc, char **argv)
     if (demo)
         demo->attachTo(window);
     else
-        QObject::connect(&window, &MainWindow::calibrationSaved, [](int deviation) {
+        QObject::connect(&window, &MainWindow::calibrationSaved, &window, [](int deviation) {
             LastCalibration{QDateTime::currentDateTimeUtc(), deviation}.keep();
         });
 

@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QSysInfo>
+#include <QTimeZone>
 
 #include <algorithm>
 
@@ -106,9 +107,9 @@ QString inWords(const std::deque<capture::Record> &frames)
         tellRepeats();
         before = &record;
         const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(record.time);
-        lines +=
-            QDateTime::fromMSecsSinceEpoch(time.count(), Qt::UTC).toString(u"HH:mm:ss.zzz  "_s) +
-            describe(record);
+        lines += QDateTime::fromMSecsSinceEpoch(time.count(), QTimeZone::utc())
+                     .toString(u"HH:mm:ss.zzz  "_s) +
+                 describe(record);
     }
     tellRepeats();
     return textOf(lines);

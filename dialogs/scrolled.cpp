@@ -20,7 +20,7 @@ constexpr QMargins UsualFrame(2, 28, 2, 4);
 constexpr int WheelClick = 120; // as the toolkit counts
 constexpr int WheelSteps = 3;   // of a click
 
-QMargins frame()
+QMargins windowFrame()
 {
     QMargins most = UsualFrame;
     for (const QWindow *window : QGuiApplication::topLevelWindows())
@@ -55,7 +55,8 @@ protected:
 private:
     void fit()
     {
-        const QSize room = window->screen()->availableGeometry().marginsRemoved(frame()).size();
+        const QSize room =
+            window->screen()->availableGeometry().marginsRemoved(windowFrame()).size();
         const QSize fitting = whole.boundedTo(room);
         const bool wasLess = window->minimumSize() != least;
         window->setMinimumSize(least.boundedTo(fitting));

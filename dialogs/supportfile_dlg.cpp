@@ -8,11 +8,18 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr int ListWidth = 130;
+
+} // namespace
+
 SupportFile_dlg::SupportFile_dlg(QWidget *parent)
     : QDialog(parent)
     , ui(std::make_unique<Ui::SupportFile_dlg>())
 {
     ui->setupUi(this);
+    ui->splitter->setSizes({ListWidth, width() - ListWidth});
     ui->contentView->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
 }
 

@@ -21,6 +21,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <malloc.h>
 
 using namespace Qt::StringLiterals;
@@ -257,8 +258,11 @@ private slots:
         largest.lightsX = 500;
         largest.lightsY = 350;
         start(largest);
-        const auto isEnd = [](const QByteArray &page, int light) {
-            return UCHAR(page[5]) + 256 * UCHAR(page[6]) == light;
+        // Not at a certain place: a window that hears nothing for long asks anew.
+        const auto hasEnd = [](const QList<QByteArray> &pages, int light) {
+            return std::any_of(pages.begin(), pages.end(), [light](const QByteArray &page) {
+                return UCHAR(page[5]) + 256 * UCHAR(page[6]) == light;
+            });
         };
         const QList<QByteArray> *x = reports(0xA5, 0x81);
         const QList<QByteArray> *y = reports(0xA5, 0x82);
@@ -266,7 +270,7 @@ private slots:
         test->show();
         press(test, "ALL_btn");
         QTRY_VERIFY(pixels(test, Qt::darkGreen) > 100 && pixels(test, Qt::darkRed) > 100);
-        QVERIFY(isEnd(x->at(9), 495) && isEnd(y->at(6), 330));
+        QVERIFY(hasEnd(*x, 495) && hasEnd(*y, 330));
         press(test, "ALL_btn");
         test->hide();
 

@@ -71,6 +71,9 @@ private slots:
         home = std::make_unique<QTemporaryDir>();
         QVERIFY(QDir(home->path()).mkdir(u".config"_s));
         XML_CLASS::useHome(home->path());
+        // Where the examples find a recording and leave theirs.
+        QVERIFY(QDir::setCurrent(home->path()));
+        QVERIFY(QFile::copy(QStringLiteral(RECORDINGS "/calibration.pcap"), u"traffic.pcap"_s));
         frame.start(QStringLiteral(QUORVEL_SIM),
                     {u"serial"_s, u"--quit-at-end"_s, u"--link"_s, home->filePath(u"frame"_s)});
         QVERIFY(frame.waitForReadyRead(LongEnoughMs));
@@ -85,6 +88,7 @@ private slots:
         frame.closeWriteChannel();
         QVERIFY(frame.waitForFinished(LongEnoughMs));
         QCOMPARE(frame.exitCode(), 0);
+        QVERIFY(QDir::setCurrent(QDir::rootPath()));
     }
 
     void an_example_does_what_it_says_data()

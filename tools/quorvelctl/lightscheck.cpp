@@ -33,16 +33,16 @@ namespace ctl {
 
 namespace {
 
-constexpr int UsualScans = 16;
+constexpr int ScansOfCheck = 16;
 // A capture file begins with this, in the order of the machine that wrote it, for times in
 // microseconds and in nanoseconds.
 constexpr std::array<quint32, 2> CaptureMagic{0xA1B2C3D4, 0xA1B23C4D};
 
-struct Wishes
+struct LightWishes
 {
     QString from;       // file; empty: the linked frame
     QString thresholds; // file; empty: the usual ones
-    int scans = UsualScans;
+    int scans = ScansOfCheck;
     double pitch = 0; // mm; 0: not known
     bool csv = false;
     QString report; // file to write
@@ -155,8 +155,9 @@ void writeReport(const QString &path, const lights::Report &report)
     }
 }
 
-Comparison compare(Session &session, const Wishes &wishes, const lights::Measurement &measurement,
-                   const lights::Verdicts &verdicts, const lights::Thresholds &thresholds)
+Comparison compare(Session &session, const LightWishes &wishes,
+                   const lights::Measurement &measurement, const lights::Verdicts &verdicts,
+                   const lights::Thresholds &thresholds)
 {
     QStringList problems;
     std::vector<lights::Measurement> kept;
@@ -202,7 +203,7 @@ Comparison compare(Session &session, const Wishes &wishes, const lights::Measure
     return comparison;
 }
 
-void check(Session &session, const Wishes &wishes)
+void check(Session &session, const LightWishes &wishes)
 {
     if (!wishes.report.isEmpty() && !wishes.report.endsWith(u".html"_s, Qt::CaseInsensitive))
         refuse(Words::tr("%1: a report is a file whose name ends with .html").arg(wishes.report));
@@ -256,7 +257,7 @@ void check(Session &session, const Wishes &wishes)
 
 void addLightsCheck(CLI::App &lights, Session &session)
 {
-    auto wishes = std::make_shared<Wishes>();
+    auto wishes = std::make_shared<LightWishes>();
     CLI::App *command =
         lights.add_subcommand("check", "Judge every light; the exit code tells pass or service");
     const auto addPath = [command](const char *name, const char *help, QString &into) {
