@@ -12,7 +12,8 @@ function __quorvelctl_is
         switch $word
             case --usb --port --rate --timeout --wait-at-most --touch-time --screen --desktop --for --count --axis \
                     --output --scans --finger --right-button --hold-time --hold-range --wheel --wheel-sensitivity \
-                    --min --max --edge-min --edge-max --threshold --edge-threshold
+                    --min --max --edge-min --edge-max --threshold --edge-threshold --record --from --thresholds \
+                    --report --pitch --remember --name --baseline
                 set skip 1
             case '-*'
             case '*'
@@ -32,6 +33,7 @@ complete -c quorvelctl -l rate -x -a '50 75 110 134 150 200 300 600 1200 1800 24
 complete -c quorvelctl -l timeout -x -d 'Seconds that each answer may take'
 complete -c quorvelctl -l wait -d 'Wait until a frame is plugged in'
 complete -c quorvelctl -l wait-at-most -x -d 'The same, with an end in seconds'
+complete -c quorvelctl -l record -r -F -d 'Record what travels meanwhile'
 
 complete -c quorvelctl -n __quorvelctl_is -a list -d 'Show the frames and serial ports that there are'
 complete -c quorvelctl -n __quorvelctl_is -a status -d 'Show how the frame is linked'
@@ -43,13 +45,14 @@ complete -c quorvelctl -n __quorvelctl_is -a reset -d 'Restart the frame'
 complete -c quorvelctl -n __quorvelctl_is -a lights -d 'The signal of the lights'
 complete -c quorvelctl -n __quorvelctl_is -a adc -d 'Readings that the lights are kept between'
 complete -c quorvelctl -n __quorvelctl_is -a watch -d 'Tell what the frame says'
+complete -c quorvelctl -n __quorvelctl_is -a record -d 'Record what the frame says'
 complete -c quorvelctl -n __quorvelctl_is -a doctor -d 'Look for what keeps a frame from working'
 complete -c quorvelctl -n __quorvelctl_is -a bundle -d 'Write one file for who gives support'
 complete -c quorvelctl -n __quorvelctl_is -a metrics -d 'Tell monitoring what the frame is like'
 
 complete -c quorvelctl -n '__quorvelctl_is gestures' -a 'show set defaults'
 complete -c quorvelctl -n '__quorvelctl_is rotation' -a 'show set'
-complete -c quorvelctl -n '__quorvelctl_is lights' -a 'scan show set off on'
+complete -c quorvelctl -n '__quorvelctl_is lights' -a 'scan check show set off on'
 complete -c quorvelctl -n '__quorvelctl_is adc' -a 'show set'
 complete -c quorvelctl -n '__quorvelctl_is rotation set' -a '0 90 180 270'
 for light in show set off on
@@ -76,5 +79,17 @@ complete -c quorvelctl -n '__quorvelctl_is watch' -l for -x -d 'End after so man
 complete -c quorvelctl -n '__quorvelctl_is watch' -l count -x -d 'End after so many reports'
 complete -c quorvelctl -n '__quorvelctl_is bundle' -F
 complete -c quorvelctl -n '__quorvelctl_is bundle' -l list -d 'Show all of it and write nothing'
+complete -c quorvelctl -n '__quorvelctl_is watch' -l from -r -F -d 'Tell what a recording holds'
+complete -c quorvelctl -n '__quorvelctl_is record' -F
+complete -c quorvelctl -n '__quorvelctl_is record' -l for -x -d 'End after so many seconds'
+complete -c quorvelctl -n '__quorvelctl_is lights check' -l from -r -F -d 'Judge a file'
+complete -c quorvelctl -n '__quorvelctl_is lights check' -l thresholds -r -F -d 'Judge by the thresholds in this file'
+complete -c quorvelctl -n '__quorvelctl_is lights check' -l report -r -F -d 'Write a report for a customer'
+complete -c quorvelctl -n '__quorvelctl_is lights check' -l scans -x -d 'How often to scan'
+complete -c quorvelctl -n '__quorvelctl_is lights check' -l pitch -x -d 'Millimetres between lights'
+complete -c quorvelctl -n '__quorvelctl_is lights check' -l remember -x -d 'Keep this as what is good for this unit'
+complete -c quorvelctl -n '__quorvelctl_is lights check' -l name -x -d 'What the unit is called'
+complete -c quorvelctl -n '__quorvelctl_is lights check' -l baseline -r -F -d 'What to compare with'
+complete -c quorvelctl -n '__quorvelctl_is lights check' -l csv -d 'Say it as a table'
 complete -c quorvelctl -n '__quorvelctl_is metrics' -l output -r -F -d 'Write it there'
 complete -c quorvelctl -n '__quorvelctl_is metrics' -l scans -x -d 'How often to scan the lights'
