@@ -149,7 +149,7 @@ Look look(const QImage &picture)
 
 QPalette lightPalette()
 {
-    return QPalette(QColor(239, 239, 239));
+    return {QColor(239, 239, 239)};
 }
 QPalette darkPalette()
 {
