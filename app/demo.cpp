@@ -7,10 +7,32 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QMouseEvent>
+#include <QPainter>
 
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// An icon that nobody takes for the one of a real frame.
+QIcon marked(const QIcon &icon)
+{
+    QIcon result;
+    for (const QSize size : icon.availableSizes()) {
+        QPixmap picture = icon.pixmap(size, 1);
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.scale(picture.width(), picture.height());
+        painter.setPen(QPen(Qt::black, 0.05));
+        painter.setBrush(Qt::yellow);
+        painter.drawEllipse(QRectF(0.48, 0.48, 0.48, 0.48));
+        result.addPixmap(picture);
+    }
+    return result;
+}
+
+} // namespace
 
 std::unique_ptr<Demo> Demo::create(const QString &profileFile, const QString &faultsFile,
                                    QString *problem)
@@ -54,7 +76,7 @@ Demo::~Demo()
 
 void Demo::attachTo(MainWindow &window)
 {
-    window.setWindowTitle(tr("Quorvel (simulated touch frame)"));
+    window.setSimulated(marked(window.windowIcon()));
     // Queued, since the change is told from inside whatever call on the frame noticed it.
     connect(this, &Demo::plugged, &window, &MainWindow::OnDeviceAdded, Qt::QueuedConnection);
     connect(this, &Demo::unplugged, &window, &MainWindow::OnDeviceRemoved, Qt::QueuedConnection);

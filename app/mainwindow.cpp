@@ -9,6 +9,7 @@
 #include "dialogs/present.h"
 #include "dialogs/readable.h"
 #include "dialogs/rotation_dlg.h"
+#include "dialogs/scrolled.h"
 #include "dialogs/setting_dlg.h"
 #include "dialogs/smoothing_dlg.h"
 #include "dialogs/test_win.h"
@@ -17,17 +18,15 @@
 #include "readhotplug.h"
 #include "recordaction.h"
 #include "resetquestion.h"
+#include "supportfileaction.h"
 #include "tray.h"
 #include "ui_mainwindow.h"
+#include "windowmenu.h"
 
 #include <QCloseEvent>
-#include <QContextMenuEvent>
 #include <QGuiApplication>
-#include <QMenu>
 #include <QScreen>
-#include <QShortcut>
 
-#include <cstdio>
 #include <thread>
 #include <utility>
 
@@ -52,7 +51,7 @@ std::unique_ptr<Ui::MainWindow> makeForm(QMainWindow *window)
 MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter,
                        const QString &recordFile)
     : ui(makeForm(this))
-    , statusLine(ui->stalab)
+    , statusLine(ui->stalab, ui->nextbtn)
     , link(new Link(std::move(adapter), this))
     , recordAction(new RecordAction(*link, this))
 {
@@ -62,12 +61,15 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter,
     connect(this, &MainWindow::Recv03, this, &MainWindow::DoRecv03);
     connect(this, &MainWindow::Write03, this, &MainWindow::OnWrite03);
 
+    // For every window that has no other.
+    QGuiApplication::setWindowIcon(windowIcon());
     addDialogs();
     addContextMenu();
     connectLink();
 
     addTray();
     setStringFont();
+    keepOnScreen(this);
     readable::keep(ui->pushButton);
     setPictures();
     if (!recordFile.isEmpty())
@@ -135,6 +137,8 @@ void MainWindow::onLinkChanged(const Link::State &state)
     useradvdlg->setConnected(link->isLinked());
     showLinked(link->isLinked());
     statusLine.show(state);
+    if (tray)
+        tray->tell(statusLine.sentence());
     tellConnection();
 }
 
@@ -208,6 +212,7 @@ void MainWindow::addDialogs()
         tellConnection();
     });
     calibrationdlg = std::make_unique<Calibration_Dlg>();
+    calibrationdlg->setOpener(this);
     wire(calibrationdlg.get());
     connect(calibrationdlg.get(), &Calibration_Dlg::saved, this, &MainWindow::calibrationSaved);
     connect(calibrationdlg.get(), &Calibration_Dlg::endedByItself, this,
@@ -261,6 +266,14 @@ void MainWindow::on_pushButton_2_clicked()
 
 // Window and tray
 
+void MainWindow::setSimulated(const QIcon &icon)
+{
+    setWindowTitle(tr("Quorvel (simulated touch frame)"));
+    setWindowIcon(icon);
+    QGuiApplication::setWindowIcon(icon);
+    tray->setIcon(icon);
+}
+
 // In code, since a pixmap named in the form comes without its version for high-dpi screens.
 void MainWindow::setPictures()
 {
@@ -291,42 +304,24 @@ void MainWindow::setStringFont()
 
 void MainWindow::addContextMenu()
 {
-    contextMenu = new QMenu(this);
+    contextMenu = new WindowMenu(this);
     settingAction = contextMenu->addAction(tr("&Setting"), this, &MainWindow::on_setbtn_clicked);
     settingAction->setEnabled(ui->setbtn->isEnabled());
     contextMenu->addAction(tr("S&moothing"), this, [this] { present(smoothingdlg); });
     contextMenu->addAction(tr("&Connect"), this, &MainWindow::on_conbtn_clicked);
     contextMenu->addAction(recordAction);
+    contextMenu->addAction(new SupportFileAction(*link, this));
     connect(recordAction, &RecordAction::noteChanged, this,
             [this] { statusLine.setRecordingNote(recordAction->note()); });
-
-    // Disabled buttons swallow the event.
     for (QPushButton *button : deviceButtons())
-        button->installEventFilter(this);
-    // Qt knows the Menu key only.
-    const auto *shiftF10 = new QShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F10), this);
-    connect(shiftF10, &QShortcut::activated, this, [this] {
-        const QWidget *at = focusWidget() ? focusWidget() : this;
-        contextMenu->popup(at->mapToGlobal(at->rect().center()));
-    });
-}
-
-void MainWindow::contextMenuEvent(QContextMenuEvent *event)
-{
-    contextMenu->popup(event->globalPos());
-}
-
-bool MainWindow::eventFilter(QObject *watched, QEvent *event)
-{
-    if (event->type() != QEvent::ContextMenu)
-        return QMainWindow::eventFilter(watched, event);
-    contextMenuEvent(static_cast<QContextMenuEvent *>(event));
-    return true;
+        contextMenu->openOn(button);
+    ui->menubtn->setMenu(contextMenu);
 }
 
 void MainWindow::addTray()
 {
-    tray = std::make_unique<Tray>();
+    tray = std::make_unique<Tray>(contextMenu->actions());
+    tray->tell(statusLine.sentence());
     connect(tray.get(), &Tray::activated, this, &MainWindow::iconActivated);
     connect(tray.get(), &Tray::showAsked, this, [this] { present(this); });
     connect(tray.get(), &Tray::exitAsked, this, &MainWindow::OnExit);
@@ -375,11 +370,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
     if (!isHidden()) {
         hide();
         event->ignore();
-        if (!QSystemTrayIcon::isSystemTrayAvailable())
-            std::fprintf(
-                stderr, "%s\n",
-                qPrintable(tr("This desktop has no tray to hide in. Start quorvel again to "
-                              "show its window, or quorvel -close to end it.")));
+        tray->tellIfThereIsNone(this);
         return;
     }
     tray->hide();

@@ -16,7 +16,6 @@ class MainWindow;
 class Calibration_Dlg;
 class LightSet_dlg;
 class QAction;
-class QMenu;
 class QPushButton;
 class ReadHotplugThread;
 class RecordAction;
@@ -24,6 +23,7 @@ class Rotation_dlg;
 class Setting_dlg;
 class Tray;
 class Version_Dlg;
+class WindowMenu;
 class advset_dlg;
 class connect_dlg;
 class smoothing_dlg;
@@ -70,6 +70,8 @@ public:
     void UiWhenUncon();
     void addTray();
     void setStringFont();
+    // Says of itself that it shows no real frame, with an icon of its own.
+    void setSimulated(const QIcon &icon);
 
 signals:
     void Write03(UCHAR *WriteBuf);
@@ -100,8 +102,6 @@ public slots:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
-    void contextMenuEvent(QContextMenuEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void connectLink();
@@ -135,9 +135,9 @@ private:
     Version_Dlg *versiondlg = nullptr;     // child
     Rotation_dlg *rotationdlg = nullptr;   // child
 
-    QMenu *contextMenu = nullptr;     // child; leads to what the form has no visible button for
-    QAction *settingAction = nullptr; // of contextMenu
-    RecordAction *recordAction;       // child
+    WindowMenu *contextMenu = nullptr; // child; leads to what the form has no visible button for
+    QAction *settingAction = nullptr;  // of contextMenu
+    RecordAction *recordAction;        // child
     QString noRecording;
 
     std::unique_ptr<Tray> tray;

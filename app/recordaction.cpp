@@ -49,11 +49,15 @@ void RecordAction::askForFile()
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilter(tr("Recordings (*.pcap)"));
     dialog.setDefaultSuffix(u"pcap"_s);
+    dialog.setWindowModality(Qt::WindowModal); // the tray's menu still works
     if (dialog.exec() != QDialog::Accepted)
         return;
     const QString problem = recorder.start(dialog.selectedFiles().constFirst());
-    if (!problem.isEmpty())
-        QMessageBox::warning(window, tr("No recording"), problem);
+    if (problem.isEmpty())
+        return;
+    QMessageBox box(QMessageBox::Warning, tr("No recording"), problem, QMessageBox::Ok, window);
+    box.setWindowModality(Qt::WindowModal);
+    box.exec();
 }
 
 void RecordAction::showState()

@@ -19,6 +19,7 @@ bool resetIsConfirmed(QWidget *parent, const Link &link)
                     QMessageBox::Ok, parent);
     box.setIconPixmap(
         parent->windowIcon().pixmap(box.style()->pixelMetric(QStyle::PM_LargeIconSize)));
+    box.setWindowModality(Qt::WindowModal); // the tray's menu still works
     bool dismissed = false;
     bool abandoned = false;
     // An end of the program leaves exec() without finishing the box.

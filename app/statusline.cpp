@@ -1,20 +1,25 @@
 #include "statusline.h"
 
+#include "dialogs/present.h"
 #include "doctor/usbchecks.h"
 
 #include <QHelpEvent>
 #include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QToolTip>
 
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
 
-StatusLine::StatusLine(QLabel *theLabel, const doctor::Machine &theMachine)
+StatusLine::StatusLine(QLabel *theLabel, QPushButton *theButton, const doctor::Machine &theMachine)
     : label(theLabel)
+    , button(theButton)
     , machine(theMachine)
 {
     label->installEventFilter(this);
+    connect(button, &QPushButton::clicked, this, &StatusLine::tellInWindow);
     showHint();
 }
 
@@ -62,6 +67,33 @@ void StatusLine::showHint()
     const QString whole = hints.join(u'\n');
     label->setToolTip(whole);
     label->setAccessibleDescription(whole);
+    const bool isLinked = shown.kind == Link::UsbConnected || shown.kind == Link::SerialOpen;
+    button->setText(isLinked ? tr("&Details") : tr("&What to do next"));
+    if (!box)
+        return;
+    box->setWindowTitle(isLinked ? tr("Details") : tr("What to do next"));
+    box->setText(whole);
+}
+
+void StatusLine::tellInWindow()
+{
+    if (!box) {
+        box = new QMessageBox(label->window());
+        box->setModal(false);
+        box->setTextFormat(Qt::PlainText);
+        box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    }
+    showHint();
+    present(box);
+}
+
+QString StatusLine::sentence() const
+{
+    if (!shown.problem.isEmpty())
+        return tr("Quorvel: %1").arg(shown.problem);
+    return shown.kind == Link::UsbConnected || shown.kind == Link::SerialOpen
+               ? tr("Quorvel: a touch frame is linked")
+               : tr("Quorvel: no touch frame is linked");
 }
 
 QString StatusLine::hintFor(const Link::State &state) const

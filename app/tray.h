@@ -12,9 +12,17 @@ class Tray : public QObject
 {
     Q_OBJECT
 public:
-    Tray();
+    // These entries stand in the menu too.
+    explicit Tray(const QList<QAction *> &entries);
 
     void hide() { iTrayIcon.hide(); }
+    void setIcon(const QIcon &icon) { iTrayIcon.setIcon(icon); }
+    // How the tool is, as a sentence that names it.
+    void tell(const QString &state) { iTrayIcon.setToolTip(state); }
+
+    // A window has gone where the tray should be. On a desktop without one this says how to get it
+    // back: on standard error, and the first time in a window too.
+    void tellIfThereIsNone(QWidget *window);
 
 signals:
     void activated(QSystemTrayIcon::ActivationReason reason);
@@ -26,4 +34,5 @@ private:
     QAction *ShowAction = nullptr; // of iTraymenu
     QAction *ExitAction = nullptr; // of iTraymenu
     QSystemTrayIcon iTrayIcon;
+    bool toldThatThereIsNone = false;
 };

@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <pcap/pcap.h>
 #include <sys/stat.h>
+#include <utility>
 
 namespace capture {
 
@@ -27,9 +28,9 @@ void Reader::Close::operator()(pcap *opened) const
     pcap_close(opened);
 }
 
-Reader::Reader(pcap *opened, const QString &name)
+Reader::Reader(pcap *opened, QString name)
     : file(opened)
-    , path(name)
+    , path(std::move(name))
 {
 }
 

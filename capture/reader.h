@@ -38,7 +38,7 @@ private:
         void operator()(pcap *opened) const;
     };
 
-    Reader(pcap *opened, const QString &name);
+    Reader(pcap *opened, QString name);
 
     std::unique_ptr<pcap, Close> file;
     const QString path;

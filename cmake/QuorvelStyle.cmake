@@ -66,9 +66,9 @@ set(quorvel_compiled)
 quorvel_style_of_targets("${PROJECT_SOURCE_DIR}" quorvel_compiled)
 
 file(GLOB_RECURSE headers RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
-     app/*.h bench/*.h capture/*.h config/*.h device/*.h dialogs/*.h resources/*.h sim/*.h tests/*.h tools/*.h)
+     app/*.h bench/*.h bundle/*.h capture/*.h config/*.h device/*.h dialogs/*.h doctor/*.h resources/*.h sim/*.h tests/*.h tools/*.h)
 file(GLOB_RECURSE sources RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
-     app/*.cpp bench/*.cpp capture/*.cpp config/*.cpp device/*.cpp dialogs/*.cpp resources/*.cpp sim/*.cpp
+     app/*.cpp bench/*.cpp bundle/*.cpp capture/*.cpp config/*.cpp device/*.cpp dialogs/*.cpp doctor/*.cpp resources/*.cpp sim/*.cpp
      tests/*.cpp tools/*.cpp)
 foreach(source IN LISTS sources)
     if(NOT "${PROJECT_SOURCE_DIR}/${source}" IN_LIST quorvel_compiled)

@@ -131,7 +131,7 @@ QString lockFileOf(const QString &node)
     for (const auto folder :
          {"/var/lock"_L1, "/etc/locks"_L1, "/var/spool/locks"_L1, "/var/spool/uucp"_L1, "/tmp"_L1,
           "/var/tmp"_L1, "/var/lock/lockdev"_L1, "/run/lock"_L1}) {
-        const QString file = folder + "/LCK.."_L1 + name;
+        QString file = folder + "/LCK.."_L1 + name;
         if (QFile::exists(file))
             return file;
     }

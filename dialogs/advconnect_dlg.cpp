@@ -1,5 +1,6 @@
 #include "advconnect_dlg.h"
 
+#include "scrolled.h"
 #include "ui_advconnect_dlg.h"
 
 advconnect_dlg::advconnect_dlg(QWidget *parent)
@@ -7,6 +8,7 @@ advconnect_dlg::advconnect_dlg(QWidget *parent)
     , ui(std::make_unique<Ui::advconnect_dlg>())
 {
     ui->setupUi(this);
+    keepOnScreen(this);
 }
 
 advconnect_dlg::~advconnect_dlg() = default;

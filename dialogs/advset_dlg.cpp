@@ -1,6 +1,7 @@
 #include "advset_dlg.h"
 
 #include "lightset_dlg.h"
+#include "scrolled.h"
 #include "test_win.h"
 #include "ui_advset_dlg.h"
 
@@ -22,6 +23,7 @@ advset_dlg::advset_dlg(QWidget *parent)
     , ui(std::make_unique<Ui::advset_dlg>())
 {
     ui->setupUi(this);
+    keepOnScreen(this);
 }
 
 advset_dlg::~advset_dlg() = default;

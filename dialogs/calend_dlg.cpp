@@ -1,5 +1,6 @@
 #include "calend_dlg.h"
 
+#include "scrolled.h"
 #include "ui_calend_dlg.h"
 
 #include <QLoggingCategory>
@@ -15,6 +16,8 @@ CalEnd_dlg::CalEnd_dlg(QWidget *parent)
     , timer(new QTimer(this))
 {
     ui->setupUi(this);
+    keepOnScreen(this);
+    setWindowModality(Qt::WindowModal); // the tray's menu still works
     connect(timer, &QTimer::timeout, this, &CalEnd_dlg::ontimer);
     timer->start(1s);
 }

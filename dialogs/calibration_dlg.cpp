@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QScreen>
 #include <QTimer>
+#include <QWindow>
 
 #include <cstdio>
 #include <cstdlib>
@@ -155,6 +156,11 @@ void Calibration_Dlg::showEvent(QShowEvent *)
 {
     if (!showing.begins())
         return;
+    if (question) {
+        question->reject();
+        if (underWay)
+            SendCalReset();
+    }
     cal_end = false;
     underWay = true;
     ++session;
@@ -194,6 +200,10 @@ void Calibration_Dlg::finishSession()
         const int asking = session;
         CalEnd_dlg asked(nullptr);
         question = &asked;
+        if (opener && opener->windowHandle()) {
+            asked.winId(); // makes its window
+            asked.windowHandle()->setTransientParent(opener->windowHandle());
+        }
         // Where the eyes are; the main window may be elsewhere.
         if (rect.isValid())
             asked.move(rect.center() - asked.rect().center());

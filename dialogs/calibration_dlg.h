@@ -34,6 +34,8 @@ public:
     void setPrimaryScr(int screen);
     // The same for a given layout.
     void setPrimaryScr(int screen, const ScreenLayout &layout);
+    // What waits for the question at the end; not owned.
+    void setOpener(QWidget *window) { opener = window; }
 
     void SendCalStep(int step); // 0 begins, 1 to 4 echo, 5 is the check
     void SendCalSave();
@@ -96,4 +98,5 @@ private:
     CalibrationScreen area{{0, 0, 0, 0}, {0, 0}};
     QRect rect;                    // where the window goes, in Qt's coordinates
     QPointer<CalEnd_dlg> question; // while it is being asked
+    QPointer<QWidget> opener;
 };

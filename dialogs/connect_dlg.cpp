@@ -2,6 +2,7 @@
 
 #include "config/fields.h"
 #include "device/records.h"
+#include "scrolled.h"
 #include "ui_connect_dlg.h"
 
 #include <QComboBox>
@@ -46,6 +47,7 @@ connect_dlg::connect_dlg(QWidget *parent, PortList portList)
     , askTimer(new QTimer(this))
 {
     ui->setupUi(this);
+    keepOnScreen(this);
     askTimer->setSingleShot(true);
     askTimer->setInterval(AskPeriod);
     connect(askTimer, &QTimer::timeout, this, &connect_dlg::onAskTimeout);

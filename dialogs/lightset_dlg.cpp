@@ -3,10 +3,11 @@
 #include "notice.h"
 #include "readable.h"
 #include "screenlayout.h"
+#include "scrolled.h"
 #include "test_win.h"
 #include "ui_lightset_dlg.h"
 
-#include <QApplication>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -39,6 +40,8 @@ LightSet_dlg::LightSet_dlg(QWidget *parent)
     , timer(new QTimer(this))
 {
     ui->setupUi(this);
+    panelPlace = ui->groupBox_3->geometry();
+    new Scrolled(ui->groupBox_3, panelPlace.size());
     ui->LightChooseBtn->hide();
     prepareNotice(ui->notice);
     readable::keep(ui->label_15);
@@ -239,6 +242,15 @@ void LightSet_dlg::changeEvent(QEvent *event)
         setWindowState(windowState() | Qt::WindowFullScreen);
 }
 
+// The panel keeps inside the screen.
+void LightSet_dlg::resizeEvent(QResizeEvent *)
+{
+    QRect place(panelPlace.topLeft(), panelPlace.size().boundedTo(size()));
+    place.moveRight(std::min(place.right(), width() - 1));
+    place.moveBottom(std::min(place.bottom(), height() - 1));
+    ui->groupBox_3->setGeometry(place);
+}
+
 void LightSet_dlg::paintEvent(QPaintEvent *)
 {
     if (!Ready)
@@ -362,18 +374,6 @@ void LightSet_dlg::send(Frame frame)
 test_win *LightSet_dlg::signalTest() const
 {
     return parentWidget() ? parentWidget()->findChild<test_win *>() : nullptr;
-}
-
-// These fields are disabled and there to be read all the same.
-void LightSet_dlg::showValuesPlainly()
-{
-    for (QLineEdit *field : {ui->LightADC, ui->LightORG, ui->LightAGC, ui->LightAGCSet}) {
-        QPalette colors = field->palette();
-        // Its own follow those of the desktop a moment later.
-        colors.setColor(QPalette::Disabled, QPalette::Text,
-                        QApplication::palette(field).color(QPalette::Active, QPalette::Text));
-        field->setPalette(colors);
-    }
 }
 
 // The picture is drawn for the screen that the window is on by now.

@@ -56,6 +56,7 @@ protected:
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -95,6 +96,7 @@ private:
     void showValuesPlainly();
 
     std::unique_ptr<Ui::LightSet_dlg> ui;
+    QRect panelPlace; // where there is room for it
     Showing showing{this};
     LightPlot plot;
     LightControl control;

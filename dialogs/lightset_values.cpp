@@ -6,6 +6,7 @@
 #include "ui_lightset_dlg.h"
 #include "wholenumber.h"
 
+#include <QApplication>
 #include <QTimer>
 
 #include <utility>
@@ -242,4 +243,16 @@ QString LightSet_dlg::lightNotice() const
     if (isOther)
         return tr("The touch frame has set other values");
     return {};
+}
+
+// These fields are disabled and there to be read all the same.
+void LightSet_dlg::showValuesPlainly()
+{
+    for (QLineEdit *field : {ui->LightADC, ui->LightORG, ui->LightAGC, ui->LightAGCSet}) {
+        QPalette colors = field->palette();
+        // Its own follow those of the desktop a moment later.
+        colors.setColor(QPalette::Disabled, QPalette::Text,
+                        QApplication::palette(field).color(QPalette::Active, QPalette::Text));
+        field->setPalette(colors);
+    }
 }

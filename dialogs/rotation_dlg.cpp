@@ -3,6 +3,7 @@
 #include "device/records.h"
 #include "fittext.h"
 #include "readable.h"
+#include "scrolled.h"
 #include "ui_rotation_dlg.h"
 
 #include <QLocale>
@@ -31,6 +32,7 @@ Rotation_dlg::Rotation_dlg(QWidget *parent)
     , settling(new QTimer(this))
 {
     ui->setupUi(this);
+    keepOnScreen(this);
     readable::keep(ui->Rotationlab);
     // A number that stands for itself, in a label that begins where the words may end.
     ui->Rotationlab->setIndent(ui->Rotationlab->fontMetrics().horizontalAdvance(u' '));
@@ -41,6 +43,7 @@ Rotation_dlg::Rotation_dlg(QWidget *parent)
             settling->stop();
     });
     setWindowFlags(Qt::Drawer);
+    setWindowModality(Qt::WindowModal); // the tray's menu still works
     // A key pressed too early must not turn the frame.
     ui->okbtn->setFocus();
     updateCurrentRotationLab();

@@ -4,6 +4,7 @@
 #include "outcome.h"
 #include "present.h"
 #include "readable.h"
+#include "scrolled.h"
 #include "ui_setting_dlg.h"
 #include "useradv_dlg.h"
 
@@ -14,6 +15,7 @@ Setting_dlg::Setting_dlg(QWidget *parent)
     , ui(std::make_unique<Ui::Setting_dlg>())
 {
     ui->setupUi(this);
+    keepOnScreen(this);
     readable::keep(ui->UseLab);
     readable::keep(ui->EnvironmentLab);
     setWindowFlags(Qt::Drawer);

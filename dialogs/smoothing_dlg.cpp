@@ -2,6 +2,7 @@
 
 #include "config/fields.h"
 #include "outcome.h"
+#include "scrolled.h"
 #include "ui_smoothing_dlg.h"
 
 smoothing_dlg::smoothing_dlg(QWidget *parent)
@@ -9,6 +10,7 @@ smoothing_dlg::smoothing_dlg(QWidget *parent)
     , ui(std::make_unique<Ui::smoothing_dlg>())
 {
     ui->setupUi(this);
+    keepOnScreen(this);
     connect(ui->smo_lv, &QSlider::valueChanged, this, [this] { outcome::show(ui->noticeLab, {}); });
     connect(ui->checkBox, &QCheckBox::toggled, this, [this] { outcome::show(ui->noticeLab, {}); });
     Get_Data();

@@ -23,7 +23,6 @@ namespace scan = command::scan;
 
 namespace {
 
-constexpr QPoint PlotCorner(25, 25);
 constexpr int UnitsPerLevel = 4; // of the one-byte levels
 constexpr int LargestLimit = SignalPlot::FullScale;
 constexpr int LargestInterval = 9999;
@@ -45,6 +44,7 @@ test_win::test_win(QWidget *parent)
     , log(this)
 {
     ui->setupUi(this);
+    scrolled = keepOnScreen(this);
     readable::keep(ui->ALL_btn);
     prepareNotice(ui->notice);
     takeWholeNumbers(ui->Upper_text, 0, LargestLimit);
@@ -59,7 +59,7 @@ test_win::test_win(QWidget *parent)
     menu->addAction(logAction);
     // The key Menu comes as a context menu event; this one does not on every desktop.
     connect(new QShortcut(Qt::SHIFT | Qt::Key_F10, this), &QShortcut::activated, this,
-            [this] { menu->popup(mapToGlobal(PlotCorner)); });
+            [this] { menu->popup(mapToGlobal(plotPlace().topLeft())); });
 }
 
 test_win::~test_win() = default;
@@ -159,11 +159,10 @@ void test_win::standAside(bool aside)
 
 void test_win::paintEvent(QPaintEvent *event)
 {
-    const QRect background(PlotCorner, SignalPlot::BackgroundSize);
-    if (!event->region().intersects(background))
+    if (!event->region().intersects(plotPlace()))
         return;
     QPainter painter(this);
-    picture.paint(painter, PlotCorner, this, testdata, X_enable, Y_enable);
+    picture.paint(painter, plotPlace().topLeft(), this, testdata, X_enable, Y_enable);
 }
 
 void test_win::hideEvent(QHideEvent *event)
@@ -312,7 +311,7 @@ void test_win::enableInputs(bool enabled)
 void test_win::showPlot()
 {
     picture.change();
-    update(QRect(PlotCorner, SignalPlot::BackgroundSize));
+    update(plotPlace());
 }
 
 void test_win::send(UCHAR sub)

@@ -3,6 +3,7 @@
 #include "device/records.h"
 #include "device/reportnews.h"
 #include "scanwatch.h"
+#include "scrolled.h"
 #include "signallog.h"
 #include "signalpicture.h"
 
@@ -84,6 +85,10 @@ private:
     void stopContinuous();
     bool isContinuous() const { return continuous; }
     void enableInputs(bool enabled);
+    QRect plotPlace() const
+    {
+        return {QPoint(25, 25) - scrolled->offset(), SignalPlot::BackgroundSize};
+    }
     void showPlot();
     void send(UCHAR sub);
     void takeCounts(const command::LightCounts &counts);
@@ -94,6 +99,7 @@ private:
     void onLogToggled(bool on);
 
     std::unique_ptr<Ui::test_win> ui;
+    Scrolled *scrolled;    // child
     bool X_finish = false; // the next tick asks for Y
     qint32 X_enable = 0;   // 0: not under test; else 1 more than complete scans, up to 5
     qint32 Y_enable = 0;

@@ -5,6 +5,7 @@
 #include "device/records.h"
 #include "outcome.h"
 #include "present.h"
+#include "scrolled.h"
 #include "ui_useradv_dlg.h"
 
 #include <QKeyEvent>
@@ -33,6 +34,7 @@ useradv_dlg::useradv_dlg(QWidget *parent)
     , ui(std::make_unique<Ui::useradv_dlg>())
 {
     ui->setupUi(this);
+    keepOnScreen(this);
     setWindowFlags(Qt::Drawer);
     // A slider does not tell by itself what it stands at.
     const std::pair<QSlider *, QLabel *> numbers[] = {{ui->rbspeed, ui->rbspeedNumber},

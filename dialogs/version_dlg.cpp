@@ -3,6 +3,7 @@
 #include "device/struct.h"
 #include "device/version.h"
 #include "fittext.h"
+#include "scrolled.h"
 #include "ui_version_dlg.h"
 
 #include <QDebug>
@@ -32,6 +33,7 @@ Version_Dlg::Version_Dlg(QWidget *parent)
     , ui(std::make_unique<Ui::Version_Dlg>())
 {
     ui->setupUi(this);
+    keepOnScreen(this);
     setStringFont();
     setUI();
     ui->pushButton_upgrade->hide();

@@ -37,16 +37,19 @@ QString label(Finding::Verdict verdict)
     return ExaminationWords::tr("good");
 }
 
-// What a frame on USB needs does not count where it is wanted on a serial line.
-Finding unlessSerial(const Finding &finding, const QString &serialPort)
+// What a frame on USB needs does not count where it is wanted on a serial line, nor where it works
+// without, as in a container.
+Finding asFarAsNeeded(const Finding &finding, const QString &serialPort, bool answers)
 {
-    if (serialPort.isEmpty() || finding.verdict != Finding::Verdict::Trouble)
+    if (finding.verdict != Finding::Verdict::Trouble || (serialPort.isEmpty() && !answers))
         return finding;
     return Finding::note(
         finding.check,
-        {finding.evidence, ExaminationWords::tr("The frame at the serial port %1 does not need "
-                                                "this.")
-                               .arg(serialPort)});
+        {finding.evidence, serialPort.isEmpty()
+                               ? ExaminationWords::tr("The frame answers all the same.")
+                               : ExaminationWords::tr("The frame at the serial port %1 does not "
+                                                      "need this.")
+                                     .arg(serialPort)});
 }
 
 } // namespace
@@ -94,7 +97,7 @@ Examination Examination::of(const Machine &machine, const Patient &patient, cons
     for (const Finding &finding :
          {checkKernel(machine), checkNode(machine, frames, patient.usbNode), checkIds(frames),
           checkPermission(machine, frames), checkProgram(machine, frames)})
-        examination.found += unlessSerial(finding, patient.serialPort);
+        examination.found += asFarAsNeeded(finding, patient.serialPort, said.answered());
     examination.found += checkSerialPorts(machine, patient.serialPort);
     examination.found += checkAnswers(said, examination.firstTrouble() != nullptr);
     examination.found += checkSettings(patient.settingsFile);

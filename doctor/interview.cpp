@@ -1,6 +1,7 @@
 #include "interview.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
@@ -155,8 +156,11 @@ QList<Finding> checkAnswers(const Interview &said, bool troubleIsKnown)
     QList<Finding> findings;
     if (said.answered())
         findings += Finding::good(
-            AnswerCheck,
-            AnswerWords::tr("It answers at %1, after %2 ms.").arg(said.port).arg(said.answerMs));
+            AnswerCheck, said.port.isEmpty()
+                             ? AnswerWords::tr("It answers after %1 ms.").arg(said.answerMs)
+                             : AnswerWords::tr("It answers at %1, after %2 ms.")
+                                   .arg(said.port)
+                                   .arg(said.answerMs));
     else if (said.serial)
         findings += Finding::trouble(
             AnswerCheck, Cause::NoAnswer,
@@ -166,7 +170,7 @@ QList<Finding> checkAnswers(const Interview &said, bool troubleIsKnown)
     else
         findings += Finding::trouble(
             AnswerCheck, Cause::NoAnswer,
-            {AnswerWords::tr("The frame at %1 does not answer.").arg(said.port),
+            {AnswerWords::tr("The frame does not answer."),
              AnswerWords::tr("Unplug it, wait for ten seconds and plug it in again, at another USB "
                              "port if need be.")});
 
@@ -176,7 +180,7 @@ QList<Finding> checkAnswers(const Interview &said, bool troubleIsKnown)
     else if (said.reportMs == 0)
         findings += Finding::trouble(
             RateCheck, Cause::NoAnswer,
-            {AnswerWords::tr("The frame at %1 sends no reports.").arg(said.port),
+            {AnswerWords::tr("The frame sends no reports."),
              AnswerWords::tr("Unplug it and plug it in again, without a hub between.")});
     else if (said.reportMs > SlowReportMs)
         findings += Finding::note(

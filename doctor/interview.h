@@ -4,7 +4,6 @@
 #include "device/records.h"
 #include "finding.h"
 
-#include <QDeadlineTimer>
 #include <QString>
 
 #include <chrono>

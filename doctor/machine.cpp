@@ -70,6 +70,11 @@ QString Machine::kernelRelease() const
     return QSysInfo::kernelVersion();
 }
 
+QString Machine::hostName() const
+{
+    return QSysInfo::machineHostName();
+}
+
 bool Machine::mayOpen(const QString &node) const
 {
     return ::faccessat(AT_FDCWD, QFile::encodeName(rootFolder + node).constData(), R_OK | W_OK,

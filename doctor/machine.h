@@ -30,6 +30,7 @@ public:
     QString linkName(const QString &path) const;
 
     virtual QString kernelRelease() const;
+    virtual QString hostName() const;
     // Whether this user may read and write it.
     virtual bool mayOpen(const QString &node) const;
     virtual DeviceUser lockHolder(const QString &node) const;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <random>
 #include <utility>
 
@@ -20,6 +21,8 @@ constexpr int FewTerms = 3;
 // Curves through three lights each that are tried; with two lights in three too low one in
 // twenty-seven goes through healthy ones.
 constexpr int Trials = 250;
+// Nothing much better can come.
+constexpr double GoodEnough = 0.98;
 // Relative deviations: of lights that speak for a trial and against it, of those that count for
 // the curve, and of those that it follows where it is no polynomial.
 constexpr double SpeaksWithin = 0.06;
@@ -51,31 +54,32 @@ Terms termsAt(double t)
     return {1, t, (3 * t2 - 1) / 2, (35 * t2 * t2 - 30 * t2 + 3) / 8};
 }
 
-double valueAt(const Terms &factors, double t)
+struct CurvePoint
 {
-    const Terms terms = termsAt(t);
+    Terms terms;
+    double value; // logarithm of the level
+    double weight = 1;
+
+    double place() const { return terms[1]; } // -1 to 1
+};
+
+double valueAt(const Terms &factors, const Terms &terms)
+{
     double sum = 0;
     for (size_t k = 0; k < terms.size(); ++k)
         sum += factors[k] * terms[k];
     return sum;
 }
 
-struct Point
-{
-    double t;     // -1 to 1
-    double value; // logarithm of the level
-    double weight;
-};
-
 // Weighted least squares, reluctant to leave what is expected. Terms from count on are 0, and the
 // second is unless the curve may lean.
-Terms fit(const std::vector<Point> &points, size_t count, bool leaning = true)
+Terms fit(const std::vector<CurvePoint> &points, size_t count, bool leaning = true)
 {
     std::array<std::array<double, MaxTerms + 1>, MaxTerms> rows{};
-    for (const Point &point : points) {
+    for (const CurvePoint &point : points) {
         if (point.weight == 0)
             continue;
-        const Terms terms = termsAt(point.t);
+        const Terms &terms = point.terms;
         for (size_t r = 0; r < count; ++r) {
             for (size_t c = 0; c < count; ++c)
                 rows[r][c] += point.weight * terms[r] * terms[c];
@@ -103,45 +107,53 @@ Terms fit(const std::vector<Point> &points, size_t count, bool leaning = true)
     return factors;
 }
 
-// Lights near the curve speak for it, lights above it against it: faults make levels lower.
-double score(const std::vector<Point> &points, const Terms &factors)
+// Lights near the curve speak for it, lights above it against it: faults make levels lower. What
+// cannot become more than least any more is not looked at to the end.
+double score(const std::vector<CurvePoint> &points, const Terms &factors, double least)
 {
     double sum = 0;
-    for (const Point &point : points) {
-        const double off = point.value - valueAt(factors, point.t);
-        if (off > AboveBy)
-            sum -= 1;
-        else if (std::abs(off) < SpeaksWithin)
-            sum += 1 - off * off / (SpeaksWithin * SpeaksWithin);
-    }
     // To lean or to bend has to bring so many lights nearer.
     for (size_t k = 1; k < FewTerms; ++k) {
         const double square = factors[k] * factors[k];
         sum -= TermCosts * square / (square + TermCounts * TermCounts);
     }
+    auto left = double(points.size());
+    for (const CurvePoint &point : points) {
+        double off = point.value - factors[0];
+        for (size_t k = 1; k < FewTerms; ++k)
+            off -= factors[k] * point.terms[k];
+        if (off > AboveBy)
+            sum -= 1;
+        else if (std::abs(off) < SpeaksWithin)
+            sum += 1 - off * off / (SpeaksWithin * SpeaksWithin);
+        left -= 1;
+        if (sum + left < least)
+            break;
+    }
     return sum;
 }
 
 // The best of many curves through three lights each.
-Terms bestTrial(const std::vector<Point> &points, bool leaning)
+Terms bestTrial(const std::vector<CurvePoint> &points, bool leaning, double *most)
 {
+    constexpr double None = -std::numeric_limits<double>::infinity();
     std::vector<double> values;
     values.reserve(points.size());
-    for (const Point &point : points)
+    for (const CurvePoint &point : points)
         values.push_back(point.value);
     Terms best{robust::quantile(std::move(values), 0.75)};
-    double most = score(points, best);
+    *most = score(points, best, None);
     // Always the same ones, as the same scans give the same verdicts.
     std::minstd_rand numbers(1);
-    std::vector<Point> three(FewTerms);
-    for (int trial = 0; trial < Trials; ++trial) {
-        for (Point &point : three) {
+    std::vector<CurvePoint> three(FewTerms);
+    for (int trial = 0; trial < Trials && *most < GoodEnough * double(points.size()); ++trial) {
+        for (CurvePoint &point : three) {
             point = points[numbers() % points.size()];
             point.weight = 1;
         }
         const Terms factors = fit(three, FewTerms, leaning);
-        if (const double now = score(points, factors); now > most) {
-            most = now;
+        if (const double now = score(points, factors, *most); now > *most) {
+            *most = now;
             best = factors;
         }
     }
@@ -149,21 +161,21 @@ Terms bestTrial(const std::vector<Point> &points, bool leaning)
 }
 
 // From where to where the lights lie that count, but for a few at either end.
-std::pair<double, double> supportOf(const std::vector<Point> &points)
+std::pair<double, double> supportOf(const std::vector<CurvePoint> &points)
 {
     std::vector<double> places;
-    for (const Point &point : points) {
+    for (const CurvePoint &point : points) {
         if (point.weight > 0)
-            places.push_back(point.t);
+            places.push_back(point.place());
     }
     return {robust::quantile(places, 0.02), robust::quantile(places, 0.98)};
 }
 
-void centre(std::vector<Point> &points, Terms &factors, size_t count)
+void centre(std::vector<CurvePoint> &points, Terms &factors, size_t count)
 {
     for (int round = 0; round < CentreRounds; ++round) {
-        for (Point &point : points) {
-            const double off = (point.value - valueAt(factors, point.t)) / CountsWithin;
+        for (CurvePoint &point : points) {
+            const double off = (point.value - valueAt(factors, point.terms)) / CountsWithin;
             point.weight = std::abs(off) < 1 ? (1 - off * off) * (1 - off * off) : 0;
         }
         factors = fit(points, count);
@@ -176,18 +188,20 @@ BaseCurve baseCurve(const std::vector<double> &levels)
 {
     const int count = int(levels.size());
     const auto place = [count](double i) { return count > 1 ? 2 * i / (count - 1) - 1 : 0.0; };
-    std::vector<Point> points;
+    std::vector<CurvePoint> points;
     std::vector<int> numbers;
     for (int i = 0; i < count; ++i) {
         if (const double level = levels[size_t(i)]; level > 0) {
-            points.push_back({place(i), std::log(level), 1});
+            points.push_back({termsAt(place(i)), std::log(level)});
             numbers.push_back(i);
         }
     }
     if (int(points.size()) < FewestLights)
         return {};
-    Terms factors = bestTrial(points, true);
-    const double gain = score(points, factors) - score(points, bestTrial(points, false));
+    double leaning = 0;
+    double level = 0;
+    Terms factors = bestTrial(points, true, &leaning);
+    bestTrial(points, false, &level);
     centre(points, factors, FewTerms);
     const double lean = 2 * factors[1];
     // What bends so much says nothing of places beyond the lights that it goes by.
@@ -197,7 +211,7 @@ BaseCurve baseCurve(const std::vector<double> &levels)
 
     std::vector<double> near(size_t(count), std::nan(""));
     for (size_t p = 0; p < points.size(); ++p) {
-        const double off = points[p].value - valueAt(factors, points[p].t);
+        const double off = points[p].value - valueAt(factors, points[p].terms);
         if (std::abs(off) >= FollowsWithin)
             continue;
         near[size_t(numbers[p])] = off;
@@ -215,10 +229,10 @@ BaseCurve baseCurve(const std::vector<double> &levels)
             sum += weight * near[size_t(j)];
             weights += weight;
         }
-        curve.level.push_back(std::exp(valueAt(factors, place(i)) + sum / weights));
+        curve.level.push_back(std::exp(valueAt(factors, termsAt(place(i))) + sum / weights));
     }
     curve.slope = std::exp(lean) - 1;
-    curve.slopeGain = gain / double(points.size());
+    curve.slopeGain = (leaning - level) / double(points.size());
     curve.slopeSupport = (last - first) / 2;
     return curve;
 }

@@ -244,8 +244,6 @@ void AxisJudge::allowRollOff(const std::vector<double> &first, const std::vector
 // A few lights that are no stretch: no three of them lie side by side, nor four with dead ones.
 bool AxisJudge::isLoose(const std::vector<int> &plain, int from, int to) const
 {
-    if (to - from >= MostLoose)
-        return false;
     const auto isOne = [&](int i) {
         return std::binary_search(plain.begin() + from, plain.begin() + to + 1, i);
     };
@@ -331,12 +329,14 @@ void AxisJudge::judgeBesideNeighbours()
         mark(light, LightVerdict::Weak, confidenceOf(by / std::max(spread, 0.01)));
     };
     for (int from = 0; from < usable; ++from) {
-        for (int to = from; to < usable && isLoose(plain, from, to); ++to) {
+        for (int to = from; to < std::min(from + MostLoose, usable); ++to) {
             const std::optional<double> beside = reference(from, to);
             double by = 1;
             for (int p = from; p <= to; ++p)
                 by = std::min(by, margin(p, beside));
-            for (int p = from; by > 0 && p <= to; ++p)
+            if (by <= 0 || !isLoose(plain, from, to))
+                continue;
+            for (int p = from; p <= to; ++p)
                 markWeak(p, by);
         }
     }

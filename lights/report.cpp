@@ -1,10 +1,9 @@
 #include "report.h"
 
 #include "reportpicture.h"
+#include "text.h"
 #include "touch.h"
 #include "words.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 
@@ -14,31 +13,26 @@ namespace lights {
 
 namespace {
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("lights", text);
-}
-
-QString element(const QString &name, const QString &words)
+QString htmlElement(const QString &name, const QString &words)
 {
     return u"<%1>%2</%1>\n"_s.arg(name, words.toHtmlEscaped());
 }
 
-QString row(const QString &head, const QString &value)
+QString htmlRow(const QString &head, const QString &value)
 {
     return u"<tr><th scope=\"row\">%1</th><td>%2</td></tr>\n"_s.arg(head.toHtmlEscaped(),
                                                                     value.toHtmlEscaped());
 }
 
-QString list(const QStringList &entries)
+QString htmlList(const QStringList &entries)
 {
     QString html(u"<ul>\n"_s);
     for (const QString &entry : entries)
-        html += element(u"li"_s, entry);
+        html += htmlElement(u"li"_s, entry);
     return html + u"</ul>\n"_s;
 }
 
-QString style()
+QString pageStyle()
 {
     return uR"(body { font: 11pt sans-serif; color: #222; background: #fff; margin: 2em auto;
   max-width: 60em; padding: 0 1em; }
@@ -66,13 +60,13 @@ public:
 
     QString html() const
     {
-        const QString title = tr("Lights of a touch frame");
+        const QString title = Text::tr("Lights of a touch frame");
         // The code of the language that this is translated into.
         return u"<!DOCTYPE html>\n<html lang=\"%1\">\n<head>\n<meta charset=\"utf-8\">\n"
                "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"_s.arg(
-                   tr("en")) +
-               element(u"title"_s, title) + u"<style>\n"_s + style() + pictureStyle() +
-               u"</style>\n</head>\n<body>\n<main>\n"_s + element(u"h1"_s, title) + head() +
+                   Text::tr("en")) +
+               htmlElement(u"title"_s, title) + u"<style>\n"_s + pageStyle() + pictureStyle() +
+               u"</style>\n</head>\n<body>\n<main>\n"_s + htmlElement(u"h1"_s, title) + head() +
                pictures() + findings() + comparison() + table() + u"</main>\n</body>\n</html>\n"_s;
     }
 
@@ -93,35 +87,39 @@ QString Page::head() const
     const bool isPass = report.verdicts.isPass();
     QString html = u"<p class=\"verdict %1\">%2</p>\n<table>\n"_s.arg(
         isPass ? u"pass"_s : u"service"_s,
-        (isPass ? tr("PASS") : tr("SERVICE NEEDED")).toHtmlEscaped());
+        (isPass ? Text::tr("PASS") : Text::tr("SERVICE NEEDED")).toHtmlEscaped());
     if (!measurement.unit.name.isEmpty())
-        html += row(tr("Unit"), measurement.unit.name);
+        html += htmlRow(Text::tr("Unit"), measurement.unit.name);
     if (!measurement.unit.identification.isEmpty())
-        html += row(tr("Identification"), measurement.unit.identification);
+        html += htmlRow(Text::tr("Identification"), measurement.unit.identification);
     if (measurement.date.isValid())
-        html += row(tr("Measured"), measurement.date.toUTC().toString(u"yyyy-MM-dd hh:mm 'UTC'"_s));
-    html += row(tr("Lights"),
-                tr("%1 on X, %2 on Y").arg(measurement.x.lights).arg(measurement.y.lights));
-    html += row(tr("Scans"),
+        html += htmlRow(Text::tr("Measured"),
+                        measurement.date.toUTC().toString(u"yyyy-MM-dd hh:mm 'UTC'"_s));
+    html +=
+        htmlRow(Text::tr("Lights"),
+                Text::tr("%1 on X, %2 on Y").arg(measurement.x.lights).arg(measurement.y.lights));
+    html +=
+        htmlRow(Text::tr("Scans"),
                 QString::number(std::max(measurement.x.scans.size(), measurement.y.scans.size())));
     if (!report.version.isEmpty())
-        html += row(tr("Program"), report.version);
+        html += htmlRow(Text::tr("Program"), report.version);
     return html + u"</table>\n"_s;
 }
 
 QString Page::pictures() const
 {
-    QString html = element(u"h2"_s, tr("The frame")) + wallPicture(report, faults);
-    html +=
-        element(u"p"_s, tr("Letters: w weak, d dead, n noisy, s saturated, o switched off. Dark "
-                           "strips: touches are missed; light ones: they jump. Bars outside: "
-                           "stretches with one thing wrong."));
+    QString html = htmlElement(u"h2"_s, Text::tr("The frame")) + wallPicture(report, faults);
+    html += htmlElement(
+        u"p"_s, Text::tr("Letters: w weak, d dead, n noisy, s saturated, o switched off. Dark "
+                         "strips: touches are missed; light ones: they jump. Bars outside: "
+                         "stretches with one thing wrong."));
     for (const Axis axis : Axes) {
         if (!report.verdicts.axis(axis).lights.empty())
             html += curvePicture(report, axis);
     }
-    return html + element(u"p"_s, tr("Solid: the level of each light. Dashed: that of a healthy "
-                                     "one. Dotted: the lowest that works."));
+    return html +
+           htmlElement(u"p"_s, Text::tr("Solid: the level of each light. Dashed: that of a healthy "
+                                        "one. Dotted: the lowest that works."));
 }
 
 QString Page::findings() const
@@ -129,7 +127,7 @@ QString Page::findings() const
     QStringList all;
     for (const Stretch &stretch : report.verdicts.stretches) {
         all +=
-            tr("%1 to %2: %3. %4")
+            Text::tr("%1 to %2: %3. %4")
                 .arg(lightName(stretch.axis, stretch.first), lightName(stretch.axis, stretch.last),
                      word(stretch.verdict), advice(stretch, report.measurement.axis(stretch.axis)));
     }
@@ -138,44 +136,45 @@ QString Page::findings() const
         for (int i = 0; i < int(lights.size()); ++i) {
             if (lights[size_t(i)].verdict == LightVerdict::Healthy)
                 continue;
-            all += tr("%1: %2. %3")
+            all += Text::tr("%1: %2. %3")
                        .arg(lightName(axis, i), word(lights[size_t(i)].verdict),
                             advice(axis, i, lights[size_t(i)], report.measurement.axis(axis)));
         }
     }
-    QString html = element(u"h2"_s, tr("Findings"));
-    html += all.isEmpty() ? element(u"p"_s, tr("Nothing was found.")) : list(all);
+    QString html = htmlElement(u"h2"_s, Text::tr("Findings"));
+    html += all.isEmpty() ? htmlElement(u"p"_s, Text::tr("Nothing was found.")) : htmlList(all);
     if (faults.empty())
         return html;
     QStringList touches;
     for (const TouchFault &fault : faults)
         touches += wordsFor(fault, report.measurement.axis(fault.axis));
-    return html + element(u"h2"_s, tr("Touches")) + list(touches);
+    return html + htmlElement(u"h2"_s, Text::tr("Touches")) + htmlList(touches);
 }
 
 QString Page::comparison() const
 {
     if (!report.baseline && !report.trend)
         return {};
-    QString html = element(u"h2"_s, tr("Since it was in good order"));
+    QString html = htmlElement(u"h2"_s, Text::tr("Since it was in good order"));
     if (report.baseline) {
-        html += element(
-            u"p"_s, tr("Compared with the measurement of %1.")
+        html += htmlElement(
+            u"p"_s, Text::tr("Compared with the measurement of %1.")
                         .arg(report.baseline->date.toUTC().toString(u"yyyy-MM-dd hh:mm 'UTC'"_s)));
     }
     if (report.trend)
-        html += element(u"p"_s, wordsFor(*report.trend));
+        html += htmlElement(u"p"_s, wordsFor(*report.trend));
     return html;
 }
 
 QString Page::table() const
 {
     const bool compares = !report.changes.empty();
-    QString html =
-        u"<table>\n<caption>%1</caption>\n<thead><tr>"_s.arg(tr("All lights").toHtmlEscaped());
-    QStringList heads{tr("Light"), tr("Verdict"), tr("Level"), tr("Healthy level"), tr("Noise")};
+    QString html = u"<table>\n<caption>%1</caption>\n<thead><tr>"_s.arg(
+        Text::tr("All lights").toHtmlEscaped());
+    QStringList heads{Text::tr("Light"), Text::tr("Verdict"), Text::tr("Level"),
+                      Text::tr("Healthy level"), Text::tr("Noise")};
     if (compares)
-        heads += tr("Change, %");
+        heads += Text::tr("Change, %");
     for (const QString &one : std::as_const(heads))
         html += u"<th scope=\"col\">%1</th>"_s.arg(one.toHtmlEscaped());
     html += u"</tr></thead>\n<tbody>\n"_s;

@@ -1,8 +1,8 @@
 #include "reportpicture.h"
 
+#include "text.h"
 #include "words.h"
 
-#include <QCoreApplication>
 #include <QRectF>
 
 #include <algorithm>
@@ -28,32 +28,28 @@ constexpr double CurveTop = 15;
 constexpr double CurveBottom = 275;
 constexpr int LevelStep = 50;
 
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("lights", text);
-}
-
-QString number(double value)
+QString svgNumber(double value)
 {
     return QString::number(value, 'f', 1);
 }
 
-QString rect(const QRectF &area, const QString &classes)
+QString svgRect(const QRectF &area, const QString &classes)
 {
     return u"<rect class=\"%1\" x=\"%2\" y=\"%3\" width=\"%4\" height=\"%5\"/>\n"_s.arg(
-        classes, number(area.x()), number(area.y()), number(area.width()), number(area.height()));
+        classes, svgNumber(area.x()), svgNumber(area.y()), svgNumber(area.width()),
+        svgNumber(area.height()));
 }
 
-QString text(double x, double y, const QString &words, const QString &classes)
+QString svgText(double x, double y, const QString &words, const QString &classes)
 {
-    return u"<text class=\"%1\" x=\"%2\" y=\"%3\">%4</text>\n"_s.arg(classes, number(x), number(y),
-                                                                     words.toHtmlEscaped());
+    return u"<text class=\"%1\" x=\"%2\" y=\"%3\">%4</text>\n"_s.arg(
+        classes, svgNumber(x), svgNumber(y), words.toHtmlEscaped());
 }
 
-QString begin(double height, const QString &title)
+QString svgBegin(double height, const QString &title)
 {
     return u"<svg viewBox=\"0 0 %1 %2\" role=\"img\" aria-label=\"%3\">\n<title>%3</title>\n"_s.arg(
-        number(PictureWidth), number(height), title.toHtmlEscaped());
+        svgNumber(PictureWidth), svgNumber(height), title.toHtmlEscaped());
 }
 
 double shapeOf(const Measurement &measurement)
@@ -71,20 +67,21 @@ QString lightAt(Axis axis, const QRectF &screen, double from, double length, con
     QString marks;
     if (axis == Axis::X) {
         const double middle = from + length / 2;
-        marks += rect({from, screen.top() - LightLength, length, LightLength}, verdict);
-        marks += rect({from, screen.bottom(), length, LightLength}, verdict);
+        marks += svgRect({from, screen.top() - LightLength, length, LightLength}, verdict);
+        marks += svgRect({from, screen.bottom(), length, LightLength}, verdict);
         if (!letter.isEmpty()) {
-            marks += text(middle, screen.top() - LightLength - 4, letter, u"letter"_s);
-            marks += text(middle, screen.bottom() + LightLength + LetterSize, letter, u"letter"_s);
+            marks += svgText(middle, screen.top() - LightLength - 4, letter, u"letter"_s);
+            marks +=
+                svgText(middle, screen.bottom() + LightLength + LetterSize, letter, u"letter"_s);
         }
         return marks;
     }
     const double middle = from + length / 2 + LetterSize / 3;
-    marks += rect({screen.left() - LightLength, from, LightLength, length}, verdict);
-    marks += rect({screen.right(), from, LightLength, length}, verdict);
+    marks += svgRect({screen.left() - LightLength, from, LightLength, length}, verdict);
+    marks += svgRect({screen.right(), from, LightLength, length}, verdict);
     if (!letter.isEmpty()) {
-        marks += text(screen.left() - LightLength - LetterSize, middle, letter, u"letter"_s);
-        marks += text(screen.right() + LightLength + LetterSize, middle, letter, u"letter"_s);
+        marks += svgText(screen.left() - LightLength - LetterSize, middle, letter, u"letter"_s);
+        marks += svgText(screen.right() + LightLength + LetterSize, middle, letter, u"letter"_s);
     }
     return marks;
 }
@@ -96,12 +93,12 @@ QString stretchAt(const Stretch &stretch, const QRectF &screen, double step)
     const double length = step * (stretch.last - stretch.first + 1);
     if (stretch.axis == Axis::X) {
         const double from = screen.left() + step * stretch.first;
-        return rect({from, screen.top() - away - StretchWidth, length, StretchWidth}, classes) +
-               rect({from, screen.bottom() + away, length, StretchWidth}, classes);
+        return svgRect({from, screen.top() - away - StretchWidth, length, StretchWidth}, classes) +
+               svgRect({from, screen.bottom() + away, length, StretchWidth}, classes);
     }
     const double from = screen.top() + step * stretch.first;
-    return rect({screen.left() - away - StretchWidth, from, StretchWidth, length}, classes) +
-           rect({screen.right() + away, from, StretchWidth, length}, classes);
+    return svgRect({screen.left() - away - StretchWidth, from, StretchWidth, length}, classes) +
+           svgRect({screen.right() + away, from, StretchWidth, length}, classes);
 }
 
 double heightOf(double level)
@@ -161,16 +158,17 @@ QString wallPicture(const Report &report, const std::vector<TouchFault> &faults)
     const Measurement &measurement = report.measurement;
     const double width = PictureWidth - 2 * WallMargin;
     const QRectF screen(WallMargin, WallMargin, width, width * shapeOf(measurement));
-    QString picture = begin(screen.height() + 2 * WallMargin,
-                            tr("The frame with its lights along the edges, and where touches go "
-                               "wrong on the screen"));
-    picture += rect(screen, u"screen"_s);
+    QString picture =
+        svgBegin(screen.height() + 2 * WallMargin,
+                 Text::tr("The frame with its lights along the edges, and where touches go "
+                          "wrong on the screen"));
+    picture += svgRect(screen, u"screen"_s);
     for (const TouchFault &fault : faults) {
         const QRectF area = areaOf(fault, measurement.axis(fault.axis));
-        picture += rect({screen.left() + area.left() * screen.width(),
-                         screen.top() + area.top() * screen.height(), area.width() * screen.width(),
-                         area.height() * screen.height()},
-                        fault.kind == TouchFault::Kind::Missed ? u"missed"_s : u"jumps"_s);
+        picture += svgRect({screen.left() + area.left() * screen.width(),
+                            screen.top() + area.top() * screen.height(),
+                            area.width() * screen.width(), area.height() * screen.height()},
+                           fault.kind == TouchFault::Kind::Missed ? u"missed"_s : u"jumps"_s);
     }
     for (const Axis axis : Axes) {
         const std::vector<Light> &lights = report.verdicts.axis(axis).lights;
@@ -191,32 +189,33 @@ QString curvePicture(const Report &report, Axis axis)
 {
     const std::vector<Light> &lights = report.verdicts.axis(axis).lights;
     const double step = (PictureWidth - CurveLeft) / double(lights.size());
-    QString picture = begin(
-        CurveHeight, (axis == Axis::X ? tr("Levels of the lights of X, and of healthy ones")
-                                      : tr("Levels of the lights of Y, and of healthy ones")));
+    QString picture =
+        svgBegin(CurveHeight,
+                 (axis == Axis::X ? Text::tr("Levels of the lights of X, and of healthy ones")
+                                  : Text::tr("Levels of the lights of Y, and of healthy ones")));
     const auto line = [](double y, const QString &classes) {
         return u"<line class=\"%1\" x1=\"%2\" x2=\"%3\" y1=\"%4\" y2=\"%4\"/>\n"_s.arg(
-            classes, number(CurveLeft), number(PictureWidth), number(y));
+            classes, svgNumber(CurveLeft), svgNumber(PictureWidth), svgNumber(y));
     };
     for (int level = 0; level <= FullLevel; level += LevelStep) {
         picture += line(heightOf(level), u"grid"_s);
-        picture += text(5, heightOf(level) + 4, QString::number(level), u"scale"_s);
+        picture += svgText(5, heightOf(level) + 4, QString::number(level), u"scale"_s);
     }
     picture += line(heightOf(report.thresholds.touchLevel), u"limit"_s);
     QString levels;
     QString expected;
     for (size_t i = 0; i < lights.size(); ++i) {
         const double x = CurveLeft + step * (double(i) + 0.5);
-        levels += u"%1,%2 "_s.arg(number(x), number(heightOf(lights[i].level)));
-        expected += u"%1,%2 "_s.arg(number(x), number(heightOf(lights[i].expected)));
+        levels += u"%1,%2 "_s.arg(svgNumber(x), svgNumber(heightOf(lights[i].level)));
+        expected += u"%1,%2 "_s.arg(svgNumber(x), svgNumber(heightOf(lights[i].expected)));
         if (const QString letter = letterFor(lights[i].verdict); !letter.isEmpty())
-            picture += text(x, heightOf(lights[i].level) - 6, letter, u"letter"_s);
+            picture += svgText(x, heightOf(lights[i].level) - 6, letter, u"letter"_s);
     }
     picture += u"<polyline class=\"expected\" points=\"%1\"/>\n"_s.arg(expected.trimmed());
     picture += u"<polyline class=\"level\" points=\"%1\"/>\n"_s.arg(levels.trimmed());
     const int every = std::max(1, int(lights.size()) / 10);
     for (int i = 0; i < int(lights.size()); i += every)
-        picture += text(CurveLeft + step * i, CurveHeight - 8, lightName(axis, i), u"scale"_s);
+        picture += svgText(CurveLeft + step * i, CurveHeight - 8, lightName(axis, i), u"scale"_s);
     return picture + u"</svg>\n"_s;
 }
 

@@ -18,8 +18,8 @@ namespace lights {
 
 namespace {
 
-constexpr auto Format = "quorvel-lights"_L1;
-constexpr int Version = 1;
+constexpr auto ScanFormat = "quorvel-lights"_L1;
+constexpr int ScanVersion = 1;
 constexpr double LargestPitch = 1000; // mm
 
 int mostLights(Axis axis)
@@ -35,10 +35,11 @@ class JsonReader
 public:
     bool read(const QJsonObject &object)
     {
-        if (object["format"_L1].toString() != Format)
-            return refuse(tr("no measurement of lights: \"format\" has to be \"%1\"").arg(Format));
-        if (object["version"_L1].toInt() != Version)
-            return refuse(tr("\"version\" has to be %1").arg(Version));
+        if (object["format"_L1].toString() != ScanFormat)
+            return refuse(
+                tr("no measurement of lights: \"format\" has to be \"%1\"").arg(ScanFormat));
+        if (object["version"_L1].toInt() != ScanVersion)
+            return refuse(tr("\"version\" has to be %1").arg(ScanVersion));
         const QJsonObject unit = object["unit"_L1].toObject();
         result.unit = {unit["identification"_L1].toString(), unit["name"_L1].toString()};
         if (const QJsonValue date = object["date"_L1]; !date.isUndefined()) {
@@ -263,7 +264,7 @@ std::optional<Measurement> ScanFile::fromLog(QIODevice &device, const QString &f
 
 QJsonObject ScanFile::toJson(const Measurement &measurement)
 {
-    QJsonObject object{{u"format"_s, Format}, {u"version"_s, Version}};
+    QJsonObject object{{u"format"_s, ScanFormat}, {u"version"_s, ScanVersion}};
     if (measurement.date.isValid())
         object[u"date"_s] = measurement.date.toUTC().toString(Qt::ISODate);
     QJsonObject unit;

@@ -15,11 +15,11 @@ namespace lights {
 
 namespace {
 
-constexpr auto Format = "quorvel-light-thresholds"_L1;
-constexpr int Version = 1;
+constexpr auto ThresholdsFormat = "quorvel-light-thresholds"_L1;
+constexpr int ThresholdsVersion = 1;
 constexpr qint64 LargestFile = 64 * 1024;
 
-struct Name
+struct NamedThreshold
 {
     QLatin1StringView text;
     std::variant<double Thresholds::*, int Thresholds::*> member;
@@ -27,28 +27,28 @@ struct Name
     double max;
 };
 
-constexpr std::array Names{
-    Name{"deadLevel"_L1, &Thresholds::deadLevel, 0, 255},
-    Name{"deadShare"_L1, &Thresholds::deadShare, 0, 1},
-    Name{"weakShare"_L1, &Thresholds::weakShare, 0, 1},
-    Name{"weakSpreads"_L1, &Thresholds::weakSpreads, 0, 100},
-    Name{"touchLevel"_L1, &Thresholds::touchLevel, 0, 255},
-    Name{"noisyRatio"_L1, &Thresholds::noisyRatio, 1, 100},
-    Name{"noisyLevel"_L1, &Thresholds::noisyLevel, 0, 255},
-    Name{"noisyChance"_L1, &Thresholds::noisyChance, 1e-12, 0.5},
-    Name{"saturatedLevel"_L1, &Thresholds::saturatedLevel, 1, 255},
-    Name{"saturatedShare"_L1, &Thresholds::saturatedShare, 0.01, 1},
-    Name{"nearlySaturated"_L1, &Thresholds::nearlySaturated, 1, 255},
-    Name{"compensatedGain"_L1, &Thresholds::compensatedGain, 1, 100},
-    Name{"stretchDepth"_L1, &Thresholds::stretchDepth, 0.01, 1},
-    Name{"stretchEdge"_L1, &Thresholds::stretchEdge, 0, 1},
-    Name{"stretchLights"_L1, &Thresholds::stretchLights, 2, 500},
-    Name{"darkLights"_L1, &Thresholds::darkLights, 2, 500},
-    Name{"stepRise"_L1, &Thresholds::stepRise, 0, 100},
-    Name{"stepRiseShare"_L1, &Thresholds::stepRiseShare, 0, 0.4},
-    Name{"barSlope"_L1, &Thresholds::barSlope, 0.01, 1},
-    Name{"barLights"_L1, &Thresholds::barLights, 3, 500},
-    Name{"boardLights"_L1, &Thresholds::boardLights, 2, 500},
+constexpr std::array AllThresholds{
+    NamedThreshold{"deadLevel"_L1, &Thresholds::deadLevel, 0, 255},
+    NamedThreshold{"deadShare"_L1, &Thresholds::deadShare, 0, 1},
+    NamedThreshold{"weakShare"_L1, &Thresholds::weakShare, 0, 1},
+    NamedThreshold{"weakSpreads"_L1, &Thresholds::weakSpreads, 0, 100},
+    NamedThreshold{"touchLevel"_L1, &Thresholds::touchLevel, 0, 255},
+    NamedThreshold{"noisyRatio"_L1, &Thresholds::noisyRatio, 1, 100},
+    NamedThreshold{"noisyLevel"_L1, &Thresholds::noisyLevel, 0, 255},
+    NamedThreshold{"noisyChance"_L1, &Thresholds::noisyChance, 1e-12, 0.5},
+    NamedThreshold{"saturatedLevel"_L1, &Thresholds::saturatedLevel, 1, 255},
+    NamedThreshold{"saturatedShare"_L1, &Thresholds::saturatedShare, 0.01, 1},
+    NamedThreshold{"nearlySaturated"_L1, &Thresholds::nearlySaturated, 1, 255},
+    NamedThreshold{"compensatedGain"_L1, &Thresholds::compensatedGain, 1, 100},
+    NamedThreshold{"stretchDepth"_L1, &Thresholds::stretchDepth, 0.01, 1},
+    NamedThreshold{"stretchEdge"_L1, &Thresholds::stretchEdge, 0, 1},
+    NamedThreshold{"stretchLights"_L1, &Thresholds::stretchLights, 2, 500},
+    NamedThreshold{"darkLights"_L1, &Thresholds::darkLights, 2, 500},
+    NamedThreshold{"stepRise"_L1, &Thresholds::stepRise, 0, 100},
+    NamedThreshold{"stepRiseShare"_L1, &Thresholds::stepRiseShare, 0, 0.4},
+    NamedThreshold{"barSlope"_L1, &Thresholds::barSlope, 0.01, 1},
+    NamedThreshold{"barLights"_L1, &Thresholds::barLights, 3, 500},
+    NamedThreshold{"boardLights"_L1, &Thresholds::boardLights, 2, 500},
 };
 
 } // namespace
@@ -65,18 +65,19 @@ std::optional<Thresholds> Thresholds::parse(const QByteArray &text, const QStrin
     if (document.isNull())
         return refuse(tr("no JSON, at byte %1: %2").arg(error.offset).arg(error.errorString()));
     const QJsonObject object = document.object();
-    if (object["format"_L1].toString() != Format)
-        return refuse(tr("no file of thresholds: \"format\" has to be \"%1\"").arg(Format));
-    if (object["version"_L1].toInt() != Version)
-        return refuse(tr("\"version\" has to be %1").arg(Version));
+    if (object["format"_L1].toString() != ThresholdsFormat)
+        return refuse(
+            tr("no file of thresholds: \"format\" has to be \"%1\"").arg(ThresholdsFormat));
+    if (object["version"_L1].toInt() != ThresholdsVersion)
+        return refuse(tr("\"version\" has to be %1").arg(ThresholdsVersion));
     Thresholds thresholds;
     for (auto entry = object.begin(); entry != object.end(); ++entry) {
         if (entry.key() == "format"_L1 || entry.key() == "version"_L1)
             continue;
-        const auto name = std::find_if(Names.begin(), Names.end(), [&entry](const Name &known) {
-            return known.text == entry.key();
-        });
-        if (name == Names.end())
+        const auto name = std::find_if(
+            AllThresholds.begin(), AllThresholds.end(),
+            [&entry](const NamedThreshold &known) { return known.text == entry.key(); });
+        if (name == AllThresholds.end())
             return refuse(tr("there is no threshold \"%1\"").arg(entry.key()));
         const double value = entry.value().toDouble(std::nan(""));
         const bool whole = std::holds_alternative<int Thresholds::*>(name->member);
@@ -112,8 +113,8 @@ std::optional<Thresholds> Thresholds::load(const QString &path, QString *problem
 
 QByteArray Thresholds::toJson() const
 {
-    QJsonObject object{{u"format"_s, Format}, {u"version"_s, Version}};
-    for (const Name &name : Names) {
+    QJsonObject object{{u"format"_s, ThresholdsFormat}, {u"version"_s, ThresholdsVersion}};
+    for (const NamedThreshold &name : AllThresholds) {
         object[name.text] =
             std::visit([this](auto member) { return QJsonValue(this->*member); }, name.member);
     }

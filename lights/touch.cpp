@@ -1,8 +1,7 @@
 #include "touch.h"
 
+#include "text.h"
 #include "words.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 #include <cmath>
@@ -14,6 +13,9 @@ namespace {
 
 // How finely an axis is looked at.
 constexpr int StepsPerLight = 16;
+// Lights between two jumps that count as one, and what is too narrow to be met.
+constexpr double ClosestJumps = 1;
+constexpr double NarrowestJump = 0.2;
 
 // One axis, as a controller sees it with certain readings.
 class Shadows
@@ -52,20 +54,18 @@ private:
     const TouchModel &model;
 };
 
+// Jumps that lie close together are one place for whoever touches there; touches that are missed
+// are told exactly.
 void append(std::vector<TouchFault> &faults, const TouchFault &step)
 {
+    const double gap = step.kind == TouchFault::Kind::Jumps ? ClosestJumps : 0;
     if (!faults.empty() && faults.back().kind == step.kind && faults.back().axis == step.axis &&
-        faults.back().to == step.from) {
+        step.from - faults.back().to <= gap) {
         faults.back().to = step.to;
         faults.back().by = std::max(faults.back().by, step.by);
     } else {
         faults.push_back(step);
     }
-}
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("lights", text);
 }
 
 } // namespace
@@ -102,6 +102,9 @@ std::vector<TouchFault> touchFaults(const Measurement &measurement, const Verdic
                             .by = off});
         }
     }
+    std::erase_if(faults, [](const TouchFault &fault) {
+        return fault.kind == TouchFault::Kind::Jumps && fault.to - fault.from < NarrowestJump;
+    });
     return faults;
 }
 
@@ -120,20 +123,20 @@ QString wordsFor(const TouchFault &fault, const AxisMeasurement &measured)
         const QString first = lightName(fault.axis, int(fault.from));
         const QString last = lightName(fault.axis, int(std::ceil(fault.to)) - 1);
         if (isMissed)
-            return tr("Touches at lights %1 to %2 are missed.").arg(first, last);
-        return tr("Touches at lights %1 to %2 jump by up to %3 lights.")
+            return Text::tr("Touches at lights %1 to %2 are missed.").arg(first, last);
+        return Text::tr("Touches at lights %1 to %2 jump by up to %3 lights.")
             .arg(first, last, QString::number(fault.by, 'f', 1));
     }
     const int from = int(std::floor(fault.from * *measured.pitch));
     const int to = int(std::ceil(fault.to * *measured.pitch));
     if (isMissed) {
-        return (isX ? tr("Touches between %1 and %2 mm from the left are missed.")
-                    : tr("Touches between %1 and %2 mm from the top are missed."))
+        return (isX ? Text::tr("Touches between %1 and %2 mm from the left are missed.")
+                    : Text::tr("Touches between %1 and %2 mm from the top are missed."))
             .arg(from)
             .arg(to);
     }
-    return (isX ? tr("Touches between %1 and %2 mm from the left jump by up to %3 mm.")
-                : tr("Touches between %1 and %2 mm from the top jump by up to %3 mm."))
+    return (isX ? Text::tr("Touches between %1 and %2 mm from the left jump by up to %3 mm.")
+                : Text::tr("Touches between %1 and %2 mm from the top jump by up to %3 mm."))
         .arg(from)
         .arg(to)
         .arg(int(std::ceil(fault.by * *measured.pitch)));

@@ -22,7 +22,7 @@ struct TouchModel
     double jump = 0.25;         // lights; a place that is wrong by more than this is told
 };
 
-// A strip of the screen where touches go wrong because of one axis.
+// A strip of the screen where touches go wrong because of one axis: all are missed, or some jump.
 struct TouchFault
 {
     enum class Kind { Missed, Jumps };

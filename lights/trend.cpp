@@ -25,7 +25,7 @@ double certainT(int freedom)
     return freedom <= int(Table.size()) ? Table[size_t(freedom - 1)] : 1.96 + 2.52 / freedom;
 }
 
-struct Point
+struct DatedLevel
 {
     double day; // since the beginning of 1970
     double level;
@@ -41,15 +41,15 @@ bool shines(const Light &light)
 class Line
 {
 public:
-    explicit Line(const std::vector<Point> &points)
+    explicit Line(const std::vector<DatedLevel> &points)
         : count(int(points.size()))
     {
-        for (const Point &point : points) {
+        for (const DatedLevel &point : points) {
             meanDay += point.day / count;
             meanLevel += point.level / count;
         }
         double crossed = 0;
-        for (const Point &point : points) {
+        for (const DatedLevel &point : points) {
             squared += (point.day - meanDay) * (point.day - meanDay);
             crossed += (point.day - meanDay) * (point.level - meanLevel);
         }
@@ -57,7 +57,7 @@ public:
             return;
         slope = crossed / squared;
         double rest = 0;
-        for (const Point &point : points) {
+        for (const DatedLevel &point : points) {
             const double off = point.level - meanLevel - slope * (point.day - meanDay);
             rest += off * off;
         }
@@ -147,7 +147,7 @@ std::optional<Trend> trendOf(const std::vector<Measurement> &measurements,
     }
     if (!trend)
         return {};
-    std::vector<Point> points;
+    std::vector<DatedLevel> points;
     for (size_t m = 0; m < measurements.size(); ++m) {
         const std::vector<Light> &lights = verdicts[m].axis(trend->axis).lights;
         if (lights.size() == verdicts.back().axis(trend->axis).lights.size() &&

@@ -106,6 +106,7 @@ Typical typical(const AxisMeasurement &axis, const Thresholds &thresholds)
     for (int i = 0; i < axis.lights; ++i) {
         levels.clear();
         free.clear();
+        const std::vector<double> own = columnOf(axis, i);
         for (size_t s = 0; s < axis.scans.size(); ++s) {
             const double level = axis.scans[s][size_t(i)];
             if (std::isnan(level))
@@ -122,7 +123,9 @@ Typical typical(const AxisMeasurement &axis, const Thresholds &thresholds)
         const std::vector<double> &telling = 2 * free.size() > levels.size() ? free : levels;
         if (telling.size() > 1)
             result.noise[size_t(i)] = deviation(telling);
-        result.level[size_t(i)] = robust::midMean(levels);
+        // Where nothing is common to the scans the light's own readings are all there is.
+        const auto [lowest, highest] = std::minmax_element(own.begin(), own.end());
+        result.level[size_t(i)] = std::clamp(robust::midMean(levels), *lowest, *highest);
     }
     return result;
 }

@@ -1,6 +1,6 @@
 #include "words.h"
 
-#include <QCoreApplication>
+#include "text.h"
 
 #include <cmath>
 
@@ -9,11 +9,6 @@ using namespace Qt::StringLiterals;
 namespace lights {
 
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("lights", text);
-}
 
 // Where the strips of lights first to last begin and end, in whole millimetres.
 struct Place
@@ -180,17 +175,17 @@ QString word(LightVerdict verdict)
 {
     switch (verdict) {
     case LightVerdict::Healthy:
-        return tr("healthy");
+        return Text::tr("healthy");
     case LightVerdict::Weak:
-        return tr("weak");
+        return Text::tr("weak");
     case LightVerdict::Dead:
-        return tr("dead");
+        return Text::tr("dead");
     case LightVerdict::Noisy:
-        return tr("noisy");
+        return Text::tr("noisy");
     case LightVerdict::Saturated:
-        return tr("saturated");
+        return Text::tr("saturated");
     case LightVerdict::SwitchedOff:
-        return tr("switched off");
+        return Text::tr("switched off");
     }
     Q_UNREACHABLE();
 }
@@ -199,13 +194,13 @@ QString word(StretchVerdict verdict)
 {
     switch (verdict) {
     case StretchVerdict::Dirt:
-        return tr("dirt");
+        return Text::tr("dirt");
     case StretchVerdict::Obstacle:
-        return tr("obstacle");
+        return Text::tr("obstacle");
     case StretchVerdict::BarOutOfLine:
-        return tr("bar out of line");
+        return Text::tr("bar out of line");
     case StretchVerdict::BrokenBoard:
-        return tr("broken board");
+        return Text::tr("broken board");
     }
     Q_UNREACHABLE();
 }
@@ -222,20 +217,22 @@ QString advice(Axis axis, int number, const Light &light, const AxisMeasurement 
     if (light.verdict == LightVerdict::Healthy)
         return {};
     if (!measured.pitch)
-        return tr(sentences.numbers).arg(name);
+        return Text::tr(sentences.numbers).arg(name);
     const int middle = int(std::lround((number + 0.5) * *measured.pitch));
-    return tr(axis == Axis::X ? sentences.x : sentences.y).arg(name).arg(middle);
+    return Text::tr(axis == Axis::X ? sentences.x : sentences.y).arg(name).arg(middle);
 }
 
 QString advice(const Stretch &stretch, const AxisMeasurement &measured)
 {
     const Sentences sentences = sentencesFor(stretch.verdict);
     if (!measured.pitch) {
-        return tr(sentences.numbers)
+        return Text::tr(sentences.numbers)
             .arg(lightName(stretch.axis, stretch.first), lightName(stretch.axis, stretch.last));
     }
     const Place place = placeOf(stretch.first, stretch.last, *measured.pitch);
-    return tr(stretch.axis == Axis::X ? sentences.x : sentences.y).arg(place.from).arg(place.to);
+    return Text::tr(stretch.axis == Axis::X ? sentences.x : sentences.y)
+        .arg(place.from)
+        .arg(place.to);
 }
 
 QString wordsFor(const Trend &trend)
@@ -243,14 +240,18 @@ QString wordsFor(const Trend &trend)
     const QString name = lightName(trend.axis, trend.light);
     const QString level = QString::number(qRound(trend.level));
     if (!trend.fall) {
-        return tr("The weakest light is %1 at level %2; the measurements kept so far do not show "
-                  "when it falls below %3.")
+        return Text::tr(
+                   "The weakest light is %1 at level %2; the measurements kept so far do not show "
+                   "when it falls below %3.")
             .arg(name, level, QString::number(trend.limit));
     }
-    return tr("The weakest light is %1 at level %2; it is expected to fall below %3 on %4, between "
-              "%5 and %6 with a certainty of 95 %.")
-        .arg(name, level, QString::number(trend.limit), trend.fall->expected.toString(Qt::ISODate),
-             trend.fall->earliest.toString(Qt::ISODate), trend.fall->latest.toString(Qt::ISODate));
+    return Text::
+        tr("The weakest light is %1 at level %2; it is expected to fall below %3 on %4, between "
+           "%5 and %6 with a certainty of 95 %.")
+            .arg(name, level, QString::number(trend.limit),
+                 trend.fall->expected.toString(Qt::ISODate),
+                 trend.fall->earliest.toString(Qt::ISODate),
+                 trend.fall->latest.toString(Qt::ISODate));
 }
 
 } // namespace lights

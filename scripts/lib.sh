@@ -11,10 +11,11 @@ project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 # Debian 12 and 13.
 build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
                 qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libcli11-dev
-                libpcap-dev)
+                libpcap-dev libarchive-dev)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core procps)
-test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus prometheus-node-exporter)
+test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
+                prometheus-node-exporter fish zsh)
 # What the measuring programs compare the tool with.
 bench_packages=(libqcustomplot-dev)
 style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)

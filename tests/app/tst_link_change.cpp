@@ -11,7 +11,6 @@
 #include "dialogs/test_win.h"
 #include "dialogs/version_dlg.h"
 #include "doctor/usbchecks.h"
-#include "doctor/usbchecks.h"
 #include "resources/resources.h"
 #include "tests/dialogs/settingshome.h"
 #include "tests/support/fakeadapter.h"
@@ -399,7 +398,8 @@ private slots:
         QLabel label;
         MadeUpMachine machine;
         machine.unplug();
-        const StatusLine line(&label, machine);
+        QPushButton button;
+        const StatusLine line(&label, &button, machine);
         QVERIFY2(label.toolTip().startsWith(u"No touch frame is on USB. Plug the frame in"_s),
                  qPrintable(label.toolTip()));
         machine.addUsb("5156", u"1-2"_s, {}, {});

@@ -3,6 +3,7 @@
 #include "device/readreportthread.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/connect_dlg.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/setting_dlg.h"
 #include "dialogs/smoothing_dlg.h"
@@ -46,6 +47,24 @@ Calibration_Dlg *calibrationScreen()
         if (auto *screen = qobject_cast<Calibration_Dlg *>(widget))
             return screen;
     }
+    return nullptr;
+}
+
+// What docks in the tray is a widget of the toolkit's own.
+QWidget *docked()
+{
+    for (QWidget *widget : QApplication::allWidgets())
+        if (widget->inherits("QSystemTrayIconSys") && widget->isVisible())
+            return widget;
+    return nullptr;
+}
+
+// The other menus belong to windows.
+QMenu *trayMenu()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets())
+        if (auto *menu = qobject_cast<QMenu *>(widget); menu && !menu->parentWidget())
+            return menu;
     return nullptr;
 }
 
@@ -247,12 +266,12 @@ private slots:
         connectFrame();
         QStringList reached;
         child("calbtn")->setFocus();
-        for (int i = 0; i < 4; ++i) {
+        for (int i = 0; i < 6; ++i) {
             reached.append(QApplication::focusWidget()->objectName());
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         }
         QCOMPARE(reached, QStringList({u"calbtn"_s, u"rotationButton"_s, u"pushButton_2"_s,
-                                       u"pushButton"_s}));
+                                       u"pushButton"_s, u"nextbtn"_s, u"menubtn"_s}));
         // A name would be read instead of the status.
         QCOMPARE(child<QLabel>("stalab")->accessibleName(), QString());
     }
@@ -518,9 +537,9 @@ private slots:
             texts.append(action->text());
             enabled.append(action->isEnabled());
         }
-        QCOMPARE(texts,
-                 QStringList({u"&Setting"_s, u"S&moothing"_s, u"&Connect"_s, u"&Record..."_s}));
-        QCOMPARE(enabled, QList<bool>({false, true, true, true}));
+        QCOMPARE(texts, QStringList({u"&Setting"_s, u"S&moothing"_s, u"&Connect"_s, u"&Record..."_s,
+                                     u"Support &file..."_s}));
+        QCOMPARE(enabled, QList<bool>({false, true, true, true, true}));
         QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_M);
         QTRY_VERIFY(child<smoothing_dlg>("smoothing_dlg")->isVisible());
     }
@@ -975,19 +994,10 @@ private slots:
 
     void the_tray_icon_shows_its_picture_and_names_the_program()
     {
-        // What docks in the tray is a widget of the toolkit's own.
-        QWidget *docked = nullptr;
-        const auto dock = [&docked] {
-            for (QWidget *widget : QApplication::allWidgets()) {
-                if (widget->inherits("QSystemTrayIconSys") && widget->isVisible())
-                    docked = widget;
-            }
-            return docked;
-        };
-        QTRY_VERIFY(dock());
-        QCOMPARE(docked->toolTip(), u"Quorvel"_s);
-        const auto onWhite = [docked](const auto &draw) {
-            QImage image(docked->size(), QImage::Format_ARGB32);
+        QTRY_VERIFY(docked());
+        QVERIFY(docked()->toolTip().startsWith(u"Quorvel"_s));
+        const auto onWhite = [](const auto &draw) {
+            QImage image(docked()->size(), QImage::Format_ARGB32);
             image.fill(Qt::white);
             draw(image);
             return image;
@@ -998,32 +1008,199 @@ private slots:
             picture.paint(&painter, image.rect());
         });
         const QImage shown = onWhite(
-            [docked](QImage &image) { docked->render(&image, {}, {}, QWidget::RenderFlags()); });
+            [](QImage &image) { docked()->render(&image, {}, {}, QWidget::RenderFlags()); });
         QVERIFY(expected != onWhite([](QImage &) {}));
         QCOMPARE(shown, expected);
     }
 
     void the_tray_menu_shows_and_exits()
     {
-        QMenu *menu = nullptr;
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            // The other menus belong to windows.
-            if (auto *candidate = qobject_cast<QMenu *>(widget);
-                candidate && !candidate->parentWidget())
-                menu = candidate;
-        }
+        const QMenu *menu = trayMenu();
         if (!menu)
             QFAIL("the tray icon has no menu");
         const QList<QAction *> actions = menu->actions();
-        QCOMPARE(actions.size(), 3);
-        QCOMPARE(actions[0]->text(), u"Show"_s);
+        QCOMPARE(actions.first()->text(), u"Show"_s);
         QVERIFY(actions[1]->isSeparator());
-        QCOMPARE(actions[2]->text(), u"Exit"_s);
+        QCOMPARE(actions.last()->text(), u"Exit"_s);
         window->hide();
         actions[0]->trigger();
         QVERIFY(window->isVisible());
-        QTimer::singleShot(0, actions[2], &QAction::trigger);
+        QTimer::singleShot(0, actions.last(), &QAction::trigger);
         QCOMPARE(runAtMost(5s), 0);
+    }
+
+    void the_trays_menu_has_what_the_windows_has()
+    {
+        const auto texts = [](const QMenu *menu) {
+            QStringList all;
+            for (const QAction *action : menu->actions())
+                if (!action->isSeparator())
+                    all.append(action->text());
+            return all;
+        };
+        const auto *menu = child("menubtn")->menu();
+        QVERIFY(texts(menu).contains(u"&Setting"_s));
+        QCOMPARE(texts(trayMenu()), QStringList(u"Show"_s) + texts(menu) + QStringList(u"Exit"_s));
+        window->hide();
+        trayMenu()->actions().at(3)->trigger();
+        QVERIFY(window->findChild<smoothing_dlg *>()->isVisible());
+    }
+
+    void the_menu_button_opens_the_menu()
+    {
+        QTimer::singleShot(100, this, [this] {
+            QCOMPARE(QApplication::activePopupWidget(), child("menubtn")->menu());
+            QApplication::activePopupWidget()->close();
+        });
+        QTest::mouseClick(child("menubtn"), Qt::LeftButton);
+    }
+
+    void the_trays_menu_opens_while_a_window_asks_data()
+    {
+        QTest::addColumn<QString>("asking");
+        for (const char *asking : {"rotation", "reset", "calibration", "recording"})
+            QTest::addRow("%s", asking) << QString::fromLatin1(asking);
+    }
+    void the_trays_menu_opens_while_a_window_asks()
+    {
+        QFETCH(const QString, asking);
+        connectFrame();
+        QTRY_VERIFY(docked());
+        QTest::qWait(300); // until the tray has placed it
+        const QPoint icon = docked()->mapToGlobal(docked()->rect().center());
+        bool isModal = false;
+        bool opened = false;
+        int turns = 0;
+        QTimer poll;
+        connect(&poll, &QTimer::timeout, this, [&] {
+            QWidget *modal = QApplication::activeModalWidget();
+            if (QWidget *menu = QApplication::activePopupWidget()) {
+                opened = menu == trayMenu();
+                menu->close();
+            } else if (modal && opened) {
+                static_cast<QDialog *>(modal)->reject();
+            } else if (modal && !isModal) {
+                isModal = true;
+                QProcess::startDetached(u"xdotool"_s,
+                                        {u"mousemove"_s, QString::number(icon.x()),
+                                         QString::number(icon.y()), u"click"_s, u"3"_s});
+            } else if (modal && ++turns > 100) {
+                static_cast<QDialog *>(modal)->reject();
+            }
+        });
+        poll.start(50);
+        if (asking == "rotation"_L1) {
+            QTest::mouseClick(child("rotationButton"), Qt::LeftButton);
+        } else if (asking == "reset"_L1) {
+            QTest::mouseClick(child("pushButton_2"), Qt::LeftButton);
+        } else if (asking == "recording"_L1) {
+            child("menubtn")->menu()->actions().last()->trigger();
+        } else {
+            QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+            QTRY_VERIFY(calibrationScreen()->isVisible());
+            for (const UCHAR step : {0, 1, 2, 3, 4, 5, 0xFF}) {
+                UCHAR reply[64] = {0xFC, 0x01, step};
+                calibrationScreen()->DoRecv03(reply);
+            }
+        }
+        QVERIFY(isModal);
+        QVERIFY(opened);
+    }
+
+    void the_main_window_waits_for_the_question_about_a_calibration()
+    {
+        connectFrame();
+        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        QTRY_VERIFY(calibrationScreen()->isVisible());
+        QTest::qWait(100);
+        frame->forgetSent();
+        bool blocked = false;
+        QTimer::singleShot(300, this, [&] {
+            auto *question = qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget());
+            QVERIFY(question);
+            blocked = question->windowHandle()->transientParent() == window->windowHandle();
+            // Who gets there all the same begins anew, and the frame hears of that.
+            window->on_calbtn_clicked();
+            QVERIFY(!question->isVisible());
+        });
+        for (const UCHAR step : {0, 1, 2, 3, 4, 5, 0xFF}) {
+            UCHAR reply[64] = {0xFC, 0x01, step};
+            calibrationScreen()->DoRecv03(reply);
+        }
+        QVERIFY(blocked);
+        QTRY_VERIFY(frame->sentBytes(2).endsWith("01 00"));
+        QCOMPARE(frame->sentBytes(2).sliced(frame->sentBytes(2).size() - 2),
+                 QList<QByteArray>({"01 06", "01 00"}));
+        QVERIFY(calibrationScreen()->isVisible());
+    }
+
+    void a_window_comes_back_where_the_user_left_it()
+    {
+        for (QWidget *shown :
+             std::initializer_list<QWidget *>{window.get(), window->findChild<connect_dlg *>()}) {
+            shown->show();
+            QVERIFY(QTest::qWaitForWindowExposed(shown));
+            const QPoint place(81, 92);
+            QTest::qWait(200); // until the window manager has placed it
+            QCOMPARE(QProcess::execute(u"xdotool"_s,
+                                       {u"windowmove"_s, QString::number(shown->winId()),
+                                        QString::number(place.x()), QString::number(place.y())}),
+                     0);
+            QTRY_COMPARE(shown->geometry().topLeft(), place);
+            shown->close();
+            QVERIFY(!shown->isVisible());
+            shown->show();
+            QVERIFY(QTest::qWaitForWindowExposed(shown));
+            QTest::qWait(200);
+            QCOMPARE(shown->geometry().topLeft(), place);
+        }
+    }
+
+    void a_window_without_an_icon_of_its_own_has_the_programs()
+    {
+        QVERIFY(!window->windowIcon().isNull());
+        for (const QWidget *other : QApplication::topLevelWidgets())
+            if (other->inherits("QDialog") || other->inherits("QMainWindow"))
+                QVERIFY2(!other->windowIcon().isNull(), qPrintable(other->objectName()));
+    }
+
+    void a_simulated_frame_has_an_icon_of_its_own()
+    {
+        const auto shown = [this] {
+            QTest::qWait(100);
+            return docked()->grab().toImage();
+        };
+        QTRY_VERIFY(docked());
+        const QImage before = shown();
+        QPixmap other(22, 22);
+        other.fill(Qt::magenta);
+        window->setSimulated(QIcon(other));
+        QVERIFY(shown() != before);
+        QCOMPARE(window->windowTitle(), u"Quorvel (simulated touch frame)"_s);
+    }
+
+    void the_trays_tool_tip_tells_whether_a_frame_is_linked()
+    {
+        QTRY_VERIFY(docked());
+        QCOMPARE(docked()->toolTip(), u"Quorvel: no touch frame is linked"_s);
+        connectFrame();
+        QTRY_COMPARE(docked()->toolTip(), u"Quorvel: a touch frame is linked"_s);
+        removeFrame();
+        QTRY_COMPARE(docked()->toolTip(), u"Quorvel: no touch frame is linked"_s);
+    }
+
+    void the_button_beside_the_status_tells_what_to_do_next()
+    {
+        QCOMPARE(child("nextbtn")->text(), u"&What to do next"_s);
+        QTest::mouseClick(child("nextbtn"), Qt::LeftButton);
+        auto *box = window->findChild<QMessageBox *>();
+        QVERIFY(QTest::qWaitForWindowExposed(box));
+        QVERIFY(!box->isModal());
+        QCOMPARE(box->text(), child<QLabel>("stalab")->toolTip());
+        QVERIFY(!box->text().isEmpty());
+        connectFrame();
+        QCOMPARE(child("nextbtn")->text(), u"&Details"_s);
+        QCOMPARE(box->text(), u"Linked by USB, at /dev/usb/fake."_s);
     }
 
     void messages_are_searched_for_both_texts_data()

@@ -427,7 +427,7 @@ private slots:
             ++options;
             QVERIFY2(!option.contains("-close") && !option.contains("-s"), option.constData());
         }
-        QCOMPARE(options, 5);
+        QCOMPARE(options, 6);
     }
 
     void plug_ins_that_others_could_have_written_are_left_out()

@@ -1,6 +1,7 @@
 // Recordings as a user makes them: from the menu of the window, and at a start.
 
 #include "app/mainwindow.h"
+#include "app/recordaction.h"
 #include "capture/reader.h"
 #include "config/xml_class.h"
 #include "resources/resources.h"
@@ -11,7 +12,6 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
 #include <QMessageBox>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -76,7 +76,7 @@ private:
     std::shared_ptr<FakeAdapter> frame;
     std::unique_ptr<MainWindow> window;
 
-    QAction *entry() const { return window->findChild<QMenu *>()->actions().last(); }
+    QAction *entry() const { return window->findChild<RecordAction *>(); }
     QString hint() const { return window->findChild<QLabel *>(u"stalab"_s)->toolTip(); }
     void choose(const QString &file) const
     {

@@ -3,14 +3,12 @@
 
 #include "config/xml_class.h"
 #include "finger.h"
-#include "run.h"
+#include "help.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 
 #include <array>
@@ -46,6 +44,12 @@ QStringList examplesOfPage()
     return linesOfBlocks(contentOf(QStringLiteral(QUORVELCTL_PAGE)), u"^```sh\n(.*?)^```$"_s);
 }
 
+// The command alone, saying it in JSON.
+QString withJson(const QString &example)
+{
+    return example.section(u" ||"_s, 0, 0).remove(u" --json"_s) + u" --json"_s;
+}
+
 QStringList examplesOfManual()
 {
     QString manual = contentOf(QStringLiteral(QUORVELCTL_MANUAL));
@@ -67,6 +71,9 @@ private slots:
         home = std::make_unique<QTemporaryDir>();
         QVERIFY(QDir(home->path()).mkdir(u".config"_s));
         XML_CLASS::useHome(home->path());
+        // Where the examples find a recording and leave theirs.
+        QVERIFY(QDir::setCurrent(home->path()));
+        QVERIFY(QFile::copy(QStringLiteral(RECORDINGS "/calibration.pcap"), u"traffic.pcap"_s));
         frame.start(QStringLiteral(QUORVEL_SIM),
                     {u"serial"_s, u"--quit-at-end"_s, u"--link"_s, home->filePath(u"frame"_s)});
         QVERIFY(frame.waitForReadyRead(LongEnoughMs));
@@ -81,6 +88,7 @@ private slots:
         frame.closeWriteChannel();
         QVERIFY(frame.waitForFinished(LongEnoughMs));
         QCOMPARE(frame.exitCode(), 0);
+        QVERIFY(QDir::setCurrent(QDir::rootPath()));
     }
 
     void an_example_does_what_it_says_data()
@@ -98,13 +106,13 @@ private slots:
     void an_example_does_what_it_says()
     {
         QFETCH(QString, line);
-        QByteArray err;
-        const QByteArray out = runLine(line, &err);
-        QCOMPARE(err, "");
-        QVERIFY(!out.isEmpty());
+        const Outcome outcome = runLine(line);
+        QCOMPARE(outcome.err, "");
+        QCOMPARE(outcome.code, 0);
+        QVERIFY(!outcome.out.isEmpty());
     }
 
-    void every_command_has_an_example_data() { commands(); }
+    void every_command_has_an_example_data() { rowsOfAllCommands(); }
     void every_command_has_an_example()
     {
         QFETCH(QString, command);
@@ -118,17 +126,15 @@ private slots:
     {
         QByteArray documents;
         // Over the serial line, by the real program.
-        for (QString line : examplesOfPage())
-            documents += runLine(line.remove(u" --json"_s) + u" --json"_s);
+        for (const QString &line : examplesOfPage())
+            documents += runLine(withJson(line)).out;
         // By USB, in this process; and what goes wrong.
         const auto usb = quickFrame();
-        for (QString line : examplesOfPage()) {
+        for (const QString &line : examplesOfPage()) {
             documents +=
-                runCtl(line.remove(u"quorvelctl "_s).remove(u" --json"_s) + u" --json"_s, usb,
-                       [&](ctl::Session &session) {
-                           new Finger(&session, usb, {4, QPoint(240, 135)});
-                       })
-                    .out;
+                runCtl(withJson(line).remove(u"quorvelctl "_s), usb, [&](ctl::Session &session) {
+                    new Finger(&session, usb, {4, QPoint(240, 135)});
+                }).out;
         }
         documents += runCtl(u"status --json"_s, quickFrame({}, {}, false)).out;
         documents += runCtl(u"dance --json"_s).out;
@@ -169,7 +175,7 @@ private slots:
         QVERIFY(check.readAll().contains(document));
     }
 
-    void every_command_and_option_is_on_the_page_and_in_the_manual_data() { commands(); }
+    void every_command_and_option_is_on_the_page_and_in_the_manual_data() { rowsOfAllCommands(); }
     void every_command_and_option_is_on_the_page_and_in_the_manual()
     {
         QFETCH(QString, command);
@@ -188,41 +194,8 @@ private slots:
     }
 
 private:
-    // Rows of all commands that do something: "rotation set".
-    static void commands()
-    {
-        QTest::addColumn<QString>("command");
-        for (const QString &name : subcommandsOf({})) {
-            const QStringList inner = subcommandsOf(name);
-            if (inner.isEmpty())
-                QTest::addRow("%s", qPrintable(name)) << name;
-            for (const QString &second : inner)
-                QTest::addRow("%s %s", qPrintable(name), qPrintable(second))
-                    << name + u' ' + second;
-        }
-    }
-    static QStringList subcommandsOf(const QString &command)
-    {
-        const QString help = QString::fromUtf8(runCtl(command + u" --help"_s).out);
-        QStringList names;
-        for (const QString &line :
-             help.section(u"Subcommands:"_s, 1).split(u'\n', Qt::SkipEmptyParts))
-            names += line.simplified().section(u' ', 0, 0);
-        return names;
-    }
-    static QStringList optionsOf(const QString &command)
-    {
-        const QString help = QString::fromUtf8(runCtl(command + u" --help"_s).out);
-        QStringList options;
-        static const QRegularExpression option(u"--[a-z-]+"_s);
-        for (auto match = option.globalMatch(help); match.hasNext();)
-            options += match.next().captured();
-        options.removeDuplicates();
-        return options;
-    }
-
-    // What a line of a shell says on its standard output.
-    QByteArray runLine(const QString &line, QByteArray *err = nullptr)
+    // A line of a shell on whose serial port the frame is.
+    Outcome runLine(const QString &line)
     {
         QProcess shell;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -236,12 +209,8 @@ private:
         QTimer::singleShot(LongEnoughMs, &shell, [&shell] { shell.kill(); });
         shell.start(u"sh"_s, {u"-c"_s, line});
         loop.exec();
-        const QByteArray problems = shell.readAllStandardError();
-        if (err)
-            *err = problems;
-        if (shell.exitStatus() != QProcess::NormalExit || shell.exitCode() != 0)
-            qWarning("%s: %d: %s", qPrintable(line), shell.exitCode(), problems.constData());
-        return shell.readAllStandardOutput();
+        return {shell.exitStatus() == QProcess::NormalExit ? shell.exitCode() : -1,
+                shell.readAllStandardOutput(), shell.readAllStandardError()};
     }
 
     // A watch that sees its frame go.

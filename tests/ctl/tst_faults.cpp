@@ -62,6 +62,7 @@ QJsonObject run(const QString &command, const QString &faults, int timeoutMs)
     const QTemporaryDir home;
     QDir(home.path()).mkdir(u".config"_s);
     XML_CLASS::useHome(home.path());
+    QDir::setCurrent(home.path());
     QElapsedTimer time;
     time.start();
     const Outcome outcome =
@@ -152,7 +153,8 @@ private:
               "adc set --threshold 1234", "lights scan", "lights scan --gains", "lights show x 3",
               "lights set x 3 5", "lights off x 3", "lights on x 3", "gestures defaults",
               "calibrate --screen 1280x800 --touch-time 0.7 --save",
-              "calibrate --screen 1280x800 --touch-time 0.7 --discard", "watch --for 0.3"})
+              "calibrate --screen 1280x800 --touch-time 0.7 --discard", "watch --for 0.3",
+              "record traffic.pcap --for 0.3"})
             QTest::newRow(command) << QString::fromLatin1(command) << codes;
     }
 

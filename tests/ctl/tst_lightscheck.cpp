@@ -160,6 +160,20 @@ private slots:
         QVERIFY(lines[41].startsWith("y,0,healthy,213."));
     }
 
+    void a_report_is_a_page_that_needs_nothing_else()
+    {
+        const QString log = write(u"log.csv"_s, logOf(400));
+        const QString path = folder->filePath(u"report.html"_s);
+        QCOMPARE(check(log, u"--name <Hall> --report "_s + path).code, 1);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray page = file.readAll();
+        QVERIFY(page.contains("SERVICE NEEDED"));
+        QVERIFY(page.contains("&lt;Hall&gt;"));
+        QCOMPARE(check(log, u"--report "_s + folder->filePath(u"report.pdf"_s)).code, 2);
+        QCOMPARE(check(log, u"--report "_s + folder->filePath(u"none/report.html"_s)).code, 7);
+    }
+
     void a_recording_is_judged()
     {
         sim::Firmware frame(wornFrame(), [] { return std::chrono::milliseconds(0); });

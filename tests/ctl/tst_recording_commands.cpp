@@ -182,14 +182,16 @@ private slots:
     void a_recording_is_told_to_programs()
     {
         const QString recording = file(fileHeader() + packet("00000000", "02 02") +
-                                       packet("E8030000", "00 02 01", "00 A7 02"));
+                                       packet("E8030000", "00 02 01 0000 04", "00 A7 02") +
+                                       packet("D0070000", "03 02 01"));
         const Outcome outcome = runCtl(u"watch --json --from "_s + recording);
         QCOMPARE(outcome.code, 0);
-        QCOMPARE(outcome.lines().size(), 2);
+        QCOMPARE(outcome.lines().size(), 3);
         const QJsonObject linked = QJsonDocument::fromJson(outcome.lines()[0]).object();
         QCOMPARE(linked, QJsonObject({{u"command"_s, u"watch"_s},
                                       {u"event"_s, u"linked"_s},
                                       {u"link"_s, u"serial"_s},
+                                      {u"port"_s, u""_s},
                                       {u"time_ms"_s, 0}}));
         const QJsonObject asked = QJsonDocument::fromJson(outcome.lines()[1]).object();
         QCOMPARE(asked, QJsonObject({{u"command"_s, u"watch"_s},
@@ -198,7 +200,14 @@ private slots:
                                      {u"time_ms"_s, 1},
                                      {u"words"_s, u"rotation: read"_s},
                                      {u"bytes"_s, u"A7 02 00"_s},
+                                     {u"missing"_s, 4},
                                      {u"result"_s, u"failed"_s}}));
+        const QJsonObject ended = QJsonDocument::fromJson(outcome.lines()[2]).object();
+        QCOMPARE(ended, QJsonObject({{u"command"_s, u"watch"_s},
+                                     {u"event"_s, u"gone"_s},
+                                     {u"link"_s, u"serial"_s},
+                                     {u"time_ms"_s, 2},
+                                     {u"end"_s, u"replaced"_s}}));
     }
 
     void what_is_no_recording_is_wrong_usage()

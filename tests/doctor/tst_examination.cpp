@@ -218,6 +218,7 @@ private slots:
 
         machine.closed.insert(u"/dev/usb/hiddev0"_s);
         machine.holders[u"/dev/usb/hiddev0"_s] = {1, u"other"_s};
+        frame.answerMs = -1;
         const Examination rights = Examination::of(machine, patient, frame);
         QCOMPARE(rights.firstTrouble()->check, u"permission"_s);
         QCOMPARE(rights.firstTrouble()->cause, Cause::NoPermission);
@@ -240,6 +241,25 @@ private slots:
                                                 frame);
         QVERIFY2(!all.firstTrouble(), qPrintable(all.lines().join(u'\n')));
         QVERIFY(all.findings()[1].evidence.contains(u"No touch frame is on USB"_s));
+    }
+
+    void a_frame_that_answers_needs_nothing_more()
+    {
+        MadeUpMachine machine;
+        machine.remove(u"/sys"_s);
+        machine.remove(u"/dev"_s);
+        Interview frame;
+        frame.answerMs = 90;
+        frame.reportMs = 67;
+        const doctor::Patient patient{.usbNode = {},
+                                      .serialPort = {},
+                                      .settingsFile = machine.root() + u"/settings"_s,
+                                      .hasTray = {}};
+        const Examination all = Examination::of(machine, patient, frame);
+        QVERIFY2(!all.firstTrouble(), qPrintable(all.lines().join(u'\n')));
+        QCOMPARE(all.findings()[1].verdict, Verdict::Note);
+        frame.answerMs = -1;
+        QCOMPARE(Examination::of(machine, patient, frame).firstTrouble()->check, u"node"_s);
     }
 
     void json_says_what_the_lines_say()

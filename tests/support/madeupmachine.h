@@ -72,6 +72,7 @@ public:
     }
 
     QString kernelRelease() const override { return QStringLiteral("6.1.0-made-up"); }
+    QString hostName() const override { return QStringLiteral("made-up-machine"); }
     bool mayOpen(const QString &node) const override { return !closed.contains(node); }
     DeviceUser lockHolder(const QString &node) const override { return holders.value(node); }
     QList<DeviceUser> openedBy(const QString &node) const override { return users.value(node); }

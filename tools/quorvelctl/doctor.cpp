@@ -1,7 +1,6 @@
 #include "doctor.h"
 
 #include "config/xml_class.h"
-#include "doctor/examination.h"
 #include "program.h"
 #include "session.h"
 
@@ -42,13 +41,40 @@ doctor::Finding::Cause causeOf(int code)
     return Cause::Failed;
 }
 
+void examine(Session &session)
+{
+    const doctor::Interview said = interviewed(session);
+    const auto examination = doctor::Examination::of(machineOf(session), patientOf(session), said);
+    const doctor::Finding *trouble = examination.firstTrouble();
+    session.answer(examination.lines(), examination.json(),
+                   trouble ? codeOf(trouble->cause) : Done);
+}
+
+} // namespace
+
+const doctor::Machine &machineOf(const Session &session)
+{
+    static const doctor::Machine here;
+    return session.around.machine ? *session.around.machine : here;
+}
+
+doctor::Patient patientOf(const Session &session)
+{
+    return {.usbNode = session.options.usb,
+            .serialPort = session.options.port,
+            .settingsFile = XML_CLASS::filePath(),
+            .hasTray = {}};
+}
+
 // A frame that cannot be linked is a finding like any other.
-doctor::Interview interviewed(Session &session)
+doctor::Interview interviewed(Session &session, const std::function<void()> &onLinked)
 {
     doctor::Interview said;
     bool asked = false;
     try {
         session.connectFrame();
+        if (onLinked)
+            onLinked();
         asked = true;
         said =
             doctor::interview(session.frameLink(), bitsPerSecond(session.portSettings().BaudRate),
@@ -65,22 +91,6 @@ doctor::Interview interviewed(Session &session)
     }
     return said;
 }
-
-void examine(Session &session)
-{
-    const doctor::Machine here;
-    const doctor::Machine &machine = session.around.machine ? *session.around.machine : here;
-    const doctor::Patient patient{.usbNode = session.options.usb,
-                                  .serialPort = session.options.port,
-                                  .settingsFile = XML_CLASS::filePath(),
-                                  .hasTray = {}};
-    const auto examination = doctor::Examination::of(machine, patient, interviewed(session));
-    const doctor::Finding *trouble = examination.firstTrouble();
-    session.answer(examination.lines(), examination.json(),
-                   trouble ? codeOf(trouble->cause) : Done);
-}
-
-} // namespace
 
 void addDoctor(CLI::App &app, Session &session)
 {

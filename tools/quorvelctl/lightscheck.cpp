@@ -6,8 +6,10 @@
 #include "words.h"
 
 #include "capture/reader.h"
+#include "device/version.h"
 #include "lights/history.h"
 #include "lights/judge.h"
+#include "lights/report.h"
 #include "lights/scancollector.h"
 #include "lights/scanfile.h"
 #include "lights/touch.h"
@@ -19,6 +21,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <QtEndian>
 
 #include <algorithm>
@@ -30,18 +33,19 @@ namespace ctl {
 
 namespace {
 
-constexpr int UsualScans = 16;
+constexpr int ScansOfCheck = 16;
 // A capture file begins with this, in the order of the machine that wrote it, for times in
 // microseconds and in nanoseconds.
 constexpr std::array<quint32, 2> CaptureMagic{0xA1B2C3D4, 0xA1B23C4D};
 
-struct Wishes
+struct LightWishes
 {
     QString from;       // file; empty: the linked frame
     QString thresholds; // file; empty: the usual ones
-    int scans = UsualScans;
+    int scans = ScansOfCheck;
     double pitch = 0; // mm; 0: not known
     bool csv = false;
+    QString report; // file to write
     bool remembers = false;
     QString name; // to remember it by
     bool compares = false;
@@ -136,10 +140,24 @@ struct Comparison
 {
     QStringList lines;
     QJsonObject members;
+    std::optional<lights::Measurement> baseline;
+    std::vector<lights::Change> changes;
+    std::optional<lights::Trend> trend;
 };
 
-Comparison compare(Session &session, const Wishes &wishes, const lights::Measurement &measurement,
-                   const lights::Verdicts &verdicts, const lights::Thresholds &thresholds)
+void writeReport(const QString &path, const lights::Report &report)
+{
+    QSaveFile file(path);
+    const QByteArray html = toHtml(report);
+    if (!file.open(QIODevice::WriteOnly) || file.write(html) != html.size() || !file.commit()) {
+        throw Failure(NoOutput,
+                      Words::tr("%1 cannot be written: %2").arg(path, file.errorString()));
+    }
+}
+
+Comparison compare(Session &session, const LightWishes &wishes,
+                   const lights::Measurement &measurement, const lights::Verdicts &verdicts,
+                   const lights::Thresholds &thresholds)
 {
     QStringList problems;
     std::vector<lights::Measurement> kept;
@@ -179,11 +197,16 @@ Comparison compare(Session &session, const Wishes &wishes, const lights::Measure
     comparison.members = comparisonToJson(baseline, changes, trend);
     if (trend)
         comparison.lines += wordsFor(*trend);
+    comparison.baseline = baseline;
+    comparison.changes = changes;
+    comparison.trend = trend;
     return comparison;
 }
 
-void check(Session &session, const Wishes &wishes)
+void check(Session &session, const LightWishes &wishes)
 {
+    if (!wishes.report.isEmpty() && !wishes.report.endsWith(u".html"_s, Qt::CaseInsensitive))
+        refuse(Words::tr("%1: a report is a file whose name ends with .html").arg(wishes.report));
     QString problem;
     lights::Thresholds thresholds;
     if (!wishes.thresholds.isEmpty()) {
@@ -208,6 +231,15 @@ void check(Session &session, const Wishes &wishes)
         comparison = compare(session, wishes, measurement, verdicts, thresholds);
     if (wishes.remembers && !lights::History().remember(measurement, &problem))
         throw Failure(NoOutput, problem);
+    if (!wishes.report.isEmpty()) {
+        writeReport(wishes.report, {.measurement = measurement,
+                                    .verdicts = verdicts,
+                                    .thresholds = thresholds,
+                                    .version = QStringLiteral("quorvelctl " QUORVEL_VERSION),
+                                    .baseline = comparison.baseline,
+                                    .changes = comparison.changes,
+                                    .trend = comparison.trend});
+    }
     const int code = verdicts.isPass() ? Done : Failed;
     if (wishes.csv && !session.options.json) {
         session.answer({QString::fromLatin1(verdictsToCsv(verdicts).trimmed())}, {}, code);
@@ -225,7 +257,7 @@ void check(Session &session, const Wishes &wishes)
 
 void addLightsCheck(CLI::App &lights, Session &session)
 {
-    auto wishes = std::make_shared<Wishes>();
+    auto wishes = std::make_shared<LightWishes>();
     CLI::App *command =
         lights.add_subcommand("check", "Judge every light; the exit code tells pass or service");
     const auto addPath = [command](const char *name, const char *help, QString &into) {
@@ -238,6 +270,8 @@ void addLightsCheck(CLI::App &lights, Session &session)
     addPath("--from", "Judge a file: a recording, what --json has said, or a signal test's log",
             wishes->from);
     addPath("--thresholds", "Judge by the thresholds in this file", wishes->thresholds);
+    addPath("--report", "Write a report for a customer, a page whose name ends with .html",
+            wishes->report);
     command->add_option("--scans", wishes->scans, "How often to scan, 16 if nothing else is said")
         ->type_name("N")
         ->check(CLI::Range(1, lights::MaxScans));

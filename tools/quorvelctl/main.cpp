@@ -72,6 +72,8 @@ int main(int argc, char *argv[])
     const FileDescriptor asked = endSignals();
     silenceTrace();
 
+    // Another library's event loop would only cost memory here.
+    qputenv("QT_NO_GLIB", "1");
     const QCoreApplication application(argc, argv);
     QFile out;
     QFile err;

@@ -39,7 +39,7 @@ constexpr lights::StretchVerdict StretchVerdicts[] = {
     lights::StretchVerdict::Dirt, lights::StretchVerdict::Obstacle,
     lights::StretchVerdict::BarOutOfLine, lights::StretchVerdict::BrokenBoard};
 
-struct Wishes
+struct MetricsWishes
 {
     QString output; // empty: the standard output
     int scans = UsualScans;
@@ -62,7 +62,7 @@ bool isKeptFromUs(const Failure &failure)
 class Metrics
 {
 public:
-    Metrics(Session &theSession, const Wishes &theWishes)
+    Metrics(Session &theSession, const MetricsWishes &theWishes)
         : session(theSession)
         , wishes(theWishes)
         , told({{u"frame"_s, frameName(theSession.options)}})
@@ -80,7 +80,7 @@ private:
     bool tries(const std::function<void()> &work);
 
     Session &session;
-    const Wishes &wishes;
+    const MetricsWishes &wishes;
     Exposition told;
     std::optional<Failure> trouble; // the first
 };
@@ -220,7 +220,7 @@ void writeTo(const QString &path, const QByteArray &text)
                       Words::tr("%1 cannot be written: %2.").arg(path, file.errorString()));
 }
 
-void metrics(Session &session, const Wishes &wishes)
+void metrics(Session &session, const MetricsWishes &wishes)
 {
     const QByteArray text = Metrics(session, wishes).collect();
     if (wishes.output.isEmpty())
@@ -236,7 +236,7 @@ void addMetrics(CLI::App &app, Session &session)
 {
     CLI::App *command = app.add_subcommand(
         "metrics", "Tell what the frame is like as OpenMetrics text, for monitoring");
-    auto wishes = std::make_shared<Wishes>();
+    auto wishes = std::make_shared<MetricsWishes>();
     command
         ->add_option_function<std::string>(
             "--output",

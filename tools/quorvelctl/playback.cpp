@@ -13,7 +13,7 @@ namespace ctl {
 
 namespace {
 
-QString nameOf(capture::Over over)
+QString wordFor(capture::Over over)
 {
     switch (over) {
     case capture::Over::Usb:
@@ -26,7 +26,7 @@ QString nameOf(capture::Over over)
     return u"none"_s;
 }
 
-QString nameOf(capture::Result result)
+QString wordFor(capture::Result result)
 {
     switch (result) {
     case capture::Result::Done:
@@ -37,6 +37,19 @@ QString nameOf(capture::Result result)
         break;
     }
     return u"dropped"_s;
+}
+
+QString wordFor(capture::End end)
+{
+    switch (end) {
+    case capture::End::DeviceGone:
+        return u"device-gone"_s;
+    case capture::End::Replaced:
+        return u"replaced"_s;
+    case capture::End::Closed:
+        break;
+    }
+    return u"closed"_s;
 }
 
 // Why a frame did not arrive; as untranslated as the lines of frames.
@@ -62,9 +75,10 @@ public:
         if (!first)
             first = record.time;
         now = std::chrono::duration_cast<milliseconds>(record.time - *first);
-        if (record.lost > 0) {
-            const QString words = Words::tr("Packets missing here: %1").arg(record.lost);
-            tell(u"missing"_s, log.note(words), record, {{u"packets"_s, qint64(record.lost)}});
+        if (record.lost > 0 && !session.options.json) {
+            for (const QString &line :
+                 log.note(Words::tr("Packets missing here: %1").arg(record.lost)))
+                session.output.print(line);
         }
         switch (record.kind) {
         case capture::Kind::ToFrame:
@@ -76,14 +90,15 @@ public:
                       framewords::describeReport(record.frame), record);
             break;
         case capture::Kind::LinkBegan:
-            tell(u"linked"_s, log.note(Words::tr("A touch frame is linked.")), record, {});
+            tell(u"linked"_s, log.note(Words::tr("A touch frame is linked.")), record,
+                 {{u"port"_s, QString()}});
             break;
         case capture::Kind::LinkEnded:
             tell(u"gone"_s,
                  log.note(record.end == capture::End::DeviceGone
                               ? Words::tr("The touch frame is gone.")
                               : Words::tr("The link to the touch frame was ended.")),
-                 record, {});
+                 record, {{u"end"_s, wordFor(record.end)}});
             break;
         }
     }
@@ -99,7 +114,7 @@ private:
         tell(event, lines, record,
              {{u"words"_s, words},
               {u"bytes"_s, framewords::usedBytes(record.frame)},
-              {u"result"_s, nameOf(record.result)}});
+              {u"result"_s, wordFor(record.result)}});
     }
 
     void tell(const QString &event, const QStringList &lines, const capture::Record &record,
@@ -111,7 +126,9 @@ private:
             return;
         }
         members[u"time_ms"_s] = qint64(now.count());
-        members[u"link"_s] = nameOf(record.over);
+        members[u"link"_s] = wordFor(record.over);
+        if (record.lost > 0)
+            members[u"missing"_s] = qint64(record.lost);
         session.tell({}, event, members);
     }
 

@@ -1,6 +1,7 @@
 #include "program.h"
 
 #include "adc.h"
+#include "bundle.h"
 #include "calibrate.h"
 #include "doctor.h"
 #include "gestures.h"
@@ -179,6 +180,7 @@ int run(const QStringList &arguments, Session &session)
     app.require_subcommand(1);
     app.fallthrough();
     addOptions(app, session.options);
+    addBundle(app, session);
     addDoctor(app, session);
     addList(app, session);
     addMetrics(app, session);

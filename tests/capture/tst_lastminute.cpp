@@ -29,7 +29,7 @@ bool isRotation(const Record &record)
 
 } // namespace
 
-class tst_history : public QObject
+class tst_lastminute : public QObject
 {
     Q_OBJECT
 
@@ -104,5 +104,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_history)
-#include "tst_history.moc"
+QTEST_GUILESS_MAIN(tst_lastminute)
+#include "tst_lastminute.moc"

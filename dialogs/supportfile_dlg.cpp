@@ -1,0 +1,67 @@
+#include "supportfile_dlg.h"
+
+#include "ui_supportfile_dlg.h"
+
+#include <QAccessible>
+#include <QFileDialog>
+#include <QFontDatabase>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int ListWidth = 130;
+
+} // namespace
+
+SupportFile_dlg::SupportFile_dlg(QWidget *parent)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::SupportFile_dlg>())
+{
+    ui->setupUi(this);
+    ui->splitter->setSizes({ListWidth, width() - ListWidth});
+    ui->contentView->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+}
+
+SupportFile_dlg::~SupportFile_dlg() = default;
+
+void SupportFile_dlg::setEntries(const QList<bundle::Entry> &files)
+{
+    entries = files;
+    ui->fileList->clear();
+    for (const bundle::Entry &entry : entries) {
+        auto *item = new QListWidgetItem(entry.name, ui->fileList);
+        item->setToolTip(entry.about);
+        item->setData(Qt::AccessibleDescriptionRole, entry.about);
+    }
+    ui->fileList->setCurrentRow(0);
+    tell({});
+}
+
+void SupportFile_dlg::saveTo(const QString &path)
+{
+    const QString problem = bundle::writeArchive(path, entries);
+    tell(problem.isEmpty() ? tr("Written to %1.").arg(path) : problem);
+}
+
+void SupportFile_dlg::tell(const QString &outcome)
+{
+    ui->outcomeLab->setText(outcome);
+    QAccessibleEvent told(ui->outcomeLab, QAccessible::Alert);
+    QAccessible::updateAccessibility(&told);
+}
+
+void SupportFile_dlg::on_fileList_currentRowChanged(int row)
+{
+    ui->contentView->setPlainText(row < 0 ? QString() : entries[row].shown);
+}
+
+void SupportFile_dlg::on_saveButton_clicked()
+{
+    QFileDialog dialog(this, tr("Save the support file"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilter(tr("Archives (*.zip)"));
+    dialog.setDefaultSuffix(u"zip"_s);
+    if (dialog.exec() == QDialog::Accepted)
+        saveTo(dialog.selectedFiles().constFirst());
+}

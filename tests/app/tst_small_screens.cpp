@@ -1,0 +1,232 @@
+// On small screens every control of every window can be reached. Each run belongs to a desktop of
+// its own: CMakeLists.txt gives the screen.
+
+#include "app/mainwindow.h"
+#include "config/xml_class.h"
+#include "dialogs/calend_dlg.h"
+#include "dialogs/lightset_dlg.h"
+#include "dialogs/present.h"
+#include "dialogs/test_win.h"
+#include "dialogs/useradv_dlg.h"
+#include "resources/resources.h"
+#include "tests/support/fakeadapter.h"
+#include "tests/support/frames.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDir>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+class tst_small_screens : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<MainWindow> main;
+    std::unique_ptr<CalEnd_dlg> question;
+
+    static QRect room() { return QGuiApplication::primaryScreen()->availableGeometry(); }
+    static QList<QScrollBar *> barsIn(const QWidget *window)
+    {
+        QList<QScrollBar *> bars;
+        for (QScrollBar *bar : window->findChildren<QScrollBar *>())
+            if (bar->isVisible() && bar->accessibleName().startsWith(u"Scroll"))
+                bars.append(bar);
+        return bars;
+    }
+    // What of a widget a user sees.
+    static bool isSeen(const QWidget *widget, const QList<QScrollBar *> &bars)
+    {
+        const QRect place(widget->mapToGlobal(QPoint(0, 0)), widget->size());
+        for (const QWidget *around = widget; !around->isWindow();) {
+            around = around->parentWidget();
+            if (!QRect(around->mapToGlobal(QPoint(0, 0)), around->size()).contains(place))
+                return false;
+        }
+        for (const QScrollBar *bar : bars)
+            if (QRect(bar->mapToGlobal(QPoint(0, 0)), bar->size()).intersects(place))
+                return false;
+        return true;
+    }
+    // Scrolls through the window; names what was never seen whole.
+    static QStringList unreachable(QWidget *window)
+    {
+        QWidgetList left;
+        for (QWidget *widget : window->findChildren<QWidget *>()) {
+            const bool isControl =
+                qobject_cast<QLabel *>(widget) || (widget->focusPolicy() & Qt::TabFocus) != 0;
+            const bool isPart =
+                qobject_cast<QLineEdit *>(widget) && widget->parentWidget()->inherits("QComboBox");
+            if (widget->window() == window && widget->isVisible() && isControl && !isPart)
+                left.append(widget);
+        }
+        const QList<QScrollBar *> bars = barsIn(window);
+        QScrollBar *across = nullptr;
+        QScrollBar *down = nullptr;
+        for (QScrollBar *bar : bars)
+            (bar->orientation() == Qt::Horizontal ? across : down) = bar;
+        const auto last = [](const QScrollBar *bar) { return bar ? bar->maximum() : 0; };
+        for (int y = 0; y <= last(down) + 7; y += 8) {
+            for (int x = 0; x <= last(across) + 7; x += 8) {
+                if (across)
+                    across->setValue(x);
+                if (down)
+                    down->setValue(y);
+                left.removeIf([&bars](const QWidget *widget) { return isSeen(widget, bars); });
+            }
+        }
+        for (QScrollBar *bar : bars)
+            bar->setValue(0);
+        QStringList names;
+        for (const QWidget *widget : left)
+            names.append(window->objectName() + u'/' + widget->objectName());
+        return names;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        initResources();
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+    }
+    void init()
+    {
+        home = std::make_unique<QTemporaryDir>();
+        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
+        XML_CLASS::useHome(home->path());
+        auto frame = std::make_shared<FakeAdapter>();
+        frame->present = true;
+        main = std::make_unique<MainWindow>(frame);
+        main->show();
+        QVERIFY(QTest::qWaitForWindowActive(main.get()));
+    }
+    void cleanup()
+    {
+        main.reset();
+        question.reset();
+    }
+
+    void every_control_can_be_reached()
+    {
+        question = std::make_unique<CalEnd_dlg>();
+        QStringList bad;
+        int windows = 0;
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            const bool isOurs = window->inherits("QDialog") || window->inherits("QMainWindow");
+            if (!isOurs || window->inherits("Calibration_Dlg"))
+                continue;
+            ++windows;
+            present(window);
+            QVERIFY(QTest::qWaitForWindowExposed(window));
+            if (!window->isFullScreen()) {
+                // The window manager frames it a moment later.
+                QTest::qWait(100);
+                const QSize size = window->frameGeometry().size();
+                if (size.width() > room().width() || size.height() > room().height())
+                    bad.append(u"%1 is %2 x %3"_s.arg(window->objectName())
+                                   .arg(size.width())
+                                   .arg(size.height()));
+            }
+            bad += unreachable(window);
+            if (window != main.get())
+                window->close();
+        }
+        QVERIFY2(bad.isEmpty(), qPrintable(bad.join(u'\n')));
+        QVERIFY(windows > 10);
+    }
+
+    void the_keyboard_brings_into_view_what_it_reaches()
+    {
+        auto *window = main->findChild<test_win *>();
+        present(window);
+        // Its parent's being active counts for the toolkit.
+        QTRY_COMPARE(QApplication::activeWindow(), window);
+        QVERIFY(!barsIn(window).isEmpty());
+        window->findChild<QPushButton *>(u"Xbtn"_s)->setFocus();
+        QStringList bad;
+        for (int i = 0; i < 12; ++i) {
+            QWidget *focus = QApplication::focusWidget();
+            QVERIFY(focus && focus->window() == window);
+            if (!isSeen(focus, barsIn(window)))
+                bad.append(focus->objectName());
+            QTest::keyClick(focus, Qt::Key_Tab);
+        }
+        QVERIFY2(bad.isEmpty(), qPrintable(bad.join(u'\n')));
+    }
+
+    void the_picture_scrolls_with_its_window()
+    {
+        auto *window = main->findChild<test_win *>();
+        present(window);
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        const QPoint before = window->findChild<QPushButton *>(u"Xbtn"_s)->pos();
+        const QImage still = window->grab().toImage();
+        QPoint by;
+        for (QScrollBar *bar : barsIn(window)) {
+            bar->setValue(20);
+            (bar->orientation() == Qt::Horizontal ? by.rx() : by.ry()) = bar->value();
+        }
+        QVERIFY(!by.isNull());
+        QCOMPARE(window->findChild<QPushButton *>(u"Xbtn"_s)->pos(), before - by);
+        // Where the white of the picture begins.
+        const qreal ratio = window->devicePixelRatioF();
+        const QImage moved = window->grab().toImage();
+        const QPoint inside = (QPointF(30, 30) * ratio).toPoint();
+        const QPoint shift = (QPointF(by) * ratio).toPoint();
+        QCOMPARE(still.pixelColor(inside), QColor(Qt::white));
+        for (int x = 0; x < 300; x += 7)
+            for (int y = 30; y < 300; y += 7)
+                QCOMPARE(moved.pixel(inside + QPoint(x, y)),
+                         still.pixel(inside + shift + QPoint(x, y)));
+    }
+
+    void the_wheel_scrolls()
+    {
+        auto *window = main->findChild<test_win *>();
+        present(window);
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        const QScrollBar *bar = barsIn(window).last();
+        const auto turn = [window](QPoint angle) {
+            QWheelEvent event(QPointF(100, 100), window->mapToGlobal(QPointF(100, 100)), {}, angle,
+                              Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+            QCoreApplication::sendEvent(window->centralWidget(), &event);
+        };
+        turn({0, -120});
+        QVERIFY(bar->value() > 0);
+        for (int i = 0; i < 50; ++i)
+            turn({0, -120});
+        QCOMPARE(bar->value(), bar->maximum());
+        for (int i = 0; i < 50; ++i)
+            turn({0, 120});
+        QCOMPARE(bar->value(), 0);
+    }
+
+    void the_panel_of_the_lights_keeps_inside_the_screen()
+    {
+        auto *window = main->findChild<LightSet_dlg *>();
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+        QTRY_COMPARE(window->size(), window->screen()->size());
+        const auto *panel = window->findChild<QGroupBox *>(u"groupBox_3"_s);
+        QVERIFY(window->rect().contains(panel->geometry()));
+        QCOMPARE(panel->size(), QSize(501, 471).boundedTo(window->size()));
+        window->close();
+    }
+};
+
+QTEST_MAIN(tst_small_screens)
+#include "tst_small_screens.moc"

@@ -1,0 +1,104 @@
+#include "app/mainwindow.h"
+#include "config/xml_class.h"
+#include "dialogs/supportfile_dlg.h"
+#include "resources/resources.h"
+#include "sim/sim_adapter.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QListWidget>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+// The support file as the window gathers and shows it.
+class tst_supportfile : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> home;
+    std::shared_ptr<sim::SimAdapter> frame;
+    std::unique_ptr<MainWindow> window;
+
+    void choose() const
+    {
+        for (QAction *action : window->findChildren<QAction *>())
+            if (action->text() == u"Support &file..."_s)
+                action->trigger();
+    }
+    SupportFile_dlg *dialog() const { return window->findChild<SupportFile_dlg *>(); }
+    QString shown(const QString &name) const
+    {
+        auto *files = dialog()->findChild<QListWidget *>(u"fileList"_s);
+        const QList<QListWidgetItem *> found = files->findItems(name, Qt::MatchExactly);
+        if (found.size() != 1)
+            return {};
+        files->setCurrentItem(found.first());
+        return dialog()->findChild<QPlainTextEdit *>(u"contentView"_s)->toPlainText();
+    }
+
+private slots:
+    void initTestCase() { initResources(); }
+    void init()
+    {
+        QGuiApplication::setQuitOnLastWindowClosed(false);
+        home = std::make_unique<QTemporaryDir>();
+        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
+        XML_CLASS::useHome(home->path());
+        frame = std::make_shared<sim::SimAdapter>(
+            sim::Profile(), sim::FaultPlan(),
+            sim::SimOptions{.plugged = false, .paced = false, .clock = {}});
+        window = std::make_unique<MainWindow>(frame);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+    }
+    void cleanup()
+    {
+        window.reset();
+        frame.reset();
+    }
+
+    void the_menu_shows_what_would_be_written()
+    {
+        frame->plug();
+        QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
+        choose();
+        QVERIFY(dialog());
+        QVERIFY(dialog()->isVisible());
+        QVERIFY(shown(u"about.txt"_s).contains(u"frames.pcap"_s));
+        const QString doctor = shown(u"doctor.txt"_s);
+        QVERIFY2(doctor.contains(u"It is of the current generation, with the firmware "
+                                 "5A17C0DE-003812."_s),
+                 qPrintable(doctor));
+        QVERIFY2(doctor.contains(u"The desktop has a tray."_s), qPrintable(doctor));
+        QVERIFY2(shown(u"screens.txt"_s).startsWith(u"screen 1: 1280 x 800 at 0, 0; scale 1\n"_s),
+                 qPrintable(shown(u"screens.txt"_s)));
+        QVERIFY(shown(u"settings.xml"_s).contains(u"<setting>"_s));
+        QVERIFY(shown(u"versions.txt"_s).contains(u"program: quorvel "_s));
+        const QString frames = shown(u"frames.pcap"_s);
+        QVERIFY2(frames.contains(u"the link begins\n"_s) &&
+                     frames.contains(u"  firmware: read\n"_s) &&
+                     frames.contains(u"  rotation: read\n"_s),
+                 qPrintable(frames));
+    }
+
+    void what_is_shown_is_gathered_anew_each_time()
+    {
+        choose();
+        QVERIFY(shown(u"frames.pcap"_s).isEmpty());
+        QVERIFY(shown(u"versions.txt"_s).contains(u"link: none"_s));
+        const SupportFile_dlg *first = dialog();
+        frame->plug();
+        QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
+        choose();
+        QCOMPARE(dialog(), first);
+        QVERIFY(shown(u"frames.pcap"_s).contains(u"rotation: read"_s));
+    }
+};
+
+QTEST_MAIN(tst_supportfile)
+#include "tst_supportfile.moc"

@@ -1,0 +1,92 @@
+#include "dialogs/supportfile_dlg.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_supportfile_dlg : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<SupportFile_dlg> dialog;
+
+    template <typename Widget>
+    Widget *child(const char *name) const
+    {
+        return dialog->findChild<Widget *>(QString::fromLatin1(name));
+    }
+
+private slots:
+    void init()
+    {
+        dialog = std::make_unique<SupportFile_dlg>();
+        dialog->setEntries({{u"about.txt"_s, u"what there is"_s, "about all", u"about all"_s},
+                            {u"frames.pcap"_s, u"frames"_s, QByteArray("\0\xFF", 2),
+                             u"12:00:00.000  rotation: read"_s}});
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
+    }
+
+    void every_file_is_shown_with_its_content()
+    {
+        auto *files = child<QListWidget>("fileList");
+        const auto *content = child<QPlainTextEdit>("contentView");
+        QCOMPARE(files->count(), 2);
+        QCOMPARE(files->item(0)->text(), u"about.txt"_s);
+        QCOMPARE(files->item(1)->toolTip(), u"frames"_s);
+        QCOMPARE(content->toPlainText(), u"about all"_s);
+        QVERIFY(content->isReadOnly());
+        files->setFocus();
+        QTest::keyClick(files, Qt::Key_Down);
+        QCOMPARE(content->toPlainText(), u"12:00:00.000  rotation: read"_s);
+    }
+
+    void what_is_written_is_what_was_shown()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"support.zip"_s);
+        dialog->saveTo(path);
+        QCOMPARE(child<QLabel>("outcomeLab")->text(), u"Written to %1."_s.arg(path));
+        QCOMPARE(QProcess::execute(u"python3"_s, {u"-m"_s, u"zipfile"_s, u"-e"_s, path,
+                                                  folder.filePath(u"out"_s)}),
+                 0);
+        QFile frames(folder.filePath(u"out/frames.pcap"_s));
+        QVERIFY(frames.open(QIODevice::ReadOnly));
+        QCOMPARE(frames.readAll(), QByteArray("\0\xFF", 2));
+    }
+
+    void what_keeps_it_from_being_written_is_said_until_the_next_time()
+    {
+        dialog->saveTo(u"/nowhere/support.zip"_s);
+        const auto *outcome = child<QLabel>("outcomeLab");
+        QVERIFY2(outcome->text().contains(u"/nowhere/support.zip cannot be written"_s),
+                 qPrintable(outcome->text()));
+        dialog->setEntries({{u"about.txt"_s, {}, {}, {}}});
+        QCOMPARE(outcome->text(), QString());
+        QCOMPARE(child<QPlainTextEdit>("contentView")->toPlainText(), QString());
+    }
+
+    void the_keyboard_reaches_everything_and_leaves()
+    {
+        child<QListWidget>("fileList")->setFocus();
+        for (const char *next : {"contentView", "saveButton", "closeButton"}) {
+            QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
+            QCOMPARE(dialog->focusWidget()->objectName(), QString::fromLatin1(next));
+        }
+        for (const char *named : {"fileList", "contentView"})
+            QVERIFY(!child<QWidget>(named)->accessibleName().isEmpty());
+        QVERIFY(child<QPushButton>("saveButton")->isDefault());
+        QTest::keyClick(dialog.get(), Qt::Key_Escape);
+        QVERIFY(!dialog->isVisible());
+    }
+};
+
+QTEST_MAIN(tst_supportfile_dlg)
+#include "tst_supportfile_dlg.moc"

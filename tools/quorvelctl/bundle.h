@@ -1,0 +1,14 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace ctl {
+
+class Session;
+
+// The command "bundle": one file for who gives support.
+void addBundle(CLI::App &app, Session &session);
+
+} // namespace ctl
