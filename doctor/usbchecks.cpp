@@ -53,7 +53,9 @@ Advice nothingThere(const Machine &machine)
                   .arg(foreign.join(u", "_s));
     return {evidence, UsbWords::tr("Plug the frame in, or try another USB port and another cable. "
                                    "For a frame on a serial line choose its port: \"Connect\" in "
-                                   "the menu of the window, or --port on the command line.")};
+                                   "the menu of the window, or --port on the command line. If it "
+                                   "is plugged in all the same, see whether this user may use it: "
+                                   "quorvelctl doctor tells the rights.")};
 }
 
 Advice withoutNode(const UsbFrame &frame)
