@@ -7,8 +7,8 @@
 
 namespace lights {
 
-// The limits that verdicts go by; docs/light-lab.md derives each. How a curve is fitted or a rise is
-// measured is no limit: such numbers stand beside what uses them.
+// The limits that verdicts go by; docs/light-lab.md derives each. How a curve is fitted or a rise
+// is measured is no limit: such numbers stand beside what uses them.
 //
 // Shares are of the level that a healthy light at the same place would have.
 struct Thresholds

@@ -116,8 +116,7 @@ private slots:
         QString problem;
         const auto silent = sim::FaultPlan::parse(u"at 12 silent 100000"_s, u"plan"_s, &problem);
         QVERIFY2(silent, qPrintable(problem));
-        const Outcome outcome =
-            runCtl(u"lights check --timeout 0.2"_s, quickFrame({}, *silent));
+        const Outcome outcome = runCtl(u"lights check --timeout 0.2"_s, quickFrame({}, *silent));
         QCOMPARE(outcome.code, 6);
         QCOMPARE(outcome.out, "");
     }

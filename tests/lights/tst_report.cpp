@@ -150,8 +150,8 @@ private slots:
         const Page page(toHtml(report));
         QVERIFY(page.texts[u"h2"_s].contains(u"Since it was in good order"_s));
         QVERIFY(page.texts[u"td"_s].contains(u"-52.4"_s));
-        QVERIFY(!Page(toHtml(reportOn(100))).texts[u"h2"_s].contains(
-            u"Since it was in good order"_s));
+        QVERIFY(
+            !Page(toHtml(reportOn(100))).texts[u"h2"_s].contains(u"Since it was in good order"_s));
     }
 };
 
