@@ -223,6 +223,7 @@ void AxisJudge::takeGains()
 std::vector<double> AxisJudge::endShares(bool atLast) const
 {
     std::vector<double> end;
+    end.reserve(RollOffLights);
     for (int k = 0; k < RollOffLights; ++k)
         end.push_back(k < rollOffLights() ? shares[size_t(atLast ? count() - 1 - k : k)]
                                           : std::nan(""));
