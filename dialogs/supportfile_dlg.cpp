@@ -62,6 +62,7 @@ void SupportFile_dlg::on_saveButton_clicked()
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilter(tr("Archives (*.zip)"));
     dialog.setDefaultSuffix(u"zip"_s);
+    dialog.setWindowModality(Qt::WindowModal); // the tray's menu still works
     if (dialog.exec() == QDialog::Accepted)
         saveTo(dialog.selectedFiles().constFirst());
 }

@@ -1094,7 +1094,12 @@ private slots:
         } else if (asking == "reset"_L1) {
             QTest::mouseClick(child("pushButton_2"), Qt::LeftButton);
         } else if (asking == "recording"_L1) {
-            child("menubtn")->menu()->actions().last()->trigger();
+            const QList<QAction *> actions = child("menubtn")->menu()->actions();
+            const auto record =
+                std::find_if(actions.begin(), actions.end(),
+                             [](const QAction *one) { return one->text() == "&Record..."_L1; });
+            QVERIFY(record != actions.end());
+            (*record)->trigger();
         } else {
             QTest::mouseClick(child("calbtn"), Qt::LeftButton);
             QTRY_VERIFY(calibrationScreen()->isVisible());
