@@ -288,7 +288,7 @@ lights::AxisMeasurement scan(const Recipe &recipe, Dice &dice, const Strip &stri
         const double turn = 1 + 0.01 * dice.whole(-1, 1);
         lights::Scan levels;
         for (int i = 0; i < strip.count; ++i) {
-            const size_t at = size_t(i);
+            const auto at = size_t(i);
             const double place = 2.0 * i / (strip.count - 1) - 1;
             const double noise =
                 strip.noise[at] * (bell ? dice.normal() : dice.between(-1.732, 1.732));
