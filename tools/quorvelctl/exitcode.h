@@ -6,9 +6,9 @@ namespace ctl {
 // lists them. A program that a signal ends has SignalBase and the signal's number.
 enum ExitCode : int {
     Done = 0,
-    Failed = 1, // the frame refused or failed, or its lights need service
+    Failed = 1,     // the frame refused or failed, or its lights need service
     WrongUsage = 2, // or a file that is not what it should be
-    NoFrame = 3, // none is there, or it went away meanwhile
+    NoFrame = 3,    // none is there, or it went away meanwhile
     NoPermission = 4,
     InUse = 5,    // by another program
     NoAnswer = 6, // of the frame, in time
