@@ -57,13 +57,30 @@ void tellAdc(Session &session, const command::AdcReport &report)
         {{u"adc"_s, values}, {u"lights_x"_s, report.counts.x}, {u"lights_y"_s, report.counts.y}});
 }
 
+// What is read here is written back. A serial line may change bytes, and nothing in a frame tells.
+command::AdcLines readSurely(Session &session)
+{
+    constexpr int Attempts = 4;
+    command::AdcLines lines = askAdc(session).lines;
+    for (int attempt = 0; session.isSerial() && attempt < Attempts; ++attempt) {
+        const command::AdcLines again = askAdc(session).lines;
+        if (again == lines)
+            return lines;
+        lines = again;
+    }
+    if (session.isSerial())
+        throw Failure(Failed, Words::tr("The touch frame says other ADC settings each time that it "
+                                        "is asked: nothing was sent."));
+    return lines;
+}
+
 void setAdc(Session &session, const GivenLines &given)
 {
     if (std::none_of(given.begin(), given.end(), [](const auto &one) { return one.has_value(); }))
         throw Failure(WrongUsage, Words::tr("Say what to set, such as --threshold 1000. See "
                                             "quorvelctl adc set --help."));
     session.connectFrame();
-    command::AdcLines wanted = askAdc(session).lines;
+    command::AdcLines wanted = readSurely(session);
     for (size_t i = 0; i < Lines.size(); ++i)
         wanted.*Lines[i].value = given[i].value_or(wanted.*Lines[i].value);
     if (wanted.min > wanted.max)

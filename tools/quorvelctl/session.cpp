@@ -31,6 +31,7 @@ constexpr auto PlugCheckPeriod = 200ms;
 constexpr auto ProblemSettles = 400ms;
 // A question is asked anew behind an answer that must be lost. A frame on a serial line may still
 // be changing its rate.
+constexpr auto HangUpPatience = 500ms;
 constexpr auto UsbAskPeriod = 1000ms;
 constexpr auto SerialAskPeriod = 300ms;
 
@@ -149,7 +150,7 @@ void Session::connectSerial()
     const QDeadlineTimer deadline = options.waitsForever ? QDeadlineTimer(QDeadlineTimer::Forever)
                                                          : QDeadlineTimer(options.wait);
     while (!openSerial()) {
-        if (QFileInfo::exists(options.port) || deadline.hasExpired())
+        if (serialNode().exists() || deadline.hasExpired())
             throw serialProblem();
         waitFor([] { return false; }, QDeadlineTimer(LookPeriod));
     }
@@ -181,9 +182,14 @@ Failure Session::usbProblem() const
     return {NoFrame, tr("No touch frame is at %1.").arg(options.usb)};
 }
 
+QFileInfo Session::serialNode() const
+{
+    return QFileInfo(options.port.startsWith(u'/') ? options.port : u"/dev/"_s + options.port);
+}
+
 Failure Session::serialProblem() const
 {
-    const QFileInfo node(options.port.startsWith(u'/') ? options.port : u"/dev/"_s + options.port);
+    const QFileInfo node = serialNode();
     if (!node.exists())
         return {NoFrame, link->serialProblem()};
     if (!node.isReadable() || !node.isWritable())
@@ -349,10 +355,14 @@ void Session::throwIfOver() const
 
 Failure Session::overdue()
 {
-    // Perhaps it is gone.
-    if (!lastTaken)
+    // Perhaps it is gone. A serial line says so a moment later.
+    if (!lastTaken && isSerial())
+        runLoop([this] { return lost; }, QDeadlineTimer(HangUpPatience));
+    else if (!lastTaken)
         link->lookForRemoval(false);
     throwIfOver();
+    if (isSerial() && !serialNode().exists())
+        return {NoFrame, tr("The serial port %1 is gone.").arg(options.port)};
     if (!lastTaken)
         return {Failed, tr("The touch frame does not take commands. Unplug it and plug it in "
                            "again.")};

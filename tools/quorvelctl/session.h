@@ -6,6 +6,7 @@
 
 #include <QDeadlineTimer>
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QJsonObject>
 #include <QObject>
 #include <QStringList>
@@ -141,6 +142,7 @@ private:
     void connectSerial();
     bool openSerial();
     Failure usbProblem() const;
+    QFileInfo serialNode() const;
     Failure serialProblem() const;
     Failure overdue();
     void take(const Frame &report);
