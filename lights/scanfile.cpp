@@ -37,7 +37,7 @@ public:
     {
         if (object["format"_L1].toString() != ScanFormat)
             return refuse(
-                tr("no measurement of lights: \"format\" has to be \"%1\"").arg(ScanFormat));
+                tr(R"(no measurement of lights: "format" has to be "%1")").arg(ScanFormat));
         if (object["version"_L1].toInt() != ScanVersion)
             return refuse(tr("\"version\" has to be %1").arg(ScanVersion));
         const QJsonObject unit = object["unit"_L1].toObject();
@@ -105,7 +105,7 @@ bool JsonReader::readAxis(Axis axis, const QJsonObject &object)
     }
     if (const QJsonValue off = object["off"_L1]; !off.isUndefined()) {
         measured.off.assign(size_t(lights), false);
-        for (const QJsonValue &number : off.toArray()) {
+        for (const auto number : off.toArray()) {
             const int light = number.toInt(-1);
             if (light < 0 || light >= lights)
                 return refuse(tr("\"off\" of %1 names a light that is not there").arg(key(axis)));
@@ -131,7 +131,7 @@ bool JsonReader::readNumbers(Axis axis, const QJsonValue &value, QLatin1StringVi
                           .arg(array.size())
                           .arg(lights));
     }
-    for (const QJsonValue &entry : array) {
+    for (const auto entry : array) {
         const double number = entry.isNull() ? std::nan("") : entry.toDouble(max + 1);
         if (number < min || number > max) {
             return refuse(tr("\"%1\" of %2 has to be numbers from %3 to %4")

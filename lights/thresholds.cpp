@@ -67,7 +67,7 @@ std::optional<Thresholds> Thresholds::parse(const QByteArray &text, const QStrin
     const QJsonObject object = document.object();
     if (object["format"_L1].toString() != ThresholdsFormat)
         return refuse(
-            tr("no file of thresholds: \"format\" has to be \"%1\"").arg(ThresholdsFormat));
+            tr(R"(no file of thresholds: "format" has to be "%1")").arg(ThresholdsFormat));
     if (object["version"_L1].toInt() != ThresholdsVersion)
         return refuse(tr("\"version\" has to be %1").arg(ThresholdsVersion));
     Thresholds thresholds;

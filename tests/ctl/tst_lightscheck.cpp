@@ -220,7 +220,7 @@ private slots:
         QCOMPARE(missing.code, 2);
         QCOMPARE(missing.err,
                  "quorvelctl: " + folder->filePath(u"none"_s).toUtf8() + " does not exist\n");
-        const QString odd = write(u"odd.json"_s, "{\"format\": \"x\"}");
+        const QString odd = write(u"odd.json"_s, R"({"format": "x"})");
         QVERIFY(check(odd).err.contains("no measurement of lights"));
         const QString log = write(u"log.csv"_s, logOf(860));
         const Outcome damaged = check(log, u"--thresholds "_s + odd);

@@ -91,7 +91,7 @@ private slots:
         QVERIFY(QFile::copy(folder->filePath(u"two/20260111T120000Z.json"_s), strange));
         QFile damaged(one + u"/20260112T120000Z.json"_s);
         QVERIFY(damaged.open(QIODevice::WriteOnly));
-        damaged.write("{\"format\": \"quorvel-lights\", ");
+        damaged.write(R"({"format": "quorvel-lights", )");
         damaged.close();
         QStringList problems;
         QCOMPARE(int(history.recall({u"one"_s, {}}, &problems).size()), 1);

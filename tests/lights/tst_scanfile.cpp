@@ -24,7 +24,7 @@ std::optional<Measurement> readLog(const QByteArray &text, QString *problem)
 
 Scan scanOf(std::initializer_list<float> levels)
 {
-    return Scan(levels);
+    return {levels};
 }
 
 const QByteArray Title("Date,Time,X000,X001,X002,Y000,Y001,NG/PASS\n");

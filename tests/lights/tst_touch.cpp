@@ -22,7 +22,7 @@ constexpr int ProbesPerLight = 6;
 
 sim::Firmware frameOf(const sim::Profile &profile)
 {
-    return sim::Firmware(profile, [] { return std::chrono::milliseconds(0); });
+    return {profile, [] { return std::chrono::milliseconds(0); }};
 }
 
 // What a tool that scans the frame gets to know.
