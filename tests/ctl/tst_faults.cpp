@@ -26,7 +26,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int RunsAtOnce = 16;
+constexpr int RunsAtOnce = 4;
 constexpr int ShortTimeoutMs = 700; // where most runs end without an answer
 constexpr int UsualTimeoutMs = 3000;
 // Of the longest command with several answers, each at the last moment; on a busy machine.
