@@ -8,6 +8,8 @@
 #include "readreportthread.h"
 #include "writereportthread.h"
 
+#include <QTimer>
+
 #include <cerrno>
 #include <utility>
 
@@ -19,6 +21,7 @@ namespace {
 const QString Collection = u"col03"_s;
 constexpr QChar ReadFinished(1);
 constexpr QChar WriteFailed(1);
+constexpr auto LookPeriod = std::chrono::milliseconds(2);
 
 } // namespace
 
@@ -184,6 +187,19 @@ void UsbLink::OnWriterFinished()
 {
     if (!outbox.empty() && writeThread03->wait(QDeadlineTimer(SendPatience)))
         sendNext();
-    else if (writeThread03->wait(QDeadlineTimer(0)))
+    else
+        lookAtWriter();
+}
+
+// A thread says that it has ended just before it has, and may have been started anew meanwhile.
+void UsbLink::lookAtWriter()
+{
+    if (!underWay)
+        return;
+    if (!writeThread03->wait(QDeadlineTimer(0)))
+        QTimer::singleShot(LookPeriod, this, &UsbLink::lookAtWriter);
+    else if (outbox.empty())
         tellSent();
+    else
+        sendNext();
 }

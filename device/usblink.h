@@ -73,6 +73,7 @@ public slots:
 
 private:
     void sendNext();
+    void lookAtWriter();
     void tellSent();
     void tell(Traffic::Direction direction, Traffic::Result result, const Frame &frame);
 

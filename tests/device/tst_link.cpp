@@ -329,6 +329,21 @@ private slots:
         QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02"}));
     }
 
+    void what_became_of_a_frame_is_told_although_no_other_follows()
+    {
+        Fake fake;
+        fake.plug();
+        int sent = 0;
+        connect(&fake.link, &Link::traffic, &fake.receiver, [&sent](const Traffic &traffic) {
+            if (traffic.direction == Traffic::Direction::ToFrame)
+                ++sent;
+        });
+        for (int i = 1; i <= 40; ++i) {
+            send(fake.link, "00 A7 02");
+            QTRY_COMPARE_WITH_TIMEOUT(sent, i, 2000);
+        }
+    }
+
     void without_a_link_frames_are_dropped()
     {
         Fake fake;
