@@ -1,6 +1,6 @@
 #pragma once
 
-#include "device/struct.h"
+#include "device/traffic.h"
 
 #include <QByteArray>
 
@@ -25,10 +25,13 @@ enum class Kind : UCHAR {
     LinkEnded = 3,
 };
 
-enum class Over : UCHAR { None = 0, Usb = 1, Serial = 2 };
+using Over = Traffic::Over;
+static_assert(UCHAR(Over::None) == 0 && UCHAR(Over::Usb) == 1 && UCHAR(Over::Serial) == 2);
 
-// What became of a frame, as Traffic::Result says it.
-enum class Result : UCHAR { Done = 0, Failed = 1, Dropped = 2 };
+// What became of a frame.
+using Result = Traffic::Result;
+static_assert(UCHAR(Result::Done) == 0 && UCHAR(Result::Failed) == 1 &&
+              UCHAR(Result::Dropped) == 2);
 
 // How a link ended, as Link::End says it.
 enum class End : UCHAR { DeviceGone = 0, Replaced = 1, Closed = 2 };

@@ -13,32 +13,6 @@ Over overOf(Link::Kind kind)
                                       : Over::None;
 }
 
-Over overOf(Traffic::Over over)
-{
-    switch (over) {
-    case Traffic::Over::Usb:
-        return Over::Usb;
-    case Traffic::Over::Serial:
-        return Over::Serial;
-    case Traffic::Over::None:
-        break;
-    }
-    return Over::None;
-}
-
-Result resultOf(Traffic::Result result)
-{
-    switch (result) {
-    case Traffic::Result::Done:
-        return Result::Done;
-    case Traffic::Result::Failed:
-        return Result::Failed;
-    case Traffic::Result::Dropped:
-        break;
-    }
-    return Result::Dropped;
-}
-
 End endOf(Link::End end)
 {
     switch (end) {
@@ -84,8 +58,8 @@ void Watch::onTraffic(const Traffic &traffic)
     Record record;
     record.kind =
         traffic.direction == Traffic::Direction::ToFrame ? Kind::ToFrame : Kind::FromFrame;
-    record.over = overOf(traffic.over);
-    record.result = resultOf(traffic.result);
+    record.over = traffic.over;
+    record.result = traffic.result;
     record.frame = traffic.frame;
     tell(record);
 }
