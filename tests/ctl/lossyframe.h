@@ -28,6 +28,7 @@ public:
     {
         return frame->DoFindDev(collection, open);
     }
+    bool IsDevDead() override { return frame->IsDevDead(); }
     bool GetVersion() override { return frame->GetVersion(); }
 
 private:

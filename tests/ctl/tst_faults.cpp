@@ -85,7 +85,8 @@ QString valueOf(const QString &state, const QString &name)
     return state.section(u' ' + name + u'=', 1).section(u' ', 0, 0).trimmed();
 }
 
-// The same with the frame on a serial line, in a process of its own. Its state tells less.
+// The same with the frame on a serial line, in a process of its own. Its state tells less. At the
+// rate that it listens at first: on a busy machine it hears too late at which it is told another.
 QJsonObject runOnLine(const QString &command, const QString &faults, int timeoutMs)
 {
     const QTemporaryDir home;
@@ -108,9 +109,8 @@ QJsonObject runOnLine(const QString &command, const QString &faults, int timeout
     finger.start(50);
     QElapsedTimer time;
     time.start();
-    const Outcome outcome = runCtl(u"%1 --json --rate 115200 --timeout %2 --port %3"_s.arg(command)
-                                       .arg(timeoutMs / 1000.0)
-                                       .arg(line));
+    const Outcome outcome = runCtl(
+        u"%1 --json --timeout %2 --port %3"_s.arg(command).arg(timeoutMs / 1000.0).arg(line));
     const auto ms = int(time.elapsed());
     finger.stop();
     frame.write("state\n");
@@ -177,7 +177,7 @@ private slots:
     void unplugged_data() { rows({3}); }
     void unplugged() { checkEach(u"at %1 unplug"_s); }
 
-    void unplugged_and_back_at_once_data() { rows({1, 3, 6}); }
+    void unplugged_and_back_at_once_data() { rows({3}); }
     void unplugged_and_back_at_once() { checkEach(u"at %1 unplug back 0ms"_s); }
 
     void silent_for_good_data() { rows({1, 6}); }
@@ -204,8 +204,7 @@ private slots:
     void bytes_lost_on_the_line_data() { rows({1, 6}); }
     void bytes_lost_on_the_line() { checkOnLine(u"at %1 lose 3"_s); }
 
-    // The port does not always tell of it; the frame is silent then.
-    void a_line_that_hangs_up_data() { rows({3, 6}); }
+    void a_line_that_hangs_up_data() { rows({3}); }
     void a_line_that_hangs_up() { checkOnLine(u"at %1 hangup"_s); }
 
 private:
