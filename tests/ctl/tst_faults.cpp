@@ -30,7 +30,7 @@ constexpr int RunsAtOnce = 4;
 constexpr int ShortTimeoutMs = 700; // where most runs end without an answer
 constexpr int UsualTimeoutMs = 3000;
 // Of the longest command with several answers, each at the last moment; on a busy machine.
-constexpr int LongestMs = 10 * ShortTimeoutMs;
+constexpr int LongestTimeouts = 10;
 const QList<QPoint> Targets = {{160, 100}, {1120, 100}, {1120, 700}, {160, 700}};
 
 // All that a command can set.
@@ -101,7 +101,7 @@ QJsonObject runOnLine(const QString &command, const QString &faults, int timeout
     QProcess frame;
     frame.start(QStringLiteral(QUORVEL_SIM), {u"serial"_s, u"--quit-at-end"_s, u"--link"_s, line,
                                               u"--faults"_s, plan.fileName()});
-    if (!frame.waitForReadyRead(LongestMs))
+    if (!frame.waitForReadyRead(UsualTimeoutMs))
         return {};
     QTimer finger;
     QObject::connect(&finger, &QTimer::timeout, &frame,
@@ -115,7 +115,7 @@ QJsonObject runOnLine(const QString &command, const QString &faults, int timeout
     finger.stop();
     frame.write("state\n");
     frame.closeWriteChannel();
-    frame.waitForFinished(LongestMs);
+    frame.waitForFinished(UsualTimeoutMs);
     const QString said = QString::fromUtf8(frame.readAllStandardOutput());
     const QString state = said.section(u"ok state"_s, -1).section(u'\n', 0, 0);
     return {{u"code"_s, outcome.code},
@@ -139,7 +139,7 @@ QList<QJsonObject> runAll(const QString &how, const QString &command, const QStr
     std::vector<std::unique_ptr<QProcess>> running;
     const auto takeFirst = [&] {
         QProcess &first = *running.front();
-        if (!first.waitForFinished(LongestMs + UsualTimeoutMs))
+        if (!first.waitForFinished(LongestTimeouts * timeoutMs + UsualTimeoutMs))
             first.kill();
         first.waitForFinished();
         results += QJsonDocument::fromJson(first.readAllStandardOutput()).object();
@@ -276,7 +276,7 @@ private:
                                       .toObject();
         const QList<QJsonObject> spoilt = runAll(how, command, plans, timeoutMs);
         for (int i = 0; i < plans.size(); ++i) {
-            const QString problem = problemOf(spoilt[i], well, codes, asNew);
+            const QString problem = problemOf(spoilt[i], well, codes, asNew, timeoutMs);
             if (!problem.isEmpty())
                 QFAIL(qPrintable(u"%1: %2\n%3%4"_s.arg(plans[i], problem,
                                                        spoilt[i][u"out"_s].toString(),
@@ -285,11 +285,11 @@ private:
     }
 
     static QString problemOf(const QJsonObject &spoilt, const QJsonObject &well,
-                             const QList<int> &codes, const QJsonObject &asNew)
+                             const QList<int> &codes, const QJsonObject &asNew, int timeoutMs)
     {
         const int code = spoilt[u"code"_s].toInt(-1);
         const QString err = spoilt[u"err"_s].toString();
-        if (spoilt[u"ms"_s].toInt() > LongestMs)
+        if (spoilt[u"ms"_s].toInt() > LongestTimeouts * timeoutMs)
             return u"it took too long"_s;
         if (code != 0 && !codes.contains(code))
             return u"it ended with %1"_s.arg(code);
