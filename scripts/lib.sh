@@ -24,6 +24,8 @@ fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static udev xz-utils procps)
 # What a Debian of another release is made with.
 root_packages=(mmdebstrap util-linux)
+# What boots one.
+boot_packages=(systemd-container)
 # What packages are made with.
 package_packages=(debhelper dpkg-dev fakeroot lintian)
 
@@ -81,7 +83,7 @@ needs() {
         screenshots) packages+=("${desktop_packages[@]}" "${font_packages[@]}") ;;
         kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;
         fuzz) packages+=("${fuzz_packages[@]}") ;;
-        package) packages+=("${root_packages[@]}") ;;
+        package) packages+=("${root_packages[@]}" "${boot_packages[@]}") ;;
         debian13) packages=("${root_packages[@]}") ;;
     esac
     install_missing "the lane $1" "${packages[@]}"
