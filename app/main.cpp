@@ -7,6 +7,7 @@
 #include "pluginfolder.h"
 #include "qtsingleapplication.h"
 #include "resources/resources.h"
+#include "resources/translations.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
@@ -125,6 +126,7 @@ int main(int argc, char **argv)
     qInstallMessageHandler(usual);
     std::fputs(heldBack.constData(), stderr);
     initResources();
+    const Translations translations;
     // Qt has taken its own options out by now: "-style" does not ask for a silent start.
     asked = CommandLine::parse(argumentsOf(argc, argv));
     if (!asked.close && !asked.problem.isEmpty()) {

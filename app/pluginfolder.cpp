@@ -180,10 +180,12 @@ private:
     {
         if (!othersCanWrite(entry))
             return true;
-        const QString who = (entry.st_mode & S_IWOTH) != 0
-                                ? tr("everybody")
-                                : tr("group %1").arg(groupName(entry.st_gid));
-        fail(tr("%1 can write to %2; \"chmod go-w\" would let it in").arg(who, printable(place)));
+        if ((entry.st_mode & S_IWOTH) != 0)
+            fail(tr("everybody can write to %1; \"chmod go-w\" would let it in")
+                     .arg(printable(place)));
+        else
+            fail(tr("group %1 can write to %2; \"chmod go-w\" would let it in")
+                     .arg(groupName(entry.st_gid), printable(place)));
         return false;
     }
 

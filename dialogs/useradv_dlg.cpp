@@ -260,7 +260,7 @@ void useradv_dlg::tellOutcome(const Outcome &became)
     if (became.sent && became.kept)
         setNotice(tr("Kept, and sent to the touch frame."));
     else if (became.sent)
-        setNotice(tr("Sent. %1").arg(outcome::notKept()),
+        setNotice(tr("Sent. Not kept: cannot write %1").arg(outcome::shortPath()),
                   tr("The settings are sent, but %1 cannot be written: they are not kept.")
                       .arg(XML_CLASS::filePath()));
     else if (became.kept)
