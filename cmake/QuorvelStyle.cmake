@@ -84,3 +84,4 @@ quorvel_style_test("software catalogue" appstreamcli validate --pedantic --no-ne
                    "${PROJECT_BINARY_DIR}/packaging/org.quorvel.quorvel.metainfo.xml")
 quorvel_style_test("manual pages" sh -c "words=$(man --warnings -E UTF-8 -l -Tutf8 -Z packaging/*.1 2>&1 >/dev/null); echo \"$words\"; test -z \"$words\"")
 quorvel_style_test("licences" reuse lint)
+quorvel_style_test(translations "${PROJECT_SOURCE_DIR}/scripts/translations" check)
