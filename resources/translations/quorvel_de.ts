@@ -340,7 +340,7 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
     <message>
         <source>Num:%1  ADC:%2  AGC:%3</source>
@@ -408,9 +408,9 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
         <source>Rotate your touch device,
 make it more suitable for your
 screen</source>
-        <translation>Die Touch-Erfassung drehen, bis sie
-zur Lage des Bildschirms
-passt</translation>
+        <translation>Die Touch-Erfassung drehen,
+bis sie zur Lage des
+Bildschirms passt</translation>
     </message>
     <message>
         <source>&amp;Rotation</source>
@@ -1156,7 +1156,7 @@ passt</translation>
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>
@@ -2506,7 +2506,7 @@ passt</translation>
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
     <message>
         <source>Settings of the test</source>

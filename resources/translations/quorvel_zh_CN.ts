@@ -340,7 +340,7 @@ Please don&apos;t touch the screan, and use your mouse to operat this dialog！<
     </message>
     <message>
         <source>Exit</source>
-        <translation>退出</translation>
+        <translation>关闭</translation>
     </message>
     <message>
         <source>Num:%1  ADC:%2  AGC:%3</source>
@@ -1155,7 +1155,7 @@ screen</source>
     </message>
     <message>
         <source>Exit</source>
-        <translation>退出</translation>
+        <translation>关闭</translation>
     </message>
 </context>
 <context>
@@ -2503,7 +2503,7 @@ screen</source>
     </message>
     <message>
         <source>Exit</source>
-        <translation>退出</translation>
+        <translation>关闭</translation>
     </message>
     <message>
         <source>Settings of the test</source>
