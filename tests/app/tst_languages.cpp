@@ -309,6 +309,22 @@ private slots:
         QVERIFY2(texts > 200, qPrintable(QString::number(texts)));
     }
 
+    void presets_are_kept_by_one_name_in_every_language_data() { addLanguages(); }
+    void presets_are_kept_by_one_name_in_every_language()
+    {
+        QFETCH(const QString, language);
+        open(language, false);
+        const QWidget *window = windowCalled("Setting_dlg");
+        auto *operate = window->findChild<QPushButton *>(u"Operatebtn"_s);
+        operate->click();
+        window->findChild<QPushButton *>(u"applybtn"_s)->click();
+        QCOMPARE(window->findChild<QLabel *>(u"UseLab"_s)->text(), operate->text());
+        QCOMPARE(operate->text() == u"Operate"_s, language == u"en"_s);
+        const auto kept = XML_CLASS().read_easysetting();
+        QCOMPARE(kept.Use, u"Operate"_s);
+        QCOMPARE(kept.Environment, u"Indoor"_s);
+    }
+
     void the_toolkits_own_buttons_speak_it_too()
     {
         open(u"de"_s, false);
