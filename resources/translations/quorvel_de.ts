@@ -276,7 +276,7 @@
     </message>
     <message>
         <source>Disable</source>
-        <translation>Ausschalten</translation>
+        <translation>Sperren</translation>
     </message>
     <message>
         <source>ADC:</source>
@@ -340,7 +340,7 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
     <message>
         <source>Num:%1  ADC:%2  AGC:%3</source>
@@ -348,7 +348,7 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
     </message>
     <message>
         <source>Enable</source>
-        <translation>Einschalten</translation>
+        <translation>Nutzen</translation>
     </message>
     <message>
         <source>%1: enter a whole number from 0 to %2</source>
@@ -398,7 +398,7 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
     </message>
     <message>
         <source>&amp;Calibration</source>
-        <translation>&amp;Kalibrierung</translation>
+        <translation>&amp;Kalibrieren</translation>
     </message>
     <message>
         <source>Rotation</source>
@@ -408,13 +408,13 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
         <source>Rotate your touch device,
 make it more suitable for your
 screen</source>
-        <translation>Die Touch-Erfassung drehen, bis sie
-zur Lage des Bildschirms
-passt</translation>
+        <translation>Die Touch-Erfassung drehen,
+bis sie zur Lage des
+Bildschirms passt</translation>
     </message>
     <message>
         <source>&amp;Rotation</source>
-        <translation>&amp;Drehung</translation>
+        <translation>&amp;Drehen</translation>
     </message>
     <message>
         <source>Setting</source>
@@ -887,14 +887,14 @@ passt</translation>
     </message>
     <message>
         <source>Apply</source>
-        <translation>Übernehmen</translation>
+        <translation>Anwenden</translation>
     </message>
 </context>
 <context>
     <name>StatusLine</name>
     <message>
         <source>&amp;Details</source>
-        <translation>&amp;Details</translation>
+        <translation>De&amp;tails</translation>
     </message>
     <message>
         <source>&amp;What to do next</source>
@@ -1144,7 +1144,7 @@ passt</translation>
     </message>
     <message>
         <source>Test the signals</source>
-        <translation>Die Signale testen</translation>
+        <translation>Test der Signale</translation>
     </message>
     <message>
         <source>Test</source>
@@ -1156,7 +1156,7 @@ passt</translation>
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>
@@ -1307,7 +1307,7 @@ passt</translation>
     </message>
     <message>
         <source>Refresh the list of serial ports</source>
-        <translation>Die Liste der seriellen Schnittstellen auffrischen</translation>
+        <translation>Auffrischen: Liste der seriellen Schnittstellen</translation>
     </message>
     <message>
         <source>Re&amp;fresh</source>
@@ -1315,7 +1315,7 @@ passt</translation>
     </message>
     <message>
         <source>&amp;Rate, baud:</source>
-        <translation>&amp;Rate, Baud:</translation>
+        <translation>&amp;Baudrate:</translation>
     </message>
     <message>
         <source>&amp;Data bits:</source>
@@ -1331,7 +1331,7 @@ passt</translation>
     </message>
     <message>
         <source>Open the chosen connection</source>
-        <translation>Die gewählte Verbindung öffnen</translation>
+        <translation>Öffnen: gewählte Verbindung</translation>
     </message>
     <message>
         <source>&amp;Open</source>
@@ -1355,7 +1355,7 @@ passt</translation>
     </message>
     <message>
         <source>&amp;Close port</source>
-        <translation>Port schli&amp;eßen</translation>
+        <translation>Schli&amp;eßen</translation>
     </message>
     <message>
         <source>State</source>
@@ -2412,7 +2412,7 @@ passt</translation>
     </message>
     <message>
         <source>Not kept: cannot write %1</source>
-        <translation>Nicht gespeichert: %1 ist nicht schreibbar</translation>
+        <translation>Schreibfehler bei %1</translation>
     </message>
 </context>
 <context>
@@ -2498,7 +2498,7 @@ passt</translation>
     </message>
     <message>
         <source>All Test</source>
-        <translation>Alle testen</translation>
+        <translation>Dauernd</translation>
     </message>
     <message>
         <source>Closes the signal test</source>
@@ -2506,7 +2506,7 @@ passt</translation>
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
     <message>
         <source>Settings of the test</source>
@@ -2514,11 +2514,11 @@ passt</translation>
     </message>
     <message>
         <source>Upper Limit:</source>
-        <translation>Obergrenze:</translation>
+        <translation>Maximum:</translation>
     </message>
     <message>
         <source>Lower Limit:</source>
-        <translation>Untergrenze:</translation>
+        <translation>Minimum:</translation>
     </message>
     <message>
         <source>Interval (s):</source>
@@ -2546,11 +2546,11 @@ passt</translation>
     </message>
     <message>
         <source>Draws the ripple curves</source>
-        <translation>Zeichnet die Welligkeitskurven</translation>
+        <translation>Zeichnet die Rippelkurven</translation>
     </message>
     <message>
         <source>Rippel</source>
-        <translation>Welligkeit</translation>
+        <translation>Rippel</translation>
     </message>
     <message>
         <source>Fills in the default settings</source>
@@ -2610,7 +2610,7 @@ passt</translation>
     </message>
     <message>
         <source>Upper limit value less than lower limit value.</source>
-        <translation>Die Obergrenze ist kleiner als die Untergrenze.</translation>
+        <translation>Das Maximum ist kleiner als das Minimum.</translation>
     </message>
     <message>
         <source>%1 enter a whole number from 0 to %2</source>
@@ -2717,11 +2717,11 @@ passt</translation>
     </message>
     <message>
         <source>Speed:</source>
-        <translation>Tempo:</translation>
+        <translation>Pause:</translation>
     </message>
     <message>
         <source>Slow double-click</source>
-        <translation>Langsam: Doppelklick</translation>
+        <translation>Lang: Pause beim Doppelklick</translation>
     </message>
     <message>
         <source>Allows more time between the clicks</source>
@@ -2729,15 +2729,15 @@ passt</translation>
     </message>
     <message>
         <source>Slow</source>
-        <translation>Langsam</translation>
+        <translation>Lang</translation>
     </message>
     <message>
         <source>Speed of double-click</source>
-        <translation>Tempo des Doppelklicks</translation>
+        <translation>Pause beim Doppelklick</translation>
     </message>
     <message>
         <source>Fast double-click</source>
-        <translation>Schnell: Doppelklick</translation>
+        <translation>Kurz: Pause beim Doppelklick</translation>
     </message>
     <message>
         <source>Allows less time between the clicks</source>
@@ -2745,7 +2745,7 @@ passt</translation>
     </message>
     <message>
         <source>Fast</source>
-        <translation>Schnell</translation>
+        <translation>Kurz</translation>
     </message>
     <message>
         <source>Small tolerance of double-click</source>
@@ -2821,7 +2821,7 @@ passt</translation>
     </message>
     <message>
         <source>Apply</source>
-        <translation>Übernehmen</translation>
+        <translation>Anwenden</translation>
     </message>
     <message>
         <source>%1 ms</source>
@@ -2834,7 +2834,7 @@ passt</translation>
     </message>
     <message>
         <source>Sent. Not kept: cannot write %1</source>
-        <translation>Gesendet. Nicht gespeichert: %1 ist nicht schreibbar</translation>
+        <translation>Gesendet. Schreibfehler bei %1</translation>
     </message>
     <message>
         <source>The settings are sent, but %1 cannot be written: they are not kept.</source>

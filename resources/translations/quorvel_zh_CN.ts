@@ -212,27 +212,27 @@
     </message>
     <message>
         <source>Min</source>
-        <translation>最小</translation>
+        <translation>Min</translation>
     </message>
     <message>
         <source>Max</source>
-        <translation>最大</translation>
+        <translation>Max</translation>
     </message>
     <message>
         <source>ADC range, Min</source>
-        <translation>ADC 范围，最小</translation>
+        <translation>ADC 范围，Min</translation>
     </message>
     <message>
         <source>ADC range, Max</source>
-        <translation>ADC 范围，最大</translation>
+        <translation>ADC 范围，Max</translation>
     </message>
     <message>
         <source>Edge ADC range, Min</source>
-        <translation>边缘 ADC 范围，最小</translation>
+        <translation>边缘 ADC 范围，Min</translation>
     </message>
     <message>
         <source>Edge ADC range, Max</source>
-        <translation>边缘 ADC 范围，最大</translation>
+        <translation>边缘 ADC 范围，Max</translation>
     </message>
     <message>
         <source>ADC threshold</source>
@@ -340,7 +340,7 @@ Please don&apos;t touch the screan, and use your mouse to operat this dialog！<
     </message>
     <message>
         <source>Exit</source>
-        <translation>退出</translation>
+        <translation>关闭</translation>
     </message>
     <message>
         <source>Num:%1  ADC:%2  AGC:%3</source>
@@ -1143,7 +1143,7 @@ screen</source>
     </message>
     <message>
         <source>Test the signals</source>
-        <translation>测试信号</translation>
+        <translation>测试：信号</translation>
     </message>
     <message>
         <source>Test</source>
@@ -1155,7 +1155,7 @@ screen</source>
     </message>
     <message>
         <source>Exit</source>
-        <translation>退出</translation>
+        <translation>关闭</translation>
     </message>
 </context>
 <context>
@@ -1305,7 +1305,7 @@ screen</source>
     </message>
     <message>
         <source>Refresh the list of serial ports</source>
-        <translation>刷新串口列表</translation>
+        <translation>刷新：串口列表</translation>
     </message>
     <message>
         <source>Re&amp;fresh</source>
@@ -1329,7 +1329,7 @@ screen</source>
     </message>
     <message>
         <source>Open the chosen connection</source>
-        <translation>打开所选连接</translation>
+        <translation>打开：所选连接</translation>
     </message>
     <message>
         <source>&amp;Open</source>
@@ -2503,7 +2503,7 @@ screen</source>
     </message>
     <message>
         <source>Exit</source>
-        <translation>退出</translation>
+        <translation>关闭</translation>
     </message>
     <message>
         <source>Settings of the test</source>
