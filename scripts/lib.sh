@@ -15,7 +15,7 @@ desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-
                   xcompmgr fonts-dejavu-core fonts-wqy-microhei fonts-wine qt6-translations-l10n
                   procps)
 test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
-                prometheus-node-exporter fish zsh)
+                prometheus-node-exporter ansible-core fish zsh)
 # What the measuring programs compare the tool with.
 bench_packages=(libqcustomplot-dev)
 style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)

@@ -1,0 +1,68 @@
+#include "plainfile.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace plainfile {
+
+namespace {
+
+constexpr int Cautious = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+constexpr mode_t ForAll = 0666; // as the user's mask has it
+
+bool isFile(const FileDescriptor &descriptor)
+{
+    struct stat status = {};
+    return descriptor.isValid() && ::fstat(descriptor.get(), &status) == 0 &&
+           S_ISREG(status.st_mode);
+}
+
+} // namespace
+
+FileDescriptor openEmpty(const QString &path)
+{
+    FileDescriptor descriptor(::open(QFile::encodeName(path).constData(),
+                                     O_WRONLY | O_CREAT | O_NOFOLLOW | Cautious, ForAll));
+    if (!descriptor.isValid())
+        return {};
+    if (!isFile(descriptor)) {
+        errno = EINVAL;
+        return {};
+    }
+    if (::ftruncate(descriptor.get(), 0) != 0)
+        return {};
+    return descriptor;
+}
+
+bool copyInto(const QString &source, const QString &folder)
+{
+    const FileDescriptor from(::open(QFile::encodeName(source).constData(), O_RDONLY | Cautious));
+    const FileDescriptor place(::open(QFile::encodeName(folder).constData(),
+                                      O_DIRECTORY | O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+    struct stat status = {};
+    if (!isFile(from) || !place.isValid() || ::fstat(from.get(), &status) != 0)
+        return false;
+    const QByteArray name = QFile::encodeName(QFileInfo(source).fileName());
+    const FileDescriptor to(::openat(place.get(), name.constData(),
+                                     O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!to.isValid())
+        return false;
+    QFile in;
+    QFile out;
+    bool whole = in.open(from.get(), QIODevice::ReadOnly) &&
+                 out.open(to.get(), QIODevice::WriteOnly | QIODevice::Unbuffered);
+    while (whole && !in.atEnd()) {
+        const QByteArray some = in.read(64 * 1024);
+        whole = !some.isEmpty() && out.write(some) == some.size();
+    }
+    whole = whole && ::fchmod(to.get(), status.st_mode & ALLPERMS) == 0;
+    if (!whole)
+        ::unlinkat(place.get(), name.constData(), 0);
+    return whole;
+}
+
+} // namespace plainfile
