@@ -124,8 +124,9 @@ private slots:
         QVERIFY(adapter.DoFindDev({}, true));
         QVERIFY(adapter.IsDevOpened());
         const Other other(u"usb"_s, node.path());
-        QCOMPARE(other.said,
-                 u"tst_devicelock (process %1)"_s.arg(QCoreApplication::applicationPid()));
+        QCOMPARE(other.said, Advice::frameInUse(node.path(), {QCoreApplication::applicationPid(),
+                                                              u"tst_devicelock"_s})
+                                 .evidence);
         adapter.CloseDevice();
         const Other next(u"usb"_s, node.path());
         QCOMPARE(next.said, u"uses it"_s);
