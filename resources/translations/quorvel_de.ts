@@ -28,10 +28,6 @@
         <translation>Treten Sie der Gruppe %1 bei und melden Sie sich dann neu an.</translation>
     </message>
     <message>
-        <source>The touch frame at %1 is in use by %2.</source>
-        <translation>Der Touchrahmen an %1 wird von %2 benutzt.</translation>
-    </message>
-    <message>
         <source>A touch frame is at %1 but this user may not open it (%2).</source>
         <translation>An %1 ist ein Touchrahmen, aber dieser Benutzer darf ihn nicht öffnen (%2).</translation>
     </message>
@@ -42,10 +38,6 @@
     <message>
         <source>Unplug it and plug it in again.</source>
         <translation>Ziehen Sie ihn ab und stecken Sie ihn wieder ein.</translation>
-    </message>
-    <message>
-        <source>The serial port %1 is in use by %2.</source>
-        <translation>Die serielle Schnittstelle %1 wird von %2 benutzt.</translation>
     </message>
     <message>
         <source>A program that has ended left the file %1 behind, which keeps the serial port %2 closed.</source>
@@ -74,6 +66,46 @@
     <message>
         <source>Check the cable and the name, such as ttyUSB0.</source>
         <translation>Prüfen Sie das Kabel und den Namen, etwa ttyUSB0.</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by another program.</source>
+        <translation>Der Touchrahmen an %1 wird von einem anderen Programm benutzt.</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by process %2.</source>
+        <translation>Der Touchrahmen an %1 wird vom Prozess %2 benutzt.</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by %2 (process %3).</source>
+        <translation>Der Touchrahmen an %1 wird von %2 (Prozess %3) benutzt.</translation>
+    </message>
+    <message>
+        <source>Another program has %1 open without saying that it uses the frame.</source>
+        <translation>Ein anderes Programm hat %1 offen, ohne zu sagen, dass es den Rahmen benutzt.</translation>
+    </message>
+    <message>
+        <source>Process %2 has %1 open without saying that it uses the frame.</source>
+        <translation>Der Prozess %2 hat %1 offen, ohne zu sagen, dass er den Rahmen benutzt.</translation>
+    </message>
+    <message>
+        <source>%2 (process %3) has %1 open without saying that it uses the frame.</source>
+        <translation>%2 (Prozess %3) hat %1 offen, ohne zu sagen, dass es den Rahmen benutzt.</translation>
+    </message>
+    <message>
+        <source>End that program if answers get lost.</source>
+        <translation>Beenden Sie jenes Programm, wenn Antworten verloren gehen.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by another program.</source>
+        <translation>Die serielle Schnittstelle %1 wird von einem anderen Programm benutzt.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by process %2.</source>
+        <translation>Die serielle Schnittstelle %1 wird vom Prozess %2 benutzt.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by %2 (process %3).</source>
+        <translation>Die serielle Schnittstelle %1 wird von %2 (Prozess %3) benutzt.</translation>
     </message>
 </context>
 <context>
@@ -156,21 +188,6 @@
     <message>
         <source>Calibration accuracy: %1%</source>
         <translation>Kalibriergenauigkeit: %1 %</translation>
-    </message>
-</context>
-<context>
-    <name>DeviceUser</name>
-    <message>
-        <source>another program</source>
-        <translation>einem anderen Programm</translation>
-    </message>
-    <message>
-        <source>process %1</source>
-        <translation>Prozess %1</translation>
-    </message>
-    <message>
-        <source>%1 (process %2)</source>
-        <translation>%1 (Prozess %2)</translation>
     </message>
 </context>
 <context>
@@ -1871,14 +1888,6 @@ Bildschirms passt</translation>
     <message>
         <source>This program uses it.</source>
         <translation>Dieses Programm benutzt sie.</translation>
-    </message>
-    <message>
-        <source>%1 has %2 open without saying that it uses the frame.</source>
-        <translation>%1 hat %2 offen, ohne zu sagen, dass es den Rahmen benutzt.</translation>
-    </message>
-    <message>
-        <source>End that program if answers get lost.</source>
-        <translation>Beenden Sie jenes Programm, wenn Antworten verloren gehen.</translation>
     </message>
     <message>
         <source>No other program uses it.</source>
