@@ -1,5 +1,6 @@
 #include "version_dlg.h"
 
+#include "device/plainfile.h"
 #include "device/struct.h"
 #include "device/version.h"
 #include "fittext.h"
@@ -24,6 +25,19 @@ constexpr quint32 Telma = 2;
 QString hex(quint32 value, int digits = 1)
 {
     return QString::number(value, 16).toUpper().rightJustified(digits, u'0');
+}
+
+// Names of makes, the same in every language.
+QString familyName(quint32 family)
+{
+    switch (family) {
+    case Orva:
+        return u"ORVA"_s;
+    case Telma:
+        return u"TELMA"_s;
+    default:
+        return u"UNDEF"_s;
+    }
 }
 
 } // namespace
@@ -77,17 +91,15 @@ void Version_Dlg::showEvent(QShowEvent *event)
 void Version_Dlg::showRecord()
 {
     const quint32 version = hidver.VersionNumber;
-    ui->label_3->setText(tr("Device version: ") + hex(version >> 12) + tr(".") +
-                         hex((version & 0xFFF) >> 8) + tr(".") + hex((version & 0xFF) >> 4) +
-                         tr(".") + hex(version & 0xF));
-    ui->label_4->setText(tr("Hardware: ") + hex(hidver.VendorID, 4) + tr(" - ") +
-                         hex(hidver.ProductID, 4));
-    ui->label_5->setText(tr("SID: ") + hex(hidver.CHECKSUM, 8) + tr(" - ") + hex(hidver.SVNNUM, 6));
-    const QString type = hidver.P_FID == Orva    ? tr("ORVA")
-                         : hidver.P_FID == Telma ? tr("TELMA")
-                                                 : tr("UNDEF");
-    ui->label_6->setText(tr("PID: ") + type + tr(" - ") + hex(hidver.P_DATE, 4) +
-                         hex(hidver.P_NUM, 5));
+    ui->label_3->setText(tr("Device version: %1.%2.%3.%4")
+                             .arg(hex(version >> 12), hex((version & 0xFFF) >> 8),
+                                  hex((version & 0xFF) >> 4), hex(version & 0xF)));
+    ui->label_4->setText(
+        tr("Hardware: %1 - %2").arg(hex(hidver.VendorID, 4), hex(hidver.ProductID, 4)));
+    ui->label_5->setText(tr("SID: %1 - %2").arg(hex(hidver.CHECKSUM, 8), hex(hidver.SVNNUM, 6)));
+    ui->label_6->setText(
+        tr("PID: %1 - %2", "family, date and number")
+            .arg(familyName(hidver.P_FID), hex(hidver.P_DATE, 4) + hex(hidver.P_NUM, 5)));
     for (QLabel *line : lines())
         fitText(line, line->width());
 }
@@ -98,12 +110,8 @@ void Version_Dlg::on_pushButton_upgrade_clicked()
     const QString backup = working.path() + u"/backup"_s;
     if (QDir().mkdir(backup))
         qDebug().noquote() << backup;
-    for (const QString &name : working.entryList()) {
-        const QString source = working.path() + u'/' + name;
-        // A link may lead to a pipe or a device, which would be read for ever.
-        if (QFileInfo(source).isFile())
-            QFile::copy(source, backup + u'/' + name);
-    }
+    for (const QString &name : working.entryList())
+        plainfile::copyInto(working.path() + u'/' + name, backup);
     auto *thread = new MyThread(this);
     thread->start();
     thread->wait(ThreadWaitMs);

@@ -143,7 +143,7 @@ Finding checkNode(const Machine &machine, const QList<UsbFrame> &frames, const Q
                  .arg(frame.node)});
     if (frames.size() > 1)
         return Finding::note(NodeCheck,
-                             {UsbWords::tr("%n touch frame(s) are on USB; %1 is the first.",
+                             {UsbWords::tr("There are %n touch frames on USB; %1 is the first.",
                                            nullptr, int(frames.size()))
                                   .arg(frame.node),
                               UsbWords::tr("Unplug the others, or name a node on the command "
@@ -194,10 +194,7 @@ Finding checkProgram(const Machine &machine, const QList<UsbFrame> &frames)
     if (holder.pid > 0)
         return Finding::trouble(ProgramCheck, Cause::InUse, Advice::frameInUse(node, holder));
     if (const QList<DeviceUser> users = machine.openedBy(node); !users.isEmpty())
-        return Finding::note(ProgramCheck,
-                             {UsbWords::tr("%1 has %2 open without saying that it uses the frame.")
-                                  .arg(users.first().words(), node),
-                              UsbWords::tr("End that program if answers get lost.")});
+        return Finding::note(ProgramCheck, Advice::frameOpened(node, users.first()));
     return Finding::good(ProgramCheck, UsbWords::tr("No other program uses it."));
 }
 

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 
 #include <memory>
 #include <sys/stat.h>
@@ -36,7 +37,7 @@ private:
         QFile::remove(LastCalibration::filePath());
         return LastCalibration::load();
     }
-    const LastCalibration good{QDateTime(QDate(2026, 5, 4), QTime(3, 2, 1), Qt::UTC), 3};
+    const LastCalibration good{QDateTime(QDate(2026, 5, 4), QTime(3, 2, 1), QTimeZone::utc()), 3};
 
     static void write(const QByteArray &text, const QString &path = LastCalibration::filePath())
     {
