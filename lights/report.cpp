@@ -13,6 +13,8 @@ namespace lights {
 
 namespace {
 
+constexpr double WallWidth = 1000;
+
 QString htmlElement(const QString &name, const QString &words)
 {
     return u"<%1>%2</%1>\n"_s.arg(name, words.toHtmlEscaped());
@@ -40,7 +42,7 @@ table { border-collapse: collapse; }
 caption { text-align: left; font-weight: bold; padding: 0.5em 0; }
 th, td { text-align: left; padding: 0.15em 0.8em; border-bottom: 1px solid #ccc; }
 td.number { text-align: right; }
-.verdict { font-size: 200%; font-weight: bold; border: 4px solid; padding: 0.3em 0.6em;
+.verdict { font-size: 22pt; font-weight: bold; border: 4px solid; padding: 0.3em 0.6em;
   display: inline-block; }
 .pass { color: #00507d; }
 .service { color: #8a3c00; }
@@ -65,7 +67,7 @@ public:
         return u"<!DOCTYPE html>\n<html lang=\"%1\">\n<head>\n<meta charset=\"utf-8\">\n"
                "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"_s.arg(
                    Text::tr("en")) +
-               htmlElement(u"title"_s, title) + u"<style>\n"_s + pageStyle() + pictureStyle() +
+               htmlElement(u"title"_s, title) + u"<style>\n"_s + pageStyle() + svgStyle() +
                u"</style>\n</head>\n<body>\n<main>\n"_s + htmlElement(u"h1"_s, title) + head() +
                pictures() + findings() + comparison() + table() + u"</main>\n</body>\n</html>\n"_s;
     }
@@ -108,14 +110,16 @@ QString Page::head() const
 
 QString Page::pictures() const
 {
-    QString html = htmlElement(u"h2"_s, Text::tr("The frame")) + wallPicture(report, faults);
+    const Wall wall(report.measurement, {WallWidth, 0});
+    QString html =
+        htmlElement(u"h2"_s, Text::tr("The frame")) + toSvg(wallPicture(report, faults, wall));
     html += htmlElement(
         u"p"_s, Text::tr("Letters: w weak, d dead, n noisy, s saturated, o switched off. Dark "
                          "strips: touches are missed; light ones: they jump. Bars outside: "
                          "stretches with one thing wrong."));
     for (const Axis axis : Axes) {
         if (!report.verdicts.axis(axis).lights.empty())
-            html += curvePicture(report, axis);
+            html += toSvg(curvePicture(report, axis));
     }
     return html +
            htmlElement(u"p"_s, Text::tr("Solid: the level of each light. Dashed: that of a healthy "
