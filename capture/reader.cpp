@@ -1,14 +1,13 @@
 #include "reader.h"
 
 #include "device/filedescriptor.h"
+#include "modules/module.h"
 
 #include <QFile>
 
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <pcap/pcap.h>
 #include <sys/stat.h>
 #include <utility>
 
@@ -23,13 +22,8 @@ QString errorText(int error)
 
 } // namespace
 
-void Reader::Close::operator()(pcap *opened) const
-{
-    pcap_close(opened);
-}
-
-Reader::Reader(pcap *opened, QString name)
-    : file(opened)
+Reader::Reader(std::unique_ptr<CaptureFile::Unpacker> opened, QString name)
+    : file(std::move(opened))
     , path(std::move(name))
 {
 }
@@ -65,16 +59,18 @@ std::unique_ptr<Reader> Reader::open(const QString &path, QString *problem)
 
 std::unique_ptr<Reader> Reader::read(std::FILE *stream, const QString &name, QString *problem)
 {
-    std::array<char, PCAP_ERRBUF_SIZE> reason{};
-    pcap *const opened = pcap_fopen_offline(stream, reason.data());
-    if (!opened) {
+    auto *const format = modules::load<CaptureFile>(problem);
+    if (!format) {
         std::fclose(stream);
-        *problem =
-            tr("%1: is no capture file: %2").arg(name, QString::fromLocal8Bit(reason.data()));
         return nullptr;
     }
-    std::unique_ptr<Reader> reader(new Reader(opened, name));
-    if (const int type = pcap_datalink(opened); type != LinkType) {
+    QString reason;
+    std::unique_ptr<CaptureFile::Unpacker> opened = format->unpacker(stream, &reason);
+    if (!opened) {
+        *problem = tr("%1: is no capture file: %2").arg(name, reason);
+        return nullptr;
+    }
+    if (const int type = opened->linkType(); type != LinkType) {
         *problem = tr("%1: is a capture file of something else: its link type is %2, that of a "
                       "recording %3")
                        .arg(name)
@@ -82,34 +78,32 @@ std::unique_ptr<Reader> Reader::read(std::FILE *stream, const QString &name, QSt
                        .arg(LinkType);
         return nullptr;
     }
-    return reader;
+    return std::unique_ptr<Reader>(new Reader(std::move(opened), name));
 }
 
 std::optional<Record> Reader::next()
 {
     if (ended)
         return {};
-    pcap_pkthdr *header = nullptr;
-    const UCHAR *bytes = nullptr;
-    const int outcome = pcap_next_ex(file.get(), &header, &bytes);
-    if (outcome == 1) {
+    std::chrono::microseconds time{0};
+    QByteArrayView packet;
+    switch (file->next(time, packet)) {
+    case CaptureFile::Outcome::Packet:
         ++packets;
-        const auto time =
-            std::chrono::seconds(header->ts.tv_sec) + std::chrono::microseconds(header->ts.tv_usec);
-        if (header->caplen == header->len) {
-            if (auto record = decode({bytes, qsizetype(header->caplen)}, time))
-                return record;
-        }
+        if (auto record = decode(packet, time))
+            return record;
         trouble = tr("%1: packet %2 tells of no traffic with a touch frame, or in a newer format")
                       .arg(path)
                       .arg(packets);
-    } else if (outcome == PCAP_ERROR && std::feof(pcap_file(file.get())) != 0) {
+        break;
+    case CaptureFile::Outcome::CutShort:
         cutShort = true;
-    } else if (outcome == PCAP_ERROR) {
-        trouble = tr("%1: behind packet %2: %3")
-                      .arg(path)
-                      .arg(packets)
-                      .arg(QString::fromLocal8Bit(pcap_geterr(file.get())));
+        break;
+    case CaptureFile::Outcome::Damaged:
+        trouble = tr("%1: behind packet %2: %3").arg(path).arg(packets).arg(file->problem());
+        break;
+    case CaptureFile::Outcome::End:
+        break;
     }
     ended = true;
     return {};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capturefile.h"
 #include "record.h"
 
 #include <QCoreApplication>
@@ -7,8 +8,6 @@
 
 #include <cstdio>
 #include <memory>
-
-struct pcap;
 
 namespace capture {
 
@@ -33,14 +32,9 @@ public:
     bool isCutShort() const { return cutShort; }
 
 private:
-    struct Close
-    {
-        void operator()(pcap *opened) const;
-    };
+    Reader(std::unique_ptr<CaptureFile::Unpacker> opened, QString name);
 
-    Reader(pcap *opened, QString name);
-
-    std::unique_ptr<pcap, Close> file;
+    const std::unique_ptr<CaptureFile::Unpacker> file;
     const QString path;
     quint64 packets = 0;
     QString trouble;

@@ -1,15 +1,14 @@
 #include "writer.h"
 
+#include "modules/module.h"
 #include "reader.h"
 
 #include <QFile>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <limits>
-#include <pcap/pcap.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -41,68 +40,17 @@ bool isRecording(int file)
 
 } // namespace
 
-// Makes the bytes of a capture file with libpcap, in memory: a file that is written through a
-// stream keeps half a packet on a full disk.
-class Writer::Packer
-{
-public:
-    Packer()
-        : stream(::open_memstream(&bytes, &size))
-    {
-        if (!stream)
-            qFatal("no memory for a packet");
-        dead = pcap_open_dead(LinkType, PacketSize);
-        dumper = dead ? pcap_dump_fopen(dead, stream) : nullptr;
-        if (!dumper)
-            qFatal("no memory for a packet");
-    }
-    Packer(const Packer &) = delete;
-    Packer &operator=(const Packer &) = delete;
-    ~Packer()
-    {
-        pcap_dump_close(dumper);
-        pcap_close(dead);
-        std::free(bytes);
-    }
-
-    // What was packed since the last call: the file's header at first. Valid until the next one.
-    QByteArrayView take()
-    {
-        std::fflush(stream);
-        const QByteArrayView packed(bytes, qsizetype(size));
-        std::rewind(stream);
-        return packed;
-    }
-    void pack(const Record &record)
-    {
-        const QByteArray packet = encode(record);
-        const auto seconds = std::chrono::floor<std::chrono::seconds>(record.time);
-        pcap_pkthdr header = {};
-        header.ts.tv_sec = seconds.count();
-        header.ts.tv_usec = (record.time - seconds).count();
-        header.caplen = header.len = bpf_u_int32(packet.size());
-        pcap_dump(reinterpret_cast<u_char *>(dumper), &header,
-                  reinterpret_cast<const u_char *>(packet.constData()));
-    }
-
-private:
-    char *bytes = nullptr;
-    size_t size = 0;
-    std::FILE *stream; // of dumper, which closes it
-    pcap_t *dead = nullptr;
-    pcap_dumper_t *dumper = nullptr;
-};
-
-Writer::Writer(FileDescriptor descriptor)
+Writer::Writer(FileDescriptor descriptor, std::unique_ptr<CaptureFile::Packer> packing)
     : file(std::move(descriptor))
-    , packer(std::make_unique<Packer>())
+    , packer(std::move(packing))
 {
 }
 
-Writer::~Writer() = default;
-
 std::unique_ptr<Writer> Writer::create(const QString &path, QString *problem)
 {
+    auto *const format = modules::load<CaptureFile>(problem);
+    if (!format)
+        return nullptr;
     const QByteArray name = QFile::encodeName(path);
     constexpr int Flags = O_RDWR | O_CLOEXEC | O_NOCTTY | O_NOFOLLOW | O_NONBLOCK;
     constexpr mode_t Mode = 0666;
@@ -131,7 +79,8 @@ std::unique_ptr<Writer> Writer::create(const QString &path, QString *problem)
         *problem = tr("%1: exists and is no recording: choose another name").arg(path);
         return nullptr;
     }
-    std::unique_ptr<Writer> writer(new Writer(std::move(descriptor)));
+    std::unique_ptr<Writer> writer(
+        new Writer(std::move(descriptor), format->packer(LinkType, PacketSize)));
     // The header first: it takes the place of the old one, so a full disk keeps the old recording.
     if (!writer->append(writer->packer->take()) ||
         ::ftruncate(writer->file.get(), writer->end) != 0) {
@@ -146,7 +95,7 @@ std::unique_ptr<Writer> Writer::create(const QString &path, QString *problem)
 bool Writer::add(Record record)
 {
     record.lost = lostSinceWritten;
-    packer->pack(record);
+    packer->pack(record.time, encode(record));
     const QByteArrayView bytes = packer->take();
     if (end + bytes.size() > MaxFileSize) {
         trouble = tr("a recording has at most %1 MiB").arg(MaxFileSize / 1024 / 1024);

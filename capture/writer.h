@@ -1,5 +1,6 @@
 #pragma once
 
+#include "capturefile.h"
 #include "device/filedescriptor.h"
 #include "record.h"
 
@@ -21,7 +22,6 @@ public:
     // Makes the file, or empties one that is a recording. Anything else that is at this path, a
     // symbolic link too, stays as it is. Nothing, and the reason in problem, when that fails.
     static std::unique_ptr<Writer> create(const QString &path, QString *problem);
-    ~Writer();
 
     // False when it is lost. The record's own count of lost ones is replaced.
     bool add(Record record);
@@ -32,13 +32,11 @@ public:
     QString problem() const { return trouble; }
 
 private:
-    class Packer;
-
-    explicit Writer(FileDescriptor descriptor);
+    Writer(FileDescriptor descriptor, std::unique_ptr<CaptureFile::Packer> packing);
     bool append(QByteArrayView bytes);
 
     FileDescriptor file;
-    std::unique_ptr<Packer> packer;
+    std::unique_ptr<CaptureFile::Packer> packer;
     qint64 end = 0; // of what is whole
     quint64 writtenRecords = 0;
     quint64 lostRecords = 0;

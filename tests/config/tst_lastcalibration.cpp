@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 
 using namespace Qt::StringLiterals;
 
@@ -16,7 +17,7 @@ class tst_lastcalibration : public QObject
 
 private:
     QTemporaryDir data;
-    const LastCalibration good{QDateTime(QDate(2026, 5, 4), QTime(3, 2, 1), Qt::UTC), 3};
+    const LastCalibration good{QDateTime(QDate(2026, 5, 4), QTime(3, 2, 1), QTimeZone::utc()), 3};
 
     static void write(const QByteArray &text)
     {

@@ -5,6 +5,7 @@
 
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 
 using namespace Qt::StringLiterals;
 
@@ -121,7 +122,7 @@ private slots:
 
     void the_last_calibration_is_told_of()
     {
-        const LastCalibration last{QDateTime::fromSecsSinceEpoch(1790000000, Qt::UTC), 3};
+        const LastCalibration last{QDateTime::fromSecsSinceEpoch(1790000000, QTimeZone::utc()), 3};
         QVERIFY(last.keep());
         const Outcome told = runCtl(u"metrics --scans 0"_s, quickFrame());
         QVERIFY(told.lines().contains(R"(quorvel_calibration_deviation_ratio{frame="usb"} 0.03)"));

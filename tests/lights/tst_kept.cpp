@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 
 #include <cmath>
 
@@ -21,7 +22,7 @@ Measurement measured(int day, double weakest, const QString &unit = u"21-01234-1
 {
     Measurement measurement;
     measurement.unit.identification = unit;
-    measurement.date = QDateTime(Begin.addDays(day), QTime(12, 0), Qt::UTC);
+    measurement.date = QDateTime(Begin.addDays(day), QTime(12, 0), QTimeZone::utc());
     measurement.x.lights = 40;
     for (int s = 0; s < 4; ++s) {
         Scan scan(40, 200.0F);

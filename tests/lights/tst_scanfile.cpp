@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 
 #include <cmath>
 #include <sys/stat.h>
@@ -148,7 +149,7 @@ private slots:
     {
         Measurement written;
         written.unit = {u"1234-1605"_s, u"Entrance"_s};
-        written.date = QDateTime(QDate(2026, 11, 21), QTime(20, 15, 2), Qt::UTC);
+        written.date = QDateTime(QDate(2026, 11, 21), QTime(20, 15, 2), QTimeZone::utc());
         written.x = {.lights = 3,
                      .scans = {scanOf({215, 214.25F, 0}), scanOf({216, 213, std::nanf("")})},
                      .gains = {48, 50.5F, 255},

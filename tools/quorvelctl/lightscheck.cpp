@@ -22,6 +22,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QTimeZone>
 #include <QtEndian>
 
 #include <algorithm>
@@ -91,7 +92,7 @@ lights::Measurement ofRecording(const QString &path)
     lights::Measurement measurement = collector.measurement();
     if (measurement.x.lights == 0 && measurement.y.lights == 0)
         refuse(Words::tr("%1: no whole scan was recorded").arg(path));
-    measurement.date = QDateTime::fromMSecsSinceEpoch(time.count() / 1000, Qt::UTC);
+    measurement.date = QDateTime::fromMSecsSinceEpoch(time.count() / 1000, QTimeZone::utc());
     return measurement;
 }
 

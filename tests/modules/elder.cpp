@@ -1,0 +1,5 @@
+// A module of another version: it gives nothing to this one.
+extern "C" __attribute__((visibility("default"))) void *quorvel_elder(const char *)
+{
+    return nullptr;
+}
