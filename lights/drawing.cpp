@@ -119,8 +119,7 @@ QString svgStyle()
         if (*look.fill)
             style += u" fill: %1;"_s.arg(svgColor(look.fill));
         if (*look.stroke)
-            style += u" stroke: %1; stroke-width: %2;"_s.arg(svgColor(look.stroke))
-                         .arg(look.width);
+            style += u" stroke: %1; stroke-width: %2;"_s.arg(svgColor(look.stroke)).arg(look.width);
         if (look.dash[0] > 0)
             style += u" stroke-dasharray: %1 %2;"_s.arg(look.dash[0]).arg(look.dash[1]);
         if (look.opacity < 1)

@@ -22,7 +22,8 @@ std::vector<command::LightName> lightsToAsk(const Measurement &measurement,
 
 // Measures a frame over a link, for who must not block: asks for one scan after the other, whatever
 // comes in between, and for lost pages again. Scans carry gains, so the light screen's layout is
-// chosen; only what comes after the answer to that counts. Whoever else scans stays quiet meanwhile.
+// chosen; only what comes after the answer to that counts. Whoever else scans stays quiet
+// meanwhile.
 //
 // When the link ends, a measurement waits, and begins anew with whatever frame is there next.
 class Measuring : public QObject
@@ -96,7 +97,7 @@ private:
     command::LightCounts counts;
     UCHAR axis = command::scan::AxisX; // under scan
     AxisScan scan;
-    bool doubtful = false; // a scan may have been torn, and is asked for once more
+    bool doubtful = false;        // a scan may have been torn, and is asked for once more
     std::deque<Frame> scanFrames; // of the scan under way, for the collector when it is whole
     int rounds = 0;
     std::vector<command::LightName> dead;  // still to be asked about

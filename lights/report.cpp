@@ -1,8 +1,10 @@
 #include "report.h"
 
 #include "reportpicture.h"
+#include "scanfile.h"
 #include "text.h"
 #include "touch.h"
+#include "verdictfile.h"
 #include "words.h"
 
 #include <algorithm>
@@ -213,6 +215,19 @@ QString Page::table() const
 QByteArray toHtml(const Report &report)
 {
     return Page(report).html().toUtf8();
+}
+
+QJsonObject toJson(const Report &report)
+{
+    QJsonObject members = ScanFile::toJson(report.measurement);
+    const auto add = [&members](const QJsonObject &more) {
+        for (auto member = more.begin(); member != more.end(); ++member)
+            members[member.key()] = member.value();
+    };
+    add(verdictsToJson(report.measurement, report.verdicts));
+    if (report.baseline)
+        add(comparisonToJson(*report.baseline, report.changes, report.trend));
+    return members;
 }
 
 } // namespace lights

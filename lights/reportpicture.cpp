@@ -40,8 +40,7 @@ void addLights(Drawing &picture, const Wall &wall, Axis axis, const std::vector<
         const QString letter = letterFor(verdict);
         const double row = rowOf(verdict);
         const auto places = wall.along(axis, i, 1, row, row + LetterSize);
-        const double middle =
-            axis == Axis::X ? places[0].center().x() : places[0].center().y();
+        const double middle = axis == Axis::X ? places[0].center().x() : places[0].center().y();
         double &end = ends[row > rowOf(LightVerdict::Dead)];
         if (letter.isEmpty() || middle - end < LetterGap)
             continue;

@@ -39,7 +39,7 @@ private:
         int lights = 0; // as the device last said
         AxisScan coming;
         std::deque<Scan> scans;
-        std::deque<std::vector<int>> gains; // of the scans that had them
+        std::deque<std::vector<int>> gains;   // of the scans that had them
         std::vector<std::optional<bool>> off; // as far as the device was asked
         std::vector<int> offsets;
     };

@@ -15,7 +15,7 @@ build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core procps)
 test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
-                prometheus-node-exporter fish zsh)
+                prometheus-node-exporter fish zsh poppler-utils tidy)
 # What the measuring programs compare the tool with.
 bench_packages=(libqcustomplot-dev)
 style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)
