@@ -1,5 +1,6 @@
 #include "report.h"
 
+#include "findings.h"
 #include "reportpicture.h"
 #include "scanfile.h"
 #include "text.h"
@@ -131,22 +132,8 @@ QString Page::pictures() const
 QString Page::findings() const
 {
     QStringList all;
-    for (const Stretch &stretch : report.verdicts.stretches) {
-        all +=
-            Text::tr("%1 to %2: %3. %4")
-                .arg(lightName(stretch.axis, stretch.first), lightName(stretch.axis, stretch.last),
-                     word(stretch.verdict), advice(stretch, report.measurement.axis(stretch.axis)));
-    }
-    for (const Axis axis : Axes) {
-        const std::vector<Light> &lights = report.verdicts.axis(axis).lights;
-        for (int i = 0; i < int(lights.size()); ++i) {
-            if (lights[size_t(i)].verdict == LightVerdict::Healthy)
-                continue;
-            all += Text::tr("%1: %2. %3")
-                       .arg(lightName(axis, i), word(lights[size_t(i)].verdict),
-                            advice(axis, i, lights[size_t(i)], report.measurement.axis(axis)));
-        }
-    }
+    for (const Finding &finding : findingsOf(report))
+        all += finding.words;
     QString html = htmlElement(u"h2"_s, Text::tr("Findings"));
     html += all.isEmpty() ? htmlElement(u"p"_s, Text::tr("Nothing was found.")) : htmlList(all);
     if (faults.empty())
