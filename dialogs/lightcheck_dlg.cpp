@@ -81,6 +81,8 @@ void LightCheck_dlg::addTable()
     ui->table->setModel(order);
     ui->table->sortByColumn(LightModel::Name, Qt::AscendingOrder);
     ui->table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    QHeaderView *rows = ui->table->verticalHeader();
+    rows->setDefaultSectionSize(rows->minimumSectionSize());
     connect(ui->table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &current) {
                 if (current.isValid())
@@ -121,6 +123,7 @@ void LightCheck_dlg::linkBegan(bool tellsOfItself)
 {
     measuring.linkBegan(tellsOfItself);
     onMeasuringChanged();
+    showReport();
     tell({});
 }
 
@@ -186,6 +189,7 @@ void LightCheck_dlg::onFinished()
 
 void LightCheck_dlg::showMeasurement(const lights::Measurement &measurement)
 {
+    ui->nameEdit->setText(measurement.unit.name);
     take(measurement, true);
 }
 

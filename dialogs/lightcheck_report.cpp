@@ -219,7 +219,7 @@ void LightCheck_dlg::showReport()
         needsLights->setEnabled(hasLights);
     const lights::Unit &unit = report.measurement.unit;
     ui->unitLab->setText(
-        !hasLights ? QString()
+        !hasLights ? (measuring.isLinked() ? QString() : tr("No touch frame is linked."))
         : unit.identification.isEmpty()
             ? tr("Measured %1").arg(dateOf(report.measurement))
             : tr("Unit %1, measured %2").arg(unit.identification, dateOf(report.measurement)));

@@ -15,7 +15,7 @@ using lights::LightPlace;
 
 namespace {
 
-constexpr QSize LeastSize(260, 180);
+constexpr QSize LeastSize(240, 150);
 constexpr double MarkFrom = -3; // around the lights, away from the screen
 constexpr double MarkTo = lights::Wall::LightLength + 3;
 constexpr double LeastMark = 8; // pixels, however thin lights are

@@ -180,6 +180,7 @@ void PlottedCurves::setCurves(const std::array<AxisCurves, 2> &curves, double li
         panel.limit->point1->setCoords(0, limit);
         panel.limit->point2->setCoords(1, limit);
         panel.changes->setVisible(compares);
+        panel.changes->setMinimumSize(QSize(0, compares ? LeastSize.height() / 4 : 0));
         panel.changes->setMaximumSize(QWIDGETSIZE_MAX, compares ? QWIDGETSIZE_MAX : 0);
         panel.changes->setMinimumMargins(compares ? QMargins(4, 4, 8, 4) : QMargins());
         const int lights = int(curves[size_t(axis)].levels.size());
@@ -289,13 +290,13 @@ void PlottedCurves::takeColors()
                 axis->grid()->setZeroLinePen(QPen(text, 0));
             }
         }
-        panel.level->setPen(QPen(curves.level, 0));
-        panel.expected->setPen(QPen(curves.expected, 0, Qt::DashLine));
-        panel.baseline->setPen(QPen(curves.baseline, 0, Qt::DotLine));
-        panel.change->setPen(QPen(curves.level, 0));
+        panel.level->setPen(QPen(curves.level, 1));
+        panel.expected->setPen(QPen(curves.expected, 1, Qt::DashLine));
+        panel.baseline->setPen(QPen(curves.baseline, 1, Qt::DotLine));
+        panel.change->setPen(QPen(curves.level, 1));
         panel.bad->setScatterStyle(
             QCPScatterStyle(QCPScatterStyle::ssCross, QPen(curves.bad, 2), Qt::NoBrush, 7));
-        panel.limit->setPen(QPen(text, 0, Qt::DashDotLine));
+        panel.limit->setPen(QPen(text, 1, Qt::DashDotLine));
         panel.cursor->setPen(QPen(text, 0));
     }
     words->setBrush(base);

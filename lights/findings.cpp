@@ -7,6 +7,19 @@
 
 namespace lights {
 
+namespace {
+
+// What is dark because of its stretch gets its advice there.
+bool isToldOf(const Report &report, const Light &light)
+{
+    if (light.verdict != LightVerdict::Dead || !light.stretch)
+        return false;
+    const StretchVerdict stretch = report.verdicts.stretches.at(size_t(*light.stretch)).verdict;
+    return stretch == StretchVerdict::BrokenBoard || stretch == StretchVerdict::Obstacle;
+}
+
+} // namespace
+
 std::vector<Finding> findingsOf(const Report &report)
 {
     std::vector<Finding> all;
@@ -21,7 +34,7 @@ std::vector<Finding> findingsOf(const Report &report)
         const std::vector<Light> &lights = report.verdicts.axis(axis).lights;
         for (int i = 0; i < int(lights.size()); ++i) {
             const Light &light = lights[size_t(i)];
-            if (light.verdict == LightVerdict::Healthy)
+            if (light.verdict == LightVerdict::Healthy || isToldOf(report, light))
                 continue;
             all.push_back({axis, i, i,
                            Text::tr("%1: %2. %3")
@@ -48,8 +61,8 @@ QString wordsFor(const Report &report, const LightPlace &place)
     const QString name = lightName(place.axis, place.number);
     const QString level = QString::number(qRound(light.level));
     const QString expected = QString::number(qRound(light.expected));
-    const auto change = std::find_if(
-        report.changes.begin(), report.changes.end(), [&place](const Change &one) {
+    const auto change =
+        std::find_if(report.changes.begin(), report.changes.end(), [&place](const Change &one) {
             return one.axis == place.axis && one.light == place.number;
         });
     if (change == report.changes.end()) {

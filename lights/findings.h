@@ -19,7 +19,7 @@ struct Finding
     QString words; // what, and what to do
 };
 
-// Stretches first, then lights.
+// Stretches first, then lights, without those that a stretch is the reason for.
 std::vector<Finding> findingsOf(const Report &report);
 
 // What is known of each light of an axis since the baseline.

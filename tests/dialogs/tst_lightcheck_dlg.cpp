@@ -59,7 +59,8 @@ public:
         connect(window, &Window::Write03, this, [this](const UCHAR *bytes) {
             const Frame frame = command::frameAt(bytes);
             asked += text(frame);
-            QMetaObject::invokeMethod(this, [this, frame] { answer(frame); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                this, [this, frame] { answer(frame); }, Qt::QueuedConnection);
         });
         receivers.push_back([window](UCHAR *bytes) { window->DoRecv03(bytes); });
     }
@@ -240,6 +241,7 @@ private slots:
         QTest::keyClick(curves, Qt::Key_Up);
         QCOMPARE(chosenRow(), u"X 38"_s);
         QVERIFY(curves->accessibleName().contains(u"X 38: healthy, level "_s));
+        QTest::qWait(100); // it is drawn anew
         const QImage whole = curves->grab().toImage();
         QTest::keyClick(curves, Qt::Key_Plus);
         QTRY_VERIFY(curves->grab().toImage() != whole);
@@ -373,8 +375,7 @@ private slots:
         link->firmware = sim::Firmware(
             [] {
                 sim::Profile profile;
-                profile.oddLights = {
-                    {.axis = command::settings::AxisX, .number = 17, .level = 60}};
+                profile.oddLights = {{.axis = command::settings::AxisX, .number = 17, .level = 60}};
                 return profile;
             }(),
             [] { return std::chrono::milliseconds(0); });
@@ -382,8 +383,7 @@ private slots:
         QVERIFY2(words("comparisonLab").contains(u"light X 17 has changed most"_s),
                  qPrintable(words("comparisonLab")));
         auto *table = the<QTableView>("table");
-        const QString change =
-            table->model()->index(rowOf(u"X 17"_s), 5).data().toString();
+        const QString change = table->model()->index(rowOf(u"X 17"_s), 5).data().toString();
         QVERIFY2(change.toDouble() < -50, qPrintable(change));
         // Not compared with anything.
         auto *menu = the<QPushButton>("compareButton")->menu();
@@ -446,9 +446,9 @@ private slots:
                      qPrintable(name));
             QTest::keyClick(focus, Qt::Key_Tab);
         }
-        for (const char *name : {"measureButton", "followBox", "nameEdit", "wall", "findingsList",
-                                 "curves", "rememberButton", "compareButton", "reportButton",
-                                 "closeButton"})
+        for (const char *name :
+             {"measureButton", "followBox", "nameEdit", "wall", "findingsList", "curves",
+              "rememberButton", "compareButton", "reportButton", "closeButton"})
             QVERIFY2(reached.contains(QString::fromLatin1(name)), name);
     }
 
