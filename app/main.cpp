@@ -5,8 +5,10 @@
 #include "endsignals.h"
 #include "mainwindow.h"
 #include "pluginfolder.h"
+#include "printable.h"
 #include "qtsingleapplication.h"
 #include "resources/resources.h"
+#include "resources/translations.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
@@ -125,6 +127,7 @@ int main(int argc, char **argv)
     qInstallMessageHandler(usual);
     std::fputs(heldBack.constData(), stderr);
     initResources();
+    const Translations translations;
     // Qt has taken its own options out by now: "-style" does not ask for a silent start.
     asked = CommandLine::parse(argumentsOf(argc, argv));
     if (!asked.close && !asked.problem.isEmpty()) {
@@ -181,7 +184,7 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "%s\n",
                      qPrintable(QCoreApplication::translate("main", "Started hidden in the tray: "
                                                                     "the argument %1 asks for it.")
-                                    .arg(asked.hiddenBy)));
+                                    .arg(printable(asked.hiddenBy))));
     const int result = QtSingleApplication::exec();
     if (demo)
         std::puts(demo->calibrationKept() ? "calibration: kept" : "calibration: not kept");

@@ -1,5 +1,7 @@
 #include "pluginfolder.h"
 
+#include "printable.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -29,14 +31,10 @@ namespace {
 constexpr int MaxEntries = 4096;
 constexpr int MaxLinks = 40; // as many as the kernel follows
 
-// Names of files come from whoever made them; none may steer the reader's terminal.
+// Names of files come from whoever made them.
 QString printable(const fs::path &path)
 {
-    QString text = QFile::decodeName(path.c_str());
-    for (QChar &c : text)
-        if (!c.isPrint())
-            c = u'?';
-    return text;
+    return printable(QFile::decodeName(path.c_str()));
 }
 
 bool isTrusted(uid_t user)
@@ -180,10 +178,12 @@ private:
     {
         if (!othersCanWrite(entry))
             return true;
-        const QString who = (entry.st_mode & S_IWOTH) != 0
-                                ? tr("everybody")
-                                : tr("group %1").arg(groupName(entry.st_gid));
-        fail(tr("%1 can write to %2; \"chmod go-w\" would let it in").arg(who, printable(place)));
+        if ((entry.st_mode & S_IWOTH) != 0)
+            fail(tr("everybody can write to %1; \"chmod go-w\" would let it in")
+                     .arg(printable(place)));
+        else
+            fail(tr("group %1 can write to %2; \"chmod go-w\" would let it in")
+                     .arg(groupName(entry.st_gid), printable(place)));
         return false;
     }
 

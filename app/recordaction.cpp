@@ -3,7 +3,9 @@
 #include <QFileDialog>
 #include <QMessageBox>
 
+#include <algorithm>
 #include <cstdio>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -28,9 +30,9 @@ QString RecordAction::note() const
             .arg(recorder.path(), recorder.problem());
     }
     if (recorder.lost() > 0) {
-        return tr("Recording into %1, where %2 packets are missing.")
-            .arg(recorder.path())
-            .arg(recorder.lost());
+        return tr("Recording into %1, where %Ln packet(s) are missing.", nullptr,
+                  int(std::min<quint64>(recorder.lost(), std::numeric_limits<int>::max())))
+            .arg(recorder.path());
     }
     return tr("Recording into %1.").arg(recorder.path());
 }

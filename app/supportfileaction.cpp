@@ -6,6 +6,7 @@
 #include "dialogs/screenlayout.h"
 #include "dialogs/supportfile_dlg.h"
 #include "doctor/examination.h"
+#include "resources/translations.h"
 
 #include <QGuiApplication>
 #include <QScopedValueRollback>
@@ -66,6 +67,8 @@ QList<bundle::Entry> SupportFileAction::gather()
     }
     const doctor::Interview said =
         doctor::interview(link, bitsPerSecond(connection.uartsetting.BaudRate), Patience);
+    // It is read by whoever gives support, wherever that is, and by programs.
+    const InEnglish words;
     const doctor::Machine machine;
     const auto examination = doctor::Examination::of(machine, patient, said);
 

@@ -28,7 +28,7 @@ QString CalEnd_dlg::accuracyText(int deviation)
 {
     if (deviation > LargestGoodDeviation)
         return tr("Calibration error is too large.We recommend calibrate it again.");
-    return tr("Calibration accuracy: ") + QString::number(100 - deviation) + tr("%.");
+    return tr("Calibration accuracy: %1%.").arg(100 - deviation);
 }
 
 bool CalEnd_dlg::CalEnd(int deviation)
@@ -37,7 +37,9 @@ bool CalEnd_dlg::CalEnd(int deviation)
     qCInfo(lcCalibration).noquote() << accuracyText(deviation);
     const QString whole =
         deviation > LargestGoodDeviation
-            ? accuracyText(deviation) + u' ' + tr("The touches were %1% off.").arg(deviation)
+            ? tr("Calibration error is too large.We recommend calibrate it again. The touches were "
+                 "%1% off.")
+                  .arg(deviation)
             : accuracyText(deviation);
     setToolTip(whole);
     setAccessibleDescription(whole);
@@ -71,5 +73,5 @@ void CalEnd_dlg::ontimer()
         close();
     }
     --time;
-    ui->Nobtn->setText(tr("No = ") + QString::number(time));
+    ui->Nobtn->setText(tr("No = %1").arg(time));
 }

@@ -1,5 +1,6 @@
 #include "lightplot.h"
 
+#include <QCoreApplication>
 #include <QFont>
 #include <QPainter>
 
@@ -201,7 +202,7 @@ void LightPlot::drawLabel(QPainter &painter, QPoint anchor, QPoint offset) const
     painter.save();
     painter.translate(anchor);
     painter.scale(scale, scale);
-    painter.drawText(offset, "Num:"_L1 + QString::number(chosen->number) + "  ADC:"_L1 + chosenAdc +
-                                 "  AGC:"_L1 + chosenAgc);
+    painter.drawText(offset, QCoreApplication::translate("LightSet_dlg", "Num:%1  ADC:%2  AGC:%3")
+                                 .arg(QString::number(chosen->number), chosenAdc, chosenAgc));
     painter.restore();
 }

@@ -15,12 +15,17 @@ QString kept()
     return QCoreApplication::translate("outcome", "Kept.");
 }
 
-QString notKept()
+QString shortPath()
 {
     QString path = XML_CLASS::filePath();
     if (path.startsWith(QDir::homePath() + u'/'))
         path.replace(0, QDir::homePath().size(), u'~');
-    return QCoreApplication::translate("outcome", "Not kept: cannot write %1").arg(path);
+    return path;
+}
+
+QString notKept()
+{
+    return QCoreApplication::translate("outcome", "Not kept: cannot write %1").arg(shortPath());
 }
 
 void show(QLabel *label, const QString &text)

@@ -8,7 +8,8 @@ class QLabel;
 namespace outcome {
 
 QString kept();
-QString notKept(); // and why
+QString notKept();   // and why
+QString shortPath(); // of the settings file, from the home on where it lies there
 
 // Says so in a label that has no other use; nothing for an empty text. Screen readers are told.
 void show(QLabel *label, const QString &text);

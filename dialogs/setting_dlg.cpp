@@ -1,6 +1,7 @@
 #include "setting_dlg.h"
 
 #include "config/fields.h"
+#include "fittext.h"
 #include "outcome.h"
 #include "present.h"
 #include "readable.h"
@@ -24,6 +25,7 @@ Setting_dlg::Setting_dlg(QWidget *parent)
         button->setEnabled(false);
     setStringFont();
     Get_Data();
+    fitButtons(this);
 }
 
 Setting_dlg::~Setting_dlg() = default;
@@ -56,42 +58,42 @@ void Setting_dlg::hideEvent(QHideEvent *event)
 
 void Setting_dlg::on_Operatebtn_clicked()
 {
-    choose(ui->UseLab, ui->Operatebtn);
+    choose(&chosen.Use, u"Operate"_s);
 }
 
 void Setting_dlg::on_Writebtn_clicked()
 {
-    choose(ui->UseLab, ui->Writebtn);
+    choose(&chosen.Use, u"Write"_s);
 }
 
 void Setting_dlg::on_Percussionbtn_clicked()
 {
-    choose(ui->UseLab, ui->Percussionbtn);
+    choose(&chosen.Use, u"Percussion"_s);
 }
 
 void Setting_dlg::on_Multipointbtn_clicked()
 {
-    choose(ui->UseLab, ui->Multipointbtn);
+    choose(&chosen.Use, u"Multipoint"_s);
 }
 
 void Setting_dlg::on_Indoorbtn_clicked()
 {
-    choose(ui->EnvironmentLab, ui->Indoorbtn);
+    choose(&chosen.Environment, u"Indoor"_s);
 }
 
 void Setting_dlg::on_Rainbtn_clicked()
 {
-    choose(ui->EnvironmentLab, ui->Rainbtn);
+    choose(&chosen.Environment, u"Rain"_s);
 }
 
 void Setting_dlg::on_Sunshinebtn_clicked()
 {
-    choose(ui->EnvironmentLab, ui->Sunshinebtn);
+    choose(&chosen.Environment, u"Sunshine"_s);
 }
 
 void Setting_dlg::on_Shockbtn_clicked()
 {
-    choose(ui->EnvironmentLab, ui->Shockbtn);
+    choose(&chosen.Environment, u"Shock"_s);
 }
 
 void Setting_dlg::on_okbtn_clicked()
@@ -123,10 +125,18 @@ void Setting_dlg::on_AdvBtn_clicked()
         present(advanced);
 }
 
-void Setting_dlg::choose(QLabel *pending, const QPushButton *button)
+void Setting_dlg::choose(QString *word, const QString &chosenWord)
 {
-    pending->setText(button->text());
+    *word = chosenWord;
+    showChosen();
     outcome::show(ui->noticeLab, {});
+}
+
+// The settings file has the same words in every language; one that no button has is shown as it is.
+void Setting_dlg::showChosen()
+{
+    ui->EnvironmentLab->setText(tr(chosen.Environment.toUtf8().constData()));
+    ui->UseLab->setText(tr(chosen.Use.toUtf8().constData()));
 }
 
 // What a store reads from no file is what it had before.
@@ -150,14 +160,13 @@ void Setting_dlg::Easyset_Data()
 
 void Setting_dlg::Data2Easysetting()
 {
-    ui->EnvironmentLab->setText(EasysettingData.Environment);
-    ui->UseLab->setText(EasysettingData.Use);
+    chosen = EasysettingData;
+    showChosen();
 }
 
 void Setting_dlg::Easysetting2Data()
 {
-    EasysettingData.Environment = ui->EnvironmentLab->text();
-    EasysettingData.Use = ui->UseLab->text();
+    EasysettingData = chosen;
 }
 
 // Empty until there is a command that carries the preset.

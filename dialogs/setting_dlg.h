@@ -8,8 +8,6 @@
 
 #include <memory>
 
-class QLabel;
-class QPushButton;
 namespace Ui {
 class Setting_dlg;
 }
@@ -55,11 +53,13 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    void choose(QLabel *pending, const QPushButton *button);
+    void choose(QString *word, const QString &chosenWord);
+    void showChosen();
     bool isKept(); // what the form shows
 
     std::unique_ptr<Ui::Setting_dlg> ui;
     Showing showing{this};
     _EASYSETTING_DATA EasysettingData; // as last read or kept
+    _EASYSETTING_DATA chosen;          // pending, as the file would have it
     XML_CLASS xmlclass;
 };

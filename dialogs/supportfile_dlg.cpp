@@ -3,6 +3,7 @@
 #include "ui_supportfile_dlg.h"
 
 #include <QAccessible>
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFontDatabase>
 
@@ -31,8 +32,11 @@ void SupportFile_dlg::setEntries(const QList<bundle::Entry> &files)
     ui->fileList->clear();
     for (const bundle::Entry &entry : entries) {
         auto *item = new QListWidgetItem(entry.name, ui->fileList);
-        item->setToolTip(entry.about);
-        item->setData(Qt::AccessibleDescriptionRole, entry.about);
+        // The file is English; here it is explained to its sender.
+        const QString about =
+            QCoreApplication::translate("bundle::Contents", entry.about.toUtf8().constData());
+        item->setToolTip(about);
+        item->setData(Qt::AccessibleDescriptionRole, about);
     }
     ui->fileList->setCurrentRow(0);
     tell({});

@@ -3,6 +3,7 @@
 #include "advset_dlg.h"
 #include "config/fields.h"
 #include "device/records.h"
+#include "fittext.h"
 #include "outcome.h"
 #include "present.h"
 #include "scrolled.h"
@@ -55,6 +56,7 @@ useradv_dlg::useradv_dlg(QWidget *parent)
     for (const QCheckBox *box : {ui->checkBox, ui->checkBox_2, ui->WheelEn})
         connect(box, &QCheckBox::toggled, this, [this] { setNotice({}); });
     Get_Data();
+    fitButtons(this);
 }
 
 useradv_dlg::~useradv_dlg() = default;
@@ -260,7 +262,7 @@ void useradv_dlg::tellOutcome(const Outcome &became)
     if (became.sent && became.kept)
         setNotice(tr("Kept, and sent to the touch frame."));
     else if (became.sent)
-        setNotice(tr("Sent. %1").arg(outcome::notKept()),
+        setNotice(tr("Sent. Not kept: cannot write %1").arg(outcome::shortPath()),
                   tr("The settings are sent, but %1 cannot be written: they are not kept.")
                       .arg(XML_CLASS::filePath()));
     else if (became.kept)

@@ -26,6 +26,19 @@ QString hex(quint32 value, int digits = 1)
     return QString::number(value, 16).toUpper().rightJustified(digits, u'0');
 }
 
+// Names of makes, the same in every language.
+QString familyName(quint32 family)
+{
+    switch (family) {
+    case Orva:
+        return u"ORVA"_s;
+    case Telma:
+        return u"TELMA"_s;
+    default:
+        return u"UNDEF"_s;
+    }
+}
+
 } // namespace
 
 Version_Dlg::Version_Dlg(QWidget *parent)
@@ -77,17 +90,15 @@ void Version_Dlg::showEvent(QShowEvent *event)
 void Version_Dlg::showRecord()
 {
     const quint32 version = hidver.VersionNumber;
-    ui->label_3->setText(tr("Device version: ") + hex(version >> 12) + tr(".") +
-                         hex((version & 0xFFF) >> 8) + tr(".") + hex((version & 0xFF) >> 4) +
-                         tr(".") + hex(version & 0xF));
-    ui->label_4->setText(tr("Hardware: ") + hex(hidver.VendorID, 4) + tr(" - ") +
-                         hex(hidver.ProductID, 4));
-    ui->label_5->setText(tr("SID: ") + hex(hidver.CHECKSUM, 8) + tr(" - ") + hex(hidver.SVNNUM, 6));
-    const QString type = hidver.P_FID == Orva    ? tr("ORVA")
-                         : hidver.P_FID == Telma ? tr("TELMA")
-                                                 : tr("UNDEF");
-    ui->label_6->setText(tr("PID: ") + type + tr(" - ") + hex(hidver.P_DATE, 4) +
-                         hex(hidver.P_NUM, 5));
+    ui->label_3->setText(tr("Device version: %1.%2.%3.%4")
+                             .arg(hex(version >> 12), hex((version & 0xFFF) >> 8),
+                                  hex((version & 0xFF) >> 4), hex(version & 0xF)));
+    ui->label_4->setText(
+        tr("Hardware: %1 - %2").arg(hex(hidver.VendorID, 4), hex(hidver.ProductID, 4)));
+    ui->label_5->setText(tr("SID: %1 - %2").arg(hex(hidver.CHECKSUM, 8), hex(hidver.SVNNUM, 6)));
+    ui->label_6->setText(
+        tr("PID: %1 - %2", "family, date and number")
+            .arg(familyName(hidver.P_FID), hex(hidver.P_DATE, 4) + hex(hidver.P_NUM, 5)));
     for (QLabel *line : lines())
         fitText(line, line->width());
 }

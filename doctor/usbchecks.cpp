@@ -143,7 +143,7 @@ Finding checkNode(const Machine &machine, const QList<UsbFrame> &frames, const Q
                  .arg(frame.node)});
     if (frames.size() > 1)
         return Finding::note(NodeCheck,
-                             {UsbWords::tr("%n touch frame(s) are on USB; %1 is the first.",
+                             {UsbWords::tr("There are %n touch frames on USB; %1 is the first.",
                                            nullptr, int(frames.size()))
                                   .arg(frame.node),
                               UsbWords::tr("Unplug the others, or name a node on the command "

@@ -144,7 +144,7 @@ void Measuring::take(const Frame &report)
         collector.received(report);
         go(Step::Settings);
     } else if (const auto settings = command::AdcReport::decode(report);
-               settings && step == Step::Settings) {
+               settings && settings->counts.arePossible() && step == Step::Settings) {
         collector.received(report);
         counts = settings->counts;
         if (counts.x == 0 && counts.y == 0) {

@@ -103,10 +103,10 @@ Levels scanAxis(Session &session, UCHAR axis, int count, bool pairs)
     }
     if (doubtful)
         return *doubtful;
-    throw Failure(NoAnswer, Words::tr("The scan of %1 stays incomplete: %2 of %3 lights came.")
-                                .arg(axisName(axis))
-                                .arg(most)
-                                .arg(count));
+    throw session.overdue(Words::tr("The scan of %1 stays incomplete: %2 of %3 lights came.")
+                              .arg(axisName(axis))
+                              .arg(most)
+                              .arg(count));
 }
 
 } // namespace ctl

@@ -1,0 +1,34 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="en">
+<context>
+    <name>RecordAction</name>
+    <message numerus="yes">
+        <source>Recording into %1, where %Ln packet(s) are missing.</source>
+        <translation>
+            <numerusform>Recording into %1, where %Ln packet is missing.</numerusform>
+            <numerusform>Recording into %1, where %Ln packets are missing.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>bundle::Contents</name>
+    <message numerus="yes">
+        <source>    (%n more time(s))</source>
+        <translation>
+            <numerusform>    (%n more time)</numerusform>
+            <numerusform>    (%n more times)</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>doctor::UsbChecks</name>
+    <message numerus="yes">
+        <source>There are %n touch frames on USB; %1 is the first.</source>
+        <translation>
+            <numerusform>There is %n touch frame on USB, at %1.</numerusform>
+            <numerusform>There are %n touch frames on USB; %1 is the first.</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>
