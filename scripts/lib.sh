@@ -15,11 +15,7 @@ desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-
                   xcompmgr fonts-dejavu-core fonts-wqy-microhei fonts-wine qt6-translations-l10n
                   procps)
 test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
-<<<<<<< HEAD
-                prometheus-node-exporter fish zsh poppler-utils tidy)
-=======
-                prometheus-node-exporter ansible-core fish zsh)
->>>>>>> main
+                prometheus-node-exporter ansible-core fish zsh poppler-utils tidy)
 style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static udev xz-utils procps)
