@@ -15,6 +15,7 @@
 #include "dialogs/test_win.h"
 #include "dialogs/useradv_dlg.h"
 #include "dialogs/version_dlg.h"
+#include "lightcheckaction.h"
 #include "readhotplug.h"
 #include "recordaction.h"
 #include "resetquestion.h"
@@ -309,6 +310,11 @@ void MainWindow::addContextMenu()
     settingAction->setEnabled(ui->setbtn->isEnabled());
     contextMenu->addAction(tr("S&moothing"), this, [this] { present(smoothingdlg); });
     contextMenu->addAction(tr("&Connect"), this, &MainWindow::on_conbtn_clicked);
+    auto *lightCheck = new LightCheckAction(*link, this);
+    contextMenu->addAction(lightCheck);
+    addAction(lightCheck);
+    testwin->addToMenu(lightCheck);
+    advdlg->addAction(lightCheck);
     contextMenu->addAction(recordAction);
     contextMenu->addAction(new SupportFileAction(*link, this));
     connect(recordAction, &RecordAction::noteChanged, this,

@@ -10,14 +10,12 @@ project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 # Debian 12 and 13.
 build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
                 qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libcli11-dev
-                libpcap-dev libarchive-dev)
+                libpcap-dev libarchive-dev libqcustomplot-dev)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core fonts-wqy-microhei fonts-wine qt6-translations-l10n
                   procps)
 test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
-                prometheus-node-exporter ansible-core fish zsh)
-# What the measuring programs compare the tool with.
-bench_packages=(libqcustomplot-dev)
+                prometheus-node-exporter ansible-core fish zsh poppler-utils tidy)
 style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static udev xz-utils procps)
@@ -76,8 +74,8 @@ install_missing() {
 needs() {
     local packages=("${build_packages[@]}" "${test_packages[@]}")
     case $1 in
-        style*) packages+=("${style_packages[@]}" "${bench_packages[@]}") ;;
-        unit | gui | *-asan) packages+=("${desktop_packages[@]}" "${bench_packages[@]}") ;;
+        style*) packages+=("${style_packages[@]}") ;;
+        unit | gui | *-asan) packages+=("${desktop_packages[@]}") ;;
         as-released | demo) packages+=("${desktop_packages[@]}") ;;
         screenshots) packages+=("${desktop_packages[@]}") ;;
         kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;

@@ -537,9 +537,10 @@ private slots:
             texts.append(action->text());
             enabled.append(action->isEnabled());
         }
-        QCOMPARE(texts, QStringList({u"&Setting"_s, u"S&moothing"_s, u"&Connect"_s, u"&Record..."_s,
-                                     u"Support &file..."_s}));
-        QCOMPARE(enabled, QList<bool>({false, true, true, true, true}));
+        QCOMPARE(texts,
+                 QStringList({u"&Setting"_s, u"S&moothing"_s, u"&Connect"_s, u"&Light check..."_s,
+                              u"&Record..."_s, u"Support &file..."_s}));
+        QCOMPARE(enabled, QList<bool>({false, true, true, true, true, true}));
         QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_M);
         QTRY_VERIFY(child<smoothing_dlg>("smoothing_dlg")->isVisible());
     }
