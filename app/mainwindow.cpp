@@ -309,6 +309,7 @@ void MainWindow::addContextMenu()
     settingAction->setEnabled(ui->setbtn->isEnabled());
     contextMenu->addAction(tr("S&moothing"), this, [this] { present(smoothingdlg); });
     contextMenu->addAction(tr("&Connect"), this, &MainWindow::on_conbtn_clicked);
+    contextMenu->addTrials();
     contextMenu->addAction(recordAction);
     contextMenu->addAction(new SupportFileAction(*link, this));
     connect(recordAction, &RecordAction::noteChanged, this,
