@@ -204,10 +204,11 @@ QString CalibrationCheck_dlg::resultWords() const
                                     shown(model->largestGoodWorst()));
 }
 
-void CalibrationCheck_dlg::speak(QWidget *label) const
+void CalibrationCheck_dlg::speak(QLabel *label)
 {
     QAccessibleEvent told(label, QAccessible::Alert);
     QAccessible::updateAccessibility(&told);
+    emit spoken(label->text());
 }
 
 // Between the cross in the middle and the one at the bottom.

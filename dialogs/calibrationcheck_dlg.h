@@ -12,6 +12,7 @@
 namespace Ui {
 class CalibrationCheck_dlg;
 }
+class QLabel;
 class QTimer;
 
 // A full-screen page that asks for touches on crosses, shows how far each was from its cross, and
@@ -31,6 +32,9 @@ public:
 
     const CalibrationCheck &check() const { return *model; }
 
+signals:
+    void spoken(const QString &words); // to assistive tools
+
 public slots:
     void on_againButton_clicked();
 
@@ -48,7 +52,7 @@ private:
     void begin();
     void take(const QPointF &at, quint64 ms); // in the window's own pixels
     void tell();
-    void speak(QWidget *label) const;
+    void speak(QLabel *label);
     QString resultWords() const;
     void placePanel();
     void paintCross(QPainter &painter, int number) const;

@@ -123,4 +123,5 @@ void TryOut_dlg::speak()
     untilSpoken->stop();
     QAccessibleEvent told(ui->lastLab, QAccessible::Alert);
     QAccessible::updateAccessibility(&told);
+    emit spoken(ui->lastLab->text());
 }

@@ -26,6 +26,9 @@ public:
     // A gesture as a sentence.
     static QString words(const Gesture &gesture);
 
+signals:
+    void spoken(const QString &words); // to assistive tools
+
 public slots:
     void tell(const Gesture &gesture);
     void on_clearButton_clicked();

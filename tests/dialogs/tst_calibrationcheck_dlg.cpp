@@ -1,8 +1,8 @@
 #include "dialogs/calibrationcheck_dlg.h"
-#include "tests/support/spoken.h"
 
 #include <QFrame>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPointingDevice>
 #include <QProcess>
 #include <QPushButton>
@@ -32,6 +32,9 @@ class tst_calibrationcheck_dlg : public QObject
     bool isCovering() const { return page->size() == QSize(1280, 800); }
     static void mouse(QPoint at, const QString &does)
     {
+        // A press is lost while the window manager is still busy with the window; and one that
+        // follows another at once does not count.
+        QTest::qWait(310);
         QStringList words{u"mousemove"_s, QString::number(at.x()), QString::number(at.y())};
         words += does.split(u' ', Qt::SkipEmptyParts);
         QCOMPARE(QProcess::execute(u"xdotool"_s, words), 0);
@@ -41,13 +44,16 @@ class tst_calibrationcheck_dlg : public QObject
         QTest::touchEvent(page.get(), screen).press(0, at);
         QTest::touchEvent(page.get(), screen).release(0, at);
     }
-    // Each cross, so far beside it, as fast as touches count.
-    void touchAll(QPoint beside)
+    // Each cross, so far beside it: a second after each other, as the events have it.
+    void pressAll(QPoint beside)
     {
         for (int number = 0; number < CalibrationCheck::Crosses; ++number) {
             QCOMPARE(page->check().asked(), number);
-            touch(page->check().cross(number) + beside);
-            QTest::qWait(310);
+            const QPointF at = page->check().cross(number) + beside;
+            QMouseEvent press(QEvent::MouseButtonPress, at, page->mapToGlobal(at), Qt::LeftButton,
+                              Qt::LeftButton, Qt::NoModifier);
+            press.setTimestamp(1000 * quint64(number + 1));
+            QCoreApplication::sendEvent(page.get(), &press);
         }
         QVERIFY(page->check().isFinished());
     }
@@ -71,22 +77,31 @@ private slots:
             mouse(places[number] + QPoint(3, 4), u"click 1"_s);
             QTRY_COMPARE(page->check().asked(), number + 1);
             QCOMPARE(page->check().distance(number), 5.0);
-            QTest::qWait(310);
         }
         QCOMPARE(task(), u"Passed"_s);
         QCOMPARE(result(), u"Touches were 5.0 px (1.3 mm) off on average, and at the most 5.0 px "
-                           "(1.3 mm), at cross 1. Good are up to 7.6 px on average and 15.1 px at "
+                           "(1.3 mm), at cross 1. Good are up to 7.5 px on average and 15.1 px at "
                            "the most."_s);
     }
 
-    void by_touch_too_and_again()
+    void by_touch_too()
     {
-        touchAll({0, 3});
+        for (int number = 0; number < CalibrationCheck::Crosses; ++number) {
+            touch(page->check().cross(number) + QPoint(0, 3));
+            QCOMPARE(page->check().asked(), number + 1);
+            QTest::qWait(310);
+        }
+        QCOMPARE(task(), u"Passed"_s);
+    }
+
+    void again_begins_anew()
+    {
+        pressAll({0, 3});
         QCOMPARE(task(), u"Passed"_s);
         child<QPushButton>("againButton")->click();
         QCOMPARE(task(), u"Touch the middle of cross 1 of 9."_s);
         QCOMPARE(result(), QString());
-        touchAll({16, 0});
+        pressAll({16, 0});
         QCOMPARE(task(), u"Calibrate again"_s);
     }
 
@@ -120,14 +135,13 @@ private slots:
         touch(inside);
         QCOMPARE(page->check().asked(), 1);
         QCOMPARE(page->check().touch(0), QPointF(inside));
-        QTest::qWait(310);
         mouse(page->mapToGlobal(inside), u"click 1"_s);
         QTRY_COMPARE(page->check().asked(), 2);
     }
 
     void at_the_end_the_buttons_are_touched()
     {
-        touchAll({0, 0});
+        pressAll({0, 0});
         auto *again = child<QPushButton>("againButton");
         QTRY_VERIFY(again->isVisible());
         QTest::touchEvent(page.get(), screen)
@@ -135,7 +149,7 @@ private slots:
         QTest::touchEvent(page.get(), screen)
             .release(0, again->mapTo(page.get(), again->rect().center()));
         QTRY_VERIFY(!page->check().isFinished());
-        touchAll({0, 0});
+        pressAll({0, 0});
         const auto *close = child<QPushButton>("closeButton");
         mouse(close->mapToGlobal(close->rect().center()), u"click 1"_s);
         QTRY_VERIFY(!page->isVisible());
@@ -175,15 +189,17 @@ private slots:
         QVERIFY(!timer->isActive());
     }
 
-    void every_touch_and_the_verdict_are_spoken()
+    void every_touch_is_spoken_and_the_verdict()
     {
-        const Spoken spoken;
-        touchAll({0, 10});
-        QCOMPARE(spoken.said().size(), 18);
-        QCOMPARE(spoken.said().first(), u"Cross 1: 10.0 px off, which is 2.6 mm."_s);
-        QCOMPARE(spoken.said().at(1), u"Touch the middle of cross 2 of 9."_s);
-        QVERIFY(spoken.said().at(16).startsWith(u"Touches were 10.0 px"_s));
-        QCOMPARE(spoken.said().at(17), u"Calibrate again"_s);
+        QStringList spoken;
+        connect(page.get(), &CalibrationCheck_dlg::spoken, this,
+                [&spoken](const QString &words) { spoken.append(words); });
+        pressAll({0, 10});
+        QCOMPARE(spoken.size(), 18);
+        QCOMPARE(spoken[0], u"Cross 1: 10.0 px off, which is 2.6 mm."_s);
+        QCOMPARE(spoken[1], u"Touch the middle of cross 2 of 9."_s);
+        QVERIFY2(spoken[16].startsWith(u"Touches were 10.0 px"_s), qPrintable(spoken[16]));
+        QCOMPARE(spoken[17], u"Calibrate again"_s);
     }
 
     void the_cross_that_is_asked_for_stands_out()

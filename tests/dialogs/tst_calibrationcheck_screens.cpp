@@ -27,6 +27,8 @@ class tst_calibrationcheck_screens : public QObject
         page.show();
         QVERIFY(QTest::qWaitForWindowActive(&page));
         QTRY_COMPARE(page.size(), page.screen()->size());
+        // A press is lost while the window manager is still busy with the window.
+        QTest::qWait(200);
     }
 
     // Neither while touches are asked for nor when all words are there.
@@ -87,7 +89,7 @@ private slots:
         QTRY_COMPARE(page.check().asked(), 1);
         QVERIFY2(qAbs(page.check().distance(0) - 11) <= 1.5,
                  qPrintable(QString::number(page.check().distance(0))));
-        QCOMPARE(page.check().largestGoodWorst(), 30.24);
+        QCOMPARE(page.check().largestGoodWorst(), 24.0);
     }
 
     void nothing_covers_a_cross_on_a_small_screen() { look(1); }
@@ -104,9 +106,8 @@ private slots:
             parent.show();
             QVERIFY(QTest::qWaitForWindowExposed(&parent));
             QTRY_COMPARE(parent.screen(), wanted);
-            page.show();
-            QVERIFY(QTest::qWaitForWindowActive(&page));
-            QTRY_COMPARE(page.geometry(), wanted->geometry());
+            show(page);
+            QCOMPARE(page.geometry(), wanted->geometry());
             QCOMPARE(page.check().size(), wanted->geometry().size());
             mouse(wanted->geometry().topLeft() + page.check().cross(0) + QPoint(0, 2));
             QTRY_COMPARE(page.check().asked(), 1);

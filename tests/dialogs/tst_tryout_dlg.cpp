@@ -1,6 +1,5 @@
 #include "dialogs/gesturefield.h"
 #include "dialogs/tryout_dlg.h"
-#include "tests/support/spoken.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -43,6 +42,8 @@ class tst_tryout_dlg : public QObject
     // With the pointer in the field, so far from its corner.
     void mouse(QPoint at, const QString &does) const
     {
+        // A press is lost while the window manager is still busy with the window.
+        QTest::qWait(200);
         const QPoint place = field()->mapToGlobal(at);
         QStringList words{u"mousemove"_s, QString::number(place.x()), QString::number(place.y())};
         words += does.split(u' ', Qt::SkipEmptyParts);
@@ -79,7 +80,8 @@ private slots:
 
     void a_double_click_of_a_mouse_is_told_with_what_lies_between()
     {
-        mouse({100, 40}, u"click 1 mousemove_relative 3 0 click 1"_s);
+        // Far from the clicks of other tests.
+        mouse({300, 60}, u"click 1 mousemove_relative 3 0 click 1"_s);
         const QString words = u"Double click: # ms and # px apart"_s;
         QTRY_COMPARE(numbers(words).size(), 2);
         QVERIFY(numbers(words)[0] < 400);
@@ -238,16 +240,20 @@ private slots:
 
     void every_gesture_is_spoken_once_and_as_what_it_became()
     {
-        const Spoken spoken;
+        QStringList spoken;
+        connect(dialog.get(), &TryOut_dlg::spoken, this,
+                [&spoken](const QString &words) { spoken.append(words); });
         dialog->tell(click());
         dialog->tell({.kind = Kind::DoubleClick, .time = 240, .distance = 3, .replaces = true});
-        QCOMPARE(spoken.said(), QStringList());
-        QTRY_COMPARE(spoken.said(), QStringList(u"Double click: 240 ms and 3 px apart"_s));
-        // What comes fast is not lost.
+        QCOMPARE(spoken, QStringList());
+        QTRY_COMPARE(spoken, QStringList(u"Double click: 240 ms and 3 px apart"_s));
+        // What comes fast is not lost; what is cleared is.
         dialog->tell({.kind = Kind::Drag, .time = 640, .distance = 312});
         dialog->tell(click());
-        QTRY_COMPARE(spoken.said().mid(1), QStringList({u"Drag of 312 px in 640 ms"_s,
-                                                        u"Click: down for 90 ms, moved 2 px"_s}));
+        QCOMPARE(spoken.mid(1), QStringList(u"Drag of 312 px in 640 ms"_s));
+        dialog->on_clearButton_clicked();
+        QTest::qWait(700);
+        QCOMPARE(spoken.size(), 2);
     }
 
     void what_the_desktop_goes_by_is_told()
