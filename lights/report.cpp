@@ -188,14 +188,14 @@ QString Page::table() const
             const Light &light = verdict.lights[size_t(i)];
             html += u"<tr><th scope=\"row\">%1</th><td>%2</td>"_s.arg(
                 lightName(axis, i), word(light.verdict).toHtmlEscaped());
-            html += cell(QString::number(light.level, 'f', 1));
-            html += cell(QString::number(light.expected, 'f', 1));
-            html += cell(verdict.noiseKnown ? QString::number(light.noise, 'f', 1) : QString());
+            html += cell(oneDecimal(light.level));
+            html += cell(oneDecimal(light.expected));
+            html += cell(verdict.noiseKnown ? oneDecimal(light.noise) : QString());
             if (compares) {
                 // Both are in the same order; lights that gave no signal then have no change.
                 const bool isOne =
                     change != report.changes.end() && change->axis == axis && change->light == i;
-                html += cell(isOne ? QString::number(100 * change->alone, 'f', 1) : QString());
+                html += cell(isOne ? oneDecimal(100 * change->alone) : QString());
                 change += isOne;
             }
             html += u"</tr>\n"_s;

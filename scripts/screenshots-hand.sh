@@ -7,6 +7,7 @@
 
 title='Quorvel \(simulated touch frame\)'
 patience=20
+settings_key=s # in the context menu
 number=0
 
 fail() {
@@ -122,7 +123,7 @@ open_menu() {
 # The way to the diagnostics; $menu_window is the menu that leads to their two screens.
 open_usage() {
     open_menu
-    xdotool key s
+    xdotool key "$settings_key"
     open usage "${usage[@]}"
 }
 open_gestures() {

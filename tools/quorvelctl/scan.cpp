@@ -125,10 +125,10 @@ Levels scanAxis(Session &session, UCHAR axis, int lights, bool pairs)
     }
     if (doubtful)
         return *doubtful;
-    throw Failure(NoAnswer, Words::tr("The scan of %1 stays incomplete: %2 of %3 lights came.")
-                                .arg(axisName(axis))
-                                .arg(most)
-                                .arg(lights));
+    throw session.overdue(Words::tr("The scan of %1 stays incomplete: %2 of %3 lights came.")
+                              .arg(axisName(axis))
+                              .arg(most)
+                              .arg(lights));
 }
 
 } // namespace ctl
