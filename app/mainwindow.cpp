@@ -315,6 +315,7 @@ void MainWindow::addContextMenu()
     addAction(lightCheck);
     testwin->addToMenu(lightCheck);
     advdlg->addAction(lightCheck);
+    contextMenu->addTrials();
     contextMenu->addAction(recordAction);
     contextMenu->addAction(new SupportFileAction(*link, this));
     connect(recordAction, &RecordAction::noteChanged, this,
