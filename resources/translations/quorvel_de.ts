@@ -814,6 +814,10 @@ passt</translation>
         <translation>MalvoTools</translation>
     </message>
     <message>
+        <source>Usage and environment</source>
+        <translation>Verwendung und Umgebung</translation>
+    </message>
+    <message>
         <source>Use</source>
         <translation>Nutzung</translation>
     </message>
@@ -1021,6 +1025,10 @@ passt</translation>
         <translation>Quorvel</translation>
     </message>
     <message>
+        <source>Versions</source>
+        <translation>Versionen</translation>
+    </message>
+    <message>
         <source>OK</source>
         <translation>OK</translation>
     </message>
@@ -1141,6 +1149,10 @@ passt</translation>
     <message>
         <source>MalvoTools</source>
         <translation>MalvoTools</translation>
+    </message>
+    <message>
+        <source>Diagnostics</source>
+        <translation>Diagnose</translation>
     </message>
     <message>
         <source>Test the signals</source>
