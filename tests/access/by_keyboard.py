@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/python3 -B
 """by_keyboard.py QUORVEL QUORVEL-SIM: somebody without a mouse connects a simulated frame on a serial
 line, calibrates it, sets a gesture, turns it, reads versions, tests the signals and sets one light.
 What came of it is what the frame says.
@@ -33,8 +33,8 @@ class SerialFrame:
                 return log.read().count(words) >= times
         until(f"the frame on the serial line to say {words!r}", says)
 
-    def touch(self, x, y):
-        self.program.stdin.write(f"touch {x} {y}\n")
+    def do(self, words):
+        self.program.stdin.write(words + "\n")
         self.program.stdin.flush()
 
 
@@ -43,7 +43,7 @@ def calibrate(reader, home, frame):
     reader.window("Calibration")
     for step, (x, y) in enumerate(((1, 1), (7, 1), (7, 7), (1, 7)), 1):
         frame.told(f"host > frame  calibration: step {step}")
-        frame.touch(WIDTH // 8 * x, HEIGHT // 8 * y)
+        frame.do(f"touch {WIDTH // 8 * x} {HEIGHT // 8 * y}")
     question = reader.window("MalvoTools", "Do you want to save the Calibration results ?")
     if "accuracy" not in question.get_description():
         raise AssertionError(f"the question says only {question.get_description()!r}")
@@ -76,9 +76,12 @@ def set_gesture(reader, home):
     box = reader.press(gestures, "Enable press and hold for right-button")
     until("the box to be empty", lambda: not has(box, Atspi.StateType.CHECKED))
     reader.go_to(gestures, "Duration of press and hold")
+    slider = reader.at
     reader.key("End")
+    until("the longest duration", lambda: Atspi.Value.get_current_value(slider) == Atspi.Value.get_maximum_value(slider))
+    longest = int(Atspi.Value.get_maximum_value(slider))
     reader.press(gestures, "Apply")
-    reader.told("host > frame  gestures: all 1, right button 0 after 3000 ms")
+    reader.told(f"host > frame  gestures: all 1, right button 0 after {longest} ms")
     return usage, gestures
 
 
@@ -129,12 +132,17 @@ def set_light(reader, diagnostics):
 
 
 def main(quorvel, simulator):
+    os.makedirs(os.path.expanduser("~/.config"), exist_ok=True)
     frame = SerialFrame(simulator)
     reader = Reader(quorvel)
     home = reader.window("Quorvel")
     until("that no frame is linked", lambda: reader.control(home, "Have not linked equipment"))
     connect(reader, home, frame)
     calibrate(reader, home, frame)
+    frame.do("unplug")
+    reader.control(home, "Have not linked equipment")
+    until("why no frame is linked", lambda: reader.heard[-1] != "Quorvel: a touch frame is linked"
+          and reader.heard[-1].startswith("Quorvel: "))
     reader.end()
     frame.program.terminate()
     frame.program.wait()

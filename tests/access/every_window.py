@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/python3 -B
 """every_window.py QUORVEL: opens every window of the program, by keyboard, and looks at what a
 screen reader finds there: each control has a name that no other one beside it has, a role and its
 state, and what is told in a window is spoken at once.
