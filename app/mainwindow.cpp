@@ -3,6 +3,7 @@
 #include "device/records.h"
 #include "device/version.h"
 #include "dialogs/advset_dlg.h"
+#include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/connect_dlg.h"
 #include "dialogs/lightset_dlg.h"
@@ -216,6 +217,9 @@ void MainWindow::addDialogs()
     calibrationdlg->setOpener(this);
     wire(calibrationdlg.get());
     connect(calibrationdlg.get(), &Calibration_Dlg::saved, this, &MainWindow::calibrationSaved);
+    connect(calibrationdlg.get(), &Calibration_Dlg::saved, this, [this](int deviation) {
+        statusLine.setCalibrationNote(CalEnd_dlg::accuracyText(deviation));
+    });
     connect(calibrationdlg.get(), &Calibration_Dlg::endedByItself, this,
             [this](const QString &why) { statusLine.setCalibrationNote(why); });
     versiondlg = new Version_Dlg(this);

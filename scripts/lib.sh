@@ -13,7 +13,7 @@ build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport
                 libpcap-dev libarchive-dev libqcustomplot-dev)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core fonts-wqy-microhei fonts-wine qt6-translations-l10n
-                  procps)
+                  dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-gi procps)
 test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
                 prometheus-node-exporter ansible-core fish zsh poppler-utils tidy)
 style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)

@@ -831,6 +831,10 @@ Bildschirms passt</translation>
         <translation>MalvoTools</translation>
     </message>
     <message>
+        <source>Usage and environment</source>
+        <translation>Verwendung und Umgebung</translation>
+    </message>
+    <message>
         <source>Use</source>
         <translation>Nutzung</translation>
     </message>
@@ -1038,6 +1042,10 @@ Bildschirms passt</translation>
         <translation>Quorvel</translation>
     </message>
     <message>
+        <source>Versions</source>
+        <translation>Versionen</translation>
+    </message>
+    <message>
         <source>OK</source>
         <translation>OK</translation>
     </message>
@@ -1158,6 +1166,10 @@ Bildschirms passt</translation>
     <message>
         <source>MalvoTools</source>
         <translation>MalvoTools</translation>
+    </message>
+    <message>
+        <source>Diagnostics</source>
+        <translation>Diagnose</translation>
     </message>
     <message>
         <source>Test the signals</source>

@@ -830,6 +830,10 @@ screen</source>
         <translation>MalvoTools</translation>
     </message>
     <message>
+        <source>Usage and environment</source>
+        <translation>用途与环境</translation>
+    </message>
+    <message>
         <source>Use</source>
         <translation>用途</translation>
     </message>
@@ -1037,6 +1041,10 @@ screen</source>
         <translation>Quorvel</translation>
     </message>
     <message>
+        <source>Versions</source>
+        <translation>版本</translation>
+    </message>
+    <message>
         <source>OK</source>
         <translation>确定</translation>
     </message>
@@ -1157,6 +1165,10 @@ screen</source>
     <message>
         <source>MalvoTools</source>
         <translation>MalvoTools</translation>
+    </message>
+    <message>
+        <source>Diagnostics</source>
+        <translation>诊断</translation>
     </message>
     <message>
         <source>Test the signals</source>
