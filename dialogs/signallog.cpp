@@ -1,6 +1,6 @@
 #include "signallog.h"
 
-#include "config/plainfile.h"
+#include "device/plainfile.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

@@ -1,6 +1,6 @@
 #include "version_dlg.h"
 
-#include "config/plainfile.h"
+#include "device/plainfile.h"
 #include "device/struct.h"
 #include "device/version.h"
 #include "fittext.h"

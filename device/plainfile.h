@@ -1,7 +1,8 @@
 #pragma once
 
-#include "device/filedescriptor.h"
+#include "filedescriptor.h"
 
+#include <QByteArray>
 #include <QString>
 
 // Files in a folder that others may write to as well: nothing here follows a symbolic link, waits
@@ -15,5 +16,9 @@ FileDescriptor openEmpty(const QString &path);
 // Copies a file, with its permissions, into a folder where nothing has its name; leaves nothing
 // half-written. The source may be a link to a file. False when nothing was copied.
 bool copyInto(const QString &source, const QString &folder);
+
+// Puts a file of this content in the place of a file or a link of this name: whole, and safe
+// from a power cut, or not at all. An empty text, or why it failed.
+QString replace(const QString &path, const QByteArray &content);
 
 } // namespace plainfile

@@ -3,9 +3,13 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace plainfile {
 
@@ -63,6 +67,40 @@ bool copyInto(const QString &source, const QString &folder)
     if (!whole)
         ::unlinkat(place.get(), name.constData(), 0);
     return whole;
+}
+
+QString replace(const QString &path, const QByteArray &content)
+{
+    const auto reason = [] { return QString::fromLocal8Bit(std::strerror(errno)); };
+    const QByteArray name = QFile::encodeName(path);
+    struct stat there = {};
+    if (::lstat(name.constData(), &there) == 0 && !S_ISREG(there.st_mode) &&
+        !S_ISLNK(there.st_mode)) {
+        errno = S_ISDIR(there.st_mode) ? EISDIR : EINVAL;
+        return reason();
+    }
+    QByteArray temporary = name + ".XXXXXX";
+    const FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (!file.isValid())
+        return reason();
+    const auto giveUp = [&] {
+        const QString why = reason();
+        ::unlink(temporary.constData());
+        return why;
+    };
+    for (qsizetype done = 0; done < content.size();) {
+        const ssize_t count =
+            ::write(file.get(), content.constData() + done, size_t(content.size() - done));
+        if (count < 0 && errno != EINTR)
+            return giveUp();
+        done += std::max<ssize_t>(count, 0);
+    }
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    if (::fchmod(file.get(), ForAll & ~mask) != 0 || ::fsync(file.get()) != 0 ||
+        ::rename(temporary.constData(), name.constData()) != 0)
+        return giveUp();
+    return {};
 }
 
 } // namespace plainfile
