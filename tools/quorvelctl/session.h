@@ -114,8 +114,8 @@ public:
     std::optional<Report> report(QDeadlineTimer deadline);
     // What it says next that is new and an answer. Without one in time that is a failure.
     Frame next(const IsAnswer &isAnswer);
-    // Why nothing came in time: the frame is gone, takes nothing, or the sentence; without one, that
-    // it did not answer.
+    // Why nothing came in time: the frame is gone, takes nothing, or the sentence; without one,
+    // that it did not answer.
     Failure overdue(const QString &otherwise = {});
     // Sends a frame that changes something and has no answer: what, as a person calls it, counts as
     // unconfirmed from then on. Returns when the link has taken it.
