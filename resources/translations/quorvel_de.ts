@@ -187,7 +187,7 @@
 <context>
     <name>LightCheckAction</name>
     <message>
-        <source>&amp;Light check...</source>
+        <source>Light c&amp;heck...</source>
         <translation>&amp;Lichtprüfung...</translation>
     </message>
 </context>
@@ -383,6 +383,14 @@
             <numerusform>Folgt dem Touchrahmen: bisher %Ln Messung jeder Achse.</numerusform>
             <numerusform>Folgt dem Touchrahmen: bisher %Ln Messungen jeder Achse.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Views</source>
+        <translation>Ansichten</translation>
+    </message>
+    <message>
+        <source>Report...</source>
+        <translation>Bericht...</translation>
     </message>
 </context>
 <context>

@@ -187,8 +187,8 @@
 <context>
     <name>LightCheckAction</name>
     <message>
-        <source>&amp;Light check...</source>
-        <translation>灯检查(&amp;L)...</translation>
+        <source>Light c&amp;heck...</source>
+        <translation>灯检查(&amp;H)...</translation>
     </message>
 </context>
 <context>
@@ -382,6 +382,14 @@
         <translation>
             <numerusform>正在跟踪触摸框：每轴已扫描 %Ln 次。</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Views</source>
+        <translation>视图</translation>
+    </message>
+    <message>
+        <source>Report...</source>
+        <translation>报告...</translation>
     </message>
 </context>
 <context>
