@@ -241,7 +241,7 @@ void LightCheck_dlg::showComparison()
             tr("Since %1 light %2 has changed most for the worse, by %3 % beside the "
                "others.")
                 .arg(dateOf(*report.baseline), lights::lightName(worst->axis, worst->light),
-                     QString::number(100 * worst->alone, 'f', 1));
+                     QLocale().toString(100 * worst->alone, 'f', 1));
     }
     if (report.trend)
         sentences += wordsFor(*report.trend);

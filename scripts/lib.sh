@@ -19,6 +19,8 @@ test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
 style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static udev xz-utils procps)
+# What reports are opened in.
+browser_packages=(chromium)
 # What a Debian of another release is made with.
 root_packages=(mmdebstrap util-linux)
 # What boots one.
@@ -75,7 +77,8 @@ needs() {
     local packages=("${build_packages[@]}" "${test_packages[@]}")
     case $1 in
         style*) packages+=("${style_packages[@]}") ;;
-        unit | gui | *-asan) packages+=("${desktop_packages[@]}") ;;
+        unit | gui) packages+=("${desktop_packages[@]}") ;;
+        *-asan) packages+=("${desktop_packages[@]}" "${browser_packages[@]}") ;;
         as-released | demo) packages+=("${desktop_packages[@]}") ;;
         screenshots) packages+=("${desktop_packages[@]}") ;;
         kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;

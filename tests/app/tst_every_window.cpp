@@ -6,6 +6,7 @@
 #include "dialogs/advconnect_dlg.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/lightcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/readable.h"
 #include "dialogs/rotation_dlg.h"
@@ -179,6 +180,7 @@ private:
     std::unique_ptr<MainWindow> main;
     std::unique_ptr<CalEnd_dlg> question;
     std::unique_ptr<advconnect_dlg> tuio;
+    std::unique_ptr<LightCheck_dlg> lightCheck;
 
     void open()
     {
@@ -187,6 +189,7 @@ private:
         main = std::make_unique<MainWindow>(frame);
         question = std::make_unique<CalEnd_dlg>();
         tuio = std::make_unique<advconnect_dlg>();
+        lightCheck = std::make_unique<LightCheck_dlg>();
         // It fits its words to their place when it comes up.
         main->findChild<Rotation_dlg *>()->show();
     }
@@ -276,6 +279,7 @@ private slots:
         main.reset();
         question.reset();
         tuio.reset();
+        lightCheck.reset();
         XML_CLASS::useHome(QString());
         QApplication::setPalette(QPalette());
     }

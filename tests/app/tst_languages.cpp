@@ -7,6 +7,7 @@
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/fittext.h"
+#include "dialogs/lightcheck_dlg.h"
 #include "dialogs/supportfile_dlg.h"
 #include "resources/resources.h"
 #include "resources/translations.h"
@@ -95,6 +96,7 @@ private:
     std::unique_ptr<CalEnd_dlg> question;
     std::unique_ptr<advconnect_dlg> tuio;
     std::unique_ptr<SupportFile_dlg> supportFile;
+    std::unique_ptr<LightCheck_dlg> lightCheck;
 
     // Some windows fit their words to their place when they come up.
     void open(const QString &language, bool shown)
@@ -106,6 +108,7 @@ private:
         question = std::make_unique<CalEnd_dlg>();
         tuio = std::make_unique<advconnect_dlg>();
         supportFile = std::make_unique<SupportFile_dlg>();
+        lightCheck = std::make_unique<LightCheck_dlg>();
         for (QWidget *window : windows()) {
             if (!shown || window->inherits("Calibration_Dlg"))
                 continue;
@@ -165,6 +168,7 @@ private slots:
         question.reset();
         tuio.reset();
         supportFile.reset();
+        lightCheck.reset();
         translations.reset();
         XML_CLASS::useHome(QString());
     }
