@@ -538,7 +538,7 @@ private slots:
             enabled.append(action->isEnabled());
         }
         QCOMPARE(texts,
-                 QStringList({u"&Setting"_s, u"S&moothing"_s, u"&Connect"_s, u"&Light check..."_s,
+                 QStringList({u"&Setting"_s, u"S&moothing"_s, u"&Connect"_s, u"L&ight check..."_s,
                               u"&Record..."_s, u"Support &file..."_s}));
         QCOMPARE(enabled, QList<bool>({false, true, true, true, true, true}));
         QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_M);
