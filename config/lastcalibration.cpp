@@ -1,11 +1,12 @@
 #include "lastcalibration.h"
 
+#include "device/plainfile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QTemporaryFile>
 
@@ -117,9 +118,6 @@ bool LastCalibration::keep() const
 {
     const QByteArray text = textOf(*this);
     share(text);
-    QSaveFile file(filePath());
-    if (!QDir().mkpath(QFileInfo(file.fileName()).path()) || !file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(text);
-    return file.commit();
+    return QDir().mkpath(QFileInfo(filePath()).path()) &&
+           plainfile::replace(filePath(), text).isEmpty();
 }
