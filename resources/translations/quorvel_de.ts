@@ -152,6 +152,65 @@
     </message>
 </context>
 <context>
+    <name>CalibrationCheck_dlg</name>
+    <message>
+        <source>Calibration check</source>
+        <translation>Kalibrierung prüfen</translation>
+    </message>
+    <message>
+        <source>Touch the crosses one after the other. ESC leaves.</source>
+        <translation>Berühren Sie die Kreuze nacheinander. ESC bricht ab.</translation>
+    </message>
+    <message>
+        <source>ESC leaves, Backspace takes the last touch back.</source>
+        <translation>ESC bricht ab, die Rücktaste nimmt die letzte Berührung zurück.</translation>
+    </message>
+    <message>
+        <source>Check &amp;again</source>
+        <translation>&amp;Nochmals prüfen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Touch the middle of cross %L1 of %L2.</source>
+        <translation>Berühren Sie die Mitte von Kreuz %L1 von %L2.</translation>
+    </message>
+    <message>
+        <source>Passed</source>
+        <translation>Bestanden</translation>
+    </message>
+    <message>
+        <source>Calibrate again</source>
+        <translation>Neu kalibrieren</translation>
+    </message>
+    <message>
+        <source>Cross %L1: %2 px off, which is %3 mm.</source>
+        <translation>Kreuz %L1: %2 px daneben, das sind %3 mm.</translation>
+    </message>
+    <message>
+        <source>Cross %L1: %2 px off.</source>
+        <translation>Kreuz %L1: %2 px daneben.</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5. Good are up to %6 px on average and %7 px at the most.</source>
+        <translation>Die Berührungen lagen im Mittel %1 px (%2 mm) daneben und höchstens %3 px (%4 mm), bei Kreuz %L5. Gut sind bis zu %6 px im Mittel und höchstens %7 px.</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3. Good are up to %4 px on average and %5 px at the most.</source>
+        <translation>Die Berührungen lagen im Mittel %1 px daneben und höchstens %2 px, bei Kreuz %L3. Gut sind bis zu %4 px im Mittel und höchstens %5 px.</translation>
+    </message>
+    <message>
+        <source>%L1: %2 px, %3 mm</source>
+        <translation>%L1: %2 px, %3 mm</translation>
+    </message>
+    <message>
+        <source>%L1: %2 px</source>
+        <translation>%L1: %2 px</translation>
+    </message>
+</context>
+<context>
     <name>Calibration_Dlg</name>
     <message>
         <source>MalvoTools</source>
@@ -204,7 +263,7 @@
 <context>
     <name>LightCheckAction</name>
     <message>
-        <source>Light c&amp;heck...</source>
+        <source>L&amp;ight check...</source>
         <translation>&amp;Lichtprüfung...</translation>
     </message>
 </context>
@@ -240,7 +299,7 @@
     </message>
     <message>
         <source>&amp;Key</source>
-        <translation>&amp;Zeichen</translation>
+        <translation>&amp;Legende</translation>
     </message>
     <message>
         <source>Letters: w weak, d dead, n noisy, s saturated, o switched off. Dark strips: touches are missed; light ones: they jump. Bars outside: stretches with one thing wrong.</source>
@@ -248,11 +307,11 @@
     </message>
     <message>
         <source>Curves: solid the level, dashed that of a healthy light, dotted the level then, dash-dotted the lowest that works; crosses: lights out of order.</source>
-        <translation>Kurven: durchgezogen der Pegel, gestrichelt der einer gesunden Lichtschranke, gepunktet der Pegel damals, strichpunktiert der niedrigste, der genügt; Kreuze: Lichtschranken mit Fehler.</translation>
+        <translation>Kurven: durchgezogen der Pegel, gestrichelt der einer gesunden Lichtschranke, gepunktet der damalige Pegel, strichpunktiert der niedrigste, der noch reicht; Kreuze: gestörte Lichtschranken.</translation>
     </message>
     <message>
         <source>The arrow keys go from light to light, in the picture of the frame and in the curves; Enter opens one in the light screen. In the curves + and - zoom, and 0 shows all.</source>
-        <translation>Die Pfeiltasten gehen von Lichtschranke zu Lichtschranke, im Bild des Rahmens und in den Kurven; die Eingabetaste öffnet eine in der Lichteinstellung. In den Kurven vergrößern und verkleinern + und -, und 0 zeigt alle.</translation>
+        <translation>Die Pfeiltasten gehen von Lichtschranke zu Lichtschranke, im Bild des Rahmens und in den Kurven; die Eingabetaste öffnet eine in der Lichteinstellung. In den Kurven vergrößern und verkleinern + und -, und 0 zeigt alles.</translation>
     </message>
     <message>
         <source>Progress of the measurement</source>
@@ -260,11 +319,11 @@
     </message>
     <message>
         <source>&amp;Follow</source>
-        <translation>&amp;Folgen</translation>
+        <translation>&amp;Fortlaufend</translation>
     </message>
     <message>
         <source>Go on measuring until it is stopped</source>
-        <translation>Weiter messen, bis es beendet wird</translation>
+        <translation>Weitermessen, bis es gestoppt wird</translation>
     </message>
     <message>
         <source>&amp;Measure</source>
@@ -276,11 +335,11 @@
     </message>
     <message>
         <source>Keep this measurement as what is good for this unit</source>
-        <translation>Diese Messung als gut für dieses Gerät merken</translation>
+        <translation>Diese Messung als den guten Zustand dieses Geräts aufbewahren</translation>
     </message>
     <message>
         <source>Compare &amp;with</source>
-        <translation>&amp;Vergleichen mit</translation>
+        <translation>Ver&amp;gleichen mit</translation>
     </message>
     <message>
         <source>Re&amp;port...</source>
@@ -304,11 +363,18 @@
     </message>
     <message>
         <source>The touch frame is gone. Measuring begins anew when one is there.</source>
-        <translation>Der Touchrahmen ist weg. Die Messung beginnt von vorn, sobald einer da ist.</translation>
+        <translation>Der Touchrahmen ist weg. Die Messung beginnt neu, sobald einer da ist.</translation>
     </message>
     <message>
         <source>&amp;Stop</source>
         <translation>&amp;Stopp</translation>
+    </message>
+    <message numerus="yes">
+        <source>Following the touch frame: %n scan(s) of each axis so far.</source>
+        <translation>
+            <numerusform>Der Touchrahmen wird verfolgt: bisher %n Messung je Achse.</numerusform>
+            <numerusform>Der Touchrahmen wird verfolgt: bisher %n Messungen je Achse.</numerusform>
+        </translation>
     </message>
     <message>
         <source>Curves of the levels. %1</source>
@@ -316,11 +382,11 @@
     </message>
     <message>
         <source>&amp;What was remembered last</source>
-        <translation>Der &amp;letzten gemerkten Messung</translation>
+        <translation>&amp;Zuletzt gemerkt</translation>
     </message>
     <message>
         <source>A &amp;file...</source>
-        <translation>Einer &amp;Datei...</translation>
+        <translation>&amp;Datei...</translation>
     </message>
     <message>
         <source>Compare with a file</source>
@@ -336,11 +402,11 @@
     </message>
     <message>
         <source>Remembered. What is measured from now on can be compared with it.</source>
-        <translation>Gemerkt. Was von nun an gemessen wird, kann damit verglichen werden.</translation>
+        <translation>Gemerkt. Was ab jetzt gemessen wird, lässt sich damit vergleichen.</translation>
     </message>
     <message>
         <source>Write a report</source>
-        <translation>Einen Bericht schreiben</translation>
+        <translation>Bericht schreiben</translation>
     </message>
     <message>
         <source>Documents (*.pdf)</source>
@@ -360,7 +426,7 @@
     </message>
     <message>
         <source>%1: a report is a file whose name ends with .pdf, .html, .json or .csv</source>
-        <translation>%1: ein Bericht ist eine Datei, deren Name auf .pdf, .html, .json oder .csv endet</translation>
+        <translation>%1: Ein Bericht ist eine Datei, deren Name auf .pdf, .html, .json oder .csv endet</translation>
     </message>
     <message>
         <source>%1 cannot be written: %2</source>
@@ -392,29 +458,14 @@
     </message>
     <message>
         <source>Since %1 light %2 has changed most for the worse, by %3 % beside the others.</source>
-        <translation>Seit %1 hat sich Lichtschranke %2 am meisten verschlechtert, um %3 % gegenüber den anderen.</translation>
-    </message>
-    <message numerus="yes">
-        <source>Following the touch frame: %Ln scan(s) of each axis so far.</source>
-        <translation>
-            <numerusform>Folgt dem Touchrahmen: bisher %Ln Messung jeder Achse.</numerusform>
-            <numerusform>Folgt dem Touchrahmen: bisher %Ln Messungen jeder Achse.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>Views</source>
-        <translation>Ansichten</translation>
-    </message>
-    <message>
-        <source>Report...</source>
-        <translation>Bericht...</translation>
+        <translation>Seit %1 hat sich die Lichtschranke %2 am meisten verschlechtert, um %3 % gegenüber den anderen.</translation>
     </message>
 </context>
 <context>
     <name>LightModel</name>
     <message>
         <source>%1 of light %2: %3</source>
-        <translation>%1 von Lichtschranke %2: %3</translation>
+        <translation>%1 der Lichtschranke %2: %3</translation>
     </message>
     <message>
         <source>Light</source>
@@ -1310,6 +1361,117 @@ Bildschirms passt</translation>
     </message>
 </context>
 <context>
+    <name>TryOut_dlg</name>
+    <message>
+        <source>Try out gestures</source>
+        <translation>Gesten ausprobieren</translation>
+    </message>
+    <message>
+        <source>Field for gestures</source>
+        <translation>Feld für Gesten</translation>
+    </message>
+    <message>
+        <source>Press and hold, click twice, drag or turn the wheel here, with a finger or a mouse.</source>
+        <translation>Hier mit dem Finger oder der Maus halten, doppelklicken, ziehen oder das Rad drehen.</translation>
+    </message>
+    <message>
+        <source>Gestures before the last one</source>
+        <translation>Gesten vor der letzten</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Wheel: less than a step in %L1 ms</source>
+        <translation>Rad: weniger als ein Schritt in %L1 ms</translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the left in %L1 ms</source>
+        <translation>
+            <numerusform>Rad: %Ln Schritt nach links in %L1 ms</numerusform>
+            <numerusform>Rad: %Ln Schritte nach links in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the right in %L1 ms</source>
+        <translation>
+            <numerusform>Rad: %Ln Schritt nach rechts in %L1 ms</numerusform>
+            <numerusform>Rad: %Ln Schritte nach rechts in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) up in %L1 ms</source>
+        <translation>
+            <numerusform>Rad: %Ln Schritt nach oben in %L1 ms</numerusform>
+            <numerusform>Rad: %Ln Schritte nach oben in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) down in %L1 ms</source>
+        <translation>
+            <numerusform>Rad: %Ln Schritt nach unten in %L1 ms</numerusform>
+            <numerusform>Rad: %Ln Schritte nach unten in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>On this desktop two clicks within %L1 ms are a double click, two taps also within %L2 px; what is down for %L3 ms is held, and what moves %L4 px is dragged.</source>
+        <translation>Auf diesem Desktop sind zwei Klicks innerhalb von %L1 ms ein Doppelklick, zwei Tipper auch innerhalb von %L2 px; was %L3 ms unten bleibt, wird gehalten, und was sich %L4 px bewegt, wird gezogen.</translation>
+    </message>
+    <message>
+        <source>Tap: down for %L1 ms, moved %L2 px</source>
+        <translation>Tippen: %L1 ms unten, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Click: down for %L1 ms, moved %L2 px</source>
+        <translation>Klick: %L1 ms unten, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Tap %L1 ms after the one before and %L2 px from it: no double tap</source>
+        <translation>Tippen %L1 ms nach dem vorigen und %L2 px davon entfernt: kein Doppeltippen</translation>
+    </message>
+    <message>
+        <source>Click %L1 ms after the one before and %L2 px from it: no double click</source>
+        <translation>Klick %L1 ms nach dem vorigen und %L2 px davon entfernt: kein Doppelklick</translation>
+    </message>
+    <message>
+        <source>Double tap: %L1 ms and %L2 px apart</source>
+        <translation>Doppeltippen: %L1 ms und %L2 px auseinander</translation>
+    </message>
+    <message>
+        <source>Double click: %L1 ms and %L2 px apart</source>
+        <translation>Doppelklick: %L1 ms und %L2 px auseinander</translation>
+    </message>
+    <message>
+        <source>Touched for %L1 ms, moved %L2 px: no right click</source>
+        <translation>%L1 ms berührt, %L2 px bewegt: kein Rechtsklick</translation>
+    </message>
+    <message>
+        <source>Pressed for %L1 ms, moved %L2 px: no right click</source>
+        <translation>%L1 ms gedrückt, %L2 px bewegt: kein Rechtsklick</translation>
+    </message>
+    <message>
+        <source>Right click after %L1 ms, moved %L2 px</source>
+        <translation>Rechtsklick nach %L1 ms, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Right click: down for %L1 ms, moved %L2 px</source>
+        <translation>Rechtsklick: %L1 ms unten, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Drag by touch of %L1 px in %L2 ms</source>
+        <translation>Mit dem Finger %L1 px in %L2 ms gezogen</translation>
+    </message>
+    <message>
+        <source>Drag of %L1 px in %L2 ms</source>
+        <translation>%L1 px in %L2 ms gezogen</translation>
+    </message>
+</context>
+<context>
     <name>Version_Dlg</name>
     <message>
         <source>Quorvel</source>
@@ -1359,6 +1521,17 @@ Bildschirms passt</translation>
         <source>PID: %1 - %2</source>
         <comment>family, date and number</comment>
         <translation>PID: %1 - %2</translation>
+    </message>
+</context>
+<context>
+    <name>WindowMenu</name>
+    <message>
+        <source>&amp;Try out gestures</source>
+        <translation>Gesten &amp;testen</translation>
+    </message>
+    <message>
+        <source>Check c&amp;alibration</source>
+        <translation>Kalibrierung &amp;prüfen</translation>
     </message>
 </context>
 <context>
@@ -2516,15 +2689,11 @@ Bildschirms passt</translation>
     </message>
     <message>
         <source>%1: %2, level %3 where %4 is usual</source>
-        <translation>%1: %2, Pegel %3, wo %4 üblich ist</translation>
+        <translation>%1: %2, Pegel %3, üblich ist %4</translation>
     </message>
     <message>
         <source>%1: %2, level %3 where %4 is usual, changed by %5 %</source>
-        <translation>%1: %2, Pegel %3, wo %4 üblich ist, um %5 % geändert</translation>
-    </message>
-    <message>
-        <source>The measurement</source>
-        <translation>Die Messung</translation>
+        <translation>%1: %2, Pegel %3, üblich ist %4, geändert um %5 %</translation>
     </message>
 </context>
 <context>
@@ -2558,7 +2727,7 @@ Bildschirms passt</translation>
     <name>lights::Measuring</name>
     <message>
         <source>The touch frame says that it has no lights.</source>
-        <translation>Der Touchrahmen sagt, dass er keine Lichtschranken hat.</translation>
+        <translation>Der Touchrahmen meldet, dass er keine Lichtschranken hat.</translation>
     </message>
     <message>
         <source>No answer from the touch frame</source>
