@@ -369,13 +369,6 @@
         <source>&amp;Stop</source>
         <translation>&amp;Stopp</translation>
     </message>
-    <message numerus="yes">
-        <source>Following the touch frame: %n scan(s) of each axis so far.</source>
-        <translation>
-            <numerusform>Der Touchrahmen wird verfolgt: bisher %n Messung je Achse.</numerusform>
-            <numerusform>Der Touchrahmen wird verfolgt: bisher %n Messungen je Achse.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Curves of the levels. %1</source>
         <translation>Kurven der Pegel. %1</translation>
@@ -459,6 +452,21 @@
     <message>
         <source>Since %1 light %2 has changed most for the worse, by %3 % beside the others.</source>
         <translation>Seit %1 hat sich die Lichtschranke %2 am meisten verschlechtert, um %3 % gegenüber den anderen.</translation>
+    </message>
+    <message>
+        <source>Views</source>
+        <translation>Ansichten</translation>
+    </message>
+    <message>
+        <source>Report...</source>
+        <translation>Bericht...</translation>
+    </message>
+    <message numerus="yes">
+        <source>Following the touch frame: %Ln scan(s) of each axis so far.</source>
+        <translation>
+            <numerusform>Folgt dem Touchrahmen: bisher %Ln Messung jeder Achse.</numerusform>
+            <numerusform>Folgt dem Touchrahmen: bisher %Ln Messungen jeder Achse.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -2694,6 +2702,10 @@ Bildschirms passt</translation>
     <message>
         <source>%1: %2, level %3 where %4 is usual, changed by %5 %</source>
         <translation>%1: %2, Pegel %3, üblich ist %4, geändert um %5 %</translation>
+    </message>
+    <message>
+        <source>The measurement</source>
+        <translation>Die Messung</translation>
     </message>
 </context>
 <context>

@@ -4,10 +4,10 @@
 <context>
     <name>LightCheck_dlg</name>
     <message numerus="yes">
-        <source>Following the touch frame: %n scan(s) of each axis so far.</source>
+        <source>Following the touch frame: %Ln scan(s) of each axis so far.</source>
         <translation>
-            <numerusform>Following the touch frame: %n scan of each axis so far.</numerusform>
-            <numerusform>Following the touch frame: %n scans of each axis so far.</numerusform>
+            <numerusform>Following the touch frame: %Ln scan of each axis so far.</numerusform>
+            <numerusform>Following the touch frame: %Ln scans of each axis so far.</numerusform>
         </translation>
     </message>
 </context>

@@ -369,12 +369,6 @@
         <source>&amp;Stop</source>
         <translation>停止(&amp;S)</translation>
     </message>
-    <message numerus="yes">
-        <source>Following the touch frame: %n scan(s) of each axis so far.</source>
-        <translation>
-            <numerusform>正在持续测量触摸框：每个轴目前已扫描 %n 次。</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Curves of the levels. %1</source>
         <translation>电平曲线。%1</translation>
@@ -458,6 +452,20 @@
     <message>
         <source>Since %1 light %2 has changed most for the worse, by %3 % beside the others.</source>
         <translation>自 %1 以来，灯 %2 衰退最多，相对其他灯变化 %3 %。</translation>
+    </message>
+    <message>
+        <source>Views</source>
+        <translation>视图</translation>
+    </message>
+    <message>
+        <source>Report...</source>
+        <translation>报告...</translation>
+    </message>
+    <message numerus="yes">
+        <source>Following the touch frame: %Ln scan(s) of each axis so far.</source>
+        <translation>
+            <numerusform>正在跟踪触摸框：每轴已扫描 %Ln 次。</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -2686,6 +2694,10 @@ screen</source>
     <message>
         <source>%1: %2, level %3 where %4 is usual, changed by %5 %</source>
         <translation>%1：%2，电平 %3，通常为 %4，变化 %5 %</translation>
+    </message>
+    <message>
+        <source>The measurement</source>
+        <translation>测量</translation>
     </message>
 </context>
 <context>
