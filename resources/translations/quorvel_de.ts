@@ -152,6 +152,65 @@
     </message>
 </context>
 <context>
+    <name>CalibrationCheck_dlg</name>
+    <message>
+        <source>Calibration check</source>
+        <translation>Kalibrierung prüfen</translation>
+    </message>
+    <message>
+        <source>Touch the crosses one after the other. ESC leaves.</source>
+        <translation>Berühren Sie die Kreuze nacheinander. ESC bricht ab.</translation>
+    </message>
+    <message>
+        <source>ESC leaves, Backspace takes the last touch back.</source>
+        <translation>ESC bricht ab, die Rücktaste nimmt die letzte Berührung zurück.</translation>
+    </message>
+    <message>
+        <source>Check &amp;again</source>
+        <translation>&amp;Erneut prüfen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Touch the middle of cross %L1 of %L2.</source>
+        <translation>Berühren Sie die Mitte von Kreuz %L1 von %L2.</translation>
+    </message>
+    <message>
+        <source>Passed</source>
+        <translation>Bestanden</translation>
+    </message>
+    <message>
+        <source>Calibrate again</source>
+        <translation>Neu kalibrieren</translation>
+    </message>
+    <message>
+        <source>Cross %L1: %2 px off, which is %3 mm.</source>
+        <translation>Kreuz %L1: %2 px daneben, das sind %3 mm.</translation>
+    </message>
+    <message>
+        <source>Cross %L1: %2 px off.</source>
+        <translation>Kreuz %L1: %2 px daneben.</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5. Good are up to %6 px on average and %7 px at the most.</source>
+        <translation>Berührungen lagen im Mittel %1 px (%2 mm) daneben und höchstens %3 px (%4 mm), bei Kreuz %L5. Gut sind bis zu %6 px im Mittel und höchstens %7 px.</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3. Good are up to %4 px on average and %5 px at the most.</source>
+        <translation>Berührungen lagen im Mittel %1 px daneben und höchstens %2 px, bei Kreuz %L3. Gut sind bis zu %4 px im Mittel und höchstens %5 px.</translation>
+    </message>
+    <message>
+        <source>%L1: %2 px, %3 mm</source>
+        <translation>%L1: %2 px, %3 mm</translation>
+    </message>
+    <message>
+        <source>%L1: %2 px</source>
+        <translation>%L1: %2 px</translation>
+    </message>
+</context>
+<context>
     <name>Calibration_Dlg</name>
     <message>
         <source>MalvoTools</source>
@@ -1032,6 +1091,117 @@ Bildschirms passt</translation>
     </message>
 </context>
 <context>
+    <name>TryOut_dlg</name>
+    <message>
+        <source>Try out gestures</source>
+        <translation>Gesten ausprobieren</translation>
+    </message>
+    <message>
+        <source>Field for gestures</source>
+        <translation>Feld für Gesten</translation>
+    </message>
+    <message>
+        <source>Press and hold, click twice, drag or turn the wheel here, with a finger or a mouse.</source>
+        <translation>Halten, doppelklicken, ziehen oder rollen Sie hier, mit dem Finger oder der Maus.</translation>
+    </message>
+    <message>
+        <source>Gestures before the last one</source>
+        <translation>Gesten vor der letzten</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Wheel: less than a step in %L1 ms</source>
+        <translation>Mausrad: weniger als ein Schritt in %L1 ms</translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the left in %L1 ms</source>
+        <translation>
+            <numerusform>Mausrad: %Ln Schritt nach links in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach links in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the right in %L1 ms</source>
+        <translation>
+            <numerusform>Mausrad: %Ln Schritt nach rechts in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach rechts in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) up in %L1 ms</source>
+        <translation>
+            <numerusform>Mausrad: %Ln Schritt nach oben in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach oben in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) down in %L1 ms</source>
+        <translation>
+            <numerusform>Mausrad: %Ln Schritt nach unten in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach unten in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>On this desktop two clicks within %L1 ms are a double click, two taps also within %L2 px; what is down for %L3 ms is held, and what moves %L4 px is dragged.</source>
+        <translation>Hier sind zwei Klicks innerhalb von %L1 ms ein Doppelklick, zweimal Tippen auch nur innerhalb von %L2 px; was %L3 ms gedrückt bleibt, wird gehalten, und was sich um %L4 px bewegt, gezogen.</translation>
+    </message>
+    <message>
+        <source>Tap: down for %L1 ms, moved %L2 px</source>
+        <translation>Tippen: %L1 ms lang, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Click: down for %L1 ms, moved %L2 px</source>
+        <translation>Klick: %L1 ms lang, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Tap %L1 ms after the one before and %L2 px from it: no double tap</source>
+        <translation>Tippen %L1 ms nach dem vorigen und %L2 px davon: kein doppeltes Tippen</translation>
+    </message>
+    <message>
+        <source>Click %L1 ms after the one before and %L2 px from it: no double click</source>
+        <translation>Klick %L1 ms nach dem vorigen und %L2 px davon: kein Doppelklick</translation>
+    </message>
+    <message>
+        <source>Double tap: %L1 ms and %L2 px apart</source>
+        <translation>Doppeltes Tippen: %L1 ms und %L2 px auseinander</translation>
+    </message>
+    <message>
+        <source>Double click: %L1 ms and %L2 px apart</source>
+        <translation>Doppelklick: %L1 ms und %L2 px auseinander</translation>
+    </message>
+    <message>
+        <source>Touched for %L1 ms, moved %L2 px: no right click</source>
+        <translation>%L1 ms berührt, %L2 px bewegt: kein Rechtsklick</translation>
+    </message>
+    <message>
+        <source>Pressed for %L1 ms, moved %L2 px: no right click</source>
+        <translation>%L1 ms gedrückt, %L2 px bewegt: kein Rechtsklick</translation>
+    </message>
+    <message>
+        <source>Right click after %L1 ms, moved %L2 px</source>
+        <translation>Rechtsklick nach %L1 ms, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Right click: down for %L1 ms, moved %L2 px</source>
+        <translation>Rechtsklick: %L1 ms lang, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Drag by touch of %L1 px in %L2 ms</source>
+        <translation>Mit dem Finger um %L1 px gezogen in %L2 ms</translation>
+    </message>
+    <message>
+        <source>Drag of %L1 px in %L2 ms</source>
+        <translation>Um %L1 px gezogen in %L2 ms</translation>
+    </message>
+</context>
+<context>
     <name>Version_Dlg</name>
     <message>
         <source>Quorvel</source>
@@ -1077,6 +1247,17 @@ Bildschirms passt</translation>
         <source>PID: %1 - %2</source>
         <comment>family, date and number</comment>
         <translation>PID: %1 - %2</translation>
+    </message>
+</context>
+<context>
+    <name>WindowMenu</name>
+    <message>
+        <source>&amp;Try out gestures</source>
+        <translation>Gesten &amp;ausprobieren</translation>
+    </message>
+    <message>
+        <source>Check c&amp;alibration</source>
+        <translation>&amp;Kalibrierung prüfen</translation>
     </message>
 </context>
 <context>

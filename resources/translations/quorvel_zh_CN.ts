@@ -152,6 +152,65 @@
     </message>
 </context>
 <context>
+    <name>CalibrationCheck_dlg</name>
+    <message>
+        <source>Calibration check</source>
+        <translation>校准检查</translation>
+    </message>
+    <message>
+        <source>Touch the crosses one after the other. ESC leaves.</source>
+        <translation>请依次触摸各个十字。按 ESC 退出。</translation>
+    </message>
+    <message>
+        <source>ESC leaves, Backspace takes the last touch back.</source>
+        <translation>按 ESC 退出，按退格键撤销上一次触摸。</translation>
+    </message>
+    <message>
+        <source>Check &amp;again</source>
+        <translation>重新检查(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Touch the middle of cross %L1 of %L2.</source>
+        <translation>请触摸第 %L1 个十字的中心，共 %L2 个。</translation>
+    </message>
+    <message>
+        <source>Passed</source>
+        <translation>通过</translation>
+    </message>
+    <message>
+        <source>Calibrate again</source>
+        <translation>请重新校准</translation>
+    </message>
+    <message>
+        <source>Cross %L1: %2 px off, which is %3 mm.</source>
+        <translation>十字 %L1：偏差 %2 像素，即 %3 毫米。</translation>
+    </message>
+    <message>
+        <source>Cross %L1: %2 px off.</source>
+        <translation>十字 %L1：偏差 %2 像素。</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5. Good are up to %6 px on average and %7 px at the most.</source>
+        <translation>平均偏差 %1 像素（%2 毫米），最大偏差 %3 像素（%4 毫米），在十字 %L5 处。平均不超过 %6 像素且最大不超过 %7 像素为合格。</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3. Good are up to %4 px on average and %5 px at the most.</source>
+        <translation>平均偏差 %1 像素，最大偏差 %2 像素，在十字 %L3 处。平均不超过 %4 像素且最大不超过 %5 像素为合格。</translation>
+    </message>
+    <message>
+        <source>%L1: %2 px, %3 mm</source>
+        <translation>%L1：%2 像素，%3 毫米</translation>
+    </message>
+    <message>
+        <source>%L1: %2 px</source>
+        <translation>%L1：%2 像素</translation>
+    </message>
+</context>
+<context>
     <name>Calibration_Dlg</name>
     <message>
         <source>MalvoTools</source>
@@ -1031,6 +1090,113 @@ screen</source>
     </message>
 </context>
 <context>
+    <name>TryOut_dlg</name>
+    <message>
+        <source>Try out gestures</source>
+        <translation>试用手势</translation>
+    </message>
+    <message>
+        <source>Field for gestures</source>
+        <translation>手势区域</translation>
+    </message>
+    <message>
+        <source>Press and hold, click twice, drag or turn the wheel here, with a finger or a mouse.</source>
+        <translation>请用手指或鼠标在此长按、双击、拖动或转动滚轮。</translation>
+    </message>
+    <message>
+        <source>Gestures before the last one</source>
+        <translation>上一个手势之前的手势</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>清空(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Wheel: less than a step in %L1 ms</source>
+        <translation>滚轮：%L1 毫秒内不足一格</translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the left in %L1 ms</source>
+        <translation>
+            <numerusform>滚轮：%L1 毫秒内向左 %Ln 格</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the right in %L1 ms</source>
+        <translation>
+            <numerusform>滚轮：%L1 毫秒内向右 %Ln 格</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) up in %L1 ms</source>
+        <translation>
+            <numerusform>滚轮：%L1 毫秒内向上 %Ln 格</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) down in %L1 ms</source>
+        <translation>
+            <numerusform>滚轮：%L1 毫秒内向下 %Ln 格</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>On this desktop two clicks within %L1 ms are a double click, two taps also within %L2 px; what is down for %L3 ms is held, and what moves %L4 px is dragged.</source>
+        <translation>在此桌面上，%L1 毫秒内的两次点击为双击，两次轻触还须相距不超过 %L2 像素；按住 %L3 毫秒为长按，移动 %L4 像素为拖动。</translation>
+    </message>
+    <message>
+        <source>Tap: down for %L1 ms, moved %L2 px</source>
+        <translation>轻触：按下 %L1 毫秒，移动 %L2 像素</translation>
+    </message>
+    <message>
+        <source>Click: down for %L1 ms, moved %L2 px</source>
+        <translation>单击：按下 %L1 毫秒，移动 %L2 像素</translation>
+    </message>
+    <message>
+        <source>Tap %L1 ms after the one before and %L2 px from it: no double tap</source>
+        <translation>轻触：距上一次 %L1 毫秒、%L2 像素，不是轻触两次</translation>
+    </message>
+    <message>
+        <source>Click %L1 ms after the one before and %L2 px from it: no double click</source>
+        <translation>单击：距上一次 %L1 毫秒、%L2 像素，不是双击</translation>
+    </message>
+    <message>
+        <source>Double tap: %L1 ms and %L2 px apart</source>
+        <translation>轻触两次：间隔 %L1 毫秒，相距 %L2 像素</translation>
+    </message>
+    <message>
+        <source>Double click: %L1 ms and %L2 px apart</source>
+        <translation>双击：间隔 %L1 毫秒，相距 %L2 像素</translation>
+    </message>
+    <message>
+        <source>Touched for %L1 ms, moved %L2 px: no right click</source>
+        <translation>触摸 %L1 毫秒，移动 %L2 像素：没有右键单击</translation>
+    </message>
+    <message>
+        <source>Pressed for %L1 ms, moved %L2 px: no right click</source>
+        <translation>按住 %L1 毫秒，移动 %L2 像素：没有右键单击</translation>
+    </message>
+    <message>
+        <source>Right click after %L1 ms, moved %L2 px</source>
+        <translation>%L1 毫秒后右键单击，移动 %L2 像素</translation>
+    </message>
+    <message>
+        <source>Right click: down for %L1 ms, moved %L2 px</source>
+        <translation>右键单击：按下 %L1 毫秒，移动 %L2 像素</translation>
+    </message>
+    <message>
+        <source>Drag by touch of %L1 px in %L2 ms</source>
+        <translation>触摸拖动：%L2 毫秒内 %L1 像素</translation>
+    </message>
+    <message>
+        <source>Drag of %L1 px in %L2 ms</source>
+        <translation>拖动：%L2 毫秒内 %L1 像素</translation>
+    </message>
+</context>
+<context>
     <name>Version_Dlg</name>
     <message>
         <source>Quorvel</source>
@@ -1076,6 +1242,17 @@ screen</source>
         <source>PID: %1 - %2</source>
         <comment>family, date and number</comment>
         <translation>PID：%1 - %2</translation>
+    </message>
+</context>
+<context>
+    <name>WindowMenu</name>
+    <message>
+        <source>&amp;Try out gestures</source>
+        <translation>试用手势(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Check c&amp;alibration</source>
+        <translation>检查校准(&amp;A)</translation>
     </message>
 </context>
 <context>

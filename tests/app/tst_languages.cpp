@@ -6,8 +6,10 @@
 #include "dialogs/advconnect_dlg.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/calibrationcheck_dlg.h"
 #include "dialogs/fittext.h"
 #include "dialogs/supportfile_dlg.h"
+#include "dialogs/tryout_dlg.h"
 #include "resources/resources.h"
 #include "resources/translations.h"
 #include "tests/support/fakeadapter.h"
@@ -106,6 +108,8 @@ private:
         question = std::make_unique<CalEnd_dlg>();
         tuio = std::make_unique<advconnect_dlg>();
         supportFile = std::make_unique<SupportFile_dlg>();
+        new TryOut_dlg(main.get());
+        new CalibrationCheck_dlg(main.get());
         for (QWidget *window : windows()) {
             if (!shown || window->inherits("Calibration_Dlg"))
                 continue;

@@ -4,9 +4,11 @@
 #include "app/mainwindow.h"
 #include "config/xml_class.h"
 #include "dialogs/calend_dlg.h"
+#include "dialogs/calibrationcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/present.h"
 #include "dialogs/test_win.h"
+#include "dialogs/tryout_dlg.h"
 #include "dialogs/useradv_dlg.h"
 #include "resources/resources.h"
 #include "tests/support/fakeadapter.h"
@@ -123,6 +125,8 @@ private slots:
     void every_control_can_be_reached()
     {
         question = std::make_unique<CalEnd_dlg>();
+        new TryOut_dlg(main.get());
+        new CalibrationCheck_dlg(main.get());
         QStringList bad;
         int windows = 0;
         for (QWidget *window : QApplication::topLevelWidgets()) {
