@@ -194,20 +194,24 @@
         <translation>Kreuz %L1: %2 px daneben.</translation>
     </message>
     <message>
-        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5. Good are up to %6 px on average and %7 px at the most.</source>
-        <translation>Berührungen lagen im Mittel %1 px (%2 mm) daneben und höchstens %3 px (%4 mm), bei Kreuz %L5. Gut sind bis zu %6 px im Mittel und höchstens %7 px.</translation>
-    </message>
-    <message>
-        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3. Good are up to %4 px on average and %5 px at the most.</source>
-        <translation>Berührungen lagen im Mittel %1 px daneben und höchstens %2 px, bei Kreuz %L3. Gut sind bis zu %4 px im Mittel und höchstens %5 px.</translation>
-    </message>
-    <message>
         <source>%L1: %2 px, %3 mm</source>
         <translation>%L1: %2 px, %3 mm</translation>
     </message>
     <message>
         <source>%L1: %2 px</source>
         <translation>%L1: %2 px</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5.
+Good are up to %6 px on average and %7 px at the most.</source>
+        <translation>Berührungen lagen im Mittel %1 px (%2 mm) daneben und höchstens %3 px (%4 mm), bei Kreuz %L5.
+Gut sind bis zu %6 px im Mittel und höchstens %7 px.</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3.
+Good are up to %4 px on average and %5 px at the most.</source>
+        <translation>Berührungen lagen im Mittel %1 px daneben und höchstens %2 px, bei Kreuz %L3.
+Gut sind bis zu %4 px im Mittel und höchstens %5 px.</translation>
     </message>
 </context>
 <context>

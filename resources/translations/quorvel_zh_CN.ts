@@ -194,20 +194,24 @@
         <translation>十字 %L1：偏差 %2 像素。</translation>
     </message>
     <message>
-        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5. Good are up to %6 px on average and %7 px at the most.</source>
-        <translation>平均偏差 %1 像素（%2 毫米），最大偏差 %3 像素（%4 毫米），在十字 %L5 处。平均不超过 %6 像素且最大不超过 %7 像素为合格。</translation>
-    </message>
-    <message>
-        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3. Good are up to %4 px on average and %5 px at the most.</source>
-        <translation>平均偏差 %1 像素，最大偏差 %2 像素，在十字 %L3 处。平均不超过 %4 像素且最大不超过 %5 像素为合格。</translation>
-    </message>
-    <message>
         <source>%L1: %2 px, %3 mm</source>
         <translation>%L1：%2 像素，%3 毫米</translation>
     </message>
     <message>
         <source>%L1: %2 px</source>
         <translation>%L1：%2 像素</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5.
+Good are up to %6 px on average and %7 px at the most.</source>
+        <translation>平均偏差 %1 像素（%2 毫米），最大偏差 %3 像素（%4 毫米），在十字 %L5 处。
+平均不超过 %6 像素且最大不超过 %7 像素为合格。</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3.
+Good are up to %4 px on average and %5 px at the most.</source>
+        <translation>平均偏差 %1 像素，最大偏差 %2 像素，在十字 %L3 处。
+平均不超过 %4 像素且最大不超过 %5 像素为合格。</translation>
     </message>
 </context>
 <context>
