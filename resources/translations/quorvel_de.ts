@@ -167,7 +167,7 @@
     </message>
     <message>
         <source>Check &amp;again</source>
-        <translation>&amp;Nochmals prüfen</translation>
+        <translation>&amp;Erneut prüfen</translation>
     </message>
     <message>
         <source>Close</source>
@@ -194,20 +194,24 @@
         <translation>Kreuz %L1: %2 px daneben.</translation>
     </message>
     <message>
-        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5. Good are up to %6 px on average and %7 px at the most.</source>
-        <translation>Die Berührungen lagen im Mittel %1 px (%2 mm) daneben und höchstens %3 px (%4 mm), bei Kreuz %L5. Gut sind bis zu %6 px im Mittel und höchstens %7 px.</translation>
-    </message>
-    <message>
-        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3. Good are up to %4 px on average and %5 px at the most.</source>
-        <translation>Die Berührungen lagen im Mittel %1 px daneben und höchstens %2 px, bei Kreuz %L3. Gut sind bis zu %4 px im Mittel und höchstens %5 px.</translation>
-    </message>
-    <message>
         <source>%L1: %2 px, %3 mm</source>
         <translation>%L1: %2 px, %3 mm</translation>
     </message>
     <message>
         <source>%L1: %2 px</source>
         <translation>%L1: %2 px</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5.
+Good are up to %6 px on average and %7 px at the most.</source>
+        <translation>Berührungen lagen im Mittel %1 px (%2 mm) daneben und höchstens %3 px (%4 mm), bei Kreuz %L5.
+Gut sind bis zu %6 px im Mittel und höchstens %7 px.</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3.
+Good are up to %4 px on average and %5 px at the most.</source>
+        <translation>Berührungen lagen im Mittel %1 px daneben und höchstens %2 px, bei Kreuz %L3.
+Gut sind bis zu %4 px im Mittel und höchstens %5 px.</translation>
     </message>
 </context>
 <context>
@@ -1380,7 +1384,7 @@ Bildschirms passt</translation>
     </message>
     <message>
         <source>Press and hold, click twice, drag or turn the wheel here, with a finger or a mouse.</source>
-        <translation>Hier mit dem Finger oder der Maus halten, doppelklicken, ziehen oder das Rad drehen.</translation>
+        <translation>Halten, doppelklicken, ziehen oder rollen Sie hier, mit dem Finger oder der Maus.</translation>
     </message>
     <message>
         <source>Gestures before the last one</source>
@@ -1396,59 +1400,59 @@ Bildschirms passt</translation>
     </message>
     <message>
         <source>Wheel: less than a step in %L1 ms</source>
-        <translation>Rad: weniger als ein Schritt in %L1 ms</translation>
+        <translation>Mausrad: weniger als ein Schritt in %L1 ms</translation>
     </message>
     <message numerus="yes">
         <source>Wheel: %Ln step(s) to the left in %L1 ms</source>
         <translation>
-            <numerusform>Rad: %Ln Schritt nach links in %L1 ms</numerusform>
-            <numerusform>Rad: %Ln Schritte nach links in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritt nach links in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach links in %L1 ms</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>Wheel: %Ln step(s) to the right in %L1 ms</source>
         <translation>
-            <numerusform>Rad: %Ln Schritt nach rechts in %L1 ms</numerusform>
-            <numerusform>Rad: %Ln Schritte nach rechts in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritt nach rechts in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach rechts in %L1 ms</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>Wheel: %Ln step(s) up in %L1 ms</source>
         <translation>
-            <numerusform>Rad: %Ln Schritt nach oben in %L1 ms</numerusform>
-            <numerusform>Rad: %Ln Schritte nach oben in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritt nach oben in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach oben in %L1 ms</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>Wheel: %Ln step(s) down in %L1 ms</source>
         <translation>
-            <numerusform>Rad: %Ln Schritt nach unten in %L1 ms</numerusform>
-            <numerusform>Rad: %Ln Schritte nach unten in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritt nach unten in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach unten in %L1 ms</numerusform>
         </translation>
     </message>
     <message>
         <source>On this desktop two clicks within %L1 ms are a double click, two taps also within %L2 px; what is down for %L3 ms is held, and what moves %L4 px is dragged.</source>
-        <translation>Auf diesem Desktop sind zwei Klicks innerhalb von %L1 ms ein Doppelklick, zwei Tipper auch innerhalb von %L2 px; was %L3 ms unten bleibt, wird gehalten, und was sich %L4 px bewegt, wird gezogen.</translation>
+        <translation>Hier sind zwei Klicks innerhalb von %L1 ms ein Doppelklick, zweimal Tippen auch nur innerhalb von %L2 px; was %L3 ms gedrückt bleibt, wird gehalten, und was sich um %L4 px bewegt, gezogen.</translation>
     </message>
     <message>
         <source>Tap: down for %L1 ms, moved %L2 px</source>
-        <translation>Tippen: %L1 ms unten, %L2 px bewegt</translation>
+        <translation>Tippen: %L1 ms lang, %L2 px bewegt</translation>
     </message>
     <message>
         <source>Click: down for %L1 ms, moved %L2 px</source>
-        <translation>Klick: %L1 ms unten, %L2 px bewegt</translation>
+        <translation>Klick: %L1 ms lang, %L2 px bewegt</translation>
     </message>
     <message>
         <source>Tap %L1 ms after the one before and %L2 px from it: no double tap</source>
-        <translation>Tippen %L1 ms nach dem vorigen und %L2 px davon entfernt: kein Doppeltippen</translation>
+        <translation>Tippen %L1 ms nach dem vorigen und %L2 px davon: kein doppeltes Tippen</translation>
     </message>
     <message>
         <source>Click %L1 ms after the one before and %L2 px from it: no double click</source>
-        <translation>Klick %L1 ms nach dem vorigen und %L2 px davon entfernt: kein Doppelklick</translation>
+        <translation>Klick %L1 ms nach dem vorigen und %L2 px davon: kein Doppelklick</translation>
     </message>
     <message>
         <source>Double tap: %L1 ms and %L2 px apart</source>
-        <translation>Doppeltippen: %L1 ms und %L2 px auseinander</translation>
+        <translation>Doppeltes Tippen: %L1 ms und %L2 px auseinander</translation>
     </message>
     <message>
         <source>Double click: %L1 ms and %L2 px apart</source>
@@ -1468,15 +1472,15 @@ Bildschirms passt</translation>
     </message>
     <message>
         <source>Right click: down for %L1 ms, moved %L2 px</source>
-        <translation>Rechtsklick: %L1 ms unten, %L2 px bewegt</translation>
+        <translation>Rechtsklick: %L1 ms lang, %L2 px bewegt</translation>
     </message>
     <message>
         <source>Drag by touch of %L1 px in %L2 ms</source>
-        <translation>Mit dem Finger %L1 px in %L2 ms gezogen</translation>
+        <translation>Mit dem Finger um %L1 px gezogen in %L2 ms</translation>
     </message>
     <message>
         <source>Drag of %L1 px in %L2 ms</source>
-        <translation>%L1 px in %L2 ms gezogen</translation>
+        <translation>Um %L1 px gezogen in %L2 ms</translation>
     </message>
 </context>
 <context>
@@ -1535,11 +1539,11 @@ Bildschirms passt</translation>
     <name>WindowMenu</name>
     <message>
         <source>&amp;Try out gestures</source>
-        <translation>Gesten &amp;testen</translation>
+        <translation>Gesten &amp;ausprobieren</translation>
     </message>
     <message>
         <source>Check c&amp;alibration</source>
-        <translation>Kalibrierung &amp;prüfen</translation>
+        <translation>&amp;Kalibrierung prüfen</translation>
     </message>
 </context>
 <context>

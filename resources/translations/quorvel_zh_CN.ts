@@ -163,11 +163,11 @@
     </message>
     <message>
         <source>ESC leaves, Backspace takes the last touch back.</source>
-        <translation>ESC 退出，退格键撤销上一次触摸。</translation>
+        <translation>按 ESC 退出，按退格键撤销上一次触摸。</translation>
     </message>
     <message>
         <source>Check &amp;again</source>
-        <translation>再次检查(&amp;A)</translation>
+        <translation>重新检查(&amp;A)</translation>
     </message>
     <message>
         <source>Close</source>
@@ -183,31 +183,35 @@
     </message>
     <message>
         <source>Calibrate again</source>
-        <translation>需要重新校准</translation>
+        <translation>请重新校准</translation>
     </message>
     <message>
         <source>Cross %L1: %2 px off, which is %3 mm.</source>
-        <translation>十字 %L1：偏差 %2 px，即 %3 mm。</translation>
+        <translation>十字 %L1：偏差 %2 像素，即 %3 毫米。</translation>
     </message>
     <message>
         <source>Cross %L1: %2 px off.</source>
-        <translation>十字 %L1：偏差 %2 px。</translation>
-    </message>
-    <message>
-        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5. Good are up to %6 px on average and %7 px at the most.</source>
-        <translation>触摸平均偏差 %1 px（%2 mm），最大 %3 px（%4 mm），在十字 %L5 处。平均不超过 %6 px、最大不超过 %7 px 为良好。</translation>
-    </message>
-    <message>
-        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3. Good are up to %4 px on average and %5 px at the most.</source>
-        <translation>触摸平均偏差 %1 px，最大 %2 px，在十字 %L3 处。平均不超过 %4 px、最大不超过 %5 px 为良好。</translation>
+        <translation>十字 %L1：偏差 %2 像素。</translation>
     </message>
     <message>
         <source>%L1: %2 px, %3 mm</source>
-        <translation>%L1：%2 px，%3 mm</translation>
+        <translation>%L1：%2 像素，%3 毫米</translation>
     </message>
     <message>
         <source>%L1: %2 px</source>
-        <translation>%L1：%2 px</translation>
+        <translation>%L1：%2 像素</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5.
+Good are up to %6 px on average and %7 px at the most.</source>
+        <translation>平均偏差 %1 像素（%2 毫米），最大偏差 %3 像素（%4 毫米），在十字 %L5 处。
+平均不超过 %6 像素且最大不超过 %7 像素为合格。</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3.
+Good are up to %4 px on average and %5 px at the most.</source>
+        <translation>平均偏差 %1 像素，最大偏差 %2 像素，在十字 %L3 处。
+平均不超过 %4 像素且最大不超过 %5 像素为合格。</translation>
     </message>
 </context>
 <context>
@@ -1378,11 +1382,11 @@ screen</source>
     </message>
     <message>
         <source>Press and hold, click twice, drag or turn the wheel here, with a finger or a mouse.</source>
-        <translation>在此处用手指或鼠标长按、双击、拖动或转动滚轮。</translation>
+        <translation>请用手指或鼠标在此长按、双击、拖动或转动滚轮。</translation>
     </message>
     <message>
         <source>Gestures before the last one</source>
-        <translation>此前的手势</translation>
+        <translation>上一个手势之前的手势</translation>
     </message>
     <message>
         <source>C&amp;lear</source>
@@ -1422,55 +1426,55 @@ screen</source>
     </message>
     <message>
         <source>On this desktop two clicks within %L1 ms are a double click, two taps also within %L2 px; what is down for %L3 ms is held, and what moves %L4 px is dragged.</source>
-        <translation>在此桌面上，%L1 毫秒内的两次点击为双击，两次轻触还须在 %L2 px 之内；按住 %L3 毫秒为长按，移动 %L4 px 为拖动。</translation>
+        <translation>在此桌面上，%L1 毫秒内的两次点击为双击，两次轻触还须相距不超过 %L2 像素；按住 %L3 毫秒为长按，移动 %L4 像素为拖动。</translation>
     </message>
     <message>
         <source>Tap: down for %L1 ms, moved %L2 px</source>
-        <translation>轻触：按下 %L1 毫秒，移动 %L2 px</translation>
+        <translation>轻触：按下 %L1 毫秒，移动 %L2 像素</translation>
     </message>
     <message>
         <source>Click: down for %L1 ms, moved %L2 px</source>
-        <translation>点击：按下 %L1 毫秒，移动 %L2 px</translation>
+        <translation>单击：按下 %L1 毫秒，移动 %L2 像素</translation>
     </message>
     <message>
         <source>Tap %L1 ms after the one before and %L2 px from it: no double tap</source>
-        <translation>与上次轻触相隔 %L1 毫秒、%L2 px：不是双击轻触</translation>
+        <translation>轻触：距上一次 %L1 毫秒、%L2 像素，不是轻触两次</translation>
     </message>
     <message>
         <source>Click %L1 ms after the one before and %L2 px from it: no double click</source>
-        <translation>与上次点击相隔 %L1 毫秒、%L2 px：不是双击</translation>
+        <translation>单击：距上一次 %L1 毫秒、%L2 像素，不是双击</translation>
     </message>
     <message>
         <source>Double tap: %L1 ms and %L2 px apart</source>
-        <translation>双击轻触：相隔 %L1 毫秒、%L2 px</translation>
+        <translation>轻触两次：间隔 %L1 毫秒，相距 %L2 像素</translation>
     </message>
     <message>
         <source>Double click: %L1 ms and %L2 px apart</source>
-        <translation>双击：相隔 %L1 毫秒、%L2 px</translation>
+        <translation>双击：间隔 %L1 毫秒，相距 %L2 像素</translation>
     </message>
     <message>
         <source>Touched for %L1 ms, moved %L2 px: no right click</source>
-        <translation>触摸 %L1 毫秒，移动 %L2 px：不是右击</translation>
+        <translation>触摸 %L1 毫秒，移动 %L2 像素：没有右键单击</translation>
     </message>
     <message>
         <source>Pressed for %L1 ms, moved %L2 px: no right click</source>
-        <translation>按住 %L1 毫秒，移动 %L2 px：不是右击</translation>
+        <translation>按住 %L1 毫秒，移动 %L2 像素：没有右键单击</translation>
     </message>
     <message>
         <source>Right click after %L1 ms, moved %L2 px</source>
-        <translation>%L1 毫秒后右击，移动 %L2 px</translation>
+        <translation>%L1 毫秒后右键单击，移动 %L2 像素</translation>
     </message>
     <message>
         <source>Right click: down for %L1 ms, moved %L2 px</source>
-        <translation>右击：按下 %L1 毫秒，移动 %L2 px</translation>
+        <translation>右键单击：按下 %L1 毫秒，移动 %L2 像素</translation>
     </message>
     <message>
         <source>Drag by touch of %L1 px in %L2 ms</source>
-        <translation>触摸拖动 %L1 px，用时 %L2 毫秒</translation>
+        <translation>触摸拖动：%L2 毫秒内 %L1 像素</translation>
     </message>
     <message>
         <source>Drag of %L1 px in %L2 ms</source>
-        <translation>拖动 %L1 px，用时 %L2 毫秒</translation>
+        <translation>拖动：%L2 毫秒内 %L1 像素</translation>
     </message>
 </context>
 <context>
