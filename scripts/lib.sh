@@ -10,7 +10,7 @@ project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 # ask for, what compiles the fuzz programs and what the emulated kernel runs on. These names hold on
 # Debian 12 and 13.
 build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
-                qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libcli11-dev
+                qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libwayland-dev libcli11-dev
                 libpcap-dev libarchive-dev)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core procps dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-gi)
