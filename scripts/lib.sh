@@ -13,7 +13,8 @@ build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport
                 qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libwayland-dev libcli11-dev
                 libpcap-dev libarchive-dev)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
-                  xcompmgr fonts-dejavu-core procps dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-gi)
+                  xcompmgr fonts-dejavu-core procps dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-gi
+                  sway weston grim qt6-wayland util-linux)
 test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
                 prometheus-node-exporter fish zsh)
 # What the measuring programs compare the tool with.
