@@ -15,6 +15,7 @@
 #include "dialogs/test_win.h"
 #include "dialogs/useradv_dlg.h"
 #include "dialogs/version_dlg.h"
+#include "helpaction.h"
 #include "readhotplug.h"
 #include "recordaction.h"
 #include "resetquestion.h"
@@ -311,6 +312,7 @@ void MainWindow::addContextMenu()
     contextMenu->addAction(tr("&Connect"), this, &MainWindow::on_conbtn_clicked);
     contextMenu->addAction(recordAction);
     contextMenu->addAction(new SupportFileAction(*link, this));
+    contextMenu->addAction(new HelpAction(this));
     connect(recordAction, &RecordAction::noteChanged, this,
             [this] { statusLine.setRecordingNote(recordAction->note()); });
     for (QPushButton *button : deviceButtons())

@@ -538,8 +538,8 @@ private slots:
             enabled.append(action->isEnabled());
         }
         QCOMPARE(texts, QStringList({u"&Setting"_s, u"S&moothing"_s, u"&Connect"_s, u"&Record..."_s,
-                                     u"Support &file..."_s}));
-        QCOMPARE(enabled, QList<bool>({false, true, true, true, true}));
+                                     u"Support &file..."_s, u"&Help"_s}));
+        QCOMPARE(enabled, QList<bool>({false, true, true, true, true, true}));
         QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_M);
         QTRY_VERIFY(child<smoothing_dlg>("smoothing_dlg")->isVisible());
     }
