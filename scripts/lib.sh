@@ -12,13 +12,15 @@ project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
                 qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libcli11-dev
                 libpcap-dev libarchive-dev)
+# What the manual is made with, where windows or packages are to have one.
+manual_packages=(pandoc)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core procps)
 test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
                 prometheus-node-exporter fish zsh)
 # What the measuring programs compare the tool with.
 bench_packages=(libqcustomplot-dev)
-style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)
+style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse tidy)
 font_packages=(fonts-wine)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static udev xz-utils procps)
@@ -75,9 +77,10 @@ install_missing() {
 needs() {
     local packages=("${build_packages[@]}" "${test_packages[@]}")
     case $1 in
-        style*) packages+=("${style_packages[@]}" "${bench_packages[@]}") ;;
-        unit | gui | *-asan) packages+=("${desktop_packages[@]}" "${bench_packages[@]}") ;;
-        as-released | demo) packages+=("${desktop_packages[@]}") ;;
+        style*) packages+=("${style_packages[@]}" "${bench_packages[@]}" "${manual_packages[@]}") ;;
+        unit | gui | *-asan) packages+=("${desktop_packages[@]}" "${bench_packages[@]}" "${manual_packages[@]}") ;;
+        as-released) packages+=("${desktop_packages[@]}" "${manual_packages[@]}") ;;
+        demo) packages+=("${desktop_packages[@]}") ;;
         screenshots) packages+=("${desktop_packages[@]}" "${font_packages[@]}") ;;
         kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;
         fuzz) packages+=("${fuzz_packages[@]}") ;;
