@@ -65,10 +65,10 @@ QString HelpAction::placeOf(const QWidget *widget)
     return u"index.html"_s;
 }
 
-QString HelpAction::installed()
+QString HelpAction::installed(const QString &programFolder)
 {
     for (const QLatin1StringView place : {QLatin1StringView(QUORVEL_MANUAL), "/../manual"_L1}) {
-        const QFileInfo found(QCoreApplication::applicationDirPath() + place);
+        const QFileInfo found(programFolder + place);
         if (found.isDir())
             return found.canonicalFilePath();
     }
@@ -90,7 +90,8 @@ bool HelpAction::eventFilter(QObject *watched, QEvent *event)
 void HelpAction::open(const QWidget *about)
 {
     if (!manual)
-        manual = new HelpWindow(folder.isEmpty() ? installed() : folder);
+        manual = new HelpWindow(folder.isEmpty() ? installed(QCoreApplication::applicationDirPath())
+                                                 : folder);
     manual->showPlace(placeOf(about));
     present(manual);
 }

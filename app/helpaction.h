@@ -17,8 +17,8 @@ public:
 
     // Where the manual tells of the window of that widget, as page.html#heading.
     static QString placeOf(const QWidget *widget);
-    // Where the manual was installed, or built; empty if there is none.
-    static QString installed();
+    // Where the manual of a program in this folder was installed, or built; empty if there is none.
+    static QString installed(const QString &programFolder);
 
     // Shows the manual of another folder from now on.
     void setFolder(const QString &newFolder) { folder = newFolder; }
@@ -28,6 +28,6 @@ public:
 private:
     void open(const QWidget *about);
 
-    QString folder;              // installed(), when none was set
+    QString folder;              // that of this program, when none was set
     QPointer<HelpWindow> manual; // from its first showing until it is closed
 };

@@ -270,6 +270,20 @@ private slots:
         }
     }
 
+    void the_manual_is_found_beside_the_program()
+    {
+        QCOMPARE(HelpAction::installed(QStringLiteral(QUORVEL_PROGRAM_FOLDER)),
+                 QFileInfo(QStringLiteral(QUORVEL_MANUAL)).canonicalFilePath());
+
+        const QTemporaryDir prefix;
+        const QString programs = prefix.filePath(u"bin"_s);
+        QVERIFY(QDir(prefix.path()).mkdir(u"bin"_s));
+        QCOMPARE(HelpAction::installed(programs), QString());
+        const QString manual = prefix.filePath(QStringLiteral(QUORVEL_DOCDIR "/manual"));
+        QVERIFY(QDir().mkpath(manual));
+        QCOMPARE(HelpAction::installed(programs), QFileInfo(manual).canonicalFilePath());
+    }
+
     void without_the_manual_its_package_is_named()
     {
         const QTemporaryDir empty;
