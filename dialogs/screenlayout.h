@@ -10,6 +10,8 @@ struct ScreenLayout
 {
     QList<QRect> screens; // in the order of QGuiApplication::screens()
     QSize desktop;        // all screens together
+    // How large each says it is, in mm; empty where it says nothing.
+    QList<QSizeF> millimetres{};
 
     // As it is now, from the X server where there is one.
     static ScreenLayout current();

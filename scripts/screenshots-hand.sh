@@ -7,6 +7,7 @@
 
 title='Quorvel \(simulated touch frame\)'
 patience=20
+settings_key=s # in the context menu
 number=0
 
 fail() {
@@ -88,6 +89,14 @@ open() {
     window=$(window_sized "$@")
 }
 
+# open_titled TITLE: waits for a window whose size is its own affair and sets $window to it.
+titled() { xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | tail -n 1; }
+is_titled() { [ -n "$(titled "$1")" ]; }
+open_titled() {
+    until_true $patience is_titled "$1" || fail "the window '$1' did not appear"
+    window=$(titled "$1")
+}
+
 # await NAME TITLE W H: the same, and keeps its picture.
 await() {
     open "$@"
@@ -122,7 +131,7 @@ open_menu() {
 # The way to the diagnostics; $menu_window is the menu that leads to their two screens.
 open_usage() {
     open_menu
-    xdotool key s
+    xdotool key "$settings_key"
     open usage "${usage[@]}"
 }
 open_gestures() {

@@ -28,10 +28,6 @@
         <translation>Treten Sie der Gruppe %1 bei und melden Sie sich dann neu an.</translation>
     </message>
     <message>
-        <source>The touch frame at %1 is in use by %2.</source>
-        <translation>Der Touchrahmen an %1 wird von %2 benutzt.</translation>
-    </message>
-    <message>
         <source>A touch frame is at %1 but this user may not open it (%2).</source>
         <translation>An %1 ist ein Touchrahmen, aber dieser Benutzer darf ihn nicht öffnen (%2).</translation>
     </message>
@@ -42,10 +38,6 @@
     <message>
         <source>Unplug it and plug it in again.</source>
         <translation>Ziehen Sie ihn ab und stecken Sie ihn wieder ein.</translation>
-    </message>
-    <message>
-        <source>The serial port %1 is in use by %2.</source>
-        <translation>Die serielle Schnittstelle %1 wird von %2 benutzt.</translation>
     </message>
     <message>
         <source>A program that has ended left the file %1 behind, which keeps the serial port %2 closed.</source>
@@ -74,6 +66,46 @@
     <message>
         <source>Check the cable and the name, such as ttyUSB0.</source>
         <translation>Prüfen Sie das Kabel und den Namen, etwa ttyUSB0.</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by another program.</source>
+        <translation>Der Touchrahmen an %1 wird von einem anderen Programm benutzt.</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by process %2.</source>
+        <translation>Der Touchrahmen an %1 wird vom Prozess %2 benutzt.</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by %2 (process %3).</source>
+        <translation>Der Touchrahmen an %1 wird von %2 (Prozess %3) benutzt.</translation>
+    </message>
+    <message>
+        <source>Another program has %1 open without saying that it uses the frame.</source>
+        <translation>Ein anderes Programm hat %1 offen, ohne zu sagen, dass es den Rahmen benutzt.</translation>
+    </message>
+    <message>
+        <source>Process %2 has %1 open without saying that it uses the frame.</source>
+        <translation>Der Prozess %2 hat %1 offen, ohne zu sagen, dass er den Rahmen benutzt.</translation>
+    </message>
+    <message>
+        <source>%2 (process %3) has %1 open without saying that it uses the frame.</source>
+        <translation>%2 (Prozess %3) hat %1 offen, ohne zu sagen, dass es den Rahmen benutzt.</translation>
+    </message>
+    <message>
+        <source>End that program if answers get lost.</source>
+        <translation>Beenden Sie jenes Programm, wenn Antworten verloren gehen.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by another program.</source>
+        <translation>Die serielle Schnittstelle %1 wird von einem anderen Programm benutzt.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by process %2.</source>
+        <translation>Die serielle Schnittstelle %1 wird vom Prozess %2 benutzt.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by %2 (process %3).</source>
+        <translation>Die serielle Schnittstelle %1 wird von %2 (Prozess %3) benutzt.</translation>
     </message>
 </context>
 <context>
@@ -156,21 +188,6 @@
     <message>
         <source>Calibration accuracy: %1%</source>
         <translation>Kalibriergenauigkeit: %1 %</translation>
-    </message>
-</context>
-<context>
-    <name>DeviceUser</name>
-    <message>
-        <source>another program</source>
-        <translation>einem anderen Programm</translation>
-    </message>
-    <message>
-        <source>process %1</source>
-        <translation>Prozess %1</translation>
-    </message>
-    <message>
-        <source>%1 (process %2)</source>
-        <translation>%1 (Prozess %2)</translation>
     </message>
 </context>
 <context>
@@ -314,7 +331,7 @@
     </message>
     <message>
         <source>Disable</source>
-        <translation>Ausschalten</translation>
+        <translation>Sperren</translation>
     </message>
     <message>
         <source>ADC:</source>
@@ -378,7 +395,7 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
     <message>
         <source>Num:%1  ADC:%2  AGC:%3</source>
@@ -386,7 +403,7 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
     </message>
     <message>
         <source>Enable</source>
-        <translation>Einschalten</translation>
+        <translation>Nutzen</translation>
     </message>
     <message>
         <source>%1: enter a whole number from 0 to %2</source>
@@ -436,7 +453,7 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
     </message>
     <message>
         <source>&amp;Calibration</source>
-        <translation>&amp;Kalibrierung</translation>
+        <translation>&amp;Kalibrieren</translation>
     </message>
     <message>
         <source>Rotation</source>
@@ -446,13 +463,13 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
         <source>Rotate your touch device,
 make it more suitable for your
 screen</source>
-        <translation>Die Touch-Erfassung drehen, bis sie
-zur Lage des Bildschirms
-passt</translation>
+        <translation>Die Touch-Erfassung drehen,
+bis sie zur Lage des
+Bildschirms passt</translation>
     </message>
     <message>
         <source>&amp;Rotation</source>
-        <translation>&amp;Drehung</translation>
+        <translation>&amp;Drehen</translation>
     </message>
     <message>
         <source>Setting</source>
@@ -852,6 +869,10 @@ passt</translation>
         <translation>MalvoTools</translation>
     </message>
     <message>
+        <source>Usage and environment</source>
+        <translation>Verwendung und Umgebung</translation>
+    </message>
+    <message>
         <source>Use</source>
         <translation>Nutzung</translation>
     </message>
@@ -925,14 +946,14 @@ passt</translation>
     </message>
     <message>
         <source>Apply</source>
-        <translation>Übernehmen</translation>
+        <translation>Anwenden</translation>
     </message>
 </context>
 <context>
     <name>StatusLine</name>
     <message>
         <source>&amp;Details</source>
-        <translation>&amp;Details</translation>
+        <translation>De&amp;tails</translation>
     </message>
     <message>
         <source>&amp;What to do next</source>
@@ -1059,6 +1080,10 @@ passt</translation>
         <translation>Quorvel</translation>
     </message>
     <message>
+        <source>Versions</source>
+        <translation>Versionen</translation>
+    </message>
+    <message>
         <source>OK</source>
         <translation>OK</translation>
     </message>
@@ -1181,8 +1206,12 @@ passt</translation>
         <translation>MalvoTools</translation>
     </message>
     <message>
+        <source>Diagnostics</source>
+        <translation>Diagnose</translation>
+    </message>
+    <message>
         <source>Test the signals</source>
-        <translation>Die Signale testen</translation>
+        <translation>Test der Signale</translation>
     </message>
     <message>
         <source>Test</source>
@@ -1194,7 +1223,7 @@ passt</translation>
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>
@@ -1345,7 +1374,7 @@ passt</translation>
     </message>
     <message>
         <source>Refresh the list of serial ports</source>
-        <translation>Die Liste der seriellen Schnittstellen auffrischen</translation>
+        <translation>Auffrischen: Liste der seriellen Schnittstellen</translation>
     </message>
     <message>
         <source>Re&amp;fresh</source>
@@ -1353,7 +1382,7 @@ passt</translation>
     </message>
     <message>
         <source>&amp;Rate, baud:</source>
-        <translation>&amp;Rate, Baud:</translation>
+        <translation>&amp;Baudrate:</translation>
     </message>
     <message>
         <source>&amp;Data bits:</source>
@@ -1369,7 +1398,7 @@ passt</translation>
     </message>
     <message>
         <source>Open the chosen connection</source>
-        <translation>Die gewählte Verbindung öffnen</translation>
+        <translation>Öffnen: gewählte Verbindung</translation>
     </message>
     <message>
         <source>&amp;Open</source>
@@ -1393,7 +1422,7 @@ passt</translation>
     </message>
     <message>
         <source>&amp;Close port</source>
-        <translation>Port schli&amp;eßen</translation>
+        <translation>Schli&amp;eßen</translation>
     </message>
     <message>
         <source>State</source>
@@ -1909,14 +1938,6 @@ passt</translation>
     <message>
         <source>This program uses it.</source>
         <translation>Dieses Programm benutzt sie.</translation>
-    </message>
-    <message>
-        <source>%1 has %2 open without saying that it uses the frame.</source>
-        <translation>%1 hat %2 offen, ohne zu sagen, dass es den Rahmen benutzt.</translation>
-    </message>
-    <message>
-        <source>End that program if answers get lost.</source>
-        <translation>Beenden Sie jenes Programm, wenn Antworten verloren gehen.</translation>
     </message>
     <message>
         <source>No other program uses it.</source>
@@ -2450,7 +2471,7 @@ passt</translation>
     </message>
     <message>
         <source>Not kept: cannot write %1</source>
-        <translation>Nicht gespeichert: %1 ist nicht schreibbar</translation>
+        <translation>Schreibfehler bei %1</translation>
     </message>
 </context>
 <context>
@@ -2536,7 +2557,7 @@ passt</translation>
     </message>
     <message>
         <source>All Test</source>
-        <translation>Alle testen</translation>
+        <translation>Dauernd</translation>
     </message>
     <message>
         <source>Closes the signal test</source>
@@ -2544,7 +2565,7 @@ passt</translation>
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
     <message>
         <source>Settings of the test</source>
@@ -2552,11 +2573,11 @@ passt</translation>
     </message>
     <message>
         <source>Upper Limit:</source>
-        <translation>Obergrenze:</translation>
+        <translation>Maximum:</translation>
     </message>
     <message>
         <source>Lower Limit:</source>
-        <translation>Untergrenze:</translation>
+        <translation>Minimum:</translation>
     </message>
     <message>
         <source>Interval (s):</source>
@@ -2584,11 +2605,11 @@ passt</translation>
     </message>
     <message>
         <source>Draws the ripple curves</source>
-        <translation>Zeichnet die Welligkeitskurven</translation>
+        <translation>Zeichnet die Rippelkurven</translation>
     </message>
     <message>
         <source>Rippel</source>
-        <translation>Welligkeit</translation>
+        <translation>Rippel</translation>
     </message>
     <message>
         <source>Fills in the default settings</source>
@@ -2648,7 +2669,7 @@ passt</translation>
     </message>
     <message>
         <source>Upper limit value less than lower limit value.</source>
-        <translation>Die Obergrenze ist kleiner als die Untergrenze.</translation>
+        <translation>Das Maximum ist kleiner als das Minimum.</translation>
     </message>
     <message>
         <source>%1 enter a whole number from 0 to %2</source>
@@ -2755,11 +2776,11 @@ passt</translation>
     </message>
     <message>
         <source>Speed:</source>
-        <translation>Tempo:</translation>
+        <translation>Pause:</translation>
     </message>
     <message>
         <source>Slow double-click</source>
-        <translation>Langsam: Doppelklick</translation>
+        <translation>Lang: Pause beim Doppelklick</translation>
     </message>
     <message>
         <source>Allows more time between the clicks</source>
@@ -2767,15 +2788,15 @@ passt</translation>
     </message>
     <message>
         <source>Slow</source>
-        <translation>Langsam</translation>
+        <translation>Lang</translation>
     </message>
     <message>
         <source>Speed of double-click</source>
-        <translation>Tempo des Doppelklicks</translation>
+        <translation>Pause beim Doppelklick</translation>
     </message>
     <message>
         <source>Fast double-click</source>
-        <translation>Schnell: Doppelklick</translation>
+        <translation>Kurz: Pause beim Doppelklick</translation>
     </message>
     <message>
         <source>Allows less time between the clicks</source>
@@ -2783,7 +2804,7 @@ passt</translation>
     </message>
     <message>
         <source>Fast</source>
-        <translation>Schnell</translation>
+        <translation>Kurz</translation>
     </message>
     <message>
         <source>Small tolerance of double-click</source>
@@ -2859,7 +2880,7 @@ passt</translation>
     </message>
     <message>
         <source>Apply</source>
-        <translation>Übernehmen</translation>
+        <translation>Anwenden</translation>
     </message>
     <message>
         <source>%1 ms</source>
@@ -2872,7 +2893,7 @@ passt</translation>
     </message>
     <message>
         <source>Sent. Not kept: cannot write %1</source>
-        <translation>Gesendet. Nicht gespeichert: %1 ist nicht schreibbar</translation>
+        <translation>Gesendet. Schreibfehler bei %1</translation>
     </message>
     <message>
         <source>The settings are sent, but %1 cannot be written: they are not kept.</source>

@@ -28,10 +28,6 @@
         <translation>请加入 %1 组，然后重新登录。</translation>
     </message>
     <message>
-        <source>The touch frame at %1 is in use by %2.</source>
-        <translation>%1 处的触摸框正被 %2 使用。</translation>
-    </message>
-    <message>
         <source>A touch frame is at %1 but this user may not open it (%2).</source>
         <translation>%1 处有触摸框，但此用户无权打开（%2）。</translation>
     </message>
@@ -42,10 +38,6 @@
     <message>
         <source>Unplug it and plug it in again.</source>
         <translation>请拔下后重新插入。</translation>
-    </message>
-    <message>
-        <source>The serial port %1 is in use by %2.</source>
-        <translation>串口 %1 正被 %2 使用。</translation>
     </message>
     <message>
         <source>A program that has ended left the file %1 behind, which keeps the serial port %2 closed.</source>
@@ -74,6 +66,46 @@
     <message>
         <source>Check the cable and the name, such as ttyUSB0.</source>
         <translation>请检查电缆和名称，例如 ttyUSB0。</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by another program.</source>
+        <translation>%1 处的触摸框正被另一个程序使用。</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by process %2.</source>
+        <translation>%1 处的触摸框正被进程 %2 使用。</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by %2 (process %3).</source>
+        <translation>%1 处的触摸框正被 %2（进程 %3）使用。</translation>
+    </message>
+    <message>
+        <source>Another program has %1 open without saying that it uses the frame.</source>
+        <translation>另一个程序打开了 %1，但没有声明在使用触摸框。</translation>
+    </message>
+    <message>
+        <source>Process %2 has %1 open without saying that it uses the frame.</source>
+        <translation>进程 %2 打开了 %1，但没有声明在使用触摸框。</translation>
+    </message>
+    <message>
+        <source>%2 (process %3) has %1 open without saying that it uses the frame.</source>
+        <translation>%2（进程 %3）打开了 %1，但没有声明在使用触摸框。</translation>
+    </message>
+    <message>
+        <source>End that program if answers get lost.</source>
+        <translation>如果应答丢失，请结束该程序。</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by another program.</source>
+        <translation>串口 %1 正被另一个程序使用。</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by process %2.</source>
+        <translation>串口 %1 正被进程 %2 使用。</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by %2 (process %3).</source>
+        <translation>串口 %1 正被 %2（进程 %3）使用。</translation>
     </message>
 </context>
 <context>
@@ -159,21 +191,6 @@
     </message>
 </context>
 <context>
-    <name>DeviceUser</name>
-    <message>
-        <source>another program</source>
-        <translation>另一个程序</translation>
-    </message>
-    <message>
-        <source>process %1</source>
-        <translation>进程 %1</translation>
-    </message>
-    <message>
-        <source>%1 (process %2)</source>
-        <translation>%1（进程 %2）</translation>
-    </message>
-</context>
-<context>
     <name>HelpAction</name>
     <message>
         <source>&amp;Help</source>
@@ -250,27 +267,27 @@
     </message>
     <message>
         <source>Min</source>
-        <translation>最小</translation>
+        <translation>Min</translation>
     </message>
     <message>
         <source>Max</source>
-        <translation>最大</translation>
+        <translation>Max</translation>
     </message>
     <message>
         <source>ADC range, Min</source>
-        <translation>ADC 范围，最小</translation>
+        <translation>ADC 范围，Min</translation>
     </message>
     <message>
         <source>ADC range, Max</source>
-        <translation>ADC 范围，最大</translation>
+        <translation>ADC 范围，Max</translation>
     </message>
     <message>
         <source>Edge ADC range, Min</source>
-        <translation>边缘 ADC 范围，最小</translation>
+        <translation>边缘 ADC 范围，Min</translation>
     </message>
     <message>
         <source>Edge ADC range, Max</source>
-        <translation>边缘 ADC 范围，最大</translation>
+        <translation>边缘 ADC 范围，Max</translation>
     </message>
     <message>
         <source>ADC threshold</source>
@@ -378,7 +395,7 @@ Please don&apos;t touch the screan, and use your mouse to operat this dialog！<
     </message>
     <message>
         <source>Exit</source>
-        <translation>退出</translation>
+        <translation>关闭</translation>
     </message>
     <message>
         <source>Num:%1  ADC:%2  AGC:%3</source>
@@ -851,6 +868,10 @@ screen</source>
         <translation>MalvoTools</translation>
     </message>
     <message>
+        <source>Usage and environment</source>
+        <translation>用途与环境</translation>
+    </message>
+    <message>
         <source>Use</source>
         <translation>用途</translation>
     </message>
@@ -1058,6 +1079,10 @@ screen</source>
         <translation>Quorvel</translation>
     </message>
     <message>
+        <source>Versions</source>
+        <translation>版本</translation>
+    </message>
+    <message>
         <source>OK</source>
         <translation>确定</translation>
     </message>
@@ -1079,7 +1104,7 @@ screen</source>
     </message>
     <message>
         <source>Service version: %1</source>
-        <translation>服务版本：%1</translation>
+        <translation>程序版本：%1</translation>
     </message>
     <message>
         <source>Device version: %1.%2.%3.%4</source>
@@ -1180,8 +1205,12 @@ screen</source>
         <translation>MalvoTools</translation>
     </message>
     <message>
+        <source>Diagnostics</source>
+        <translation>诊断</translation>
+    </message>
+    <message>
         <source>Test the signals</source>
-        <translation>测试信号</translation>
+        <translation>测试：信号</translation>
     </message>
     <message>
         <source>Test</source>
@@ -1193,7 +1222,7 @@ screen</source>
     </message>
     <message>
         <source>Exit</source>
-        <translation>退出</translation>
+        <translation>关闭</translation>
     </message>
 </context>
 <context>
@@ -1343,7 +1372,7 @@ screen</source>
     </message>
     <message>
         <source>Refresh the list of serial ports</source>
-        <translation>刷新串口列表</translation>
+        <translation>刷新：串口列表</translation>
     </message>
     <message>
         <source>Re&amp;fresh</source>
@@ -1367,7 +1396,7 @@ screen</source>
     </message>
     <message>
         <source>Open the chosen connection</source>
-        <translation>打开所选连接</translation>
+        <translation>打开：所选连接</translation>
     </message>
     <message>
         <source>&amp;Open</source>
@@ -1906,14 +1935,6 @@ screen</source>
     <message>
         <source>This program uses it.</source>
         <translation>本程序正在使用它。</translation>
-    </message>
-    <message>
-        <source>%1 has %2 open without saying that it uses the frame.</source>
-        <translation>%1 打开了 %2，但没有声明在使用触摸框。</translation>
-    </message>
-    <message>
-        <source>End that program if answers get lost.</source>
-        <translation>如果应答丢失，请结束该程序。</translation>
     </message>
     <message>
         <source>No other program uses it.</source>
@@ -2541,7 +2562,7 @@ screen</source>
     </message>
     <message>
         <source>Exit</source>
-        <translation>退出</translation>
+        <translation>关闭</translation>
     </message>
     <message>
         <source>Settings of the test</source>

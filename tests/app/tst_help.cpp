@@ -76,6 +76,14 @@ private:
     HelpAction *action() const { return main->findChild<HelpAction *>(); }
     QWidget *windowOf(const QByteArray &name) const
     {
+        // Made by the menu when they are first asked for.
+        for (const auto &[window, entry] :
+             {std::pair("CalibrationCheck_dlg", u"Check c&alibration"_s),
+              std::pair("TryOut_dlg", u"&Try out gestures"_s),
+              std::pair("LightCheck_dlg", u"&Light check..."_s)})
+            for (QAction *action : main->findChildren<QAction *>())
+                if (name == window && action->text() == entry)
+                    action->trigger();
         for (QWidget *window : QApplication::topLevelWidgets())
             if (window->inherits(name))
                 return window;
@@ -124,6 +132,9 @@ private slots:
         row("MainWindow", u"first-connection.html#the-main-window"_s, u"The main window"_s);
         row("Calibration_Dlg", u"calibration.html#the-four-targets"_s, u"The four targets"_s);
         row("CalEnd_dlg", u"calibration.html#the-question"_s, u"The question"_s);
+        row("CalibrationCheck_dlg", u"calibration.html#checking-it"_s, u"Checking it"_s);
+        row("TryOut_dlg", u"gestures.html#trying-them-out"_s, u"Trying them out"_s);
+        row("LightCheck_dlg", u"reading-the-lights.html#measuring"_s, u"Measuring"_s);
         row("Setting_dlg", u"gestures.html#what-the-screen-is-used-for"_s,
             u"What the screen is used for"_s);
         row("useradv_dlg", u"gestures.html#press-and-hold-double-click-wheel"_s,

@@ -114,6 +114,9 @@ public:
     std::optional<Report> report(QDeadlineTimer deadline);
     // What it says next that is new and an answer. Without one in time that is a failure.
     Frame next(const IsAnswer &isAnswer);
+    // Why nothing came in time: the frame is gone, takes nothing, or the sentence; without one,
+    // that it did not answer.
+    Failure overdue(const QString &otherwise = {});
     // Sends a frame that changes something and has no answer: what, as a person calls it, counts as
     // unconfirmed from then on. Returns when the link has taken it.
     void send(const Frame &frame, const QString &what);
@@ -144,7 +147,6 @@ private:
     Failure usbProblem() const;
     QFileInfo serialNode() const;
     Failure serialProblem() const;
-    Failure overdue();
     void take(const Frame &report);
     void post(const Frame &frame);
     Frame askUntil(QDeadlineTimer deadline, const Frame &question, const IsAnswer &isAnswer,
