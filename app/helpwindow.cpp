@@ -46,6 +46,8 @@ HelpWindow::HelpWindow(const QString &theFolder)
     setWindowTitle(tr("Quorvel manual"));
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
     browser->setAccessibleName(tr("Page of the manual"));
+    browser->verticalScrollBar()->setAccessibleName(tr("Scroll up and down"));
+    browser->horizontalScrollBar()->setAccessibleName(tr("Scroll to the side"));
     browser->setOpenExternalLinks(true);
 
     auto *back = new QPushButton(tr("&Back"), this);

@@ -208,6 +208,14 @@
         <translation>Seite des Handbuchs</translation>
     </message>
     <message>
+        <source>Scroll up and down</source>
+        <translation>Auf und ab blättern</translation>
+    </message>
+    <message>
+        <source>Scroll to the side</source>
+        <translation>Seitwärts blättern</translation>
+    </message>
+    <message>
         <source>&amp;Back</source>
         <translation>&amp;Zurück</translation>
     </message>

@@ -208,6 +208,14 @@
         <translation>手册页面</translation>
     </message>
     <message>
+        <source>Scroll up and down</source>
+        <translation>上下滚动</translation>
+    </message>
+    <message>
+        <source>Scroll to the side</source>
+        <translation>左右滚动</translation>
+    </message>
+    <message>
         <source>&amp;Back</source>
         <translation>后退(&amp;B)</translation>
     </message>
