@@ -111,6 +111,10 @@ def main(quorvel):
     look_at(reader, "connection, serial", connection, 13)
     reader.leave(connection)
 
+    manual = by_menu("h", "Quorvel manual", "Page of the manual")
+    look_at(reader, "manual", manual, 3)
+    reader.leave(manual, "Escape")
+
     reader.press(home, "Rotation")
     rotation = reader.window("Rotation", "90 degrees")
     look_at(reader, "rotation", rotation, 5)
