@@ -46,6 +46,9 @@ constexpr double FullSupport = 0.9;
 constexpr double ExcessMargin = 1.1;
 // Noise of this many levels is finer than whole levels tell.
 constexpr double FinestNoise = 0.3;
+// By how many spreads of the healthy lights' noise a noisy light stands out, and how far that goes.
+constexpr double NoiseSpreads = 3.3;
+constexpr double MostTails = 2.8;
 
 // A light of which the level says how its place is.
 bool isUnremarkable(const Light &light)
@@ -139,10 +142,15 @@ void AxisJudge::judgeNoise()
         if (isPlain(i))
             all.push_back(usual.noise[size_t(i)]);
     }
-    verdict.noise = robust::median(std::move(all));
+    verdict.noise = robust::median(all);
+    // Noise with long tails is more uneven from light to light than the normal kind.
+    std::vector<double> uneven;
+    for (const double noise : all)
+        uneven.push_back(std::log(std::max(noise, FinestNoise)));
+    const double tails = std::exp(NoiseSpreads * robust::spread(uneven));
     const double ratio =
-        std::max(thresholds.noisyRatio,
-                 ExcessMargin * robust::deviationExcess(usual.scans, thresholds.noisyChance));
+        std::max({thresholds.noisyRatio, std::min(tails, MostTails),
+                  ExcessMargin * robust::deviationExcess(usual.scans, thresholds.noisyChance)});
     const double limit =
         std::max(thresholds.noisyLevel, ratio * std::max(verdict.noise, FinestNoise));
     for (int i = 0; i < count(); ++i) {
