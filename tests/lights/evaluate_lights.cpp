@@ -18,7 +18,7 @@ namespace {
 constexpr int HoldOutFrames = 400;
 constexpr unsigned HoldOutSeed = 2000001;
 constexpr int OtherFrames = 1000;
-constexpr unsigned OtherSeed = 3000001;
+constexpr unsigned OtherSeed = 4000001;
 constexpr const char *OtherName = "a second generator, of other rules";
 
 void printMatrices(const Tally &tally)
