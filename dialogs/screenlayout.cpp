@@ -1,5 +1,7 @@
 #include "screenlayout.h"
 
+#include "waylandoutputs.h"
+
 #include <QGuiApplication>
 #include <QHash>
 #include <QScreen>
@@ -10,12 +12,15 @@
 #include <cstdlib>
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Monitor
 {
     QString name;
     QRect geometry;
+    QSizeF millimetres;
 };
 
 template <typename Reply>
@@ -51,29 +56,73 @@ QList<Monitor> monitorsOf(xcb_connection_t *connection, xcb_window_t root)
     for (auto it = xcb_randr_get_monitors_monitors_iterator(reply.get()); it.rem;
          xcb_randr_monitor_info_next(&it)) {
         monitors.append({atomName(connection, it.data->name),
-                         QRect(it.data->x, it.data->y, it.data->width, it.data->height)});
+                         QRect(it.data->x, it.data->y, it.data->width, it.data->height),
+                         QSizeF(it.data->width_in_millimeters, it.data->height_in_millimeters)});
     }
     return monitors;
 }
 
 // The monitor that a Qt screen stands for: by name, else by origin.
-QRect nativeGeometry(const QScreen *screen, const QList<Monitor> &monitors)
+Monitor monitorOf(const QScreen *screen, const QList<Monitor> &monitors)
 {
     for (const Monitor &monitor : monitors) {
         if (monitor.name == screen->name())
-            return monitor.geometry;
+            return monitor;
     }
     for (const Monitor &monitor : monitors) {
         if (monitor.geometry.topLeft() == screen->geometry().topLeft())
-            return monitor.geometry;
+            return monitor;
     }
-    return scaledUp(screen);
+    return {screen->name(), scaledUp(screen), screen->physicalSize()};
+}
+
+bool isOnWayland()
+{
+    return QGuiApplication::platformName().startsWith("wayland"_L1);
+}
+
+// By name, else by order.
+QSize nativeSize(const QScreen *screen, const QList<WaylandOutput> &outputs)
+{
+    for (const WaylandOutput &output : outputs) {
+        if (!output.name.isEmpty() && output.name == screen->name())
+            return output.size;
+    }
+    const auto index = QGuiApplication::screens().indexOf(screen);
+    if (outputs.size() == QGuiApplication::screens().size() && !outputs[index].size.isEmpty())
+        return outputs[index].size;
+    return scaledUp(screen).size();
+}
+
+// Each screen stands where the compositor has it, in pixels of its own: with screens of several
+// scalings these places are no more than an order.
+ScreenLayout layoutOnWayland()
+{
+    ScreenLayout layout;
+    layout.isEachForItself = true;
+    const QList<WaylandOutput> outputs = waylandOutputs();
+    QRect all;
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        layout.screens.append(QRect(screen->geometry().topLeft(), nativeSize(screen, outputs)));
+        all |= layout.screens.last();
+    }
+    layout.desktop = all.size();
+    return layout;
 }
 
 } // namespace
 
+qreal ScreenLayout::scaleOf(const QScreen *screen)
+{
+    if (!isOnWayland())
+        return screen->devicePixelRatio();
+    return qreal(nativeSize(screen, waylandOutputs()).width()) / screen->geometry().width();
+}
+
 ScreenLayout ScreenLayout::current()
 {
+    if (isOnWayland())
+        return layoutOnWayland();
     ScreenLayout layout;
     const QList<QScreen *> screens = QGuiApplication::screens();
     QList<Monitor> monitors;
@@ -91,7 +140,9 @@ ScreenLayout ScreenLayout::current()
 
     QRect all;
     for (const QScreen *screen : screens) {
-        layout.screens.append(nativeGeometry(screen, monitors));
+        const Monitor monitor = monitorOf(screen, monitors);
+        layout.screens.append(monitor.geometry);
+        layout.millimetres.append(monitor.millimetres);
         all |= layout.screens.last();
     }
     if (layout.desktop.isEmpty())

@@ -28,10 +28,6 @@
         <translation>Treten Sie der Gruppe %1 bei und melden Sie sich dann neu an.</translation>
     </message>
     <message>
-        <source>The touch frame at %1 is in use by %2.</source>
-        <translation>Der Touchrahmen an %1 wird von %2 benutzt.</translation>
-    </message>
-    <message>
         <source>A touch frame is at %1 but this user may not open it (%2).</source>
         <translation>An %1 ist ein Touchrahmen, aber dieser Benutzer darf ihn nicht öffnen (%2).</translation>
     </message>
@@ -42,10 +38,6 @@
     <message>
         <source>Unplug it and plug it in again.</source>
         <translation>Ziehen Sie ihn ab und stecken Sie ihn wieder ein.</translation>
-    </message>
-    <message>
-        <source>The serial port %1 is in use by %2.</source>
-        <translation>Die serielle Schnittstelle %1 wird von %2 benutzt.</translation>
     </message>
     <message>
         <source>A program that has ended left the file %1 behind, which keeps the serial port %2 closed.</source>
@@ -74,6 +66,46 @@
     <message>
         <source>Check the cable and the name, such as ttyUSB0.</source>
         <translation>Prüfen Sie das Kabel und den Namen, etwa ttyUSB0.</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by another program.</source>
+        <translation>Der Touchrahmen an %1 wird von einem anderen Programm benutzt.</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by process %2.</source>
+        <translation>Der Touchrahmen an %1 wird vom Prozess %2 benutzt.</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by %2 (process %3).</source>
+        <translation>Der Touchrahmen an %1 wird von %2 (Prozess %3) benutzt.</translation>
+    </message>
+    <message>
+        <source>Another program has %1 open without saying that it uses the frame.</source>
+        <translation>Ein anderes Programm hat %1 offen, ohne zu sagen, dass es den Rahmen benutzt.</translation>
+    </message>
+    <message>
+        <source>Process %2 has %1 open without saying that it uses the frame.</source>
+        <translation>Der Prozess %2 hat %1 offen, ohne zu sagen, dass er den Rahmen benutzt.</translation>
+    </message>
+    <message>
+        <source>%2 (process %3) has %1 open without saying that it uses the frame.</source>
+        <translation>%2 (Prozess %3) hat %1 offen, ohne zu sagen, dass es den Rahmen benutzt.</translation>
+    </message>
+    <message>
+        <source>End that program if answers get lost.</source>
+        <translation>Beenden Sie jenes Programm, wenn Antworten verloren gehen.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by another program.</source>
+        <translation>Die serielle Schnittstelle %1 wird von einem anderen Programm benutzt.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by process %2.</source>
+        <translation>Die serielle Schnittstelle %1 wird vom Prozess %2 benutzt.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by %2 (process %3).</source>
+        <translation>Die serielle Schnittstelle %1 wird von %2 (Prozess %3) benutzt.</translation>
     </message>
 </context>
 <context>
@@ -120,6 +152,69 @@
     </message>
 </context>
 <context>
+    <name>CalibrationCheck_dlg</name>
+    <message>
+        <source>Calibration check</source>
+        <translation>Kalibrierung prüfen</translation>
+    </message>
+    <message>
+        <source>Touch the crosses one after the other. ESC leaves.</source>
+        <translation>Berühren Sie die Kreuze nacheinander. ESC bricht ab.</translation>
+    </message>
+    <message>
+        <source>ESC leaves, Backspace takes the last touch back.</source>
+        <translation>ESC bricht ab, die Rücktaste nimmt die letzte Berührung zurück.</translation>
+    </message>
+    <message>
+        <source>Check &amp;again</source>
+        <translation>&amp;Erneut prüfen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Touch the middle of cross %L1 of %L2.</source>
+        <translation>Berühren Sie die Mitte von Kreuz %L1 von %L2.</translation>
+    </message>
+    <message>
+        <source>Passed</source>
+        <translation>Bestanden</translation>
+    </message>
+    <message>
+        <source>Calibrate again</source>
+        <translation>Neu kalibrieren</translation>
+    </message>
+    <message>
+        <source>Cross %L1: %2 px off, which is %3 mm.</source>
+        <translation>Kreuz %L1: %2 px daneben, das sind %3 mm.</translation>
+    </message>
+    <message>
+        <source>Cross %L1: %2 px off.</source>
+        <translation>Kreuz %L1: %2 px daneben.</translation>
+    </message>
+    <message>
+        <source>%L1: %2 px, %3 mm</source>
+        <translation>%L1: %2 px, %3 mm</translation>
+    </message>
+    <message>
+        <source>%L1: %2 px</source>
+        <translation>%L1: %2 px</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5.
+Good are up to %6 px on average and %7 px at the most.</source>
+        <translation>Berührungen lagen im Mittel %1 px (%2 mm) daneben und höchstens %3 px (%4 mm), bei Kreuz %L5.
+Gut sind bis zu %6 px im Mittel und höchstens %7 px.</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3.
+Good are up to %4 px on average and %5 px at the most.</source>
+        <translation>Berührungen lagen im Mittel %1 px daneben und höchstens %2 px, bei Kreuz %L3.
+Gut sind bis zu %4 px im Mittel und höchstens %5 px.</translation>
+    </message>
+</context>
+<context>
     <name>Calibration_Dlg</name>
     <message>
         <source>MalvoTools</source>
@@ -159,18 +254,49 @@
     </message>
 </context>
 <context>
-    <name>DeviceUser</name>
+    <name>HelpAction</name>
     <message>
-        <source>another program</source>
-        <translation>einem anderen Programm</translation>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>HelpWindow</name>
+    <message>
+        <source>Quorvel manual</source>
+        <translation>Handbuch von Quorvel</translation>
     </message>
     <message>
-        <source>process %1</source>
-        <translation>Prozess %1</translation>
+        <source>Page of the manual</source>
+        <translation>Seite des Handbuchs</translation>
     </message>
     <message>
-        <source>%1 (process %2)</source>
-        <translation>%1 (Prozess %2)</translation>
+        <source>Scroll up and down</source>
+        <translation>Auf und ab blättern</translation>
+    </message>
+    <message>
+        <source>Scroll to the side</source>
+        <translation>Seitwärts blättern</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>&amp;Zurück</translation>
+    </message>
+    <message>
+        <source>&amp;Forward</source>
+        <translation>&amp;Vorwärts</translation>
+    </message>
+    <message>
+        <source>&amp;Contents</source>
+        <translation>&amp;Inhalt</translation>
+    </message>
+    <message>
+        <source>C&amp;lose</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+    <message>
+        <source>The manual is not installed. The package quorvel-doc brings it.</source>
+        <translation>Das Handbuch ist nicht installiert. Das Paket quorvel-doc bringt es mit.</translation>
     </message>
 </context>
 <context>
@@ -187,7 +313,7 @@
 <context>
     <name>LightCheckAction</name>
     <message>
-        <source>Light c&amp;heck...</source>
+        <source>L&amp;ight check...</source>
         <translation>&amp;Lichtprüfung...</translation>
     </message>
 </context>
@@ -223,7 +349,7 @@
     </message>
     <message>
         <source>&amp;Key</source>
-        <translation>&amp;Zeichen</translation>
+        <translation>&amp;Legende</translation>
     </message>
     <message>
         <source>Letters: w weak, d dead, n noisy, s saturated, o switched off. Dark strips: touches are missed; light ones: they jump. Bars outside: stretches with one thing wrong.</source>
@@ -231,11 +357,11 @@
     </message>
     <message>
         <source>Curves: solid the level, dashed that of a healthy light, dotted the level then, dash-dotted the lowest that works; crosses: lights out of order.</source>
-        <translation>Kurven: durchgezogen der Pegel, gestrichelt der einer gesunden Lichtschranke, gepunktet der Pegel damals, strichpunktiert der niedrigste, der genügt; Kreuze: Lichtschranken mit Fehler.</translation>
+        <translation>Kurven: durchgezogen der Pegel, gestrichelt der einer gesunden Lichtschranke, gepunktet der damalige Pegel, strichpunktiert der niedrigste, der noch reicht; Kreuze: gestörte Lichtschranken.</translation>
     </message>
     <message>
         <source>The arrow keys go from light to light, in the picture of the frame and in the curves; Enter opens one in the light screen. In the curves + and - zoom, and 0 shows all.</source>
-        <translation>Die Pfeiltasten gehen von Lichtschranke zu Lichtschranke, im Bild des Rahmens und in den Kurven; die Eingabetaste öffnet eine in der Lichteinstellung. In den Kurven vergrößern und verkleinern + und -, und 0 zeigt alle.</translation>
+        <translation>Die Pfeiltasten gehen von Lichtschranke zu Lichtschranke, im Bild des Rahmens und in den Kurven; die Eingabetaste öffnet eine in der Lichteinstellung. In den Kurven vergrößern und verkleinern + und -, und 0 zeigt alles.</translation>
     </message>
     <message>
         <source>Progress of the measurement</source>
@@ -243,11 +369,11 @@
     </message>
     <message>
         <source>&amp;Follow</source>
-        <translation>&amp;Folgen</translation>
+        <translation>&amp;Fortlaufend</translation>
     </message>
     <message>
         <source>Go on measuring until it is stopped</source>
-        <translation>Weiter messen, bis es beendet wird</translation>
+        <translation>Weitermessen, bis es gestoppt wird</translation>
     </message>
     <message>
         <source>&amp;Measure</source>
@@ -259,11 +385,11 @@
     </message>
     <message>
         <source>Keep this measurement as what is good for this unit</source>
-        <translation>Diese Messung als gut für dieses Gerät merken</translation>
+        <translation>Diese Messung als den guten Zustand dieses Geräts aufbewahren</translation>
     </message>
     <message>
         <source>Compare &amp;with</source>
-        <translation>&amp;Vergleichen mit</translation>
+        <translation>Ver&amp;gleichen mit</translation>
     </message>
     <message>
         <source>Re&amp;port...</source>
@@ -287,7 +413,7 @@
     </message>
     <message>
         <source>The touch frame is gone. Measuring begins anew when one is there.</source>
-        <translation>Der Touchrahmen ist weg. Die Messung beginnt von vorn, sobald einer da ist.</translation>
+        <translation>Der Touchrahmen ist weg. Die Messung beginnt neu, sobald einer da ist.</translation>
     </message>
     <message>
         <source>&amp;Stop</source>
@@ -299,11 +425,11 @@
     </message>
     <message>
         <source>&amp;What was remembered last</source>
-        <translation>Der &amp;letzten gemerkten Messung</translation>
+        <translation>&amp;Zuletzt gemerkt</translation>
     </message>
     <message>
         <source>A &amp;file...</source>
-        <translation>Einer &amp;Datei...</translation>
+        <translation>&amp;Datei...</translation>
     </message>
     <message>
         <source>Compare with a file</source>
@@ -319,11 +445,11 @@
     </message>
     <message>
         <source>Remembered. What is measured from now on can be compared with it.</source>
-        <translation>Gemerkt. Was von nun an gemessen wird, kann damit verglichen werden.</translation>
+        <translation>Gemerkt. Was ab jetzt gemessen wird, lässt sich damit vergleichen.</translation>
     </message>
     <message>
         <source>Write a report</source>
-        <translation>Einen Bericht schreiben</translation>
+        <translation>Bericht schreiben</translation>
     </message>
     <message>
         <source>Documents (*.pdf)</source>
@@ -343,7 +469,7 @@
     </message>
     <message>
         <source>%1: a report is a file whose name ends with .pdf, .html, .json or .csv</source>
-        <translation>%1: ein Bericht ist eine Datei, deren Name auf .pdf, .html, .json oder .csv endet</translation>
+        <translation>%1: Ein Bericht ist eine Datei, deren Name auf .pdf, .html, .json oder .csv endet</translation>
     </message>
     <message>
         <source>%1 cannot be written: %2</source>
@@ -375,14 +501,7 @@
     </message>
     <message>
         <source>Since %1 light %2 has changed most for the worse, by %3 % beside the others.</source>
-        <translation>Seit %1 hat sich Lichtschranke %2 am meisten verschlechtert, um %3 % gegenüber den anderen.</translation>
-    </message>
-    <message numerus="yes">
-        <source>Following the touch frame: %Ln scan(s) of each axis so far.</source>
-        <translation>
-            <numerusform>Folgt dem Touchrahmen: bisher %Ln Messung jeder Achse.</numerusform>
-            <numerusform>Folgt dem Touchrahmen: bisher %Ln Messungen jeder Achse.</numerusform>
-        </translation>
+        <translation>Seit %1 hat sich die Lichtschranke %2 am meisten verschlechtert, um %3 % gegenüber den anderen.</translation>
     </message>
     <message>
         <source>Views</source>
@@ -392,12 +511,19 @@
         <source>Report...</source>
         <translation>Bericht...</translation>
     </message>
+    <message numerus="yes">
+        <source>Following the touch frame: %Ln scan(s) of each axis so far.</source>
+        <translation>
+            <numerusform>Folgt dem Touchrahmen: bisher %Ln Messung jeder Achse.</numerusform>
+            <numerusform>Folgt dem Touchrahmen: bisher %Ln Messungen jeder Achse.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>LightModel</name>
     <message>
         <source>%1 of light %2: %3</source>
-        <translation>%1 von Lichtschranke %2: %3</translation>
+        <translation>%1 der Lichtschranke %2: %3</translation>
     </message>
     <message>
         <source>Light</source>
@@ -1088,6 +1214,10 @@ Bildschirms passt</translation>
         <translation>MalvoTools</translation>
     </message>
     <message>
+        <source>Usage and environment</source>
+        <translation>Verwendung und Umgebung</translation>
+    </message>
+    <message>
         <source>Use</source>
         <translation>Nutzung</translation>
     </message>
@@ -1289,10 +1419,125 @@ Bildschirms passt</translation>
     </message>
 </context>
 <context>
+    <name>TryOut_dlg</name>
+    <message>
+        <source>Try out gestures</source>
+        <translation>Gesten ausprobieren</translation>
+    </message>
+    <message>
+        <source>Field for gestures</source>
+        <translation>Feld für Gesten</translation>
+    </message>
+    <message>
+        <source>Press and hold, click twice, drag or turn the wheel here, with a finger or a mouse.</source>
+        <translation>Halten, doppelklicken, ziehen oder rollen Sie hier, mit dem Finger oder der Maus.</translation>
+    </message>
+    <message>
+        <source>Gestures before the last one</source>
+        <translation>Gesten vor der letzten</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Wheel: less than a step in %L1 ms</source>
+        <translation>Mausrad: weniger als ein Schritt in %L1 ms</translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the left in %L1 ms</source>
+        <translation>
+            <numerusform>Mausrad: %Ln Schritt nach links in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach links in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the right in %L1 ms</source>
+        <translation>
+            <numerusform>Mausrad: %Ln Schritt nach rechts in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach rechts in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) up in %L1 ms</source>
+        <translation>
+            <numerusform>Mausrad: %Ln Schritt nach oben in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach oben in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) down in %L1 ms</source>
+        <translation>
+            <numerusform>Mausrad: %Ln Schritt nach unten in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach unten in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>On this desktop two clicks within %L1 ms are a double click, two taps also within %L2 px; what is down for %L3 ms is held, and what moves %L4 px is dragged.</source>
+        <translation>Hier sind zwei Klicks innerhalb von %L1 ms ein Doppelklick, zweimal Tippen auch nur innerhalb von %L2 px; was %L3 ms gedrückt bleibt, wird gehalten, und was sich um %L4 px bewegt, gezogen.</translation>
+    </message>
+    <message>
+        <source>Tap: down for %L1 ms, moved %L2 px</source>
+        <translation>Tippen: %L1 ms lang, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Click: down for %L1 ms, moved %L2 px</source>
+        <translation>Klick: %L1 ms lang, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Tap %L1 ms after the one before and %L2 px from it: no double tap</source>
+        <translation>Tippen %L1 ms nach dem vorigen und %L2 px davon: kein doppeltes Tippen</translation>
+    </message>
+    <message>
+        <source>Click %L1 ms after the one before and %L2 px from it: no double click</source>
+        <translation>Klick %L1 ms nach dem vorigen und %L2 px davon: kein Doppelklick</translation>
+    </message>
+    <message>
+        <source>Double tap: %L1 ms and %L2 px apart</source>
+        <translation>Doppeltes Tippen: %L1 ms und %L2 px auseinander</translation>
+    </message>
+    <message>
+        <source>Double click: %L1 ms and %L2 px apart</source>
+        <translation>Doppelklick: %L1 ms und %L2 px auseinander</translation>
+    </message>
+    <message>
+        <source>Touched for %L1 ms, moved %L2 px: no right click</source>
+        <translation>%L1 ms berührt, %L2 px bewegt: kein Rechtsklick</translation>
+    </message>
+    <message>
+        <source>Pressed for %L1 ms, moved %L2 px: no right click</source>
+        <translation>%L1 ms gedrückt, %L2 px bewegt: kein Rechtsklick</translation>
+    </message>
+    <message>
+        <source>Right click after %L1 ms, moved %L2 px</source>
+        <translation>Rechtsklick nach %L1 ms, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Right click: down for %L1 ms, moved %L2 px</source>
+        <translation>Rechtsklick: %L1 ms lang, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Drag by touch of %L1 px in %L2 ms</source>
+        <translation>Mit dem Finger um %L1 px gezogen in %L2 ms</translation>
+    </message>
+    <message>
+        <source>Drag of %L1 px in %L2 ms</source>
+        <translation>Um %L1 px gezogen in %L2 ms</translation>
+    </message>
+</context>
+<context>
     <name>Version_Dlg</name>
     <message>
         <source>Quorvel</source>
         <translation>Quorvel</translation>
+    </message>
+    <message>
+        <source>Versions</source>
+        <translation>Versionen</translation>
     </message>
     <message>
         <source>OK</source>
@@ -1334,6 +1579,17 @@ Bildschirms passt</translation>
         <source>PID: %1 - %2</source>
         <comment>family, date and number</comment>
         <translation>PID: %1 - %2</translation>
+    </message>
+</context>
+<context>
+    <name>WindowMenu</name>
+    <message>
+        <source>&amp;Try out gestures</source>
+        <translation>Gesten &amp;ausprobieren</translation>
+    </message>
+    <message>
+        <source>Check c&amp;alibration</source>
+        <translation>&amp;Kalibrierung prüfen</translation>
     </message>
 </context>
 <context>
@@ -1415,6 +1671,10 @@ Bildschirms passt</translation>
     <message>
         <source>MalvoTools</source>
         <translation>MalvoTools</translation>
+    </message>
+    <message>
+        <source>Diagnostics</source>
+        <translation>Diagnose</translation>
     </message>
     <message>
         <source>Test the signals</source>
@@ -2147,14 +2407,6 @@ Bildschirms passt</translation>
         <translation>Dieses Programm benutzt sie.</translation>
     </message>
     <message>
-        <source>%1 has %2 open without saying that it uses the frame.</source>
-        <translation>%1 hat %2 offen, ohne zu sagen, dass es den Rahmen benutzt.</translation>
-    </message>
-    <message>
-        <source>End that program if answers get lost.</source>
-        <translation>Beenden Sie jenes Programm, wenn Antworten verloren gehen.</translation>
-    </message>
-    <message>
         <source>No other program uses it.</source>
         <translation>Kein anderes Programm benutzt sie.</translation>
     </message>
@@ -2495,11 +2747,11 @@ Bildschirms passt</translation>
     </message>
     <message>
         <source>%1: %2, level %3 where %4 is usual</source>
-        <translation>%1: %2, Pegel %3, wo %4 üblich ist</translation>
+        <translation>%1: %2, Pegel %3, üblich ist %4</translation>
     </message>
     <message>
         <source>%1: %2, level %3 where %4 is usual, changed by %5 %</source>
-        <translation>%1: %2, Pegel %3, wo %4 üblich ist, um %5 % geändert</translation>
+        <translation>%1: %2, Pegel %3, üblich ist %4, geändert um %5 %</translation>
     </message>
     <message>
         <source>The measurement</source>
@@ -2537,7 +2789,7 @@ Bildschirms passt</translation>
     <name>lights::Measuring</name>
     <message>
         <source>The touch frame says that it has no lights.</source>
-        <translation>Der Touchrahmen sagt, dass er keine Lichtschranken hat.</translation>
+        <translation>Der Touchrahmen meldet, dass er keine Lichtschranken hat.</translation>
     </message>
     <message>
         <source>No answer from the touch frame</source>

@@ -22,6 +22,37 @@
     </message>
 </context>
 <context>
+    <name>TryOut_dlg</name>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the left in %L1 ms</source>
+        <translation>
+            <numerusform>Wheel: %Ln step to the left in %L1 ms</numerusform>
+            <numerusform>Wheel: %Ln steps to the left in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the right in %L1 ms</source>
+        <translation>
+            <numerusform>Wheel: %Ln step to the right in %L1 ms</numerusform>
+            <numerusform>Wheel: %Ln steps to the right in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) up in %L1 ms</source>
+        <translation>
+            <numerusform>Wheel: %Ln step up in %L1 ms</numerusform>
+            <numerusform>Wheel: %Ln steps up in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) down in %L1 ms</source>
+        <translation>
+            <numerusform>Wheel: %Ln step down in %L1 ms</numerusform>
+            <numerusform>Wheel: %Ln steps down in %L1 ms</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>bundle::Contents</name>
     <message numerus="yes">
         <source>    (%n more time(s))</source>

@@ -6,11 +6,13 @@
 #include "dialogs/advconnect_dlg.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/calibrationcheck_dlg.h"
 #include "dialogs/lightcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/readable.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/test_win.h"
+#include "dialogs/tryout_dlg.h"
 #include "resources/resources.h"
 #include "resources/translations.h"
 #include "tests/support/fakeadapter.h"
@@ -190,7 +192,9 @@ private:
         question = std::make_unique<CalEnd_dlg>();
         tuio = std::make_unique<advconnect_dlg>();
         lightCheck = std::make_unique<LightCheck_dlg>();
-        // It fits its words to their place when it comes up.
+        new TryOut_dlg(main.get());
+        // They have their words, or fit them to their place, when they come up.
+        (new CalibrationCheck_dlg(main.get()))->show();
         main->findChild<Rotation_dlg *>()->show();
     }
     static QWidgetList windows()

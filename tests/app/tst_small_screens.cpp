@@ -4,10 +4,12 @@
 #include "app/mainwindow.h"
 #include "config/xml_class.h"
 #include "dialogs/calend_dlg.h"
+#include "dialogs/calibrationcheck_dlg.h"
 #include "dialogs/lightcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/present.h"
 #include "dialogs/test_win.h"
+#include "dialogs/tryout_dlg.h"
 #include "dialogs/useradv_dlg.h"
 #include "resources/resources.h"
 #include "tests/support/fakeadapter.h"
@@ -127,6 +129,8 @@ private slots:
     {
         question = std::make_unique<CalEnd_dlg>();
         lightCheck = std::make_unique<LightCheck_dlg>();
+        new TryOut_dlg(main.get());
+        new CalibrationCheck_dlg(main.get());
         QStringList bad;
         int windows = 0;
         for (QWidget *window : QApplication::topLevelWidgets()) {
