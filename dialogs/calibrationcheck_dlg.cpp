@@ -227,6 +227,9 @@ void CalibrationCheck_dlg::placePanel()
     letters.setPointSize(2 * letters.pointSize() - SmallLetters + 2);
     letters.setBold(true);
     ui->taskLab->setFont(letters);
+    // They count what was hidden before it was ever shown.
+    ui->buttons->invalidate();
+    ui->panelLayout->invalidate();
     const int high = ui->panelLayout->hasHeightForWidth()
                          ? ui->panelLayout->totalHeightForWidth(wide)
                          : ui->panel->sizeHint().height();
