@@ -3,6 +3,7 @@
 #include "device/records.h"
 #include "device/version.h"
 #include "dialogs/advset_dlg.h"
+#include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/connect_dlg.h"
 #include "dialogs/lightset_dlg.h"
@@ -15,6 +16,7 @@
 #include "dialogs/test_win.h"
 #include "dialogs/useradv_dlg.h"
 #include "dialogs/version_dlg.h"
+#include "lightcheckaction.h"
 #include "readhotplug.h"
 #include "recordaction.h"
 #include "resetquestion.h"
@@ -215,6 +217,9 @@ void MainWindow::addDialogs()
     calibrationdlg->setOpener(this);
     wire(calibrationdlg.get());
     connect(calibrationdlg.get(), &Calibration_Dlg::saved, this, &MainWindow::calibrationSaved);
+    connect(calibrationdlg.get(), &Calibration_Dlg::saved, this, [this](int deviation) {
+        statusLine.setCalibrationNote(CalEnd_dlg::accuracyText(deviation));
+    });
     connect(calibrationdlg.get(), &Calibration_Dlg::endedByItself, this,
             [this](const QString &why) { statusLine.setCalibrationNote(why); });
     versiondlg = new Version_Dlg(this);
@@ -309,6 +314,11 @@ void MainWindow::addContextMenu()
     settingAction->setEnabled(ui->setbtn->isEnabled());
     contextMenu->addAction(tr("S&moothing"), this, [this] { present(smoothingdlg); });
     contextMenu->addAction(tr("&Connect"), this, &MainWindow::on_conbtn_clicked);
+    auto *lightCheck = new LightCheckAction(*link, this);
+    contextMenu->addAction(lightCheck);
+    addAction(lightCheck);
+    testwin->addToMenu(lightCheck);
+    advdlg->addAction(lightCheck);
     contextMenu->addTrials();
     contextMenu->addAction(recordAction);
     contextMenu->addAction(new SupportFileAction(*link, this));

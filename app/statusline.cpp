@@ -1,5 +1,6 @@
 #include "statusline.h"
 
+#include "dialogs/announce.h"
 #include "dialogs/present.h"
 #include "doctor/usbchecks.h"
 
@@ -44,14 +45,18 @@ void StatusLine::show(const Link::State &state)
 {
     if (state.problem != shown.problem && !state.problem.isEmpty())
         std::fprintf(stderr, "%s\n", qPrintable(state.problem));
+    const QString before = sentence();
     shown = state;
     showHint();
+    if (sentence() != before)
+        announce(label, sentence());
 }
 
 void StatusLine::setCalibrationNote(const QString &note)
 {
     calibrationNote = note;
     showHint();
+    announce(label, note);
 }
 
 void StatusLine::setRecordingNote(const QString &note)

@@ -1,5 +1,6 @@
 #include "connect_dlg.h"
 
+#include "announce.h"
 #include "config/fields.h"
 #include "device/records.h"
 #include "scrolled.h"
@@ -234,6 +235,7 @@ void connect_dlg::fillLists()
     auto *oneAndAHalf = static_cast<QStandardItemModel *>(ui->stopBitsBox->model())->item(STOP_1_5);
     oneAndAHalf->setEnabled(false);
     oneAndAHalf->setToolTip(tr("Serial ports cannot be set to 1.5 stop bits here."));
+    oneAndAHalf->setAccessibleDescription(oneAndAHalf->toolTip());
 }
 
 // Opens the port and asks the frame, several times if need be, for its rotation: every generation
@@ -366,8 +368,10 @@ void connect_dlg::updateState()
     lines.removeAll(QString());
     const QString text = lines.join(u'\n');
     // A reader's place and selection stay while nothing is new.
-    if (ui->stateText->toPlainText() != text)
+    if (ui->stateText->toPlainText() != text) {
         ui->stateText->setPlainText(text);
+        announce(ui->stateText, text);
+    }
     ui->closeButton->setEnabled(!openPort.isEmpty());
 }
 

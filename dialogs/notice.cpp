@@ -1,6 +1,7 @@
 #include "notice.h"
 
-#include <QAccessible>
+#include "announce.h"
+
 #include <QLabel>
 
 void prepareNotice(QLabel *label)
@@ -17,8 +18,5 @@ void showNotice(QLabel *label, const QString &words)
         return;
     label->setText(words);
     label->setVisible(!words.isEmpty());
-    if (words.isEmpty())
-        return;
-    QAccessibleEvent alert(label, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    announce(label, words);
 }

@@ -1,9 +1,9 @@
 #include "outcome.h"
 
+#include "announce.h"
 #include "config/xml_class.h"
 #include "fittext.h"
 
-#include <QAccessible>
 #include <QCoreApplication>
 #include <QDir>
 #include <QLabel>
@@ -35,8 +35,7 @@ void show(QLabel *label, const QString &text)
     if (text.isEmpty())
         return;
     fitText(label, label->width());
-    QAccessibleEvent told(label, QAccessible::Alert);
-    QAccessible::updateAccessibility(&told);
+    announce(label, text);
 }
 
 } // namespace outcome

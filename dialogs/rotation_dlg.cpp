@@ -1,5 +1,6 @@
 #include "rotation_dlg.h"
 
+#include "announce.h"
 #include "device/records.h"
 #include "fittext.h"
 #include "readable.h"
@@ -74,8 +75,12 @@ void Rotation_dlg::getCurrentRotation()
 
 void Rotation_dlg::updateCurrentRotationLab()
 {
-    ui->Rotationlab->setText(
-        currentRotation <= LargestCode ? QString::number(currentRotation * QuarterTurn) : u"-1"_s);
+    const bool isKnown = currentRotation <= LargestCode;
+    const QString text = isKnown ? QString::number(currentRotation * QuarterTurn) : u"-1"_s;
+    if (text == ui->Rotationlab->text())
+        return;
+    ui->Rotationlab->setText(text);
+    announce(ui->Rotationlab, isKnown ? text : ui->Rotationlab->accessibleDescription());
 }
 
 void Rotation_dlg::OnLinkEnded()

@@ -1,8 +1,8 @@
 #include "supportfile_dlg.h"
 
+#include "announce.h"
 #include "ui_supportfile_dlg.h"
 
-#include <QAccessible>
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QFontDatabase>
@@ -51,8 +51,7 @@ void SupportFile_dlg::saveTo(const QString &path)
 void SupportFile_dlg::tell(const QString &outcome)
 {
     ui->outcomeLab->setText(outcome);
-    QAccessibleEvent told(ui->outcomeLab, QAccessible::Alert);
-    QAccessible::updateAccessibility(&told);
+    announce(ui->outcomeLab, outcome);
 }
 
 void SupportFile_dlg::on_fileList_currentRowChanged(int row)

@@ -2,6 +2,16 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>LightCheck_dlg</name>
+    <message numerus="yes">
+        <source>Following the touch frame: %Ln scan(s) of each axis so far.</source>
+        <translation>
+            <numerusform>Following the touch frame: %Ln scan of each axis so far.</numerusform>
+            <numerusform>Following the touch frame: %Ln scans of each axis so far.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>RecordAction</name>
     <message numerus="yes">
         <source>Recording into %1, where %Ln packet(s) are missing.</source>

@@ -312,8 +312,9 @@ private:
     {
         QJsonObject state = spoilt[u"state"_s].toObject();
         const QJsonObject wanted = well[u"state"_s].toObject();
-        // The frame does not tell these: they were sent, and may have been lost.
-        for (const QString &untold : {u"gestures"_s, u"calibrated"_s})
+        // The frame does not tell these: they were sent, and may have been lost, the end of a
+        // calibration too.
+        for (const QString &untold : {u"gestures"_s, u"calibrated"_s, u"calibrating"_s})
             state[untold] = wanted[untold];
         return state == wanted ? QString() : u"a setting is said to be made and is not"_s;
     }

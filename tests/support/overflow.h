@@ -15,11 +15,19 @@ namespace overflow {
 
 inline constexpr int SmallestReadable = 7; // points, for what is made smaller to fit
 
-// Where a label of one line draws its letters.
+// What the letters of a label of one line take.
+inline QSize lettersOf(const QLabel &label)
+{
+    QString text = label.text();
+    if (label.buddy())
+        text.remove(u'&');
+    return label.fontMetrics().tightBoundingRect(text).size();
+}
+
+// Where it draws them.
 inline QRect textPlace(const QLabel &label)
 {
-    const QSize letters = label.fontMetrics().tightBoundingRect(label.text()).size();
-    return QStyle::alignedRect(label.layoutDirection(), label.alignment(), letters,
+    return QStyle::alignedRect(label.layoutDirection(), label.alignment(), lettersOf(label),
                                label.geometry());
 }
 
@@ -63,8 +71,8 @@ inline bool isTooSmall(const QWidget &widget)
             return label->heightForWidth(label->width()) > label->height() ||
                    label->minimumSizeHint().width() > label->width();
         return label->sizeHint().width() > label->width() ||
-               label->fontMetrics().tightBoundingRect(label->text()).height() > label->height() ||
-               isCovered(*label) || label->font().pointSize() < SmallestReadable;
+               lettersOf(*label).height() > label->height() || isCovered(*label) ||
+               label->font().pointSize() < SmallestReadable;
     }
     if (const auto *group = qobject_cast<const QGroupBox *>(&widget))
         return group->fontMetrics().horizontalAdvance(group->title()) + 16 > group->width();

@@ -98,6 +98,8 @@ public:
 
     // Links the frame that the options name.
     void connectFrame();
+    // Waits for the next frame in place of one that is gone; false when the time is over first.
+    bool connectNextFrame(QDeadlineTimer end);
     // Ends the link in good order; nothing may be asked any more.
     void finish();
     // What is recorded, from connectFrame() on if the options name a file.
@@ -114,8 +116,8 @@ public:
     std::optional<Report> report(QDeadlineTimer deadline);
     // What it says next that is new and an answer. Without one in time that is a failure.
     Frame next(const IsAnswer &isAnswer);
-    // Why nothing came in time: the frame is gone, takes nothing, or the sentence; without one, that
-    // it did not answer.
+    // Why nothing came in time: the frame is gone, takes nothing, or the sentence; without one,
+    // that it did not answer.
     Failure overdue(const QString &otherwise = {});
     // Sends a frame that changes something and has no answer: what, as a person calls it, counts as
     // unconfirmed from then on. Returns when the link has taken it.
