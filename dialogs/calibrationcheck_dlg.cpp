@@ -1,9 +1,9 @@
 #include "calibrationcheck_dlg.h"
 
+#include "announce.h"
 #include "screenlayout.h"
 #include "ui_calibrationcheck_dlg.h"
 
-#include <QAccessible>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLocale>
@@ -64,10 +64,11 @@ CalibrationCheck_dlg::~CalibrationCheck_dlg() = default;
 CalibrationCheck::Screen CalibrationCheck_dlg::screenCovered() const
 {
     const ScreenLayout layout = ScreenLayout::current();
-    const qsizetype number = QGuiApplication::screens().indexOf(covered ? covered.get() : screen());
+    QScreen *on = covered ? covered.get() : screen();
+    const qsizetype number = QGuiApplication::screens().indexOf(on);
     return {.pixels = layout.screens.value(number).size(),
             .millimetres = layout.millimetres.value(number),
-            .scale = devicePixelRatioF()};
+            .scale = ScreenLayout::scaleOf(on)};
 }
 
 void CalibrationCheck_dlg::begin()
@@ -150,7 +151,7 @@ bool CalibrationCheck_dlg::event(QEvent *event)
 
 void CalibrationCheck_dlg::take(const QPointF &at, quint64 ms)
 {
-    if (!model->take(at * devicePixelRatioF(), qint64(ms)))
+    if (!model->take(at * model->scale(), qint64(ms)))
         return;
     tell();
     speak(ui->resultLab);
@@ -211,8 +212,7 @@ QString CalibrationCheck_dlg::resultWords() const
 
 void CalibrationCheck_dlg::speak(QLabel *label)
 {
-    QAccessibleEvent told(label, QAccessible::Alert);
-    QAccessible::updateAccessibility(&told);
+    announce(label, label->text());
     emit spoken(label->text());
 }
 
@@ -244,7 +244,7 @@ void CalibrationCheck_dlg::paintEvent(QPaintEvent *)
     for (int number = 0; number < model->Crosses; ++number)
         paintWords(painter, number);
     // The rest in native pixels, as touches are.
-    painter.scale(1 / devicePixelRatioF(), 1 / devicePixelRatioF());
+    painter.scale(1 / model->scale(), 1 / model->scale());
     for (int number = 0; number < model->Crosses; ++number)
         paintCross(painter, number);
     for (int number = 0; number < model->asked(); ++number)
@@ -254,7 +254,7 @@ void CalibrationCheck_dlg::paintEvent(QPaintEvent *)
 void CalibrationCheck_dlg::paintCross(QPainter &painter, int number) const
 {
     const bool isAsked = number == model->asked();
-    const qreal scale = devicePixelRatioF();
+    const qreal scale = model->scale();
     QPen pen = painter.pen();
     pen.setWidth(lineWidth(isAsked ? AskedLine : ThinLine, scale));
     pen.setCapStyle(Qt::FlatCap);
@@ -269,7 +269,7 @@ void CalibrationCheck_dlg::paintCross(QPainter &painter, int number) const
 
 void CalibrationCheck_dlg::paintTouch(QPainter &painter, int number) const
 {
-    const qreal scale = devicePixelRatioF();
+    const qreal scale = model->scale();
     const QPointF touch = model->touch(number);
     painter.drawLine(QPointF(model->cross(number)), touch);
     painter.save();
@@ -294,7 +294,7 @@ void CalibrationCheck_dlg::paintWords(QPainter &painter, int number) const
                 .arg(shown(model->distance(number)), shown(model->distanceInMillimetres(number)));
     else
         words = tr("%L1: %2 px").arg(number + 1).arg(shown(model->distance(number)));
-    const QPoint cross = (QPointF(model->cross(number)) / devicePixelRatioF()).toPoint();
+    const QPoint cross = (QPointF(model->cross(number)) / model->scale()).toPoint();
     QRect place(QPoint(0, 0), painter.fontMetrics().size(Qt::TextSingleLine, words));
     place.moveCenter(cross);
     if (cross.y() < height() / 3)

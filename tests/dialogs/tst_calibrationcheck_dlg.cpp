@@ -1,6 +1,5 @@
 #include "dialogs/calibrationcheck_dlg.h"
 
-#include <QFrame>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPointingDevice>
@@ -129,7 +128,7 @@ private slots:
     // Where a frame that is badly off puts a touch.
     void the_panel_takes_no_touch_before_the_end()
     {
-        const auto *panel = child<QFrame>("panel");
+        const auto *panel = child<QWidget>("panel");
         QVERIFY(panel->isVisible());
         const QPoint inside = panel->geometry().center();
         touch(inside);
