@@ -154,8 +154,10 @@ void CalibrationCheck_dlg::take(const QPointF &at, quint64 ms)
     if (!model->take(at * model->scale(), qint64(ms)))
         return;
     tell();
-    speak(ui->resultLab);
-    speak(ui->taskLab);
+    // At once, as what is said next takes the place of what is still to be said.
+    const QString words = ui->resultLab->text() + u'\n' + ui->taskLab->text();
+    announce(ui->taskLab, words);
+    emit spoken(words);
 }
 
 void CalibrationCheck_dlg::tell()
@@ -208,12 +210,6 @@ QString CalibrationCheck_dlg::resultWords() const
                   .arg(shown(model->meanDistance()), shown(model->distance(worst)));
     return words.arg(worst + 1).arg(shown(model->largestGoodMean()),
                                     shown(model->largestGoodWorst()));
-}
-
-void CalibrationCheck_dlg::speak(QLabel *label)
-{
-    announce(label, label->text());
-    emit spoken(label->text());
 }
 
 // Between the cross in the middle and the one at the bottom.

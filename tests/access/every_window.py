@@ -128,8 +128,8 @@ def main(quorvel):
     check = by_menu("a", "Calibration check", "Touch the middle of cross 1 of 9.")
     look_at(reader, "calibration check", check, 0)
     click(check)
-    until("how far a touch was off", lambda: any(words.startswith("Cross 1:") for words in reader.heard))
-    until("the next cross", lambda: "Touch the middle of cross 2 of 9." in reader.heard)
+    until("how far a touch was off and what is next",
+          lambda: any("Cross 1:" in words and "cross 2 of 9." in words for words in reader.heard))
     if "ESC" not in check.get_description():
         object_to("calibration check", "does not say how to leave it")
     reader.leave(check, "Escape")
