@@ -16,6 +16,7 @@
 #include "dialogs/test_win.h"
 #include "dialogs/useradv_dlg.h"
 #include "dialogs/version_dlg.h"
+#include "helpaction.h"
 #include "lightcheckaction.h"
 #include "readhotplug.h"
 #include "recordaction.h"
@@ -322,6 +323,7 @@ void MainWindow::addContextMenu()
     contextMenu->addTrials();
     contextMenu->addAction(recordAction);
     contextMenu->addAction(new SupportFileAction(*link, this));
+    contextMenu->addAction(new HelpAction(this));
     connect(recordAction, &RecordAction::noteChanged, this,
             [this] { statusLine.setRecordingNote(recordAction->note()); });
     for (QPushButton *button : deviceButtons())

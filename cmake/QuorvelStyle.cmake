@@ -84,5 +84,9 @@ quorvel_style_test("desktop entries" sh -c "desktop-file-validate packaging/*.de
 quorvel_style_test("software catalogue" appstreamcli validate --pedantic --no-net
                    "${PROJECT_BINARY_DIR}/packaging/org.quorvel.quorvel.metainfo.xml")
 quorvel_style_test("manual pages" sh -c "words=$(man --warnings -E UTF-8 -l -Tutf8 -Z packaging/*.1 2>&1 >/dev/null); echo \"$words\"; test -z \"$words\"")
+if(TARGET manual)
+    add_dependencies(generated manual)
+endif()
+quorvel_style_test("manual" tests/program/check-manual "${PROJECT_BINARY_DIR}/manual")
 quorvel_style_test("licences" reuse lint)
 quorvel_style_test(translations "${PROJECT_SOURCE_DIR}/scripts/translations" check)

@@ -11,6 +11,8 @@ project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
                 qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libwayland-dev libcli11-dev
                 libpcap-dev libarchive-dev libqcustomplot-dev)
+# What the manual is made with, where windows or packages are to have one.
+manual_packages=(pandoc)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
                   xcompmgr fonts-dejavu-core fonts-wqy-microhei fonts-wine qt6-translations-l10n
                   dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-gi sway weston grim qt6-wayland
@@ -77,10 +79,10 @@ install_missing() {
 needs() {
     local packages=("${build_packages[@]}" "${test_packages[@]}")
     case $1 in
-        style*) packages+=("${style_packages[@]}") ;;
-        unit | gui) packages+=("${desktop_packages[@]}") ;;
-        *-asan) packages+=("${desktop_packages[@]}" "${browser_packages[@]}") ;;
-        as-released | demo) packages+=("${desktop_packages[@]}") ;;
+        style*) packages+=("${style_packages[@]}" "${manual_packages[@]}") ;;
+        unit | gui | as-released) packages+=("${desktop_packages[@]}" "${manual_packages[@]}") ;;
+        *-asan) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${browser_packages[@]}") ;;
+        demo) packages+=("${desktop_packages[@]}") ;;
         screenshots) packages+=("${desktop_packages[@]}") ;;
         kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;
         fuzz) packages+=("${fuzz_packages[@]}") ;;

@@ -91,6 +91,14 @@ open() {
     window=$(window_sized "$@")
 }
 
+# open_titled TITLE: waits for a window whose size is its own affair and sets $window to it.
+titled() { xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | tail -n 1; }
+is_titled() { [ -n "$(titled "$1")" ]; }
+open_titled() {
+    until_true $patience is_titled "$1" || fail "the window '$1' did not appear"
+    window=$(titled "$1")
+}
+
 # await NAME TITLE W H: the same, and keeps its picture.
 await() {
     open "$@"

@@ -254,6 +254,52 @@ Gut sind bis zu %4 px im Mittel und höchstens %5 px.</translation>
     </message>
 </context>
 <context>
+    <name>HelpAction</name>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>HelpWindow</name>
+    <message>
+        <source>Quorvel manual</source>
+        <translation>Handbuch von Quorvel</translation>
+    </message>
+    <message>
+        <source>Page of the manual</source>
+        <translation>Seite des Handbuchs</translation>
+    </message>
+    <message>
+        <source>Scroll up and down</source>
+        <translation>Auf und ab blättern</translation>
+    </message>
+    <message>
+        <source>Scroll to the side</source>
+        <translation>Seitwärts blättern</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>&amp;Zurück</translation>
+    </message>
+    <message>
+        <source>&amp;Forward</source>
+        <translation>&amp;Vorwärts</translation>
+    </message>
+    <message>
+        <source>&amp;Contents</source>
+        <translation>&amp;Inhalt</translation>
+    </message>
+    <message>
+        <source>C&amp;lose</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+    <message>
+        <source>The manual is not installed. The package quorvel-doc brings it.</source>
+        <translation>Das Handbuch ist nicht installiert. Das Paket quorvel-doc bringt es mit.</translation>
+    </message>
+</context>
+<context>
     <name>History</name>
     <message>
         <source>%1: cannot be written: %2</source>

@@ -254,6 +254,52 @@ Good are up to %4 px on average and %5 px at the most.</source>
     </message>
 </context>
 <context>
+    <name>HelpAction</name>
+    <message>
+        <source>&amp;Help</source>
+        <translation>帮助(&amp;H)</translation>
+    </message>
+</context>
+<context>
+    <name>HelpWindow</name>
+    <message>
+        <source>Quorvel manual</source>
+        <translation>Quorvel 手册</translation>
+    </message>
+    <message>
+        <source>Page of the manual</source>
+        <translation>手册页面</translation>
+    </message>
+    <message>
+        <source>Scroll up and down</source>
+        <translation>上下滚动</translation>
+    </message>
+    <message>
+        <source>Scroll to the side</source>
+        <translation>左右滚动</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>后退(&amp;B)</translation>
+    </message>
+    <message>
+        <source>&amp;Forward</source>
+        <translation>前进(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Contents</source>
+        <translation>目录(&amp;C)</translation>
+    </message>
+    <message>
+        <source>C&amp;lose</source>
+        <translation>关闭(&amp;L)</translation>
+    </message>
+    <message>
+        <source>The manual is not installed. The package quorvel-doc brings it.</source>
+        <translation>手册未安装。软件包 quorvel-doc 提供该手册。</translation>
+    </message>
+</context>
+<context>
     <name>History</name>
     <message>
         <source>%1: cannot be written: %2</source>

@@ -134,6 +134,10 @@ def main(quorvel):
         object_to("calibration check", "does not say how to leave it")
     reader.leave(check, "Escape")
 
+    manual = by_menu("h", "Quorvel manual", "Page of the manual")
+    look_at(reader, "manual", manual, 3)
+    reader.leave(manual, "Escape")
+
     reader.press(home, "Rotation")
     rotation = reader.window("Rotation", "90 degrees")
     look_at(reader, "rotation", rotation, 5)

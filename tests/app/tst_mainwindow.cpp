@@ -542,8 +542,8 @@ private slots:
         QCOMPARE(texts,
                  QStringList({u"&Setting"_s, u"S&moothing"_s, u"&Connect"_s, u"L&ight check..."_s,
                               u"&Try out gestures"_s, u"Check c&alibration"_s, u"&Record..."_s,
-                              u"Support &file..."_s}));
-        QCOMPARE(enabled, QList<bool>({false, true, true, true, true, true, true, true}));
+                              u"Support &file..."_s, u"&Help"_s}));
+        QCOMPARE(enabled, QList<bool>({false, true, true, true, true, true, true, true, true}));
         QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_M);
         QTRY_VERIFY(child<smoothing_dlg>("smoothing_dlg")->isVisible());
     }
