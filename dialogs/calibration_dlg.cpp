@@ -60,7 +60,6 @@ void Calibration_Dlg::setPrimaryScr(int screen, const ScreenLayout &layout)
     area.desktop = layout.desktop;
     area.screen = layout.screens.size() == 1 ? QRect(QPoint(0, 0), layout.desktop)
                                              : layout.screens.value(screen, layout.screens.first());
-    isScaledByCompositor = layout.isEachForItself;
     if (layout.isEachForItself) {
         area.desktop = area.screen.size();
         area.screen.moveTo(0, 0);
@@ -75,6 +74,9 @@ void Calibration_Dlg::setPrimaryScr(int screen, const ScreenLayout &layout)
     const QList<QScreen *> screens = QGuiApplication::screens();
     if (const QScreen *shown = screens.value(screen, screens.first())) {
         rect = shown->geometry();
+        compositorScale = layout.isEachForItself
+                              ? ScreenLayout::scaleBetween(area.screen.size(), rect.size())
+                              : 0;
         move(shown->availableGeometry().topLeft());
     }
 }
@@ -86,7 +88,7 @@ QRect Calibration_Dlg::calibratedScreen() const
 
 qreal Calibration_Dlg::scale() const
 {
-    return isScaledByCompositor ? qreal(area.screen.width()) / rect.width() : devicePixelRatioF();
+    return compositorScale > 0 ? compositorScale : devicePixelRatioF();
 }
 
 void Calibration_Dlg::SendCalStep(int step)

@@ -98,8 +98,8 @@ private:
     QPixmap mainmap;   // everything is drawn here first; native size of the calibrated screen
     CalibrationSteps steps;
     CalibrationScreen area{{0, 0, 0, 0}, {0, 0}};
-    bool isScaledByCompositor = false; // what is drawn is not yet what is seen
-    QRect rect;                        // where the window goes, in Qt's coordinates
-    QPointer<CalEnd_dlg> question;     // while it is being asked
+    qreal compositorScale = 0; // of that screen, where it is not the toolkit that scales; else 0
+    QRect rect;                // where the window goes, in Qt's coordinates
+    QPointer<CalEnd_dlg> question; // while it is being asked
     QPointer<QWidget> opener;
 };

@@ -9,12 +9,15 @@
 #include <xcb/randr.h>
 #include <xcb/xcb.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int FinestScale = 120; // a compositor's scalings are whole numbers of such parts
 
 struct Monitor
 {
@@ -116,7 +119,21 @@ qreal ScreenLayout::scaleOf(const QScreen *screen)
 {
     if (!isOnWayland())
         return screen->devicePixelRatio();
-    return qreal(nativeSize(screen, waylandOutputs()).width()) / screen->geometry().width();
+    return scaleBetween(nativeSize(screen, waylandOutputs()), screen->geometry().size());
+}
+
+qreal ScreenLayout::scaleBetween(QSize native, QSize counted)
+{
+    const qreal rough = qreal(native.width()) / counted.width();
+    for (int denominator = 1; denominator <= FinestScale; ++denominator) {
+        const qreal scale = std::round(rough * denominator) / denominator;
+        const auto fits = [scale](int pixels, int points) {
+            return std::abs(pixels / scale - points) < 1;
+        };
+        if (fits(native.width(), counted.width()) && fits(native.height(), counted.height()))
+            return scale;
+    }
+    return rough;
 }
 
 ScreenLayout ScreenLayout::current()

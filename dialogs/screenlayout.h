@@ -22,4 +22,7 @@ struct ScreenLayout
     static ScreenLayout current();
     // Native pixels for each one that the toolkit counts on that screen.
     static qreal scaleOf(const QScreen *screen);
+    // The same from a screen's two sizes, the toolkit's being rounded: of all that fit, what has
+    // the smallest denominator.
+    static qreal scaleBetween(QSize native, QSize counted);
 };

@@ -4,6 +4,7 @@ targets are seen: each is exactly where it belongs, and the frame is told of tha
 """
 
 import os
+import re
 import subprocess
 import sys
 
@@ -53,7 +54,9 @@ def main(quorvel, pictures, name):
         if step == 1:
             keep(pictures, f"{name}-{scale:g}-target", name)
         finger.touch(output["rect"]["x"] + x / scale, output["rect"]["y"] + y / scale)
-        reader.told(f"touch at {x},{y}")
+        touched = until("the touch", lambda: re.findall(r"touch at (\d+),(\d+)", reader.lines())[step - 1:])[0]
+        # Pointers of compositors go by parts of scaled pixels.
+        assert abs(int(touched[0]) - x) <= (scale % 1 > 0) and abs(int(touched[1]) - y) <= (scale % 1 > 0), touched
     reader.told(f"host > frame  calibration: check, screen 0,0 {width}x{height} of {width}x{height}")
     question = reader.window("MalvoTools", "Do you want to save the Calibration results ?")
     until(f"the question on {name}", lambda: place_of("MalvoTools") == name)

@@ -32,8 +32,11 @@ def main(quorvel, pictures, size):
     reader = Reader(quorvel, "--demo")
     home = reader.window(TITLE)
     reader.told("frame > host  firmware:")
-    colours = take_picture(os.path.join(pictures, f"{size}-window.png"))[2]
-    assert len(set(colours[i:i + 3] for i in range(0, len(colours), 3))) > 50, "nothing is seen of the window"
+
+    def shows_something():
+        pixels = take_picture(os.path.join(pictures, f"{size}-window.png"))[2]
+        return len(set(pixels[i:i + 3] for i in range(0, len(pixels), 3))) > 300
+    until("the window to be seen", shows_something)
     second = subprocess.run([quorvel, "--demo"], timeout=20, check=False)
     assert second.returncode == 0, second.returncode
 
