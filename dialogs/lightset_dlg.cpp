@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
 namespace settings = command::settings;
 namespace scan = command::scan;
-using Axis = LightPlot::Axis;
+using PlotAxis = LightPlot::Axis;
 using Light = LightPlot::Light;
 
 namespace {

@@ -14,7 +14,7 @@
 using namespace Qt::StringLiterals;
 namespace settings = command::settings;
 namespace scan = command::scan;
-using Axis = LightPlot::Axis;
+using PlotAxis = LightPlot::Axis;
 using Light = LightPlot::Light;
 
 namespace {
@@ -32,7 +32,7 @@ void put(QLineEdit *field, const QString &text)
 
 command::LightName LightSet_dlg::nameOf(const Light &light)
 {
-    return {light.axis == Axis::X ? settings::AxisX : settings::AxisY, light.number};
+    return {light.axis == PlotAxis::X ? settings::AxisX : settings::AxisY, light.number};
 }
 
 void LightSet_dlg::takeSettings(const command::AdcReport &report)
@@ -61,7 +61,7 @@ void LightSet_dlg::takeLight(command::LightReport report)
 {
     const UCHAR axis = report.light.axis;
     const bool isAxis = axis == settings::AxisX || axis == settings::AxisY;
-    const Light light{axis == settings::AxisY ? Axis::Y : Axis::X, report.light.number};
+    const Light light{axis == settings::AxisY ? PlotAxis::Y : PlotAxis::X, report.light.number};
     if (!userChose && isAxis) {
         setChosen(light);
         if (const auto unsent = control.choose(nameOf(light)))
@@ -87,8 +87,8 @@ void LightSet_dlg::takeLight(command::LightReport report)
 
 void LightSet_dlg::takePage(const command::ScanPage &page)
 {
-    const Axis axis = page.axis == scan::AxisX ? Axis::X : Axis::Y;
-    if (axis == Axis::Y)
+    const PlotAxis axis = page.axis == scan::AxisX ? PlotAxis::X : PlotAxis::Y;
+    if (axis == PlotAxis::Y)
         plot.storeY(page);
     else if (plot.storeX(page))
         update();
@@ -104,7 +104,7 @@ void LightSet_dlg::takePage(const command::ScanPage &page)
 
 int LightSet_dlg::pages(UCHAR axis) const
 {
-    return ScanWatch::pagesOf(plot.lights(axis == scan::AxisX ? Axis::X : Axis::Y),
+    return ScanWatch::pagesOf(plot.lights(axis == scan::AxisX ? PlotAxis::X : PlotAxis::Y),
                               scan::PairsPerPage);
 }
 
@@ -149,7 +149,7 @@ void LightSet_dlg::refuse(QLineEdit *field, const QString &words)
 
 void LightSet_dlg::setChosen(const Light &light)
 {
-    put(ui->LightDir, light.axis == Axis::X ? u"X"_s : u"Y"_s);
+    put(ui->LightDir, light.axis == PlotAxis::X ? u"X"_s : u"Y"_s);
     put(ui->LightNum, QString::number(light.number));
 }
 
@@ -174,9 +174,9 @@ std::optional<Light> LightSet_dlg::namedLight() const
     const auto number = wholeNumber(ui->LightNum->text(), 0, LargestValue);
     const QString direction = ui->LightDir->text();
     if (number && direction.compare("X"_L1, Qt::CaseInsensitive) == 0)
-        return Light{Axis::X, *number};
+        return Light{PlotAxis::X, *number};
     if (number && direction.compare("Y"_L1, Qt::CaseInsensitive) == 0)
-        return Light{Axis::Y, *number};
+        return Light{PlotAxis::Y, *number};
     return {};
 }
 
@@ -262,7 +262,7 @@ QString LightSet_dlg::lightNotice() const
         return tr("The touch frame has no such light");
     if (light && lightDue.hasExpired())
         return tr("No answer about light %1 %2")
-            .arg(light->axis == Axis::X ? u"X"_s : u"Y"_s)
+            .arg(light->axis == PlotAxis::X ? u"X"_s : u"Y"_s)
             .arg(light->number);
     if (isOther)
         return tr("The touch frame has set other values");
