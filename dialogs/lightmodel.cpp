@@ -19,7 +19,7 @@ void LightModel::setReport(const lights::Report &report)
                 row.noise = row.light.noise;
             if (changes[i])
                 row.change = 100 * changes[i]->alone;
-            coming.push_back(std::move(row));
+            coming.push_back(row);
         }
     }
     // A series of the same frame keeps what is sorted, chosen and in view.

@@ -136,6 +136,7 @@ void AxisJudge::judgeNoise()
     verdict.noise = robust::median(all);
     // Noise with long tails is more uneven from light to light than the normal kind.
     std::vector<double> uneven;
+    uneven.reserve(all.size());
     for (const double noise : all)
         uneven.push_back(std::log(std::max(noise, FinestNoise)));
     const double tails = std::exp(NoiseSpreads * robust::spread(uneven));
