@@ -88,7 +88,7 @@ bool Demo::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::MouseButtonPress) {
         if (const auto *screen = qobject_cast<Calibration_Dlg *>(watched)) {
             const QPointF onScreen =
-                static_cast<QMouseEvent *>(event)->position() * screen->devicePixelRatioF();
+                static_cast<QMouseEvent *>(event)->position() * screen->scale();
             frame->touch(screen->calibratedScreen().topLeft() + onScreen.toPoint());
         }
     }

@@ -4,7 +4,7 @@
 #include "dialogs/present.h"
 
 LightCheckAction::LightCheckAction(Link &theLink, QWidget *theWindow)
-    : QAction(tr("&Light check..."), theWindow)
+    : QAction(tr("L&ight check..."), theWindow)
     , link(theLink)
     , window(theWindow)
 {

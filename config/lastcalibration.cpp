@@ -1,15 +1,14 @@
 #include "lastcalibration.h"
 
+#include "device/plainfile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 #include <QStandardPaths>
-#include <QTemporaryFile>
 
-#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -55,15 +54,14 @@ std::optional<LastCalibration> fromText(const QByteArray &text)
 // What stands in the way is neither waited for nor followed.
 std::optional<LastCalibration> sharedBy(const QFileInfo &entry)
 {
-    const int opened = ::open(QFile::encodeName(entry.filePath()).constData(),
-                              O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    QFile file;
-    struct stat node
-    {
-    };
-    if (opened < 0 || !file.open(opened, QIODevice::ReadOnly, QFile::AutoCloseHandle) ||
-        ::fstat(opened, &node) != 0 || !S_ISREG(node.st_mode) ||
+    const FileDescriptor opened(::open(QFile::encodeName(entry.filePath()).constData(),
+                                       O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    struct stat node = {};
+    if (!opened.isValid() || ::fstat(opened.get(), &node) != 0 || !S_ISREG(node.st_mode) ||
         entry.fileName() != sharedName(node.st_uid))
+        return {};
+    QFile file;
+    if (!file.open(opened.get(), QIODevice::ReadOnly))
         return {};
     return fromText(file.read(LargestFile));
 }
@@ -77,19 +75,12 @@ std::optional<LastCalibration> keptByUser()
     return fromText(file.read(LargestFile));
 }
 
-// A file in a folder of several users is made anew and put in place as it is: to write into what is
-// there could be to write through somebody else's link.
+// In a sticky folder nobody else can put something in the place of a file between the two steps.
 void share(const QByteArray &text)
 {
-    if (!QFileInfo(sharedFolder()).isDir())
-        return;
-    QTemporaryFile file(sharedFolder() + u"/.calibration-XXXXXX"_s);
-    if (!file.open() || file.write(text) != text.size() || !file.setPermissions(ForAll) ||
-        !file.flush())
-        return;
-    const QByteArray target = QFile::encodeName(sharedFolder() + u'/' + sharedName(::geteuid()));
-    if (std::rename(QFile::encodeName(file.fileName()).constData(), target.constData()) == 0)
-        file.setAutoRemove(false);
+    const QString path = sharedFolder() + u'/' + sharedName(::geteuid());
+    if (QFileInfo(sharedFolder()).isDir() && plainfile::replace(path, text).isEmpty())
+        QFile::setPermissions(path, ForAll);
 }
 
 } // namespace
@@ -117,9 +108,6 @@ bool LastCalibration::keep() const
 {
     const QByteArray text = textOf(*this);
     share(text);
-    QSaveFile file(filePath());
-    if (!QDir().mkpath(QFileInfo(file.fileName()).path()) || !file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(text);
-    return file.commit();
+    return QDir().mkpath(QFileInfo(filePath()).path()) &&
+           plainfile::replace(filePath(), text).isEmpty();
 }

@@ -60,6 +60,11 @@ void Calibration_Dlg::setPrimaryScr(int screen, const ScreenLayout &layout)
     area.desktop = layout.desktop;
     area.screen = layout.screens.size() == 1 ? QRect(QPoint(0, 0), layout.desktop)
                                              : layout.screens.value(screen, layout.screens.first());
+    isScaledByCompositor = layout.isEachForItself;
+    if (layout.isEachForItself) {
+        area.desktop = area.screen.size();
+        area.screen.moveTo(0, 0);
+    }
     mainmap = QPixmap(area.screen.size());
     const auto targets = area.targets();
     for (size_t i = 0; i < targets.size(); ++i) {
@@ -77,6 +82,11 @@ void Calibration_Dlg::setPrimaryScr(int screen, const ScreenLayout &layout)
 QRect Calibration_Dlg::calibratedScreen() const
 {
     return area.screen;
+}
+
+qreal Calibration_Dlg::scale() const
+{
+    return isScaledByCompositor ? qreal(area.screen.width()) / rect.width() : devicePixelRatioF();
 }
 
 void Calibration_Dlg::SendCalStep(int step)
@@ -118,7 +128,7 @@ void Calibration_Dlg::paintEvent(QPaintEvent *)
     if (mainmap.isNull())
         return;
     // Positions are native pixels; sizes grow with the display scaling.
-    const qreal scale = devicePixelRatioF();
+    const qreal scale = this->scale();
     mainmap.setDevicePixelRatio(1);
     mainmap.fill(Qt::blue);
     {

@@ -53,6 +53,8 @@ public:
 
     // The calibrated screen in native pixels of the desktop.
     QRect calibratedScreen() const;
+    // Its native pixels for each one that the toolkit counts.
+    qreal scale() const;
     // Centres of the targets in native pixels of that screen: top left, top right, bottom right,
     // bottom left.
     const std::array<int, 4> &targetsX() const { return ellipse_x; }
@@ -96,7 +98,8 @@ private:
     QPixmap mainmap;   // everything is drawn here first; native size of the calibrated screen
     CalibrationSteps steps;
     CalibrationScreen area{{0, 0, 0, 0}, {0, 0}};
-    QRect rect;                    // where the window goes, in Qt's coordinates
-    QPointer<CalEnd_dlg> question; // while it is being asked
+    bool isScaledByCompositor = false; // what is drawn is not yet what is seen
+    QRect rect;                        // where the window goes, in Qt's coordinates
+    QPointer<CalEnd_dlg> question;     // while it is being asked
     QPointer<QWidget> opener;
 };

@@ -23,7 +23,7 @@ constexpr auto LeftAfter = 60s; // without a touch or a key
 constexpr qreal Arm = CalibrationCheck::CrossArm;
 constexpr qreal AskedRing = 14;
 constexpr qreal WorstRing = 8;
-constexpr qreal TouchDot = 4;
+constexpr qreal TouchDot = 3;
 // Of lines, in native pixels: odd, so that a pixel is the middle.
 int lineWidth(qreal width, qreal scale)
 {
@@ -32,8 +32,13 @@ int lineWidth(qreal width, qreal scale)
 constexpr qreal ThinLine = 1;
 constexpr qreal AskedLine = 3;
 
-constexpr int Gap = 6; // between a cross and what is written beside it
-constexpr int PanelWidth = 460;
+constexpr int Gap = 6;         // between a cross and what is written beside it
+constexpr int PanelWidth = 60; // in points of its letters
+
+// Letters are read from where the frame is touched: they grow with the page. In points.
+constexpr int SmallLetters = 9;
+constexpr int LargeLetters = 14;
+constexpr int LineParts = 60; // of the shorter side
 
 QString shown(qreal number)
 {
@@ -194,10 +199,10 @@ QString CalibrationCheck_dlg::resultWords() const
     const QString words =
         hasSize
             ? tr("Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at "
-                 "cross %L5. Good are up to %6 px on average and %7 px at the most.")
+                 "cross %L5.\nGood are up to %6 px on average and %7 px at the most.")
                   .arg(shown(model->meanDistance()), shown(model->meanInMillimetres()),
                        shown(model->distance(worst)), shown(model->distanceInMillimetres(worst)))
-            : tr("Touches were %1 px off on average, and at the most %2 px, at cross %L3. Good "
+            : tr("Touches were %1 px off on average, and at the most %2 px, at cross %L3.\nGood "
                  "are up to %4 px on average and %5 px at the most.")
                   .arg(shown(model->meanDistance()), shown(model->distance(worst)));
     return words.arg(worst + 1).arg(shown(model->largestGoodMean()),
@@ -214,7 +219,14 @@ void CalibrationCheck_dlg::speak(QLabel *label)
 // Between the cross in the middle and the one at the bottom.
 void CalibrationCheck_dlg::placePanel()
 {
-    const int wide = std::min(PanelWidth, width() - 2 * Gap);
+    QFont letters = font();
+    letters.setPointSize(
+        std::clamp(std::min(width(), height()) / LineParts, SmallLetters, LargeLetters));
+    setFont(letters);
+    const int wide = std::min(PanelWidth * letters.pointSize(), width() - 2 * Gap);
+    letters.setPointSize(2 * letters.pointSize() - SmallLetters + 2);
+    letters.setBold(true);
+    ui->taskLab->setFont(letters);
     const int high = ui->panelLayout->hasHeightForWidth()
                          ? ui->panelLayout->totalHeightForWidth(wide)
                          : ui->panel->sizeHint().height();

@@ -178,7 +178,8 @@ void LightCheck_dlg::onScanned()
     if (!ui->followBox->isChecked())
         return;
     take(measuring.measurement(), false);
-    tell(tr("Following the touch frame: %n scan(s) of each axis so far.", "", measuring.scans()));
+    tell(tr("Following the touch frame: %Ln scan(s) of each axis so far.", nullptr,
+            measuring.scans()));
 }
 
 void LightCheck_dlg::onFinished()

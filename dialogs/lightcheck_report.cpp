@@ -1,6 +1,7 @@
 // What LightCheck_dlg compares a measurement with, shows of it and writes.
 
 #include "curves.h"
+#include "device/plainfile.h"
 #include "lightcheck_dlg.h"
 #include "lightmodel.h"
 #include "lights/findings.h"
@@ -17,7 +18,6 @@
 #include <QFileDialog>
 #include <QJsonDocument>
 #include <QMenu>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <cmath>
@@ -186,10 +186,10 @@ void LightCheck_dlg::saveReport(const QString &path)
         problem =
             tr("%1: a report is a file whose name ends with .pdf, .html, .json or .csv").arg(path);
     }
-    QSaveFile file(path);
-    if (problem.isEmpty() &&
-        (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()))
-        problem = tr("%1 cannot be written: %2").arg(path, file.errorString());
+    if (problem.isEmpty()) {
+        if (const QString why = plainfile::replace(path, bytes); !why.isEmpty())
+            problem = tr("%1 cannot be written: %2").arg(path, why);
+    }
     tell(problem.isEmpty() ? tr("Written to %1.").arg(path) : problem);
 }
 
@@ -241,7 +241,7 @@ void LightCheck_dlg::showComparison()
             tr("Since %1 light %2 has changed most for the worse, by %3 % beside the "
                "others.")
                 .arg(dateOf(*report.baseline), lights::lightName(worst->axis, worst->light),
-                     QString::number(100 * worst->alone, 'f', 1));
+                     QLocale().toString(100 * worst->alone, 'f', 1));
     }
     if (report.trend)
         sentences += wordsFor(*report.trend);

@@ -2,6 +2,8 @@
 
 #include "lights/words.h"
 
+#include <QLocale>
+
 using lights::Axis;
 using lights::LightPlace;
 
@@ -84,7 +86,7 @@ QVariant LightModel::data(const QModelIndex &index, int role) const
             return lights::lightName(row.place.axis, row.place.number);
         if (index.column() == Verdict)
             return lights::word(row.light.verdict);
-        return value ? QString::number(*value, 'f', 1) : QString();
+        return value ? QLocale().toString(*value, 'f', 1) : QString();
     case Qt::AccessibleTextRole:
         return tr("%1 of light %2: %3")
             .arg(headerData(index.column(), Qt::Horizontal).toString(),

@@ -389,10 +389,11 @@ test_win *LightSet_dlg::signalTest() const
 void LightSet_dlg::followScreen()
 {
     QScreen *shown = screen();
-    if (shown->geometry() == drawnFor && devicePixelRatioF() == drawnScale)
+    if (shown->geometry() == drawnFor && devicePixelRatioF() == drawnRatio)
         return;
     drawnFor = shown->geometry();
-    drawnScale = devicePixelRatioF();
+    drawnRatio = devicePixelRatioF();
+    drawnScale = ScreenLayout::scaleOf(shown);
     const auto index = QGuiApplication::screens().indexOf(shown);
     plot.setScreen(ScreenLayout::current().screens.value(index).size(), drawnScale);
 }

@@ -126,6 +126,7 @@ private:
     QBasicTimer late;                         // a tick that waited for the end of a scan
     QBasicTimer look;                         // for what is overdue
     QBasicTimer readBack;
-    QRect drawnFor; // the screen in Qt's coordinates, and its scaling, as the plot knows them
+    QRect drawnFor;       // the screen in Qt's coordinates, and its scaling, as the plot knows them
+    qreal drawnRatio = 0; // of the toolkit, when the scaling was found out
     qreal drawnScale = 0;
 };

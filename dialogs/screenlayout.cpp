@@ -1,5 +1,7 @@
 #include "screenlayout.h"
 
+#include "waylandoutputs.h"
+
 #include <QGuiApplication>
 #include <QHash>
 #include <QScreen>
@@ -9,6 +11,8 @@
 
 #include <cstdlib>
 #include <memory>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -72,10 +76,53 @@ Monitor monitorOf(const QScreen *screen, const QList<Monitor> &monitors)
     return {screen->name(), scaledUp(screen), screen->physicalSize()};
 }
 
+bool isOnWayland()
+{
+    return QGuiApplication::platformName().startsWith("wayland"_L1);
+}
+
+// By name, else by order.
+QSize nativeSize(const QScreen *screen, const QList<WaylandOutput> &outputs)
+{
+    for (const WaylandOutput &output : outputs) {
+        if (!output.name.isEmpty() && output.name == screen->name())
+            return output.size;
+    }
+    const auto index = QGuiApplication::screens().indexOf(screen);
+    if (outputs.size() == QGuiApplication::screens().size() && !outputs[index].size.isEmpty())
+        return outputs[index].size;
+    return scaledUp(screen).size();
+}
+
+// Each screen stands where the compositor has it, in pixels of its own: with screens of several
+// scalings these places are no more than an order.
+ScreenLayout layoutOnWayland()
+{
+    ScreenLayout layout;
+    layout.isEachForItself = true;
+    const QList<WaylandOutput> outputs = waylandOutputs();
+    QRect all;
+    for (const QScreen *screen : QGuiApplication::screens()) {
+        layout.screens.append(QRect(screen->geometry().topLeft(), nativeSize(screen, outputs)));
+        all |= layout.screens.last();
+    }
+    layout.desktop = all.size();
+    return layout;
+}
+
 } // namespace
+
+qreal ScreenLayout::scaleOf(const QScreen *screen)
+{
+    if (!isOnWayland())
+        return screen->devicePixelRatio();
+    return qreal(nativeSize(screen, waylandOutputs()).width()) / screen->geometry().width();
+}
 
 ScreenLayout ScreenLayout::current()
 {
+    if (isOnWayland())
+        return layoutOnWayland();
     ScreenLayout layout;
     const QList<QScreen *> screens = QGuiApplication::screens();
     QList<Monitor> monitors;

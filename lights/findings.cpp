@@ -3,6 +3,8 @@
 #include "text.h"
 #include "words.h"
 
+#include <QLocale>
+
 #include <algorithm>
 
 namespace lights {
@@ -71,7 +73,7 @@ QString wordsFor(const Report &report, const LightPlace &place)
     }
     return Text::tr("%1: %2, level %3 where %4 is usual, changed by %5 %")
         .arg(name, word(light.verdict), level, expected,
-             QString::number(100 * change->alone, 'f', 1));
+             QLocale().toString(100 * change->alone, 'f', 1));
 }
 
 } // namespace lights

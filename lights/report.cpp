@@ -90,9 +90,10 @@ QString Page::head() const
 {
     const Measurement &measurement = report.measurement;
     const bool isPass = report.verdicts.isPass();
-    QString html = u"<p class=\"verdict %1\">%2</p>\n<table>\n"_s.arg(
+    QString html = u"<p class=\"verdict %1\">%2</p>\n<table>\n<caption>%3</caption>\n"_s.arg(
         isPass ? u"pass"_s : u"service"_s,
-        (isPass ? Text::tr("PASS") : Text::tr("SERVICE NEEDED")).toHtmlEscaped());
+        (isPass ? Text::tr("PASS") : Text::tr("SERVICE NEEDED")).toHtmlEscaped(),
+        Text::tr("The measurement").toHtmlEscaped());
     if (!measurement.unit.name.isEmpty())
         html += htmlRow(Text::tr("Unit"), measurement.unit.name);
     if (!measurement.unit.identification.isEmpty())

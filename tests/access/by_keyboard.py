@@ -6,36 +6,12 @@ What came of it is what the frame says.
 
 import os
 import re
-import subprocess
 import sys
-import tempfile
 
-from reader import Atspi, Reader, has, until, walk
+from reader import Atspi, Reader, SerialFrame, has, until, walk
 
 WIDTH, HEIGHT = 1280, 800  # of the screen
 TITLE = "Quorvel (simulated touch frame)"
-
-
-class SerialFrame:
-    """A simulated frame on a serial line, and the finger on it."""
-
-    def __init__(self, simulator):
-        self.place = tempfile.mkdtemp()
-        self.port = os.path.join(self.place, "frame")
-        self.log = os.path.join(self.place, "log")
-        self.program = subprocess.Popen([simulator, "serial", "--link", self.port, "--log", self.log],
-                                        stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, text=True)
-        until("the serial line", lambda: os.path.exists(self.port))
-
-    def told(self, words, times=1):
-        def says():
-            with open(self.log) as log:
-                return log.read().count(words) >= times
-        until(f"the frame on the serial line to say {words!r}", says)
-
-    def do(self, words):
-        self.program.stdin.write(words + "\n")
-        self.program.stdin.flush()
 
 
 def calibrate(reader, home, frame):

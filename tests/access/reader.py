@@ -203,6 +203,12 @@ class Reader:
         self.key(key)
         until(f"the end of {title!r}", lambda: len(self.windows()) < count)
 
+    def activate_by_action(self, window, name):
+        """As an assistive tool presses a button, where there is no keyboard."""
+        control = self.control(window, name, "push button")
+        until(f"{name!r} to be usable", lambda: has(control, Atspi.StateType.ENABLED))
+        Atspi.Action.do_action(control, 0)
+
     def open_menu(self, window):
         self.activate(window)
         self.key("alt+m")
@@ -213,3 +219,25 @@ class Reader:
         self.open_menu(window)
         self.key(letter)
         until("the end of the menu", lambda: not self.menus)
+
+
+class SerialFrame:
+    """A simulated frame on a serial line, and the finger on it."""
+
+    def __init__(self, simulator):
+        self.place = tempfile.mkdtemp()
+        self.port = os.path.join(self.place, "frame")
+        self.log = os.path.join(self.place, "log")
+        self.program = subprocess.Popen([simulator, "serial", "--link", self.port, "--log", self.log],
+                                        stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, text=True)
+        until("the serial line", lambda: os.path.exists(self.port))
+
+    def told(self, words, times=1):
+        def says():
+            with open(self.log) as log:
+                return log.read().count(words) >= times
+        until(f"the frame on the serial line to say {words!r}", says)
+
+    def do(self, words):
+        self.program.stdin.write(words + "\n")
+        self.program.stdin.flush()

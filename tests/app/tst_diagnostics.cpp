@@ -217,7 +217,7 @@ private slots:
         QTRY_VERIFY(the<LightCheck_dlg>()->isVisible());
         the<LightCheck_dlg>()->close();
         const auto entries = test->findChild<QMenu *>()->actions();
-        QCOMPARE(entries.last()->text(), u"&Light check..."_s);
+        QCOMPARE(entries.last()->text(), u"L&ight check..."_s);
         entries.last()->trigger();
         QTRY_VERIFY(the<LightCheck_dlg>()->isVisible());
     }

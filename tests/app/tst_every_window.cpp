@@ -6,10 +6,13 @@
 #include "dialogs/advconnect_dlg.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/calibrationcheck_dlg.h"
+#include "dialogs/lightcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/readable.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/test_win.h"
+#include "dialogs/tryout_dlg.h"
 #include "resources/resources.h"
 #include "resources/translations.h"
 #include "tests/support/fakeadapter.h"
@@ -179,6 +182,7 @@ private:
     std::unique_ptr<MainWindow> main;
     std::unique_ptr<CalEnd_dlg> question;
     std::unique_ptr<advconnect_dlg> tuio;
+    std::unique_ptr<LightCheck_dlg> lightCheck;
 
     void open()
     {
@@ -187,7 +191,10 @@ private:
         main = std::make_unique<MainWindow>(frame);
         question = std::make_unique<CalEnd_dlg>();
         tuio = std::make_unique<advconnect_dlg>();
-        // It fits its words to their place when it comes up.
+        lightCheck = std::make_unique<LightCheck_dlg>();
+        new TryOut_dlg(main.get());
+        // They have their words, or fit them to their place, when they come up.
+        (new CalibrationCheck_dlg(main.get()))->show();
         main->findChild<Rotation_dlg *>()->show();
     }
     static QWidgetList windows()
@@ -276,6 +283,7 @@ private slots:
         main.reset();
         question.reset();
         tuio.reset();
+        lightCheck.reset();
         XML_CLASS::useHome(QString());
         QApplication::setPalette(QPalette());
     }

@@ -6,8 +6,11 @@
 #include "dialogs/advconnect_dlg.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/calibrationcheck_dlg.h"
 #include "dialogs/fittext.h"
+#include "dialogs/lightcheck_dlg.h"
 #include "dialogs/supportfile_dlg.h"
+#include "dialogs/tryout_dlg.h"
 #include "resources/resources.h"
 #include "resources/translations.h"
 #include "tests/support/fakeadapter.h"
@@ -95,6 +98,9 @@ private:
     std::unique_ptr<CalEnd_dlg> question;
     std::unique_ptr<advconnect_dlg> tuio;
     std::unique_ptr<SupportFile_dlg> supportFile;
+    std::unique_ptr<LightCheck_dlg> lightCheck;
+    std::unique_ptr<TryOut_dlg> tryOut;
+    std::unique_ptr<CalibrationCheck_dlg> calibrationCheck;
 
     // Some windows fit their words to their place when they come up.
     void open(const QString &language, bool shown)
@@ -106,6 +112,9 @@ private:
         question = std::make_unique<CalEnd_dlg>();
         tuio = std::make_unique<advconnect_dlg>();
         supportFile = std::make_unique<SupportFile_dlg>();
+        lightCheck = std::make_unique<LightCheck_dlg>();
+        tryOut = std::make_unique<TryOut_dlg>();
+        calibrationCheck = std::make_unique<CalibrationCheck_dlg>();
         for (QWidget *window : windows()) {
             if (!shown || window->inherits("Calibration_Dlg"))
                 continue;
@@ -165,6 +174,9 @@ private slots:
         question.reset();
         tuio.reset();
         supportFile.reset();
+        lightCheck.reset();
+        tryOut.reset();
+        calibrationCheck.reset();
         translations.reset();
         XML_CLASS::useHome(QString());
     }
@@ -174,7 +186,7 @@ private slots:
     {
         QFETCH(const QString, language);
         open(language, true);
-        QVERIFY2(windows().size() >= 14, qPrintable(QString::number(windows().size())));
+        QVERIFY2(windows().size() >= 17, qPrintable(QString::number(windows().size())));
         QStringList bad;
         for (QWidget *window : windows())
             bad += overflow::texts(*window);

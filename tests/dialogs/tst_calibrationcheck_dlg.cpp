@@ -80,7 +80,7 @@ private slots:
         }
         QCOMPARE(task(), u"Passed"_s);
         QCOMPARE(result(), u"Touches were 5.0 px (1.3 mm) off on average, and at the most 5.0 px "
-                           "(1.3 mm), at cross 1. Good are up to 7.5 px on average and 15.1 px at "
+                           "(1.3 mm), at cross 1.\nGood are up to 7.5 px on average and 15.1 px at "
                            "the most."_s);
     }
 
@@ -194,7 +194,7 @@ private slots:
         QStringList spoken;
         connect(page.get(), &CalibrationCheck_dlg::spoken, this,
                 [&spoken](const QString &words) { spoken.append(words); });
-        pressAll({0, 10});
+        pressAll({10, 0});
         QCOMPARE(spoken.size(), 18);
         QCOMPARE(spoken[0], u"Cross 1: 10.0 px off, which is 2.6 mm."_s);
         QCOMPARE(spoken[1], u"Touch the middle of cross 2 of 9."_s);

@@ -1,5 +1,6 @@
 #include "reportfile.h"
 
+#include "device/plainfile.h"
 #include "failure.h"
 #include "words.h"
 
@@ -8,7 +9,6 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QProcess>
-#include <QSaveFile>
 
 #include <array>
 
@@ -66,11 +66,8 @@ void writeReport(const QString &path, const lights::Report &report)
 {
     const QByteArray html = toHtml(report);
     const QByteArray bytes = isPdf(path) ? printed(html) : html;
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        throw Failure(NoOutput,
-                      Words::tr("%1 cannot be written: %2").arg(path, file.errorString()));
-    }
+    if (const QString why = plainfile::replace(path, bytes); !why.isEmpty())
+        throw Failure(NoOutput, Words::tr("%1 cannot be written: %2").arg(path, why));
 }
 
 } // namespace ctl

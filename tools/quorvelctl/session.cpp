@@ -109,6 +109,21 @@ void Session::connectFrame()
         connectUsb();
 }
 
+bool Session::connectNextFrame(QDeadlineTimer end)
+{
+    finish();
+    options.waitsForever = end.isForever();
+    options.wait = std::chrono::milliseconds(end.remainingTime());
+    try {
+        connectFrame();
+        return true;
+    } catch (const Failure &) {
+        if (!end.hasExpired())
+            throw;
+        return false;
+    }
+}
+
 // One recording goes through all links of a command.
 void Session::record()
 {

@@ -98,6 +98,8 @@ public:
 
     // Links the frame that the options name.
     void connectFrame();
+    // Waits for the next frame in place of one that is gone; false when the time is over first.
+    bool connectNextFrame(QDeadlineTimer end);
     // Ends the link in good order; nothing may be asked any more.
     void finish();
     // What is recorded, from connectFrame() on if the options name a file.

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QList>
+#include <QSize>
+#include <QString>
+
+// An output as its compositor knows it.
+struct WaylandOutput
+{
+    QString name; // empty where the compositor gives none
+    QSize size;   // in native pixels, turned as it is seen
+};
+
+// The toolkit knows an output in pixels that are scaled by a whole number or rounded, so the
+// compositor is asked itself. In the order in which it has them; none if there is no compositor or
+// if it does not answer within a second.
+QList<WaylandOutput> waylandOutputs();
