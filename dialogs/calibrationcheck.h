@@ -39,6 +39,7 @@ public:
     explicit CalibrationCheck(const Screen &theScreen);
 
     const QSize &size() const { return screen.pixels; }
+    qreal scale() const { return screen.scale; }
     QPoint cross(int number) const;
     // The number of the cross that is to be touched, Crosses when all have been.
     int asked() const { return int(touches.size()); }

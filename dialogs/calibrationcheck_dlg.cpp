@@ -1,9 +1,9 @@
 #include "calibrationcheck_dlg.h"
 
+#include "announce.h"
 #include "screenlayout.h"
 #include "ui_calibrationcheck_dlg.h"
 
-#include <QAccessible>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLocale>
@@ -64,10 +64,11 @@ CalibrationCheck_dlg::~CalibrationCheck_dlg() = default;
 CalibrationCheck::Screen CalibrationCheck_dlg::screenCovered() const
 {
     const ScreenLayout layout = ScreenLayout::current();
-    const qsizetype number = QGuiApplication::screens().indexOf(covered ? covered.get() : screen());
+    QScreen *on = covered ? covered.get() : screen();
+    const qsizetype number = QGuiApplication::screens().indexOf(on);
     return {.pixels = layout.screens.value(number).size(),
             .millimetres = layout.millimetres.value(number),
-            .scale = devicePixelRatioF()};
+            .scale = ScreenLayout::scaleOf(on)};
 }
 
 void CalibrationCheck_dlg::begin()
@@ -150,11 +151,13 @@ bool CalibrationCheck_dlg::event(QEvent *event)
 
 void CalibrationCheck_dlg::take(const QPointF &at, quint64 ms)
 {
-    if (!model->take(at * devicePixelRatioF(), qint64(ms)))
+    if (!model->take(at * model->scale(), qint64(ms)))
         return;
     tell();
-    speak(ui->resultLab);
-    speak(ui->taskLab);
+    // At once, as what is said next takes the place of what is still to be said.
+    const QString words = ui->resultLab->text() + u'\n' + ui->taskLab->text();
+    announce(ui->taskLab, words);
+    emit spoken(words);
 }
 
 void CalibrationCheck_dlg::tell()
@@ -209,13 +212,6 @@ QString CalibrationCheck_dlg::resultWords() const
                                     shown(model->largestGoodWorst()));
 }
 
-void CalibrationCheck_dlg::speak(QLabel *label)
-{
-    QAccessibleEvent told(label, QAccessible::Alert);
-    QAccessible::updateAccessibility(&told);
-    emit spoken(label->text());
-}
-
 // Between the cross in the middle and the one at the bottom.
 void CalibrationCheck_dlg::placePanel()
 {
@@ -227,6 +223,9 @@ void CalibrationCheck_dlg::placePanel()
     letters.setPointSize(2 * letters.pointSize() - SmallLetters + 2);
     letters.setBold(true);
     ui->taskLab->setFont(letters);
+    // They count what was hidden before it was ever shown.
+    ui->buttons->invalidate();
+    ui->panelLayout->invalidate();
     const int high = ui->panelLayout->hasHeightForWidth()
                          ? ui->panelLayout->totalHeightForWidth(wide)
                          : ui->panel->sizeHint().height();
@@ -241,7 +240,7 @@ void CalibrationCheck_dlg::paintEvent(QPaintEvent *)
     for (int number = 0; number < model->Crosses; ++number)
         paintWords(painter, number);
     // The rest in native pixels, as touches are.
-    painter.scale(1 / devicePixelRatioF(), 1 / devicePixelRatioF());
+    painter.scale(1 / model->scale(), 1 / model->scale());
     for (int number = 0; number < model->Crosses; ++number)
         paintCross(painter, number);
     for (int number = 0; number < model->asked(); ++number)
@@ -251,7 +250,7 @@ void CalibrationCheck_dlg::paintEvent(QPaintEvent *)
 void CalibrationCheck_dlg::paintCross(QPainter &painter, int number) const
 {
     const bool isAsked = number == model->asked();
-    const qreal scale = devicePixelRatioF();
+    const qreal scale = model->scale();
     QPen pen = painter.pen();
     pen.setWidth(lineWidth(isAsked ? AskedLine : ThinLine, scale));
     pen.setCapStyle(Qt::FlatCap);
@@ -266,7 +265,7 @@ void CalibrationCheck_dlg::paintCross(QPainter &painter, int number) const
 
 void CalibrationCheck_dlg::paintTouch(QPainter &painter, int number) const
 {
-    const qreal scale = devicePixelRatioF();
+    const qreal scale = model->scale();
     const QPointF touch = model->touch(number);
     painter.drawLine(QPointF(model->cross(number)), touch);
     painter.save();
@@ -291,7 +290,7 @@ void CalibrationCheck_dlg::paintWords(QPainter &painter, int number) const
                 .arg(shown(model->distance(number)), shown(model->distanceInMillimetres(number)));
     else
         words = tr("%L1: %2 px").arg(number + 1).arg(shown(model->distance(number)));
-    const QPoint cross = (QPointF(model->cross(number)) / devicePixelRatioF()).toPoint();
+    const QPoint cross = (QPointF(model->cross(number)) / model->scale()).toPoint();
     QRect place(QPoint(0, 0), painter.fontMetrics().size(Qt::TextSingleLine, words));
     place.moveCenter(cross);
     if (cross.y() < height() / 3)

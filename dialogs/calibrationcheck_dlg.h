@@ -12,7 +12,6 @@
 namespace Ui {
 class CalibrationCheck_dlg;
 }
-class QLabel;
 class QTimer;
 
 // A full-screen page that asks for touches on crosses, shows how far each was from its cross, and
@@ -52,7 +51,6 @@ private:
     void begin();
     void take(const QPointF &at, quint64 ms); // in the window's own pixels
     void tell();
-    void speak(QLabel *label);
     QString resultWords() const;
     void placePanel();
     void paintCross(QPainter &painter, int number) const;

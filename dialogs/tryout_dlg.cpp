@@ -1,9 +1,9 @@
 #include "tryout_dlg.h"
 
+#include "announce.h"
 #include "scrolled.h"
 #include "ui_tryout_dlg.h"
 
-#include <QAccessible>
 #include <QTimer>
 
 #include <cstdlib>
@@ -121,7 +121,6 @@ void TryOut_dlg::on_clearButton_clicked()
 void TryOut_dlg::speak()
 {
     untilSpoken->stop();
-    QAccessibleEvent told(ui->lastLab, QAccessible::Alert);
-    QAccessible::updateAccessibility(&told);
+    announce(ui->lastLab, ui->lastLab->text());
     emit spoken(ui->lastLab->text());
 }

@@ -1,6 +1,5 @@
 #include "dialogs/calibrationcheck_dlg.h"
 
-#include <QFrame>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPointingDevice>
@@ -129,7 +128,7 @@ private slots:
     // Where a frame that is badly off puts a touch.
     void the_panel_takes_no_touch_before_the_end()
     {
-        const auto *panel = child<QFrame>("panel");
+        const auto *panel = child<QWidget>("panel");
         QVERIFY(panel->isVisible());
         const QPoint inside = panel->geometry().center();
         touch(inside);
@@ -195,11 +194,11 @@ private slots:
         connect(page.get(), &CalibrationCheck_dlg::spoken, this,
                 [&spoken](const QString &words) { spoken.append(words); });
         pressAll({10, 0});
-        QCOMPARE(spoken.size(), 18);
-        QCOMPARE(spoken[0], u"Cross 1: 10.0 px off, which is 2.6 mm."_s);
-        QCOMPARE(spoken[1], u"Touch the middle of cross 2 of 9."_s);
-        QVERIFY2(spoken[16].startsWith(u"Touches were 10.0 px"_s), qPrintable(spoken[16]));
-        QCOMPARE(spoken[17], u"Calibrate again"_s);
+        QCOMPARE(spoken.size(), 9);
+        QCOMPARE(spoken[0], u"Cross 1: 10.0 px off, which is 2.6 mm.\n"
+                            "Touch the middle of cross 2 of 9."_s);
+        QVERIFY2(spoken[8].startsWith(u"Touches were 10.0 px"_s), qPrintable(spoken[8]));
+        QVERIFY2(spoken[8].endsWith(u"\nCalibrate again"_s), qPrintable(spoken[8]));
     }
 
     void the_cross_that_is_asked_for_stands_out()

@@ -2,7 +2,6 @@
 
 #include "dialogs/calibrationcheck_dlg.h"
 
-#include <QFrame>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QProcess>
@@ -36,7 +35,7 @@ class tst_calibrationcheck_screens : public QObject
     {
         CalibrationCheck_dlg page;
         show(page);
-        const auto *panel = page.findChild<QFrame *>(u"panel"_s);
+        const auto *panel = page.findChild<QWidget *>(u"panel"_s);
         const auto isClear = [&] {
             for (int number = 0; number < CalibrationCheck::Crosses; ++number) {
                 const QPointF cross = QPointF(page.check().cross(number)) / scale;

@@ -13,6 +13,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 
 using namespace lights;
 using namespace Qt::StringLiterals;
@@ -25,7 +26,7 @@ Report reportOnFaults()
     Report report;
     Measurement &measurement = report.measurement;
     measurement.unit = {u"21-01234-1605"_s, u"Hall <left> & right"_s};
-    measurement.date = QDateTime(QDate(2026, 11, 21), QTime(20, 15), Qt::UTC);
+    measurement.date = QDateTime(QDate(2026, 11, 21), QTime(20, 15), QTimeZone::utc());
     for (AxisMeasurement *axis : {&measurement.x, &measurement.y}) {
         axis->lights = axis == &measurement.x ? 64 : 40;
         axis->pitch = 5;
