@@ -10,6 +10,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -24,7 +26,7 @@ public:
 
     QVariant loadResource(int type, const QUrl &name) override
     {
-        const QVariant resource = QTextBrowser::loadResource(type, name);
+        QVariant resource = QTextBrowser::loadResource(type, name);
         if (type != QTextDocument::ImageResource)
             return resource;
         const QImage picture = QImage::fromData(resource.toByteArray());
@@ -38,8 +40,8 @@ public:
 
 } // namespace
 
-HelpWindow::HelpWindow(const QString &theFolder)
-    : folder(theFolder)
+HelpWindow::HelpWindow(QString theFolder)
+    : folder(std::move(theFolder))
     , browser(new Pages(this))
 {
     setAttribute(Qt::WA_DeleteOnClose);

@@ -10,7 +10,7 @@ class HelpWindow : public QDialog
     Q_OBJECT
 public:
     // The folder with the pages of the manual. Without one, every page says where to get it.
-    explicit HelpWindow(const QString &folder);
+    explicit HelpWindow(QString folder);
 
     // A page, or a heading of it: page.html#heading.
     void showPlace(const QString &place);

@@ -78,11 +78,11 @@ private:
     {
         // Made by the menu when they are first asked for.
         for (const auto &[window, entry] :
-             {std::pair("CalibrationCheck_dlg", u"Check c&alibration"_s),
-              std::pair("TryOut_dlg", u"&Try out gestures"_s),
-              std::pair("LightCheck_dlg", u"&Light check..."_s)})
+             {std::pair("CalibrationCheck_dlg", u"Check calibration"_s),
+              std::pair("TryOut_dlg", u"Try out gestures"_s),
+              std::pair("LightCheck_dlg", u"Light check..."_s)})
             for (QAction *action : main->findChildren<QAction *>())
-                if (name == window && action->text() == entry)
+                if (name == window && action->text().remove(u'&') == entry)
                     action->trigger();
         for (QWidget *window : QApplication::topLevelWidgets())
             if (window->inherits(name))
