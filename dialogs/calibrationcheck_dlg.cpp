@@ -40,7 +40,7 @@ constexpr int SmallLetters = 9;
 constexpr int LargeLetters = 14;
 constexpr int LineParts = 60; // of the shorter side
 
-QString shown(qreal number)
+QString told(qreal number)
 {
     return QLocale().toString(number, 'f', 1);
 }
@@ -195,21 +195,21 @@ QString CalibrationCheck_dlg::resultWords() const
         const qreal off = model->distance(last);
         return hasSize ? tr("Cross %L1: %2 px off, which is %3 mm.")
                              .arg(last + 1)
-                             .arg(shown(off), shown(model->distanceInMillimetres(last)))
-                       : tr("Cross %L1: %2 px off.").arg(last + 1).arg(shown(off));
+                             .arg(told(off), told(model->distanceInMillimetres(last)))
+                       : tr("Cross %L1: %2 px off.").arg(last + 1).arg(told(off));
     }
     const int worst = model->worst();
     const QString words =
         hasSize
             ? tr("Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at "
                  "cross %L5.\nGood are up to %6 px on average and %7 px at the most.")
-                  .arg(shown(model->meanDistance()), shown(model->meanInMillimetres()),
-                       shown(model->distance(worst)), shown(model->distanceInMillimetres(worst)))
+                  .arg(told(model->meanDistance()), told(model->meanInMillimetres()),
+                       told(model->distance(worst)), told(model->distanceInMillimetres(worst)))
             : tr("Touches were %1 px off on average, and at the most %2 px, at cross %L3.\nGood "
                  "are up to %4 px on average and %5 px at the most.")
-                  .arg(shown(model->meanDistance()), shown(model->distance(worst)));
-    return words.arg(worst + 1).arg(shown(model->largestGoodMean()),
-                                    shown(model->largestGoodWorst()));
+                  .arg(told(model->meanDistance()), told(model->distance(worst)));
+    return words.arg(worst + 1).arg(told(model->largestGoodMean()),
+                                    told(model->largestGoodWorst()));
 }
 
 // Between the cross in the middle and the one at the bottom.
@@ -284,12 +284,11 @@ void CalibrationCheck_dlg::paintWords(QPainter &painter, int number) const
     if (number >= model->asked())
         words = QLocale().toString(number + 1);
     else if (model->pixelMillimetres())
-        words =
-            tr("%L1: %2 px, %3 mm")
-                .arg(number + 1)
-                .arg(shown(model->distance(number)), shown(model->distanceInMillimetres(number)));
+        words = tr("%L1: %2 px, %3 mm")
+                    .arg(number + 1)
+                    .arg(told(model->distance(number)), told(model->distanceInMillimetres(number)));
     else
-        words = tr("%L1: %2 px").arg(number + 1).arg(shown(model->distance(number)));
+        words = tr("%L1: %2 px").arg(number + 1).arg(told(model->distance(number)));
     const QPoint cross = (QPointF(model->cross(number)) / model->scale()).toPoint();
     QRect place(QPoint(0, 0), painter.fontMetrics().size(Qt::TextSingleLine, words));
     place.moveCenter(cross);

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int GesturePenWidth = 2;
+constexpr int WayWidth = 2;
 constexpr qreal StartRing = 8;
 constexpr qreal EndRing = 3;
 // Old places go: a drawing without an end would take more memory for ever.
@@ -157,7 +157,7 @@ void GestureField::paintEvent(QPaintEvent *event)
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(palette().color(foregroundRole()), GesturePenWidth));
+    painter.setPen(QPen(palette().color(foregroundRole()), WayWidth));
     painter.drawPolyline(way);
     painter.drawEllipse(way.first(), StartRing, StartRing);
     painter.setBrush(painter.pen().color());
