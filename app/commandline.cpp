@@ -1,5 +1,7 @@
 #include "commandline.h"
 
+#include "printable.h"
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -41,13 +43,13 @@ CommandLine CommandLine::parse(const QStringList &arguments)
             asked.hidden = true;
             asked.hiddenBy = argument;
         } else if (argument.startsWith(u'-') && asked.problem.isEmpty()) {
-            asked.problem = tr("There is no option %1; --help lists all.").arg(argument);
+            asked.problem = tr("There is no option %1; --help lists all.").arg(printable(argument));
         }
     }
     if (asked.problem.isEmpty() && !asked.demo)
         for (const auto &[name, value] : withValue)
             if (!value->isEmpty() && value != &asked.record)
-                asked.problem = tr("%1 goes with --demo only.").arg(name + *value);
+                asked.problem = tr("%1 goes with --demo only.").arg(printable(name + *value));
     return asked;
 }
 

@@ -5,6 +5,7 @@
 #include "endsignals.h"
 #include "mainwindow.h"
 #include "pluginfolder.h"
+#include "printable.h"
 #include "qtsingleapplication.h"
 #include "resources/resources.h"
 #include "resources/translations.h"
@@ -183,7 +184,7 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "%s\n",
                      qPrintable(QCoreApplication::translate("main", "Started hidden in the tray: "
                                                                     "the argument %1 asks for it.")
-                                    .arg(asked.hiddenBy)));
+                                    .arg(printable(asked.hiddenBy))));
     const int result = QtSingleApplication::exec();
     if (demo)
         std::puts(demo->calibrationKept() ? "calibration: kept" : "calibration: not kept");

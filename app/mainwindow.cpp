@@ -16,6 +16,8 @@
 #include "dialogs/test_win.h"
 #include "dialogs/useradv_dlg.h"
 #include "dialogs/version_dlg.h"
+#include "helpaction.h"
+#include "lightcheckaction.h"
 #include "readhotplug.h"
 #include "recordaction.h"
 #include "resetquestion.h"
@@ -313,8 +315,15 @@ void MainWindow::addContextMenu()
     settingAction->setEnabled(ui->setbtn->isEnabled());
     contextMenu->addAction(tr("S&moothing"), this, [this] { present(smoothingdlg); });
     contextMenu->addAction(tr("&Connect"), this, &MainWindow::on_conbtn_clicked);
+    auto *lightCheck = new LightCheckAction(*link, this);
+    contextMenu->addAction(lightCheck);
+    addAction(lightCheck);
+    testwin->addToMenu(lightCheck);
+    advdlg->addAction(lightCheck);
+    contextMenu->addTrials();
     contextMenu->addAction(recordAction);
     contextMenu->addAction(new SupportFileAction(*link, this));
+    contextMenu->addAction(new HelpAction(this));
     connect(recordAction, &RecordAction::noteChanged, this,
             [this] { statusLine.setRecordingNote(recordAction->note()); });
     for (QPushButton *button : deviceButtons())

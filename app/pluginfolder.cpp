@@ -1,5 +1,7 @@
 #include "pluginfolder.h"
 
+#include "printable.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -29,14 +31,10 @@ namespace {
 constexpr int MaxEntries = 4096;
 constexpr int MaxLinks = 40; // as many as the kernel follows
 
-// Names of files come from whoever made them; none may steer the reader's terminal.
+// Names of files come from whoever made them.
 QString printable(const fs::path &path)
 {
-    QString text = QFile::decodeName(path.c_str());
-    for (QChar &c : text)
-        if (!c.isPrint())
-            c = u'?';
-    return text;
+    return printable(QFile::decodeName(path.c_str()));
 }
 
 bool isTrusted(uid_t user)

@@ -48,6 +48,7 @@ void RecordAction::onTriggered()
 void RecordAction::askForFile()
 {
     QFileDialog dialog(window, tr("Record what travels to and from the touch frame"));
+    dialog.setObjectName(u"recording"_s);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilter(tr("Recordings (*.pcap)"));
     dialog.setDefaultSuffix(u"pcap"_s);
@@ -58,6 +59,7 @@ void RecordAction::askForFile()
     if (problem.isEmpty())
         return;
     QMessageBox box(QMessageBox::Warning, tr("No recording"), problem, QMessageBox::Ok, window);
+    box.setObjectName(u"recording"_s);
     box.setWindowModality(Qt::WindowModal);
     box.exec();
 }

@@ -4,6 +4,8 @@
 #include <QMessageBox>
 #include <QStyle>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Words
@@ -17,6 +19,7 @@ bool resetIsConfirmed(QWidget *parent, const Link &link)
 {
     QMessageBox box(QMessageBox::NoIcon, Words::tr("Reset"), Words::tr("Reset the device"),
                     QMessageBox::Ok, parent);
+    box.setObjectName(u"resetQuestion"_s);
     box.setIconPixmap(
         parent->windowIcon().pixmap(box.style()->pixelMetric(QStyle::PM_LargeIconSize)));
     box.setWindowModality(Qt::WindowModal); // the tray's menu still works

@@ -84,6 +84,7 @@ void StatusLine::tellInWindow()
 {
     if (!box) {
         box = new QMessageBox(label->window());
+        box->setObjectName(u"nextStep"_s);
         box->setModal(false);
         box->setTextFormat(Qt::PlainText);
         box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

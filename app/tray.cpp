@@ -39,6 +39,7 @@ void Tray::tellIfThereIsNone(QWidget *window)
             this, &Tray::showAsked);
     connect(box->addButton(tr("End Quorvel"), QMessageBox::DestructiveRole), &QPushButton::clicked,
             this, &Tray::exitAsked);
+    box->setObjectName(u"noTray"_s);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setModal(false);
     box->show();

@@ -13,6 +13,10 @@ public:
     // A widget of the window that takes the right click, or swallows it, as disabled buttons do.
     void openOn(QWidget *widget) { widget->installEventFilter(this); }
 
+    // Entries for what shows how a touch arrives. They make their windows, which belong to the
+    // menu's, when they are first chosen.
+    void addTrials();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 };

@@ -14,6 +14,24 @@ struct AdviceWords
     Q_DECLARE_TR_FUNCTIONS(Advice)
 };
 
+// What is said of a node, which is %1, by how much is known of who uses it.
+struct UserSentences
+{
+    const char *nobodyKnown;
+    const char *process; // %2: its number
+    const char *program; // %2, and %3: its number
+};
+
+QString sentence(const UserSentences &sentences, const QString &node, const DeviceUser &user)
+{
+    const QString number = QString::number(user.pid);
+    if (user.pid <= 0)
+        return AdviceWords::tr(sentences.nobodyKnown).arg(node);
+    if (user.program.isEmpty())
+        return AdviceWords::tr(sentences.process).arg(node, number);
+    return AdviceWords::tr(sentences.program).arg(node, user.program, number);
+}
+
 QString freeSoon()
 {
     return AdviceWords::tr("It can be used here as soon as that program has let go of it.");
@@ -46,8 +64,25 @@ QString rightsAdvice(const NodeRights &rights)
 
 Advice Advice::frameInUse(const QString &node, const DeviceUser &user)
 {
-    return {AdviceWords::tr("The touch frame at %1 is in use by %2.").arg(node, user.words()),
-            freeSoon()};
+    return {
+        sentence(
+            {QT_TRANSLATE_NOOP("Advice", "The touch frame at %1 is in use by another program."),
+             QT_TRANSLATE_NOOP("Advice", "The touch frame at %1 is in use by process %2."),
+             QT_TRANSLATE_NOOP("Advice", "The touch frame at %1 is in use by %2 (process %3).")},
+            node, user),
+        freeSoon()};
+}
+
+Advice Advice::frameOpened(const QString &node, const DeviceUser &user)
+{
+    return {sentence({QT_TRANSLATE_NOOP("Advice", "Another program has %1 open without saying that "
+                                                  "it uses the frame."),
+                      QT_TRANSLATE_NOOP("Advice", "Process %2 has %1 open without saying that it "
+                                                  "uses the frame."),
+                      QT_TRANSLATE_NOOP("Advice", "%2 (process %3) has %1 open without saying that "
+                                                  "it uses the frame.")},
+                     node, user),
+            AdviceWords::tr("End that program if answers get lost.")};
 }
 
 Advice Advice::frameForbidden(const QString &node, int error, const NodeRights &rights)
@@ -66,8 +101,12 @@ Advice Advice::frameNotOpened(const QString &node, int error)
 
 Advice Advice::portInUse(const QString &node, const DeviceUser &user)
 {
-    return {AdviceWords::tr("The serial port %1 is in use by %2.").arg(node, user.words()),
-            freeSoon()};
+    return {
+        sentence({QT_TRANSLATE_NOOP("Advice", "The serial port %1 is in use by another program."),
+                  QT_TRANSLATE_NOOP("Advice", "The serial port %1 is in use by process %2."),
+                  QT_TRANSLATE_NOOP("Advice", "The serial port %1 is in use by %2 (process %3).")},
+                 node, user),
+        freeSoon()};
 }
 
 Advice Advice::portLeftLocked(const QString &node, const QString &lockFile)

@@ -16,6 +16,7 @@ struct Advice
     QString words() const { return nextStep.isEmpty() ? evidence : evidence + u' ' + nextStep; }
 
     static Advice frameInUse(const QString &node, const DeviceUser &user);
+    static Advice frameOpened(const QString &node, const DeviceUser &user); // without a lock
     // Error is errno of the attempt.
     static Advice frameForbidden(const QString &node, int error, const NodeRights &rights);
     static Advice frameNotOpened(const QString &node, int error);

@@ -44,15 +44,6 @@ QByteArray nameInLocks(const struct stat &status)
 
 } // namespace
 
-QString DeviceUser::words() const
-{
-    if (pid <= 0)
-        return QCoreApplication::translate("DeviceUser", "another program");
-    if (program.isEmpty())
-        return QCoreApplication::translate("DeviceUser", "process %1").arg(pid);
-    return QCoreApplication::translate("DeviceUser", "%1 (process %2)").arg(program).arg(pid);
-}
-
 namespace devicelock {
 
 Outcome take(int fd)

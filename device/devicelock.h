@@ -11,9 +11,6 @@ struct DeviceUser
     qint64 pid = 0;  // 0: nobody can tell which one
     QString program; // its name, as the kernel has it; empty when that cannot be told
 
-    // "quorvel (process 123)", "process 123" or "another program", for the middle of a sentence.
-    QString words() const;
-
     bool operator==(const DeviceUser &) const = default;
 };
 

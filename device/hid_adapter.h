@@ -32,6 +32,8 @@ public:
     virtual void CloseDevice() = 0;
     // Looks for a device, and opens it when asked. True when one was found.
     virtual bool DoFindDev(QString collection, bool open) = 0;
+    // Whether what was opened is dead: unplugged, even if the device is back by now.
+    virtual bool IsDevDead() { return false; }
     // Fills the USB fields of hidver. False after success.
     virtual bool GetVersion() = 0;
     // What kept the last search from opening a device that is there.

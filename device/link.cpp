@@ -150,6 +150,8 @@ bool Link::lookForDevice()
 
 void Link::lookForRemoval(bool force)
 {
+    if (connect_sta == SerialOpen)
+        serialLink->lookForHangUp();
     if (connect_sta != UsbConnected || (!force && usbLink->isPlugged()))
         return;
     finishLink(End::DeviceGone);

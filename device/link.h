@@ -66,12 +66,14 @@ public:
     // Sends a copy of FrameSize bytes; without a link it is dropped.
     void send(const UCHAR *frame);
 
+    // Ends the link when the frame is gone, by what the kernel says now; by USB in any case when
+    // forced.
+    void lookForRemoval(bool force);
+
     // USB
 
     // Looks for a frame, and links it; true when one became linked just now.
     bool lookForDevice();
-    // Ends the link by USB when the frame is gone, or in any case when forced.
-    void lookForRemoval(bool force);
     // Fills the USB fields of hidver from the frame that is linked; true when it is one that
     // answers the firmware query. The fields of that answer are cleared if not.
     bool readVersion();

@@ -259,6 +259,12 @@ bool OP_HID_Adaptee::OP_DoFindDev(const QString &collection, bool open)
     return false;
 }
 
+bool OP_HID_Adaptee::OP_IsDevDead()
+{
+    hiddev_devinfo info{};
+    return fd >= 0 && io.ioctl(fd, HIDIOCGDEVINFO, &info) != 0 && errno == ENODEV;
+}
+
 bool OP_HID_Adaptee::OP_GetVersion()
 {
     hidver.VendorID = hidver.ProductID = hidver.VersionNumber = 0;
@@ -321,6 +327,11 @@ void OP_HID_Adapter::CloseDevice()
 bool OP_HID_Adapter::DoFindDev(QString collection, bool open)
 {
     return OP_DoFindDev(collection, open);
+}
+
+bool OP_HID_Adapter::IsDevDead()
+{
+    return OP_IsDevDead();
 }
 
 bool OP_HID_Adapter::GetVersion()

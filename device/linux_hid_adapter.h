@@ -51,6 +51,7 @@ public:
     void OP_CloseDevice();
     void OpenDevice(int index); // of hiddev_name; notes why it did not
     bool OP_DoFindDev(const QString &collection, bool open);
+    bool OP_IsDevDead();
     bool OP_GetVersion();
 
 protected:
@@ -78,6 +79,7 @@ public:
     int ReadReport(UCHAR reportId, UCHAR *buf) override;
     void CloseDevice() override;
     bool DoFindDev(QString collection, bool open) override;
+    bool IsDevDead() override;
     bool GetVersion() override;
     NodeProblem LastProblem() const override;
     QString Node() const override;

@@ -180,13 +180,13 @@ bool Posix_QextSerialPort::open(QIODevice::OpenMode openMode)
         return refuse(whyNotOpened());
     }
 
+    openings++;
     // Some versions of QSerialPort take the nothing that a line which hung up reads as for no
     // bytes yet, and never speak of it.
     hangUpWatch = std::make_unique<QSocketNotifier>(port.handle(), QSocketNotifier::Exception);
     connect(hangUpWatch.get(), &QSocketNotifier::activated, this,
             &Posix_QextSerialPort::judgeError);
     pass(settings, Setting::Parity); // once more, see dropStickParity()
-    openings++;
     lineFree = {};
     stuckBytes = 0;
     strayErrors = 0;
@@ -217,6 +217,14 @@ void Posix_QextSerialPort::close()
 bool Posix_QextSerialPort::isOpen() const
 {
     return port.isOpen();
+}
+
+void Posix_QextSerialPort::lookForHangUp()
+{
+    if (!port.isOpen() || !isHungUp())
+        return;
+    loseLine();
+    sayFarewell(openings);
 }
 
 bool Posix_QextSerialPort::setBaudRate(BaudRateType rate)
@@ -596,12 +604,16 @@ void Posix_QextSerialPort::deliver()
         announce();
 }
 
+bool Posix_QextSerialPort::isHungUp() const
+{
+    pollfd line{.fd = port.handle(), .events = 0, .revents = 0};
+    return poll(&line, 1, 0) == 1;
+}
+
 // QSerialPort reports a full line and a hung up one alike; the kernel knows which it is.
 void Posix_QextSerialPort::judgeError()
 {
-    pollfd line{.fd = port.handle(), .events = 0, .revents = 0};
-    const bool gone = poll(&line, 1, 0) == 1;
-    if (gone || ++strayErrors > MaxStrayErrors)
+    if (isHungUp() || ++strayErrors > MaxStrayErrors)
         loseLine();
 }
 

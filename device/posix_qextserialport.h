@@ -42,6 +42,8 @@ public:
     // Lets written bytes leave first, as far as that is soon; drops the rest.
     void close();
     bool isOpen() const;
+    // Tells hangUp() now if the other end is gone, rather than when the event loop hears of it.
+    void lookForHangUp();
 
     // The settings outlive close(). On an open port each setter first lets the bytes leave that
     // were written before; false when they do not, or when the port does not take the setting,
@@ -100,6 +102,7 @@ private:
     int microsecondsPerByte() const;
     void announce();
     void deliver();
+    bool isHungUp() const;
     void judgeError();
     void loseLine();
     void sayFarewell(int opening);

@@ -50,6 +50,8 @@ struct LightCounts
 
     Frame encode() const;
     static std::optional<LightCounts> decode(const Frame &frame);
+    // False for what no frame has and noise on a serial line says.
+    bool arePossible() const { return x <= MaxLightsX && y <= MaxLightsY; }
     bool operator==(const LightCounts &) const = default;
 };
 

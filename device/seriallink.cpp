@@ -73,6 +73,11 @@ bool SerialLink::isInUse() const
     return myCOM->isInUse();
 }
 
+void SerialLink::lookForHangUp()
+{
+    myCOM->lookForHangUp();
+}
+
 void SerialLink::close(const QString &why)
 {
     myCOM->close();

@@ -30,6 +30,9 @@ public:
     bool isOpen() const;
     // Leaves why as the problem.
     void close(const QString &why = {});
+    // Asks the kernel whether the other end is gone, which a busy program hears of late: lost()
+    // then.
+    void lookForHangUp();
     void forgetProblem() { serialProblem.clear(); }
 
     // Writes a copy of FrameSize bytes, as far as the framing carries them; false when the line

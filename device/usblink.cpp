@@ -61,7 +61,7 @@ bool UsbLink::open()
 
 bool UsbLink::isPlugged()
 {
-    return HID_Util03->DoFindDev(Collection, false);
+    return HID_Util03->DoFindDev(Collection, false) && !HID_Util03->IsDevDead();
 }
 
 void UsbLink::close()

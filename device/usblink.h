@@ -36,7 +36,7 @@ public:
     // opened (see problem()), or when one is open already.
     bool open();
     bool isOpen() const { return opened; }
-    // Whether a touch frame is there, open or not.
+    // Whether a touch frame is there and, if one is open, it has been there all the time.
     bool isPlugged();
     // Ends both threads and closes the device. Nothing that it said is delivered any more, and what
     // has not left yet is dropped.

@@ -1,5 +1,6 @@
 #include "advset_dlg.h"
 
+#include "fittext.h"
 #include "lightset_dlg.h"
 #include "scrolled.h"
 #include "test_win.h"
@@ -24,6 +25,7 @@ advset_dlg::advset_dlg(QWidget *parent)
 {
     ui->setupUi(this);
     keepOnScreen(this);
+    fitButtons(this);
 }
 
 advset_dlg::~advset_dlg() = default;

@@ -59,6 +59,8 @@ LightSet_dlg::~LightSet_dlg() = default;
 
 void LightSet_dlg::on_LightChooseBtn_2_clicked()
 {
+    if (isAside)
+        return;
     ui->LightChooseBtn_2->setEnabled(false);
     const auto light = chosenLight();
     if (light && control.light() == nameOf(*light))
@@ -138,7 +140,7 @@ void LightSet_dlg::ontimer()
 void LightSet_dlg::DoRecv03(UCHAR *RecvBuf)
 {
     const Frame report = command::frameAt(RecvBuf);
-    if (news.take(report) == ReportNews::News::Repeated)
+    if (news.take(report) == ReportNews::News::Repeated || isAside)
         return;
     if (const auto settingsReport = command::AdcReport::decode(report)) {
         takeSettings(*settingsReport);
@@ -184,7 +186,7 @@ void LightSet_dlg::showEvent(QShowEvent *)
     if (!showing.begins())
         return;
     if (test_win *test = signalTest()) {
-        test->standAside(true);
+        test->standAside(FrameUsers::LightScreen, true);
         // What it has asked for may still come.
         believing = false;
     }
@@ -201,9 +203,9 @@ void LightSet_dlg::showEvent(QShowEvent *)
     setWindowState(windowState() | Qt::WindowFullScreen);
     // Without a window manager nobody else gives it the keyboard.
     activateWindow();
-    GetADCData();
     TimerStep = 0;
-    timer->start(PollPeriod);
+    if (!isAside)
+        beginAsking();
     look.start(ScanWatch::LookMs, this);
 }
 
@@ -228,7 +230,7 @@ void LightSet_dlg::hideEvent(QHideEvent *)
     updateNotice();
     // Behind the last read, which chooses this window's layout.
     if (test_win *test = signalTest())
-        test->standAside(false);
+        test->standAside(FrameUsers::LightScreen, false);
 }
 
 void LightSet_dlg::changeEvent(QEvent *event)
@@ -322,7 +324,7 @@ void LightSet_dlg::SendADCData()
 {
     const auto lines = typedLines();
     updateNotice();
-    if (!lines)
+    if (!lines || isAside)
         return;
     send(lines->encode());
     TimerStop = TicksAfterWrite;
@@ -368,7 +370,14 @@ void LightSet_dlg::requestScan(UCHAR axis)
 
 void LightSet_dlg::send(Frame frame)
 {
-    emit Write03(frame.data());
+    if (!isAside)
+        emit Write03(frame.data());
+}
+
+void LightSet_dlg::beginAsking()
+{
+    GetADCData();
+    timer->start(PollPeriod);
 }
 
 test_win *LightSet_dlg::signalTest() const

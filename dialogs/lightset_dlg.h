@@ -35,6 +35,11 @@ public:
     explicit LightSet_dlg(QWidget *parent = nullptr);
     ~LightSet_dlg() override;
 
+    // As if its user had, also while it is hidden.
+    void chooseLight(const LightPlot::Light &light);
+    // While a light check has the frame for itself, nothing is asked and nothing taken.
+    void standAside(bool aside);
+
 signals:
     void Write03(UCHAR *WriteBuf);
 
@@ -71,6 +76,7 @@ private:
     void askAbout(const command::LightRequest &request);
     void requestScan(UCHAR axis);
     void send(Frame frame);
+    void beginAsking();
 
     void takeSettings(const command::AdcReport &report);
     void takeLight(command::LightReport report);
@@ -108,6 +114,7 @@ private:
     bool postponed = false;   // a tick waits for the end of a scan
     bool believing = true;    // pages have this window's layout
     QDeadlineTimer layoutDue; // to be asked for again
+    bool isAside = false;     // a light check has the frame
     bool userChose = false;   // the light
     bool unasked = false;     // and the device was not asked about it yet
     QDeadlineTimer lightDue = QDeadlineTimer(QDeadlineTimer::Forever); // for an answer about it

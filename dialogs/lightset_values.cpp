@@ -191,11 +191,34 @@ std::optional<Light> LightSet_dlg::chosenLight() const
 void LightSet_dlg::step(int by)
 {
     const auto light = namedLight();
-    if (!light || control.light() != nameOf(*light))
+    if (!light || isAside || control.light() != nameOf(*light))
         return;
     control.step(by);
     SendSetLightData();
     updateLight();
+}
+
+void LightSet_dlg::chooseLight(const Light &light)
+{
+    setChosen(light);
+    onChosen();
+}
+
+void LightSet_dlg::standAside(bool aside)
+{
+    if (isAside == aside)
+        return;
+    isAside = aside;
+    watch.forget();
+    timer->stop();
+    late.stop();
+    readBack.stop();
+    lightDue = QDeadlineTimer(QDeadlineTimer::Forever);
+    if (!isAside && !isHidden()) {
+        believing = false;
+        beginAsking();
+    }
+    updateNotice();
 }
 
 void LightSet_dlg::updateLight()
@@ -225,7 +248,8 @@ void LightSet_dlg::updateNotice()
         showNotice(ui->notice, {});
         return;
     }
-    const QString overdue = watch.overdue();
+    const QString overdue =
+        isAside ? tr("This waits until the light check has ended") : watch.overdue();
     showNotice(ui->notice, !refusal.isEmpty()   ? refusal
                            : !overdue.isEmpty() ? overdue
                                                 : lightNotice());

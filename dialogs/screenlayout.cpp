@@ -23,6 +23,7 @@ struct Monitor
 {
     QString name;
     QRect geometry;
+    QSizeF millimetres;
 };
 
 template <typename Reply>
@@ -58,23 +59,24 @@ QList<Monitor> monitorsOf(xcb_connection_t *connection, xcb_window_t root)
     for (auto it = xcb_randr_get_monitors_monitors_iterator(reply.get()); it.rem;
          xcb_randr_monitor_info_next(&it)) {
         monitors.append({atomName(connection, it.data->name),
-                         QRect(it.data->x, it.data->y, it.data->width, it.data->height)});
+                         QRect(it.data->x, it.data->y, it.data->width, it.data->height),
+                         QSizeF(it.data->width_in_millimeters, it.data->height_in_millimeters)});
     }
     return monitors;
 }
 
 // The monitor that a Qt screen stands for: by name, else by origin.
-QRect nativeGeometry(const QScreen *screen, const QList<Monitor> &monitors)
+Monitor monitorOf(const QScreen *screen, const QList<Monitor> &monitors)
 {
     for (const Monitor &monitor : monitors) {
         if (monitor.name == screen->name())
-            return monitor.geometry;
+            return monitor;
     }
     for (const Monitor &monitor : monitors) {
         if (monitor.geometry.topLeft() == screen->geometry().topLeft())
-            return monitor.geometry;
+            return monitor;
     }
-    return scaledUp(screen);
+    return {screen->name(), scaledUp(screen), screen->physicalSize()};
 }
 
 bool isOnWayland()
@@ -155,7 +157,9 @@ ScreenLayout ScreenLayout::current()
 
     QRect all;
     for (const QScreen *screen : screens) {
-        layout.screens.append(nativeGeometry(screen, monitors));
+        const Monitor monitor = monitorOf(screen, monitors);
+        layout.screens.append(monitor.geometry);
+        layout.millimetres.append(monitor.millimetres);
         all |= layout.screens.last();
     }
     if (layout.desktop.isEmpty())

@@ -12,6 +12,8 @@ struct ScreenLayout
 {
     QList<QRect> screens; // in the order of QGuiApplication::screens()
     QSize desktop;        // all screens together
+    // How large each says it is, in mm; empty where it says nothing.
+    QList<QSizeF> millimetres{};
     // The desktop hands what a frame says to the screen that the frame is on, so that the other
     // screens do not count; X servers spread it over all of them.
     bool isEachForItself = false;

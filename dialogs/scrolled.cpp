@@ -190,7 +190,12 @@ void Scrolled::follow(const QWidget *focus)
 
 Scrolled *keepOnScreen(QWidget *window)
 {
-    new ScreenFit(window);
+    keepWithinScreen(window);
     const auto *main = qobject_cast<QMainWindow *>(window);
     return new Scrolled(main ? main->centralWidget() : window, window->size());
+}
+
+void keepWithinScreen(QWidget *window)
+{
+    new ScreenFit(window);
 }

@@ -41,3 +41,6 @@ private:
 // be scrolled then; and brings it back to where it was when it was hidden. Its size by now is what
 // it needs. The result belongs to the window.
 Scrolled *keepOnScreen(QWidget *window);
+
+// The same for a window whose layout lets it be smaller: it is not scrolled.
+void keepWithinScreen(QWidget *window);

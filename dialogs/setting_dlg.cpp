@@ -1,6 +1,7 @@
 #include "setting_dlg.h"
 
 #include "config/fields.h"
+#include "fittext.h"
 #include "outcome.h"
 #include "present.h"
 #include "readable.h"
@@ -24,6 +25,7 @@ Setting_dlg::Setting_dlg(QWidget *parent)
         button->setEnabled(false);
     setStringFont();
     Get_Data();
+    fitButtons(this);
 }
 
 Setting_dlg::~Setting_dlg() = default;

@@ -1,5 +1,7 @@
 #include "signallog.h"
 
+#include "device/plainfile.h"
+
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QFile>
@@ -134,8 +136,9 @@ void SignalLog::fillRow(int until)
 // True when the whole text is in the file.
 bool SignalLog::store()
 {
-    QFile file(LogFile);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+    const FileDescriptor descriptor = plainfile::openEmpty(LogFile);
+    QFile file;
+    if (!descriptor.isValid() || !file.open(descriptor.get(), QIODevice::WriteOnly))
         return false;
     // A row that goes on is a line in the file too.
     const QByteArray text = CVSstring.toLatin1() + (row == Row::None ? "" : "\n");

@@ -80,16 +80,6 @@ void test_win::on_def_btn_clicked()
     ui->Lower_text->setText(DefaultLower);
 }
 
-void test_win::on_Xbtn_clicked()
-{
-    startSingle(scan::AxisX);
-}
-
-void test_win::on_Ybtn_clicked()
-{
-    startSingle(scan::AxisY);
-}
-
 void test_win::on_ALL_btn_clicked()
 {
     if (isContinuous())
@@ -118,7 +108,7 @@ void test_win::DoRecv03(UCHAR *RecvBuf)
 {
     const Frame report = command::frameAt(RecvBuf);
     const bool repeated = news.take(report) == ReportNews::News::Repeated;
-    if (isAside)
+    if (users.any())
         return;
     if (command::AdcReport::decode(report))
         believing = false;
@@ -143,18 +133,23 @@ void test_win::OnLinkEnded()
     updateNotice();
 }
 
-void test_win::standAside(bool aside)
+void test_win::standAside(FrameUsers::User user, bool aside)
 {
-    if (isAside == aside)
-        return;
-    isAside = aside;
-    believing = false;
-    watch.forget();
-    timer->stop();
-    late.stop();
-    if (!isAside && testing)
-        ask();
+    if (users.set(user, aside)) {
+        believing = false;
+        watch.forget();
+        timer->stop();
+        late.stop();
+        if (!users.any() && testing)
+            ask();
+    }
     updateNotice();
+}
+
+void test_win::addToMenu(QAction *action)
+{
+    menu->addAction(action);
+    addAction(action);
 }
 
 void test_win::paintEvent(QPaintEvent *event)
@@ -262,7 +257,7 @@ void test_win::begin()
     testing = true;
     showPlot();
     watch.forget();
-    if (!isAside)
+    if (!users.any())
         ask();
     updateNotice();
 }
@@ -382,10 +377,12 @@ void test_win::updateNotice()
 {
     if (!watch.isWaiting())
         look.stop();
-    const bool waits = isAside && testing;
-    showNotice(ui->notice, !refusal.isEmpty() ? refusal
-                           : waits ? tr("The test waits until the light setting is closed")
-                                   : watch.overdue());
+    const QString other = users.has(FrameUsers::LightCheck)
+                              ? tr("The test waits until the light check has ended")
+                              : tr("The test waits until the light setting is closed");
+    showNotice(ui->notice, !refusal.isEmpty()       ? refusal
+                           : users.any() && testing ? other
+                                                    : watch.overdue());
 }
 
 void test_win::onLogToggled(bool on)

@@ -2,6 +2,7 @@
 
 #include "device/records.h"
 #include "device/reportnews.h"
+#include "frameusers.h"
 #include "scanwatch.h"
 #include "scrolled.h"
 #include "signallog.h"
@@ -39,9 +40,11 @@ public:
     explicit test_win(QWidget *parent = nullptr);
     ~test_win() override;
 
-    // The light screen needs the frame for itself while it is shown: nothing is asked and nothing
-    // taken meanwhile. A test that runs then goes on.
-    void standAside(bool aside);
+    // While another one has the frame for itself, nothing is asked and nothing taken. A test that
+    // runs then goes on.
+    void standAside(FrameUsers::User user, bool aside);
+    // For what the menu has besides logging; its shortcut works in this window too.
+    void addToMenu(QAction *action);
 
 signals:
     void Write03(UCHAR *WriteBuf);
@@ -49,8 +52,8 @@ signals:
 public slots:
     void on_exitbtn_clicked();
     void on_def_btn_clicked();
-    void on_Xbtn_clicked();
-    void on_Ybtn_clicked();
+    void on_Xbtn_clicked() { startSingle(command::scan::AxisX); }
+    void on_Ybtn_clicked() { startSingle(command::scan::AxisY); }
     void on_ALL_btn_clicked();
     void ontimer();
     void DoRecv03(UCHAR *RecvBuf);
@@ -108,7 +111,7 @@ private:
     ScanWatch watch;
     bool believing = false;   // pages have this window's layout
     QDeadlineTimer countsDue; // to be asked for again
-    bool isAside = false;     // the light screen has the frame
+    FrameUsers users;         // others, for whom this stands aside
     QString refusal;          // what is wrong with a field
     QBasicTimer late;         // a tick that waits for the end of a scan
     QBasicTimer look;         // for what is overdue, while something is

@@ -3,6 +3,7 @@
 #include "advset_dlg.h"
 #include "config/fields.h"
 #include "device/records.h"
+#include "fittext.h"
 #include "outcome.h"
 #include "present.h"
 #include "scrolled.h"
@@ -55,6 +56,7 @@ useradv_dlg::useradv_dlg(QWidget *parent)
     for (const QCheckBox *box : {ui->checkBox, ui->checkBox_2, ui->WheelEn})
         connect(box, &QCheckBox::toggled, this, [this] { setNotice({}); });
     Get_Data();
+    fitButtons(this);
 }
 
 useradv_dlg::~useradv_dlg() = default;

@@ -1,5 +1,6 @@
 #include "version_dlg.h"
 
+#include "device/plainfile.h"
 #include "device/struct.h"
 #include "device/version.h"
 #include "fittext.h"
@@ -109,12 +110,8 @@ void Version_Dlg::on_pushButton_upgrade_clicked()
     const QString backup = working.path() + u"/backup"_s;
     if (QDir().mkdir(backup))
         qDebug().noquote() << backup;
-    for (const QString &name : working.entryList()) {
-        const QString source = working.path() + u'/' + name;
-        // A link may lead to a pipe or a device, which would be read for ever.
-        if (QFileInfo(source).isFile())
-            QFile::copy(source, backup + u'/' + name);
-    }
+    for (const QString &name : working.entryList())
+        plainfile::copyInto(working.path() + u'/' + name, backup);
     auto *thread = new MyThread(this);
     thread->start();
     thread->wait(ThreadWaitMs);

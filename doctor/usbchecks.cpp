@@ -194,10 +194,7 @@ Finding checkProgram(const Machine &machine, const QList<UsbFrame> &frames)
     if (holder.pid > 0)
         return Finding::trouble(ProgramCheck, Cause::InUse, Advice::frameInUse(node, holder));
     if (const QList<DeviceUser> users = machine.openedBy(node); !users.isEmpty())
-        return Finding::note(ProgramCheck,
-                             {UsbWords::tr("%1 has %2 open without saying that it uses the frame.")
-                                  .arg(users.first().words(), node),
-                              UsbWords::tr("End that program if answers get lost.")});
+        return Finding::note(ProgramCheck, Advice::frameOpened(node, users.first()));
     return Finding::good(ProgramCheck, UsbWords::tr("No other program uses it."));
 }
 

@@ -1,11 +1,11 @@
 #include "history.h"
 
+#include "device/plainfile.h"
 #include "scanfile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -61,13 +61,12 @@ bool History::remember(const Measurement &measurement, QString *problem) const
         *problem = tr("The folder %1 cannot be made.").arg(place);
         return false;
     }
-    QSaveFile file(place + u'/' + measurement.date.toUTC().toString(DateFormat) + u".json"_s);
-    const QByteArray text = QJsonDocument(ScanFile::toJson(measurement)).toJson();
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
-        *problem = tr("%1 cannot be written: %2.").arg(file.fileName(), file.errorString());
-        return false;
-    }
-    return true;
+    const QString path = place + u'/' + measurement.date.toUTC().toString(DateFormat) + u".json"_s;
+    const QString reason =
+        plainfile::replace(path, QJsonDocument(ScanFile::toJson(measurement)).toJson());
+    if (!reason.isEmpty())
+        *problem = tr("%1 cannot be written: %2.").arg(path, reason);
+    return reason.isEmpty();
 }
 
 std::vector<Measurement> History::recall(const Unit &unit, QStringList *problems) const

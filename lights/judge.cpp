@@ -2,6 +2,7 @@
 
 #include "basecurve.h"
 #include "robust.h"
+#include "rolloff.h"
 #include "stretchfinder.h"
 #include "typical.h"
 
@@ -17,16 +18,6 @@ namespace {
 
 // Gains that differ more than this from light to light are no measure of how weak a light is.
 constexpr double GainSpread = 0.05;
-// By how much the lights of an end may fall off by themselves, the outermost first, and how many
-// of a short axis: one in so many.
-constexpr std::array RollOffMost{0.35, 0.25, 0.18, 0.12, 0.08, 0.05};
-constexpr int RollOffLights = int(RollOffMost.size());
-constexpr int RollOffPart = 8;
-// Two ends that agree so well fall off by nature.
-constexpr double RollOffAgreement = 0.08;
-// An end falls off by so much more from light to light, once it does.
-constexpr double LeastRollOff = 0.03;
-constexpr double RollOffGrowth = 2.5;
 // A light is only weak if it differs by this much of a healthy one: in the dark of an obstacle
 // small differences are large shares.
 constexpr double LeastDrop = 0.06;
@@ -46,6 +37,9 @@ constexpr double FullSupport = 0.9;
 constexpr double ExcessMargin = 1.1;
 // Noise of this many levels is finer than whole levels tell.
 constexpr double FinestNoise = 0.3;
+// By how many spreads of the healthy lights' noise a noisy light stands out, and how far that goes.
+constexpr double NoiseSpreads = 3.3;
+constexpr double MostTails = 2.8;
 
 // A light of which the level says how its place is.
 bool isUnremarkable(const Light &light)
@@ -139,10 +133,15 @@ void AxisJudge::judgeNoise()
         if (isPlain(i))
             all.push_back(usual.noise[size_t(i)]);
     }
-    verdict.noise = robust::median(std::move(all));
+    verdict.noise = robust::median(all);
+    // Noise with long tails is more uneven from light to light than the normal kind.
+    std::vector<double> uneven;
+    for (const double noise : all)
+        uneven.push_back(std::log(std::max(noise, FinestNoise)));
+    const double tails = std::exp(NoiseSpreads * robust::spread(uneven));
     const double ratio =
-        std::max(thresholds.noisyRatio,
-                 ExcessMargin * robust::deviationExcess(usual.scans, thresholds.noisyChance));
+        std::max({thresholds.noisyRatio, std::min(tails, MostTails),
+                  ExcessMargin * robust::deviationExcess(usual.scans, thresholds.noisyChance)});
     const double limit =
         std::max(thresholds.noisyLevel, ratio * std::max(verdict.noise, FinestNoise));
     for (int i = 0; i < count(); ++i) {
@@ -444,36 +443,6 @@ void AxisJudge::finish(Verdicts &verdicts)
         }
     }
     verdicts.axis(axis) = std::move(verdict);
-}
-
-// The lights of one end, as endShares() tells them, with what the others there are like.
-using Ends = std::array<std::vector<double>, 4>; // own, opposite, those of the other axis
-
-// What two ends fall off alike is their nature: the own axis's if they do, else any two of the
-// four. Where an end has nothing to agree with it may still go on as its inner lights begin.
-std::vector<double> rollOff(const Ends &ends)
-{
-    const auto agree = [](double a, double b) { return std::abs(a - b) < RollOffAgreement; };
-    std::vector<double> allowed(size_t(RollOffLights), 1.0);
-    for (size_t k = allowed.size(); k-- > 0;) {
-        const double own = ends[0][k];
-        double best = 0;
-        for (size_t a = 0; a < ends.size(); ++a) {
-            for (size_t b = 0; b < a; ++b) {
-                if (agree(ends[a][k], ends[b][k]))
-                    best = std::max({best, ends[a][k], ends[b][k]});
-            }
-        }
-        if (agree(own, ends[1][k]))
-            best = std::max(own, ends[1][k]);
-        const double inner = k + 1 < allowed.size() ? 1 - allowed[k + 1] : 0;
-        if (!agree(own, best) && inner > LeastRollOff &&
-            1 - own < RollOffGrowth * inner + RollOffAgreement / 2)
-            best = own;
-        if (best >= 1 - RollOffMost[k])
-            allowed[k] = std::min(best, 1.0);
-    }
-    return allowed;
 }
 
 } // namespace

@@ -1,8 +1,11 @@
 #include "report.h"
 
+#include "findings.h"
 #include "reportpicture.h"
+#include "scanfile.h"
 #include "text.h"
 #include "touch.h"
+#include "verdictfile.h"
 #include "words.h"
 
 #include <algorithm>
@@ -12,6 +15,8 @@ using namespace Qt::StringLiterals;
 namespace lights {
 
 namespace {
+
+constexpr double WallWidth = 1000;
 
 QString htmlElement(const QString &name, const QString &words)
 {
@@ -40,7 +45,7 @@ table { border-collapse: collapse; }
 caption { text-align: left; font-weight: bold; padding: 0.5em 0; }
 th, td { text-align: left; padding: 0.15em 0.8em; border-bottom: 1px solid #ccc; }
 td.number { text-align: right; }
-.verdict { font-size: 200%; font-weight: bold; border: 4px solid; padding: 0.3em 0.6em;
+.verdict { font-size: 22pt; font-weight: bold; border: 4px solid; padding: 0.3em 0.6em;
   display: inline-block; }
 .pass { color: #00507d; }
 .service { color: #8a3c00; }
@@ -65,7 +70,7 @@ public:
         return u"<!DOCTYPE html>\n<html lang=\"%1\">\n<head>\n<meta charset=\"utf-8\">\n"
                "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"_s.arg(
                    Text::tr("en")) +
-               htmlElement(u"title"_s, title) + u"<style>\n"_s + pageStyle() + pictureStyle() +
+               htmlElement(u"title"_s, title) + u"<style>\n"_s + pageStyle() + svgStyle() +
                u"</style>\n</head>\n<body>\n<main>\n"_s + htmlElement(u"h1"_s, title) + head() +
                pictures() + findings() + comparison() + table() + u"</main>\n</body>\n</html>\n"_s;
     }
@@ -85,9 +90,10 @@ QString Page::head() const
 {
     const Measurement &measurement = report.measurement;
     const bool isPass = report.verdicts.isPass();
-    QString html = u"<p class=\"verdict %1\">%2</p>\n<table>\n"_s.arg(
+    QString html = u"<p class=\"verdict %1\">%2</p>\n<table>\n<caption>%3</caption>\n"_s.arg(
         isPass ? u"pass"_s : u"service"_s,
-        (isPass ? Text::tr("PASS") : Text::tr("SERVICE NEEDED")).toHtmlEscaped());
+        (isPass ? Text::tr("PASS") : Text::tr("SERVICE NEEDED")).toHtmlEscaped(),
+        Text::tr("The measurement").toHtmlEscaped());
     if (!measurement.unit.name.isEmpty())
         html += htmlRow(Text::tr("Unit"), measurement.unit.name);
     if (!measurement.unit.identification.isEmpty())
@@ -108,14 +114,16 @@ QString Page::head() const
 
 QString Page::pictures() const
 {
-    QString html = htmlElement(u"h2"_s, Text::tr("The frame")) + wallPicture(report, faults);
+    const Wall wall(report.measurement, {WallWidth, 0});
+    QString html =
+        htmlElement(u"h2"_s, Text::tr("The frame")) + toSvg(wallPicture(report, faults, wall));
     html += htmlElement(
         u"p"_s, Text::tr("Letters: w weak, d dead, n noisy, s saturated, o switched off. Dark "
                          "strips: touches are missed; light ones: they jump. Bars outside: "
                          "stretches with one thing wrong."));
     for (const Axis axis : Axes) {
         if (!report.verdicts.axis(axis).lights.empty())
-            html += curvePicture(report, axis);
+            html += toSvg(curvePicture(report, axis));
     }
     return html +
            htmlElement(u"p"_s, Text::tr("Solid: the level of each light. Dashed: that of a healthy "
@@ -125,22 +133,8 @@ QString Page::pictures() const
 QString Page::findings() const
 {
     QStringList all;
-    for (const Stretch &stretch : report.verdicts.stretches) {
-        all +=
-            Text::tr("%1 to %2: %3. %4")
-                .arg(lightName(stretch.axis, stretch.first), lightName(stretch.axis, stretch.last),
-                     word(stretch.verdict), advice(stretch, report.measurement.axis(stretch.axis)));
-    }
-    for (const Axis axis : Axes) {
-        const std::vector<Light> &lights = report.verdicts.axis(axis).lights;
-        for (int i = 0; i < int(lights.size()); ++i) {
-            if (lights[size_t(i)].verdict == LightVerdict::Healthy)
-                continue;
-            all += Text::tr("%1: %2. %3")
-                       .arg(lightName(axis, i), word(lights[size_t(i)].verdict),
-                            advice(axis, i, lights[size_t(i)], report.measurement.axis(axis)));
-        }
-    }
+    for (const Finding &finding : findingsOf(report))
+        all += finding.words;
     QString html = htmlElement(u"h2"_s, Text::tr("Findings"));
     html += all.isEmpty() ? htmlElement(u"p"_s, Text::tr("Nothing was found.")) : htmlList(all);
     if (faults.empty())
@@ -188,14 +182,14 @@ QString Page::table() const
             const Light &light = verdict.lights[size_t(i)];
             html += u"<tr><th scope=\"row\">%1</th><td>%2</td>"_s.arg(
                 lightName(axis, i), word(light.verdict).toHtmlEscaped());
-            html += cell(QString::number(light.level, 'f', 1));
-            html += cell(QString::number(light.expected, 'f', 1));
-            html += cell(verdict.noiseKnown ? QString::number(light.noise, 'f', 1) : QString());
+            html += cell(oneDecimal(light.level));
+            html += cell(oneDecimal(light.expected));
+            html += cell(verdict.noiseKnown ? oneDecimal(light.noise) : QString());
             if (compares) {
                 // Both are in the same order; lights that gave no signal then have no change.
                 const bool isOne =
                     change != report.changes.end() && change->axis == axis && change->light == i;
-                html += cell(isOne ? QString::number(100 * change->alone, 'f', 1) : QString());
+                html += cell(isOne ? oneDecimal(100 * change->alone) : QString());
                 change += isOne;
             }
             html += u"</tr>\n"_s;
@@ -209,6 +203,19 @@ QString Page::table() const
 QByteArray toHtml(const Report &report)
 {
     return Page(report).html().toUtf8();
+}
+
+QJsonObject toJson(const Report &report)
+{
+    QJsonObject members = ScanFile::toJson(report.measurement);
+    const auto add = [&members](const QJsonObject &more) {
+        for (auto member = more.begin(); member != more.end(); ++member)
+            members[member.key()] = member.value();
+    };
+    add(verdictsToJson(report.measurement, report.verdicts));
+    if (report.baseline)
+        add(comparisonToJson(*report.baseline, report.changes, report.trend));
+    return members;
 }
 
 } // namespace lights

@@ -6,6 +6,7 @@
 #include "verdict.h"
 
 #include <QByteArray>
+#include <QJsonObject>
 #include <QString>
 
 #include <optional>
@@ -29,5 +30,8 @@ struct Report
 // SVG with a text for those who do not see them; colours are told apart without red and green, and
 // letters stand beside them. UTF-8.
 QByteArray toHtml(const Report &report);
+
+// The measurement with everything that was found, for programs; ScanFile reads it back.
+QJsonObject toJson(const Report &report);
 
 } // namespace lights

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "drawing.h"
 #include "report.h"
 #include "touch.h"
+#include "wall.h"
 
 #include <QString>
 
@@ -10,14 +12,11 @@ namespace lights {
 // One letter for each, beside the colour; nothing for a healthy light.
 QString letterFor(LightVerdict verdict);
 
-// The style classes that the pictures use.
-QString pictureStyle();
-
 // The frame as it stands on the wall: lights along the edges, stretches outside of them, and where
 // touches go wrong on the screen.
-QString wallPicture(const Report &report, const std::vector<TouchFault> &faults);
+Drawing wallPicture(const Report &report, const std::vector<TouchFault> &faults, const Wall &wall);
 
 // Levels of an axis, those of healthy lights, and the lowest that works.
-QString curvePicture(const Report &report, Axis axis);
+Drawing curvePicture(const Report &report, Axis axis);
 
 } // namespace lights

@@ -1,7 +1,6 @@
 #include "scancollector.h"
 
 #include <algorithm>
-#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -12,6 +11,18 @@ namespace {
 Axis axisOf(UCHAR axis)
 {
     return axis == command::scan::AxisX ? Axis::X : Axis::Y;
+}
+
+std::vector<float> meanOf(const std::deque<std::vector<int>> &all)
+{
+    std::vector<float> mean;
+    for (size_t i = 0; !all.empty() && i < all.front().size(); ++i) {
+        double sum = 0;
+        for (const std::vector<int> &one : all)
+            sum += one[i];
+        mean.push_back(float(sum / double(all.size())));
+    }
+    return mean;
 }
 
 } // namespace
@@ -54,12 +65,12 @@ void ScanCollector::received(const Frame &frame)
 // Another number of lights is another device.
 void ScanCollector::count(Axis axis, int lights)
 {
-    const int most = axis == Axis::X ? command::MaxLightsX : command::MaxLightsY;
+    const int largest = axis == Axis::X ? command::MaxLightsX : command::MaxLightsY;
     Progress &one = of(axis);
     if (one.lights == lights)
         return;
     one = {};
-    if (lights < 1 || lights > most)
+    if (lights < 1 || lights > largest)
         return;
     one.lights = lights;
     one.off.resize(size_t(lights));
@@ -69,32 +80,20 @@ void ScanCollector::count(Axis axis, int lights)
 void ScanCollector::take(const command::ScanPage &page)
 {
     Progress &one = of(axisOf(page.axis));
-    const auto lights = size_t(one.lights);
-    if (page.first == 0) {
-        one.coming.assign(lights, std::nanf(""));
-        one.comingGains.assign(lights, std::nanf(""));
-        one.next = 0;
-    }
-    if (page.first != one.next || one.coming.size() != lights)
+    if (one.lights == 0)
         return;
-    const int carried = pairs ? page.size / 2 : page.size;
-    for (int i = 0; i < carried && one.next < one.lights; ++i, ++one.next) {
-        one.coming[size_t(one.next)] = float(pairs ? page.pairLevel(i) : page.level(i));
-        if (pairs)
-            one.comingGains[size_t(one.next)] = float(page.pairGain(i));
-    }
-    if (one.next < one.lights || one.lights == 0)
+    if (page.first == 0)
+        one.coming = AxisScan(one.lights, pairs);
+    if (one.coming.take(page) != AxisScan::Taken::Whole)
         return;
-    if (one.scans.size() >= size_t(MaxScans))
-        one.scans.erase(one.scans.begin());
-    one.scans.push_back(std::move(one.coming));
-    one.coming.clear();
+    one.scans.emplace_back(one.coming.levels().begin(), one.coming.levels().end());
+    if (one.scans.size() > most)
+        one.scans.pop_front();
     if (!pairs)
         return;
-    one.gainSums.resize(lights);
-    for (size_t i = 0; i < lights; ++i)
-        one.gainSums[i] += double(one.comingGains[i]);
-    ++one.gainScans;
+    one.gains.push_back(one.coming.gains());
+    if (one.gains.size() > most)
+        one.gains.pop_front();
 }
 
 Measurement ScanCollector::measurement() const
@@ -107,9 +106,8 @@ Measurement ScanCollector::measurement() const
             continue;
         AxisMeasurement &measured = result.axis(axis);
         measured.lights = one.lights;
-        measured.scans = one.scans;
-        for (const double sum : one.gainSums)
-            measured.gains.push_back(float(sum / one.gainScans));
+        measured.scans.assign(one.scans.begin(), one.scans.end());
+        measured.gains = meanOf(one.gains);
         if (std::none_of(one.off.begin(), one.off.end(),
                          [](const std::optional<bool> &off) { return off.has_value(); }))
             continue;

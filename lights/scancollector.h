@@ -1,10 +1,12 @@
 #pragma once
 
+#include "axisscan.h"
 #include "measurement.h"
 
 #include "device/records.h"
 
 #include <array>
+#include <deque>
 #include <optional>
 #include <vector>
 
@@ -20,6 +22,11 @@ QString identificationOf(const command::FirmwareRecord &firmware);
 class ScanCollector
 {
 public:
+    explicit ScanCollector(int mostScans = MaxScans)
+        : most(size_t(mostScans))
+    {
+    }
+
     void sent(const Frame &frame);
     void received(const Frame &frame);
 
@@ -30,12 +37,9 @@ private:
     struct Progress
     {
         int lights = 0; // as the device last said
-        Scan coming;
-        std::vector<float> comingGains;
-        int next = 0; // the light that the next page begins with
-        std::vector<Scan> scans;
-        std::vector<double> gainSums;
-        int gainScans = 0;
+        AxisScan coming;
+        std::deque<Scan> scans;
+        std::deque<std::vector<int>> gains;   // of the scans that had them
         std::vector<std::optional<bool>> off; // as far as the device was asked
         std::vector<int> offsets;
     };
@@ -45,6 +49,7 @@ private:
     void count(Axis axis, int lights);
     void take(const command::ScanPage &page);
 
+    size_t most; // scans
     std::array<Progress, 2> progress;
     std::optional<Frame> last; // report since something was sent
     bool pairs = false;        // pages carry a level and a gain for each light

@@ -216,7 +216,9 @@ std::optional<Stretch> Finder::judgeRun(const Run &run) const
     // A step has one light at most that is covered in part: half at worst.
     const double limit = 2 - 4 * near + thresholds.stepRise + thresholds.stepRiseShare * whole;
     const double slopePart = SlopePart * (1 - 2 * near) / (1 - near);
-    const auto isStep = [limit](const Side &side) { return side.rise <= limit; };
+    const double wide = std::min(thresholds.wideStepRise, thresholds.wideStepShare * whole);
+    const double stepLimit = std::max(limit, wide);
+    const auto isStep = [stepLimit](const Side &side) { return side.rise <= stepLimit; };
     const auto isSlope = [&](const Side &side) { return side.rise >= slopePart * whole; };
     Stretch stretch{.axis = axis,
                     .first = left.shallow,
@@ -228,7 +230,7 @@ std::optional<Stretch> Finder::judgeRun(const Run &run) const
         stretch.last = right.half;
         stretch.verdict = isBoard(stretch.first, stretch.last, depth) ? StretchVerdict::BrokenBoard
                                                                       : StretchVerdict::Obstacle;
-        margin = limit - std::max(left.rise, right.rise);
+        margin = stepLimit - std::max(left.rise, right.rise);
     } else if (whole >= thresholds.barLights &&
                ((isStep(left) && isSlope(right)) || (isStep(right) && isSlope(left))) &&
                isStraight(left.shallow, right.shallow, isStep(right))) {
@@ -237,7 +239,7 @@ std::optional<Stretch> Finder::judgeRun(const Run &run) const
         margin = std::max(left.rise, right.rise) / whole - slopePart;
     } else {
         stretch.verdict = StretchVerdict::Dirt;
-        margin = std::max(left.rise, right.rise) - limit;
+        margin = std::max(left.rise, right.rise) - stepLimit;
     }
     const int least = depth >= Dark ? thresholds.darkLights : thresholds.stretchLights;
     if (stretch.last - stretch.first + 1 < least)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QLocale>
 
 namespace lights {
 
@@ -9,5 +10,11 @@ struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(lights)
 };
+
+// For people to read, in their locale.
+inline QString oneDecimal(double value)
+{
+    return QLocale().toString(value, 'f', 1);
+}
 
 } // namespace lights

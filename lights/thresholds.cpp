@@ -46,6 +46,8 @@ constexpr std::array AllThresholds{
     NamedThreshold{"darkLights"_L1, &Thresholds::darkLights, 2, 500},
     NamedThreshold{"stepRise"_L1, &Thresholds::stepRise, 0, 100},
     NamedThreshold{"stepRiseShare"_L1, &Thresholds::stepRiseShare, 0, 0.4},
+    NamedThreshold{"wideStepRise"_L1, &Thresholds::wideStepRise, 0, 10},
+    NamedThreshold{"wideStepShare"_L1, &Thresholds::wideStepShare, 0, 0.4},
     NamedThreshold{"barSlope"_L1, &Thresholds::barSlope, 0.01, 1},
     NamedThreshold{"barLights"_L1, &Thresholds::barLights, 3, 500},
     NamedThreshold{"boardLights"_L1, &Thresholds::boardLights, 2, 500},

@@ -37,6 +37,8 @@ public:
     int darkLights = 4;          // likewise where no light comes through at all
     double stepRise = 0.12;      // lights by which a step may rise more slowly than one can
     double stepRiseShare = 0.02; // and this share of the stretch's length
+    double wideStepRise = 3;     // lights by which an edge may rise where beams are wide,
+    double wideStepShare = 0.25; // if it is no more than this share of the stretch's length
     double barSlope = 0.12;      // change along a whole axis
     int barLights = 8;           // a slope within an axis is at least so long
     int boardLights = 8;         // a board has at least so many

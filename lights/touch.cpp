@@ -125,7 +125,7 @@ QString wordsFor(const TouchFault &fault, const AxisMeasurement &measured)
         if (isMissed)
             return Text::tr("Touches at lights %1 to %2 are missed.").arg(first, last);
         return Text::tr("Touches at lights %1 to %2 jump by up to %3 lights.")
-            .arg(first, last, QString::number(fault.by, 'f', 1));
+            .arg(first, last, oneDecimal(fault.by));
     }
     const int from = int(std::floor(fault.from * *measured.pitch));
     const int to = int(std::ceil(fault.to * *measured.pitch));

@@ -6,25 +6,28 @@ export LC_ALL=C.UTF-8 PATH=$PATH:/usr/sbin:/sbin
 project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What the project is built with, what the windows under test need around them, what scripts/test
-# counts with and what tests compare with, what the style lane looks with, the font that the windows
-# ask for, what compiles the fuzz programs and what the emulated kernel runs on. These names hold on
-# Debian 12 and 13.
+# counts with and what tests compare with, what the style lane looks with, what compiles the fuzz
+# programs and what the emulated kernel runs on. These names hold on Debian 12 and 13.
 build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
                 qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libwayland-dev libcli11-dev
-                libpcap-dev libarchive-dev)
+                libpcap-dev libarchive-dev libqcustomplot-dev)
+# What the manual is made with, where windows or packages are to have one.
+manual_packages=(pandoc)
 desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-utils xauth
-                  xcompmgr fonts-dejavu-core procps dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-gi
-                  sway weston grim qt6-wayland util-linux)
+                  xcompmgr fonts-dejavu-core fonts-wqy-microhei fonts-wine qt6-translations-l10n
+                  dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3-gi sway weston grim qt6-wayland
+                  procps util-linux)
 test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
-                prometheus-node-exporter fish zsh)
-# What the measuring programs compare the tool with.
-bench_packages=(libqcustomplot-dev)
+                prometheus-node-exporter ansible-core fish zsh poppler-utils tidy)
 style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)
-font_packages=(fonts-wine)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static udev xz-utils procps)
+# What reports are opened in.
+browser_packages=(chromium)
 # What a Debian of another release is made with.
 root_packages=(mmdebstrap util-linux)
+# What boots one.
+boot_packages=(systemd-container)
 # What packages are made with.
 package_packages=(debhelper dpkg-dev fakeroot lintian)
 
@@ -76,13 +79,14 @@ install_missing() {
 needs() {
     local packages=("${build_packages[@]}" "${test_packages[@]}")
     case $1 in
-        style*) packages+=("${style_packages[@]}" "${bench_packages[@]}") ;;
-        unit | gui | *-asan) packages+=("${desktop_packages[@]}" "${bench_packages[@]}") ;;
-        as-released | demo) packages+=("${desktop_packages[@]}") ;;
-        screenshots) packages+=("${desktop_packages[@]}" "${font_packages[@]}") ;;
+        style*) packages+=("${style_packages[@]}" "${manual_packages[@]}") ;;
+        unit | gui | as-released) packages+=("${desktop_packages[@]}" "${manual_packages[@]}") ;;
+        *-asan) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${browser_packages[@]}") ;;
+        demo) packages+=("${desktop_packages[@]}") ;;
+        screenshots) packages+=("${desktop_packages[@]}") ;;
         kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;
         fuzz) packages+=("${fuzz_packages[@]}") ;;
-        package) packages+=("${root_packages[@]}") ;;
+        package) packages+=("${root_packages[@]}" "${boot_packages[@]}") ;;
         debian13) packages=("${root_packages[@]}") ;;
     esac
     install_missing "the lane $1" "${packages[@]}"

@@ -7,6 +7,7 @@
 
 title='Quorvel \(simulated touch frame\)'
 patience=20
+settings_key=s # in the context menu
 number=0
 
 fail() {
@@ -32,6 +33,8 @@ describe_windows() {
     signal_test=(MalvoTools "$(native 1000)" "$(native 650)")
     lights=(Dialog "$width" "$height")
     calibration=(MalvoTools "$width" "$height")
+    try_out=('Try out gestures' "$(native 560)" "$(native 460)")
+    check=('Calibration check' "$width" "$height")
 }
 
 # start ARGUMENT...: the tool on a simulated frame. What it says goes to $log.
@@ -88,6 +91,14 @@ open() {
     window=$(window_sized "$@")
 }
 
+# open_titled TITLE: waits for a window whose size is its own affair and sets $window to it.
+titled() { xdotool search --onlyvisible --name "^$1\$" 2>/dev/null | tail -n 1; }
+is_titled() { [ -n "$(titled "$1")" ]; }
+open_titled() {
+    until_true $patience is_titled "$1" || fail "the window '$1' did not appear"
+    window=$(titled "$1")
+}
+
 # await NAME TITLE W H: the same, and keeps its picture.
 await() {
     open "$@"
@@ -122,7 +133,7 @@ open_menu() {
 # The way to the diagnostics; $menu_window is the menu that leads to their two screens.
 open_usage() {
     open_menu
-    xdotool key s
+    xdotool key "$settings_key"
     open usage "${usage[@]}"
 }
 open_gestures() {
@@ -134,6 +145,24 @@ open_diagnostics() {
     xdotool key c
     open diagnostics "${diagnostics[@]}"
     menu_window=$window
+}
+
+# touch_crosses COUNT ASIDE: the next crosses of the page that checks a calibration, so many native
+# pixels aside and half as many below.
+crosses_touched=0
+touch_crosses() {
+    local inset=$(((width < height ? width : height) / 16)) least=$((24 * scale / 100)) i x y
+    inset=$((inset > least ? inset : least))
+    local right=$((width - 1 - inset)) bottom=$((height - 1 - inset))
+    local places=("$inset $inset" "$right $inset" "$right $bottom" "$inset $bottom" "$((width / 2)) $inset"
+        "$right $((height / 2))" "$((width / 2)) $bottom" "$inset $((height / 2))" "$((width / 2)) $((height / 2))")
+    for ((i = 0; i < $1; i++)); do
+        read -r x y <<<"${places[crosses_touched]}"
+        touch_screen $((x + $2)) $((y + $2 / 2))
+        crosses_touched=$((crosses_touched + 1))
+        # A touch that follows another one at once does not count.
+        sleep 0.35
+    done
 }
 
 # keep_tip NAME WINDOW X Y CROP: rests there until a tool tip is seen; a picture of that part of

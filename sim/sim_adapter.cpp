@@ -169,6 +169,12 @@ bool SimAdapter::DoFindDev(QString collection, bool open)
     return true;
 }
 
+bool SimAdapter::IsDevDead()
+{
+    Look look(*this);
+    return opened && !usable();
+}
+
 bool SimAdapter::GetVersion()
 {
     Look look(*this);

@@ -37,6 +37,7 @@ public:
     void CloseDevice() override;
     // False with a problem set: like a node that may not be opened.
     bool DoFindDev(QString collection, bool open) override;
+    bool IsDevDead() override;
     bool GetVersion() override;
     HID_AdpterPacket::NodeProblem LastProblem() const override;
 

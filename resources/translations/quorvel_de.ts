@@ -28,10 +28,6 @@
         <translation>Treten Sie der Gruppe %1 bei und melden Sie sich dann neu an.</translation>
     </message>
     <message>
-        <source>The touch frame at %1 is in use by %2.</source>
-        <translation>Der Touchrahmen an %1 wird von %2 benutzt.</translation>
-    </message>
-    <message>
         <source>A touch frame is at %1 but this user may not open it (%2).</source>
         <translation>An %1 ist ein Touchrahmen, aber dieser Benutzer darf ihn nicht öffnen (%2).</translation>
     </message>
@@ -42,10 +38,6 @@
     <message>
         <source>Unplug it and plug it in again.</source>
         <translation>Ziehen Sie ihn ab und stecken Sie ihn wieder ein.</translation>
-    </message>
-    <message>
-        <source>The serial port %1 is in use by %2.</source>
-        <translation>Die serielle Schnittstelle %1 wird von %2 benutzt.</translation>
     </message>
     <message>
         <source>A program that has ended left the file %1 behind, which keeps the serial port %2 closed.</source>
@@ -74,6 +66,46 @@
     <message>
         <source>Check the cable and the name, such as ttyUSB0.</source>
         <translation>Prüfen Sie das Kabel und den Namen, etwa ttyUSB0.</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by another program.</source>
+        <translation>Der Touchrahmen an %1 wird von einem anderen Programm benutzt.</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by process %2.</source>
+        <translation>Der Touchrahmen an %1 wird vom Prozess %2 benutzt.</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by %2 (process %3).</source>
+        <translation>Der Touchrahmen an %1 wird von %2 (Prozess %3) benutzt.</translation>
+    </message>
+    <message>
+        <source>Another program has %1 open without saying that it uses the frame.</source>
+        <translation>Ein anderes Programm hat %1 offen, ohne zu sagen, dass es den Rahmen benutzt.</translation>
+    </message>
+    <message>
+        <source>Process %2 has %1 open without saying that it uses the frame.</source>
+        <translation>Der Prozess %2 hat %1 offen, ohne zu sagen, dass er den Rahmen benutzt.</translation>
+    </message>
+    <message>
+        <source>%2 (process %3) has %1 open without saying that it uses the frame.</source>
+        <translation>%2 (Prozess %3) hat %1 offen, ohne zu sagen, dass es den Rahmen benutzt.</translation>
+    </message>
+    <message>
+        <source>End that program if answers get lost.</source>
+        <translation>Beenden Sie jenes Programm, wenn Antworten verloren gehen.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by another program.</source>
+        <translation>Die serielle Schnittstelle %1 wird von einem anderen Programm benutzt.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by process %2.</source>
+        <translation>Die serielle Schnittstelle %1 wird vom Prozess %2 benutzt.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by %2 (process %3).</source>
+        <translation>Die serielle Schnittstelle %1 wird von %2 (Prozess %3) benutzt.</translation>
     </message>
 </context>
 <context>
@@ -120,6 +152,69 @@
     </message>
 </context>
 <context>
+    <name>CalibrationCheck_dlg</name>
+    <message>
+        <source>Calibration check</source>
+        <translation>Kalibrierung prüfen</translation>
+    </message>
+    <message>
+        <source>Touch the crosses one after the other. ESC leaves.</source>
+        <translation>Berühren Sie die Kreuze nacheinander. ESC bricht ab.</translation>
+    </message>
+    <message>
+        <source>ESC leaves, Backspace takes the last touch back.</source>
+        <translation>ESC bricht ab, die Rücktaste nimmt die letzte Berührung zurück.</translation>
+    </message>
+    <message>
+        <source>Check &amp;again</source>
+        <translation>&amp;Erneut prüfen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Touch the middle of cross %L1 of %L2.</source>
+        <translation>Berühren Sie die Mitte von Kreuz %L1 von %L2.</translation>
+    </message>
+    <message>
+        <source>Passed</source>
+        <translation>Bestanden</translation>
+    </message>
+    <message>
+        <source>Calibrate again</source>
+        <translation>Neu kalibrieren</translation>
+    </message>
+    <message>
+        <source>Cross %L1: %2 px off, which is %3 mm.</source>
+        <translation>Kreuz %L1: %2 px daneben, das sind %3 mm.</translation>
+    </message>
+    <message>
+        <source>Cross %L1: %2 px off.</source>
+        <translation>Kreuz %L1: %2 px daneben.</translation>
+    </message>
+    <message>
+        <source>%L1: %2 px, %3 mm</source>
+        <translation>%L1: %2 px, %3 mm</translation>
+    </message>
+    <message>
+        <source>%L1: %2 px</source>
+        <translation>%L1: %2 px</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5.
+Good are up to %6 px on average and %7 px at the most.</source>
+        <translation>Berührungen lagen im Mittel %1 px (%2 mm) daneben und höchstens %3 px (%4 mm), bei Kreuz %L5.
+Gut sind bis zu %6 px im Mittel und höchstens %7 px.</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3.
+Good are up to %4 px on average and %5 px at the most.</source>
+        <translation>Berührungen lagen im Mittel %1 px daneben und höchstens %2 px, bei Kreuz %L3.
+Gut sind bis zu %4 px im Mittel und höchstens %5 px.</translation>
+    </message>
+</context>
+<context>
     <name>Calibration_Dlg</name>
     <message>
         <source>MalvoTools</source>
@@ -159,18 +254,49 @@
     </message>
 </context>
 <context>
-    <name>DeviceUser</name>
+    <name>HelpAction</name>
     <message>
-        <source>another program</source>
-        <translation>einem anderen Programm</translation>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>HelpWindow</name>
+    <message>
+        <source>Quorvel manual</source>
+        <translation>Handbuch von Quorvel</translation>
     </message>
     <message>
-        <source>process %1</source>
-        <translation>Prozess %1</translation>
+        <source>Page of the manual</source>
+        <translation>Seite des Handbuchs</translation>
     </message>
     <message>
-        <source>%1 (process %2)</source>
-        <translation>%1 (Prozess %2)</translation>
+        <source>Scroll up and down</source>
+        <translation>Auf und ab blättern</translation>
+    </message>
+    <message>
+        <source>Scroll to the side</source>
+        <translation>Seitwärts blättern</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>&amp;Zurück</translation>
+    </message>
+    <message>
+        <source>&amp;Forward</source>
+        <translation>&amp;Vorwärts</translation>
+    </message>
+    <message>
+        <source>&amp;Contents</source>
+        <translation>&amp;Inhalt</translation>
+    </message>
+    <message>
+        <source>C&amp;lose</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+    <message>
+        <source>The manual is not installed. The package quorvel-doc brings it.</source>
+        <translation>Das Handbuch ist nicht installiert. Das Paket quorvel-doc bringt es mit.</translation>
     </message>
 </context>
 <context>
@@ -182,6 +308,246 @@
     <message>
         <source>%1: cannot be read: %2</source>
         <translation>%1: kann nicht gelesen werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>LightCheckAction</name>
+    <message>
+        <source>L&amp;ight check...</source>
+        <translation>&amp;Lichtprüfung...</translation>
+    </message>
+</context>
+<context>
+    <name>LightCheck_dlg</name>
+    <message>
+        <source>Light check</source>
+        <translation>Lichtprüfung</translation>
+    </message>
+    <message>
+        <source>Not measured yet</source>
+        <translation>Noch nicht gemessen</translation>
+    </message>
+    <message>
+        <source>&amp;Name of the unit:</source>
+        <translation>&amp;Name des Geräts:</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>Befunde</translation>
+    </message>
+    <message>
+        <source>&amp;Curves</source>
+        <translation>&amp;Kurven</translation>
+    </message>
+    <message>
+        <source>&amp;All lights</source>
+        <translation>&amp;Alle Lichtschranken</translation>
+    </message>
+    <message>
+        <source>All lights</source>
+        <translation>Alle Lichtschranken</translation>
+    </message>
+    <message>
+        <source>&amp;Key</source>
+        <translation>&amp;Legende</translation>
+    </message>
+    <message>
+        <source>Letters: w weak, d dead, n noisy, s saturated, o switched off. Dark strips: touches are missed; light ones: they jump. Bars outside: stretches with one thing wrong.</source>
+        <translation>Buchstaben: w schwach, d tot, n verrauscht, s übersteuert, o ausgeschaltet. Dunkle Streifen: Berührungen gehen verloren; helle: sie springen. Balken außen: Strecken mit einem gemeinsamen Fehler.</translation>
+    </message>
+    <message>
+        <source>Curves: solid the level, dashed that of a healthy light, dotted the level then, dash-dotted the lowest that works; crosses: lights out of order.</source>
+        <translation>Kurven: durchgezogen der Pegel, gestrichelt der einer gesunden Lichtschranke, gepunktet der damalige Pegel, strichpunktiert der niedrigste, der noch reicht; Kreuze: gestörte Lichtschranken.</translation>
+    </message>
+    <message>
+        <source>The arrow keys go from light to light, in the picture of the frame and in the curves; Enter opens one in the light screen. In the curves + and - zoom, and 0 shows all.</source>
+        <translation>Die Pfeiltasten gehen von Lichtschranke zu Lichtschranke, im Bild des Rahmens und in den Kurven; die Eingabetaste öffnet eine in der Lichteinstellung. In den Kurven vergrößern und verkleinern + und -, und 0 zeigt alles.</translation>
+    </message>
+    <message>
+        <source>Progress of the measurement</source>
+        <translation>Fortschritt der Messung</translation>
+    </message>
+    <message>
+        <source>&amp;Follow</source>
+        <translation>&amp;Fortlaufend</translation>
+    </message>
+    <message>
+        <source>Go on measuring until it is stopped</source>
+        <translation>Weitermessen, bis es gestoppt wird</translation>
+    </message>
+    <message>
+        <source>&amp;Measure</source>
+        <translation>&amp;Messen</translation>
+    </message>
+    <message>
+        <source>&amp;Remember</source>
+        <translation>Me&amp;rken</translation>
+    </message>
+    <message>
+        <source>Keep this measurement as what is good for this unit</source>
+        <translation>Diese Messung als den guten Zustand dieses Geräts aufbewahren</translation>
+    </message>
+    <message>
+        <source>Compare &amp;with</source>
+        <translation>Ver&amp;gleichen mit</translation>
+    </message>
+    <message>
+        <source>Re&amp;port...</source>
+        <translation>&amp;Bericht...</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Scroll to the side</source>
+        <translation>Seitwärts blättern</translation>
+    </message>
+    <message>
+        <source>Scroll up and down</source>
+        <translation>Auf und ab blättern</translation>
+    </message>
+    <message>
+        <source>Curves of the levels</source>
+        <translation>Kurven der Pegel</translation>
+    </message>
+    <message>
+        <source>The touch frame is gone. Measuring begins anew when one is there.</source>
+        <translation>Der Touchrahmen ist weg. Die Messung beginnt neu, sobald einer da ist.</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>&amp;Stopp</translation>
+    </message>
+    <message>
+        <source>Curves of the levels. %1</source>
+        <translation>Kurven der Pegel. %1</translation>
+    </message>
+    <message>
+        <source>&amp;What was remembered last</source>
+        <translation>&amp;Zuletzt gemerkt</translation>
+    </message>
+    <message>
+        <source>A &amp;file...</source>
+        <translation>&amp;Datei...</translation>
+    </message>
+    <message>
+        <source>Compare with a file</source>
+        <translation>Mit einer Datei vergleichen</translation>
+    </message>
+    <message>
+        <source>Measurements (*.json *.csv)</source>
+        <translation>Messungen (*.json *.csv)</translation>
+    </message>
+    <message>
+        <source>&amp;Nothing</source>
+        <translation>&amp;Nichts</translation>
+    </message>
+    <message>
+        <source>Remembered. What is measured from now on can be compared with it.</source>
+        <translation>Gemerkt. Was ab jetzt gemessen wird, lässt sich damit vergleichen.</translation>
+    </message>
+    <message>
+        <source>Write a report</source>
+        <translation>Bericht schreiben</translation>
+    </message>
+    <message>
+        <source>Documents (*.pdf)</source>
+        <translation>Dokumente (*.pdf)</translation>
+    </message>
+    <message>
+        <source>Pages (*.html)</source>
+        <translation>Seiten (*.html)</translation>
+    </message>
+    <message>
+        <source>For programs (*.json)</source>
+        <translation>Für Programme (*.json)</translation>
+    </message>
+    <message>
+        <source>Tables (*.csv)</source>
+        <translation>Tabellen (*.csv)</translation>
+    </message>
+    <message>
+        <source>%1: a report is a file whose name ends with .pdf, .html, .json or .csv</source>
+        <translation>%1: Ein Bericht ist eine Datei, deren Name auf .pdf, .html, .json oder .csv endet</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>%1 kann nicht geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>Written to %1.</source>
+        <translation>Nach %1 geschrieben.</translation>
+    </message>
+    <message>
+        <source>PASS</source>
+        <translation>IN ORDNUNG</translation>
+    </message>
+    <message>
+        <source>SERVICE NEEDED</source>
+        <translation>WARTUNG NÖTIG</translation>
+    </message>
+    <message>
+        <source>No touch frame is linked.</source>
+        <translation>Kein Touchrahmen ist verbunden.</translation>
+    </message>
+    <message>
+        <source>Measured %1</source>
+        <translation>Gemessen %1</translation>
+    </message>
+    <message>
+        <source>Unit %1, measured %2</source>
+        <translation>Gerät %1, gemessen %2</translation>
+    </message>
+    <message>
+        <source>Since %1 light %2 has changed most for the worse, by %3 % beside the others.</source>
+        <translation>Seit %1 hat sich die Lichtschranke %2 am meisten verschlechtert, um %3 % gegenüber den anderen.</translation>
+    </message>
+    <message>
+        <source>Views</source>
+        <translation>Ansichten</translation>
+    </message>
+    <message>
+        <source>Report...</source>
+        <translation>Bericht...</translation>
+    </message>
+    <message numerus="yes">
+        <source>Following the touch frame: %Ln scan(s) of each axis so far.</source>
+        <translation>
+            <numerusform>Folgt dem Touchrahmen: bisher %Ln Messung jeder Achse.</numerusform>
+            <numerusform>Folgt dem Touchrahmen: bisher %Ln Messungen jeder Achse.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>LightModel</name>
+    <message>
+        <source>%1 of light %2: %3</source>
+        <translation>%1 der Lichtschranke %2: %3</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Lichtschranke</translation>
+    </message>
+    <message>
+        <source>Verdict</source>
+        <translation>Urteil</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Pegel</translation>
+    </message>
+    <message>
+        <source>Healthy level</source>
+        <translation>Gesunder Pegel</translation>
+    </message>
+    <message>
+        <source>Noise</source>
+        <translation>Rauschen</translation>
+    </message>
+    <message>
+        <source>Change, %</source>
+        <translation>Änderung, %</translation>
     </message>
 </context>
 <context>
@@ -276,7 +642,7 @@
     </message>
     <message>
         <source>Disable</source>
-        <translation>Ausschalten</translation>
+        <translation>Sperren</translation>
     </message>
     <message>
         <source>ADC:</source>
@@ -340,7 +706,7 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
     <message>
         <source>Num:%1  ADC:%2  AGC:%3</source>
@@ -348,7 +714,7 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
     </message>
     <message>
         <source>Enable</source>
-        <translation>Einschalten</translation>
+        <translation>Nutzen</translation>
     </message>
     <message>
         <source>%1: enter a whole number from 0 to %2</source>
@@ -374,6 +740,21 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
         <source>The touch frame has set other values</source>
         <translation>Der Touchrahmen hat andere Werte gesetzt</translation>
     </message>
+    <message>
+        <source>This waits until the light check has ended</source>
+        <translation>Dies wartet, bis die Lichtprüfung beendet ist</translation>
+    </message>
+</context>
+<context>
+    <name>LightWall</name>
+    <message>
+        <source>The frame and its lights. %1</source>
+        <translation>Der Rahmen und seine Lichtschranken. %1</translation>
+    </message>
+    <message>
+        <source>The frame and its lights</source>
+        <translation>Der Rahmen und seine Lichtschranken</translation>
+    </message>
 </context>
 <context>
     <name>Link</name>
@@ -398,7 +779,7 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
     </message>
     <message>
         <source>&amp;Calibration</source>
-        <translation>&amp;Kalibrierung</translation>
+        <translation>&amp;Kalibrieren</translation>
     </message>
     <message>
         <source>Rotation</source>
@@ -408,13 +789,13 @@ Berühren Sie den Bildschirm nicht und bedienen Sie dieses Fenster mit der Maus!
         <source>Rotate your touch device,
 make it more suitable for your
 screen</source>
-        <translation>Die Touch-Erfassung drehen, bis sie
-zur Lage des Bildschirms
-passt</translation>
+        <translation>Die Touch-Erfassung drehen,
+bis sie zur Lage des
+Bildschirms passt</translation>
     </message>
     <message>
         <source>&amp;Rotation</source>
-        <translation>&amp;Drehung</translation>
+        <translation>&amp;Drehen</translation>
     </message>
     <message>
         <source>Setting</source>
@@ -483,6 +864,25 @@ passt</translation>
     <message>
         <source>Reset the device</source>
         <translation>Das Gerät zurücksetzen</translation>
+    </message>
+</context>
+<context>
+    <name>PlottedCurves</name>
+    <message>
+        <source>Lights of X</source>
+        <translation>Lichtschranken von X</translation>
+    </message>
+    <message>
+        <source>Lights of Y</source>
+        <translation>Lichtschranken von Y</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Pegel</translation>
+    </message>
+    <message>
+        <source>Change, %</source>
+        <translation>Änderung, %</translation>
     </message>
 </context>
 <context>
@@ -891,14 +1291,14 @@ passt</translation>
     </message>
     <message>
         <source>Apply</source>
-        <translation>Übernehmen</translation>
+        <translation>Anwenden</translation>
     </message>
 </context>
 <context>
     <name>StatusLine</name>
     <message>
         <source>&amp;Details</source>
-        <translation>&amp;Details</translation>
+        <translation>De&amp;tails</translation>
     </message>
     <message>
         <source>&amp;What to do next</source>
@@ -1019,6 +1419,117 @@ passt</translation>
     </message>
 </context>
 <context>
+    <name>TryOut_dlg</name>
+    <message>
+        <source>Try out gestures</source>
+        <translation>Gesten ausprobieren</translation>
+    </message>
+    <message>
+        <source>Field for gestures</source>
+        <translation>Feld für Gesten</translation>
+    </message>
+    <message>
+        <source>Press and hold, click twice, drag or turn the wheel here, with a finger or a mouse.</source>
+        <translation>Halten, doppelklicken, ziehen oder rollen Sie hier, mit dem Finger oder der Maus.</translation>
+    </message>
+    <message>
+        <source>Gestures before the last one</source>
+        <translation>Gesten vor der letzten</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>&amp;Leeren</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Wheel: less than a step in %L1 ms</source>
+        <translation>Mausrad: weniger als ein Schritt in %L1 ms</translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the left in %L1 ms</source>
+        <translation>
+            <numerusform>Mausrad: %Ln Schritt nach links in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach links in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the right in %L1 ms</source>
+        <translation>
+            <numerusform>Mausrad: %Ln Schritt nach rechts in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach rechts in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) up in %L1 ms</source>
+        <translation>
+            <numerusform>Mausrad: %Ln Schritt nach oben in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach oben in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) down in %L1 ms</source>
+        <translation>
+            <numerusform>Mausrad: %Ln Schritt nach unten in %L1 ms</numerusform>
+            <numerusform>Mausrad: %Ln Schritte nach unten in %L1 ms</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>On this desktop two clicks within %L1 ms are a double click, two taps also within %L2 px; what is down for %L3 ms is held, and what moves %L4 px is dragged.</source>
+        <translation>Hier sind zwei Klicks innerhalb von %L1 ms ein Doppelklick, zweimal Tippen auch nur innerhalb von %L2 px; was %L3 ms gedrückt bleibt, wird gehalten, und was sich um %L4 px bewegt, gezogen.</translation>
+    </message>
+    <message>
+        <source>Tap: down for %L1 ms, moved %L2 px</source>
+        <translation>Tippen: %L1 ms lang, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Click: down for %L1 ms, moved %L2 px</source>
+        <translation>Klick: %L1 ms lang, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Tap %L1 ms after the one before and %L2 px from it: no double tap</source>
+        <translation>Tippen %L1 ms nach dem vorigen und %L2 px davon: kein doppeltes Tippen</translation>
+    </message>
+    <message>
+        <source>Click %L1 ms after the one before and %L2 px from it: no double click</source>
+        <translation>Klick %L1 ms nach dem vorigen und %L2 px davon: kein Doppelklick</translation>
+    </message>
+    <message>
+        <source>Double tap: %L1 ms and %L2 px apart</source>
+        <translation>Doppeltes Tippen: %L1 ms und %L2 px auseinander</translation>
+    </message>
+    <message>
+        <source>Double click: %L1 ms and %L2 px apart</source>
+        <translation>Doppelklick: %L1 ms und %L2 px auseinander</translation>
+    </message>
+    <message>
+        <source>Touched for %L1 ms, moved %L2 px: no right click</source>
+        <translation>%L1 ms berührt, %L2 px bewegt: kein Rechtsklick</translation>
+    </message>
+    <message>
+        <source>Pressed for %L1 ms, moved %L2 px: no right click</source>
+        <translation>%L1 ms gedrückt, %L2 px bewegt: kein Rechtsklick</translation>
+    </message>
+    <message>
+        <source>Right click after %L1 ms, moved %L2 px</source>
+        <translation>Rechtsklick nach %L1 ms, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Right click: down for %L1 ms, moved %L2 px</source>
+        <translation>Rechtsklick: %L1 ms lang, %L2 px bewegt</translation>
+    </message>
+    <message>
+        <source>Drag by touch of %L1 px in %L2 ms</source>
+        <translation>Mit dem Finger um %L1 px gezogen in %L2 ms</translation>
+    </message>
+    <message>
+        <source>Drag of %L1 px in %L2 ms</source>
+        <translation>Um %L1 px gezogen in %L2 ms</translation>
+    </message>
+</context>
+<context>
     <name>Version_Dlg</name>
     <message>
         <source>Quorvel</source>
@@ -1068,6 +1579,17 @@ passt</translation>
         <source>PID: %1 - %2</source>
         <comment>family, date and number</comment>
         <translation>PID: %1 - %2</translation>
+    </message>
+</context>
+<context>
+    <name>WindowMenu</name>
+    <message>
+        <source>&amp;Try out gestures</source>
+        <translation>Gesten &amp;ausprobieren</translation>
+    </message>
+    <message>
+        <source>Check c&amp;alibration</source>
+        <translation>&amp;Kalibrierung prüfen</translation>
     </message>
 </context>
 <context>
@@ -1156,7 +1678,7 @@ passt</translation>
     </message>
     <message>
         <source>Test the signals</source>
-        <translation>Die Signale testen</translation>
+        <translation>Test der Signale</translation>
     </message>
     <message>
         <source>Test</source>
@@ -1168,7 +1690,7 @@ passt</translation>
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>
@@ -1319,7 +1841,7 @@ passt</translation>
     </message>
     <message>
         <source>Refresh the list of serial ports</source>
-        <translation>Die Liste der seriellen Schnittstellen auffrischen</translation>
+        <translation>Auffrischen: Liste der seriellen Schnittstellen</translation>
     </message>
     <message>
         <source>Re&amp;fresh</source>
@@ -1327,7 +1849,7 @@ passt</translation>
     </message>
     <message>
         <source>&amp;Rate, baud:</source>
-        <translation>&amp;Rate, Baud:</translation>
+        <translation>&amp;Baudrate:</translation>
     </message>
     <message>
         <source>&amp;Data bits:</source>
@@ -1343,7 +1865,7 @@ passt</translation>
     </message>
     <message>
         <source>Open the chosen connection</source>
-        <translation>Die gewählte Verbindung öffnen</translation>
+        <translation>Öffnen: gewählte Verbindung</translation>
     </message>
     <message>
         <source>&amp;Open</source>
@@ -1367,7 +1889,7 @@ passt</translation>
     </message>
     <message>
         <source>&amp;Close port</source>
-        <translation>Port schli&amp;eßen</translation>
+        <translation>Schli&amp;eßen</translation>
     </message>
     <message>
         <source>State</source>
@@ -1885,14 +2407,6 @@ passt</translation>
         <translation>Dieses Programm benutzt sie.</translation>
     </message>
     <message>
-        <source>%1 has %2 open without saying that it uses the frame.</source>
-        <translation>%1 hat %2 offen, ohne zu sagen, dass es den Rahmen benutzt.</translation>
-    </message>
-    <message>
-        <source>End that program if answers get lost.</source>
-        <translation>Beenden Sie jenes Programm, wenn Antworten verloren gehen.</translation>
-    </message>
-    <message>
         <source>No other program uses it.</source>
         <translation>Kein anderes Programm benutzt sie.</translation>
     </message>
@@ -2231,6 +2745,18 @@ passt</translation>
         <source>The weakest light is %1 at level %2; it is expected to fall below %3 on %4, between %5 and %6 with a certainty of 95 %.</source>
         <translation>Die schwächste Lichtschranke ist %1 mit dem Pegel %2; sie fällt voraussichtlich am %4 unter %3, mit 95 % Sicherheit zwischen %5 und %6.</translation>
     </message>
+    <message>
+        <source>%1: %2, level %3 where %4 is usual</source>
+        <translation>%1: %2, Pegel %3, üblich ist %4</translation>
+    </message>
+    <message>
+        <source>%1: %2, level %3 where %4 is usual, changed by %5 %</source>
+        <translation>%1: %2, Pegel %3, üblich ist %4, geändert um %5 %</translation>
+    </message>
+    <message>
+        <source>The measurement</source>
+        <translation>Die Messung</translation>
+    </message>
 </context>
 <context>
     <name>lights::History</name>
@@ -2257,6 +2783,25 @@ passt</translation>
     <message>
         <source>%1: it is of another unit, %2 and not %3</source>
         <translation>%1: ist von einem anderen Gerät, %2 und nicht %3</translation>
+    </message>
+</context>
+<context>
+    <name>lights::Measuring</name>
+    <message>
+        <source>The touch frame says that it has no lights.</source>
+        <translation>Der Touchrahmen meldet, dass er keine Lichtschranken hat.</translation>
+    </message>
+    <message>
+        <source>No answer from the touch frame</source>
+        <translation>Keine Antwort vom Touchrahmen</translation>
+    </message>
+    <message>
+        <source>The scan of X stays incomplete: %1 of %2 lights came.</source>
+        <translation>Die Messung von X bleibt unvollständig: %1 von %2 Lichtschranken kamen.</translation>
+    </message>
+    <message>
+        <source>The scan of Y stays incomplete: %1 of %2 lights came.</source>
+        <translation>Die Messung von Y bleibt unvollständig: %1 von %2 Lichtschranken kamen.</translation>
     </message>
 </context>
 <context>
@@ -2424,7 +2969,14 @@ passt</translation>
     </message>
     <message>
         <source>Not kept: cannot write %1</source>
-        <translation>Nicht gespeichert: %1 ist nicht schreibbar</translation>
+        <translation>Schreibfehler bei %1</translation>
+    </message>
+</context>
+<context>
+    <name>paper::Pdf</name>
+    <message>
+        <source>This is no report.</source>
+        <translation>Das ist kein Bericht.</translation>
     </message>
 </context>
 <context>
@@ -2510,7 +3062,7 @@ passt</translation>
     </message>
     <message>
         <source>All Test</source>
-        <translation>Alle testen</translation>
+        <translation>Dauernd</translation>
     </message>
     <message>
         <source>Closes the signal test</source>
@@ -2518,7 +3070,7 @@ passt</translation>
     </message>
     <message>
         <source>Exit</source>
-        <translation>Beenden</translation>
+        <translation>Schließen</translation>
     </message>
     <message>
         <source>Settings of the test</source>
@@ -2526,11 +3078,11 @@ passt</translation>
     </message>
     <message>
         <source>Upper Limit:</source>
-        <translation>Obergrenze:</translation>
+        <translation>Maximum:</translation>
     </message>
     <message>
         <source>Lower Limit:</source>
-        <translation>Untergrenze:</translation>
+        <translation>Minimum:</translation>
     </message>
     <message>
         <source>Interval (s):</source>
@@ -2558,11 +3110,11 @@ passt</translation>
     </message>
     <message>
         <source>Draws the ripple curves</source>
-        <translation>Zeichnet die Welligkeitskurven</translation>
+        <translation>Zeichnet die Rippelkurven</translation>
     </message>
     <message>
         <source>Rippel</source>
-        <translation>Welligkeit</translation>
+        <translation>Rippel</translation>
     </message>
     <message>
         <source>Fills in the default settings</source>
@@ -2622,7 +3174,7 @@ passt</translation>
     </message>
     <message>
         <source>Upper limit value less than lower limit value.</source>
-        <translation>Die Obergrenze ist kleiner als die Untergrenze.</translation>
+        <translation>Das Maximum ist kleiner als das Minimum.</translation>
     </message>
     <message>
         <source>%1 enter a whole number from 0 to %2</source>
@@ -2635,6 +3187,10 @@ passt</translation>
     <message>
         <source>The test waits until the light setting is closed</source>
         <translation>Der Test wartet, bis die Lichteinstellung geschlossen ist</translation>
+    </message>
+    <message>
+        <source>The test waits until the light check has ended</source>
+        <translation>Der Test wartet, bis die Lichtprüfung beendet ist</translation>
     </message>
 </context>
 <context>
@@ -2729,11 +3285,11 @@ passt</translation>
     </message>
     <message>
         <source>Speed:</source>
-        <translation>Tempo:</translation>
+        <translation>Pause:</translation>
     </message>
     <message>
         <source>Slow double-click</source>
-        <translation>Langsam: Doppelklick</translation>
+        <translation>Lang: Pause beim Doppelklick</translation>
     </message>
     <message>
         <source>Allows more time between the clicks</source>
@@ -2741,15 +3297,15 @@ passt</translation>
     </message>
     <message>
         <source>Slow</source>
-        <translation>Langsam</translation>
+        <translation>Lang</translation>
     </message>
     <message>
         <source>Speed of double-click</source>
-        <translation>Tempo des Doppelklicks</translation>
+        <translation>Pause beim Doppelklick</translation>
     </message>
     <message>
         <source>Fast double-click</source>
-        <translation>Schnell: Doppelklick</translation>
+        <translation>Kurz: Pause beim Doppelklick</translation>
     </message>
     <message>
         <source>Allows less time between the clicks</source>
@@ -2757,7 +3313,7 @@ passt</translation>
     </message>
     <message>
         <source>Fast</source>
-        <translation>Schnell</translation>
+        <translation>Kurz</translation>
     </message>
     <message>
         <source>Small tolerance of double-click</source>
@@ -2833,7 +3389,7 @@ passt</translation>
     </message>
     <message>
         <source>Apply</source>
-        <translation>Übernehmen</translation>
+        <translation>Anwenden</translation>
     </message>
     <message>
         <source>%1 ms</source>
@@ -2846,7 +3402,7 @@ passt</translation>
     </message>
     <message>
         <source>Sent. Not kept: cannot write %1</source>
-        <translation>Gesendet. Nicht gespeichert: %1 ist nicht schreibbar</translation>
+        <translation>Gesendet. Schreibfehler bei %1</translation>
     </message>
     <message>
         <source>The settings are sent, but %1 cannot be written: they are not kept.</source>

@@ -28,10 +28,6 @@
         <translation>请加入 %1 组，然后重新登录。</translation>
     </message>
     <message>
-        <source>The touch frame at %1 is in use by %2.</source>
-        <translation>%1 处的触摸框正被 %2 使用。</translation>
-    </message>
-    <message>
         <source>A touch frame is at %1 but this user may not open it (%2).</source>
         <translation>%1 处有触摸框，但此用户无权打开（%2）。</translation>
     </message>
@@ -42,10 +38,6 @@
     <message>
         <source>Unplug it and plug it in again.</source>
         <translation>请拔下后重新插入。</translation>
-    </message>
-    <message>
-        <source>The serial port %1 is in use by %2.</source>
-        <translation>串口 %1 正被 %2 使用。</translation>
     </message>
     <message>
         <source>A program that has ended left the file %1 behind, which keeps the serial port %2 closed.</source>
@@ -74,6 +66,46 @@
     <message>
         <source>Check the cable and the name, such as ttyUSB0.</source>
         <translation>请检查电缆和名称，例如 ttyUSB0。</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by another program.</source>
+        <translation>%1 处的触摸框正被另一个程序使用。</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by process %2.</source>
+        <translation>%1 处的触摸框正被进程 %2 使用。</translation>
+    </message>
+    <message>
+        <source>The touch frame at %1 is in use by %2 (process %3).</source>
+        <translation>%1 处的触摸框正被 %2（进程 %3）使用。</translation>
+    </message>
+    <message>
+        <source>Another program has %1 open without saying that it uses the frame.</source>
+        <translation>另一个程序打开了 %1，但没有声明在使用触摸框。</translation>
+    </message>
+    <message>
+        <source>Process %2 has %1 open without saying that it uses the frame.</source>
+        <translation>进程 %2 打开了 %1，但没有声明在使用触摸框。</translation>
+    </message>
+    <message>
+        <source>%2 (process %3) has %1 open without saying that it uses the frame.</source>
+        <translation>%2（进程 %3）打开了 %1，但没有声明在使用触摸框。</translation>
+    </message>
+    <message>
+        <source>End that program if answers get lost.</source>
+        <translation>如果应答丢失，请结束该程序。</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by another program.</source>
+        <translation>串口 %1 正被另一个程序使用。</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by process %2.</source>
+        <translation>串口 %1 正被进程 %2 使用。</translation>
+    </message>
+    <message>
+        <source>The serial port %1 is in use by %2 (process %3).</source>
+        <translation>串口 %1 正被 %2（进程 %3）使用。</translation>
     </message>
 </context>
 <context>
@@ -120,6 +152,69 @@
     </message>
 </context>
 <context>
+    <name>CalibrationCheck_dlg</name>
+    <message>
+        <source>Calibration check</source>
+        <translation>校准检查</translation>
+    </message>
+    <message>
+        <source>Touch the crosses one after the other. ESC leaves.</source>
+        <translation>请依次触摸各个十字。按 ESC 退出。</translation>
+    </message>
+    <message>
+        <source>ESC leaves, Backspace takes the last touch back.</source>
+        <translation>按 ESC 退出，按退格键撤销上一次触摸。</translation>
+    </message>
+    <message>
+        <source>Check &amp;again</source>
+        <translation>重新检查(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Touch the middle of cross %L1 of %L2.</source>
+        <translation>请触摸第 %L1 个十字的中心，共 %L2 个。</translation>
+    </message>
+    <message>
+        <source>Passed</source>
+        <translation>通过</translation>
+    </message>
+    <message>
+        <source>Calibrate again</source>
+        <translation>请重新校准</translation>
+    </message>
+    <message>
+        <source>Cross %L1: %2 px off, which is %3 mm.</source>
+        <translation>十字 %L1：偏差 %2 像素，即 %3 毫米。</translation>
+    </message>
+    <message>
+        <source>Cross %L1: %2 px off.</source>
+        <translation>十字 %L1：偏差 %2 像素。</translation>
+    </message>
+    <message>
+        <source>%L1: %2 px, %3 mm</source>
+        <translation>%L1：%2 像素，%3 毫米</translation>
+    </message>
+    <message>
+        <source>%L1: %2 px</source>
+        <translation>%L1：%2 像素</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px (%2 mm) off on average, and at the most %3 px (%4 mm), at cross %L5.
+Good are up to %6 px on average and %7 px at the most.</source>
+        <translation>平均偏差 %1 像素（%2 毫米），最大偏差 %3 像素（%4 毫米），在十字 %L5 处。
+平均不超过 %6 像素且最大不超过 %7 像素为合格。</translation>
+    </message>
+    <message>
+        <source>Touches were %1 px off on average, and at the most %2 px, at cross %L3.
+Good are up to %4 px on average and %5 px at the most.</source>
+        <translation>平均偏差 %1 像素，最大偏差 %2 像素，在十字 %L3 处。
+平均不超过 %4 像素且最大不超过 %5 像素为合格。</translation>
+    </message>
+</context>
+<context>
     <name>Calibration_Dlg</name>
     <message>
         <source>MalvoTools</source>
@@ -159,18 +254,49 @@
     </message>
 </context>
 <context>
-    <name>DeviceUser</name>
+    <name>HelpAction</name>
     <message>
-        <source>another program</source>
-        <translation>另一个程序</translation>
+        <source>&amp;Help</source>
+        <translation>帮助(&amp;H)</translation>
+    </message>
+</context>
+<context>
+    <name>HelpWindow</name>
+    <message>
+        <source>Quorvel manual</source>
+        <translation>Quorvel 手册</translation>
     </message>
     <message>
-        <source>process %1</source>
-        <translation>进程 %1</translation>
+        <source>Page of the manual</source>
+        <translation>手册页面</translation>
     </message>
     <message>
-        <source>%1 (process %2)</source>
-        <translation>%1（进程 %2）</translation>
+        <source>Scroll up and down</source>
+        <translation>上下滚动</translation>
+    </message>
+    <message>
+        <source>Scroll to the side</source>
+        <translation>左右滚动</translation>
+    </message>
+    <message>
+        <source>&amp;Back</source>
+        <translation>后退(&amp;B)</translation>
+    </message>
+    <message>
+        <source>&amp;Forward</source>
+        <translation>前进(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Contents</source>
+        <translation>目录(&amp;C)</translation>
+    </message>
+    <message>
+        <source>C&amp;lose</source>
+        <translation>关闭(&amp;L)</translation>
+    </message>
+    <message>
+        <source>The manual is not installed. The package quorvel-doc brings it.</source>
+        <translation>手册未安装。软件包 quorvel-doc 提供该手册。</translation>
     </message>
 </context>
 <context>
@@ -182,6 +308,245 @@
     <message>
         <source>%1: cannot be read: %2</source>
         <translation>%1：无法读取：%2</translation>
+    </message>
+</context>
+<context>
+    <name>LightCheckAction</name>
+    <message>
+        <source>L&amp;ight check...</source>
+        <translation>灯检查(&amp;I)...</translation>
+    </message>
+</context>
+<context>
+    <name>LightCheck_dlg</name>
+    <message>
+        <source>Light check</source>
+        <translation>灯检查</translation>
+    </message>
+    <message>
+        <source>Not measured yet</source>
+        <translation>尚未测量</translation>
+    </message>
+    <message>
+        <source>&amp;Name of the unit:</source>
+        <translation>设备名称(&amp;N)：</translation>
+    </message>
+    <message>
+        <source>Findings</source>
+        <translation>检查结果</translation>
+    </message>
+    <message>
+        <source>&amp;Curves</source>
+        <translation>曲线(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;All lights</source>
+        <translation>所有灯(&amp;A)</translation>
+    </message>
+    <message>
+        <source>All lights</source>
+        <translation>所有灯</translation>
+    </message>
+    <message>
+        <source>&amp;Key</source>
+        <translation>图例(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Letters: w weak, d dead, n noisy, s saturated, o switched off. Dark strips: touches are missed; light ones: they jump. Bars outside: stretches with one thing wrong.</source>
+        <translation>字母：w 弱，d 失效，n 噪声，s 饱和，o 已关闭。深色条带：触摸丢失；浅色条带：触摸跳动。外侧的条：存在同一问题的区段。</translation>
+    </message>
+    <message>
+        <source>Curves: solid the level, dashed that of a healthy light, dotted the level then, dash-dotted the lowest that works; crosses: lights out of order.</source>
+        <translation>曲线：实线为电平，虚线为正常灯的电平，点线为当时的电平，点划线为可工作的最低电平；叉号：有问题的灯。</translation>
+    </message>
+    <message>
+        <source>The arrow keys go from light to light, in the picture of the frame and in the curves; Enter opens one in the light screen. In the curves + and - zoom, and 0 shows all.</source>
+        <translation>在触摸框图和曲线中，方向键可逐个移动到各灯；回车键在灯设置中打开该灯。在曲线中，+ 和 - 用于缩放，0 显示全部。</translation>
+    </message>
+    <message>
+        <source>Progress of the measurement</source>
+        <translation>测量进度</translation>
+    </message>
+    <message>
+        <source>&amp;Follow</source>
+        <translation>持续测量(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Go on measuring until it is stopped</source>
+        <translation>持续测量，直到停止</translation>
+    </message>
+    <message>
+        <source>&amp;Measure</source>
+        <translation>测量(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Remember</source>
+        <translation>记住(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Keep this measurement as what is good for this unit</source>
+        <translation>将本次测量保存为该设备的良好状态</translation>
+    </message>
+    <message>
+        <source>Compare &amp;with</source>
+        <translation>对比(&amp;W)</translation>
+    </message>
+    <message>
+        <source>Re&amp;port...</source>
+        <translation>报告(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Scroll to the side</source>
+        <translation>左右滚动</translation>
+    </message>
+    <message>
+        <source>Scroll up and down</source>
+        <translation>上下滚动</translation>
+    </message>
+    <message>
+        <source>Curves of the levels</source>
+        <translation>电平曲线</translation>
+    </message>
+    <message>
+        <source>The touch frame is gone. Measuring begins anew when one is there.</source>
+        <translation>触摸框已断开。重新接上后将重新开始测量。</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>停止(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Curves of the levels. %1</source>
+        <translation>电平曲线。%1</translation>
+    </message>
+    <message>
+        <source>&amp;What was remembered last</source>
+        <translation>上次记住的测量(&amp;W)</translation>
+    </message>
+    <message>
+        <source>A &amp;file...</source>
+        <translation>文件(&amp;F)...</translation>
+    </message>
+    <message>
+        <source>Compare with a file</source>
+        <translation>与文件对比</translation>
+    </message>
+    <message>
+        <source>Measurements (*.json *.csv)</source>
+        <translation>测量文件 (*.json *.csv)</translation>
+    </message>
+    <message>
+        <source>&amp;Nothing</source>
+        <translation>不对比(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Remembered. What is measured from now on can be compared with it.</source>
+        <translation>已记住。今后的测量可与它对比。</translation>
+    </message>
+    <message>
+        <source>Write a report</source>
+        <translation>写入报告</translation>
+    </message>
+    <message>
+        <source>Documents (*.pdf)</source>
+        <translation>文档 (*.pdf)</translation>
+    </message>
+    <message>
+        <source>Pages (*.html)</source>
+        <translation>网页 (*.html)</translation>
+    </message>
+    <message>
+        <source>For programs (*.json)</source>
+        <translation>供程序读取 (*.json)</translation>
+    </message>
+    <message>
+        <source>Tables (*.csv)</source>
+        <translation>表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>%1: a report is a file whose name ends with .pdf, .html, .json or .csv</source>
+        <translation>%1：报告文件的名称必须以 .pdf、.html、.json 或 .csv 结尾</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written: %2</source>
+        <translation>无法写入 %1：%2</translation>
+    </message>
+    <message>
+        <source>Written to %1.</source>
+        <translation>已写入 %1。</translation>
+    </message>
+    <message>
+        <source>PASS</source>
+        <translation>合格</translation>
+    </message>
+    <message>
+        <source>SERVICE NEEDED</source>
+        <translation>需要维护</translation>
+    </message>
+    <message>
+        <source>No touch frame is linked.</source>
+        <translation>没有连接触摸框。</translation>
+    </message>
+    <message>
+        <source>Measured %1</source>
+        <translation>测量于 %1</translation>
+    </message>
+    <message>
+        <source>Unit %1, measured %2</source>
+        <translation>设备 %1，测量于 %2</translation>
+    </message>
+    <message>
+        <source>Since %1 light %2 has changed most for the worse, by %3 % beside the others.</source>
+        <translation>自 %1 以来，灯 %2 衰退最多，相对其他灯变化 %3 %。</translation>
+    </message>
+    <message>
+        <source>Views</source>
+        <translation>视图</translation>
+    </message>
+    <message>
+        <source>Report...</source>
+        <translation>报告...</translation>
+    </message>
+    <message numerus="yes">
+        <source>Following the touch frame: %Ln scan(s) of each axis so far.</source>
+        <translation>
+            <numerusform>正在跟踪触摸框：每轴已扫描 %Ln 次。</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>LightModel</name>
+    <message>
+        <source>%1 of light %2: %3</source>
+        <translation>灯 %2 的%1：%3</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>灯</translation>
+    </message>
+    <message>
+        <source>Verdict</source>
+        <translation>判定</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>电平</translation>
+    </message>
+    <message>
+        <source>Healthy level</source>
+        <translation>正常电平</translation>
+    </message>
+    <message>
+        <source>Noise</source>
+        <translation>噪声</translation>
+    </message>
+    <message>
+        <source>Change, %</source>
+        <translation>变化，%</translation>
     </message>
 </context>
 <context>
@@ -212,27 +577,27 @@
     </message>
     <message>
         <source>Min</source>
-        <translation>最小</translation>
+        <translation>Min</translation>
     </message>
     <message>
         <source>Max</source>
-        <translation>最大</translation>
+        <translation>Max</translation>
     </message>
     <message>
         <source>ADC range, Min</source>
-        <translation>ADC 范围，最小</translation>
+        <translation>ADC 范围，Min</translation>
     </message>
     <message>
         <source>ADC range, Max</source>
-        <translation>ADC 范围，最大</translation>
+        <translation>ADC 范围，Max</translation>
     </message>
     <message>
         <source>Edge ADC range, Min</source>
-        <translation>边缘 ADC 范围，最小</translation>
+        <translation>边缘 ADC 范围，Min</translation>
     </message>
     <message>
         <source>Edge ADC range, Max</source>
-        <translation>边缘 ADC 范围，最大</translation>
+        <translation>边缘 ADC 范围，Max</translation>
     </message>
     <message>
         <source>ADC threshold</source>
@@ -340,7 +705,7 @@ Please don&apos;t touch the screan, and use your mouse to operat this dialog！<
     </message>
     <message>
         <source>Exit</source>
-        <translation>退出</translation>
+        <translation>关闭</translation>
     </message>
     <message>
         <source>Num:%1  ADC:%2  AGC:%3</source>
@@ -373,6 +738,21 @@ Please don&apos;t touch the screan, and use your mouse to operat this dialog！<
     <message>
         <source>The touch frame has set other values</source>
         <translation>触摸框设定了其他值</translation>
+    </message>
+    <message>
+        <source>This waits until the light check has ended</source>
+        <translation>等待灯检查结束</translation>
+    </message>
+</context>
+<context>
+    <name>LightWall</name>
+    <message>
+        <source>The frame and its lights. %1</source>
+        <translation>触摸框及其灯。%1</translation>
+    </message>
+    <message>
+        <source>The frame and its lights</source>
+        <translation>触摸框及其灯</translation>
     </message>
 </context>
 <context>
@@ -483,6 +863,25 @@ screen</source>
     <message>
         <source>Reset the device</source>
         <translation>复位设备</translation>
+    </message>
+</context>
+<context>
+    <name>PlottedCurves</name>
+    <message>
+        <source>Lights of X</source>
+        <translation>X 轴的灯</translation>
+    </message>
+    <message>
+        <source>Lights of Y</source>
+        <translation>Y 轴的灯</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>电平</translation>
+    </message>
+    <message>
+        <source>Change, %</source>
+        <translation>变化，%</translation>
     </message>
 </context>
 <context>
@@ -1018,6 +1417,113 @@ screen</source>
     </message>
 </context>
 <context>
+    <name>TryOut_dlg</name>
+    <message>
+        <source>Try out gestures</source>
+        <translation>试用手势</translation>
+    </message>
+    <message>
+        <source>Field for gestures</source>
+        <translation>手势区域</translation>
+    </message>
+    <message>
+        <source>Press and hold, click twice, drag or turn the wheel here, with a finger or a mouse.</source>
+        <translation>请用手指或鼠标在此长按、双击、拖动或转动滚轮。</translation>
+    </message>
+    <message>
+        <source>Gestures before the last one</source>
+        <translation>上一个手势之前的手势</translation>
+    </message>
+    <message>
+        <source>C&amp;lear</source>
+        <translation>清空(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Wheel: less than a step in %L1 ms</source>
+        <translation>滚轮：%L1 毫秒内不足一格</translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the left in %L1 ms</source>
+        <translation>
+            <numerusform>滚轮：%L1 毫秒内向左 %Ln 格</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) to the right in %L1 ms</source>
+        <translation>
+            <numerusform>滚轮：%L1 毫秒内向右 %Ln 格</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) up in %L1 ms</source>
+        <translation>
+            <numerusform>滚轮：%L1 毫秒内向上 %Ln 格</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Wheel: %Ln step(s) down in %L1 ms</source>
+        <translation>
+            <numerusform>滚轮：%L1 毫秒内向下 %Ln 格</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>On this desktop two clicks within %L1 ms are a double click, two taps also within %L2 px; what is down for %L3 ms is held, and what moves %L4 px is dragged.</source>
+        <translation>在此桌面上，%L1 毫秒内的两次点击为双击，两次轻触还须相距不超过 %L2 像素；按住 %L3 毫秒为长按，移动 %L4 像素为拖动。</translation>
+    </message>
+    <message>
+        <source>Tap: down for %L1 ms, moved %L2 px</source>
+        <translation>轻触：按下 %L1 毫秒，移动 %L2 像素</translation>
+    </message>
+    <message>
+        <source>Click: down for %L1 ms, moved %L2 px</source>
+        <translation>单击：按下 %L1 毫秒，移动 %L2 像素</translation>
+    </message>
+    <message>
+        <source>Tap %L1 ms after the one before and %L2 px from it: no double tap</source>
+        <translation>轻触：距上一次 %L1 毫秒、%L2 像素，不是轻触两次</translation>
+    </message>
+    <message>
+        <source>Click %L1 ms after the one before and %L2 px from it: no double click</source>
+        <translation>单击：距上一次 %L1 毫秒、%L2 像素，不是双击</translation>
+    </message>
+    <message>
+        <source>Double tap: %L1 ms and %L2 px apart</source>
+        <translation>轻触两次：间隔 %L1 毫秒，相距 %L2 像素</translation>
+    </message>
+    <message>
+        <source>Double click: %L1 ms and %L2 px apart</source>
+        <translation>双击：间隔 %L1 毫秒，相距 %L2 像素</translation>
+    </message>
+    <message>
+        <source>Touched for %L1 ms, moved %L2 px: no right click</source>
+        <translation>触摸 %L1 毫秒，移动 %L2 像素：没有右键单击</translation>
+    </message>
+    <message>
+        <source>Pressed for %L1 ms, moved %L2 px: no right click</source>
+        <translation>按住 %L1 毫秒，移动 %L2 像素：没有右键单击</translation>
+    </message>
+    <message>
+        <source>Right click after %L1 ms, moved %L2 px</source>
+        <translation>%L1 毫秒后右键单击，移动 %L2 像素</translation>
+    </message>
+    <message>
+        <source>Right click: down for %L1 ms, moved %L2 px</source>
+        <translation>右键单击：按下 %L1 毫秒，移动 %L2 像素</translation>
+    </message>
+    <message>
+        <source>Drag by touch of %L1 px in %L2 ms</source>
+        <translation>触摸拖动：%L2 毫秒内 %L1 像素</translation>
+    </message>
+    <message>
+        <source>Drag of %L1 px in %L2 ms</source>
+        <translation>拖动：%L2 毫秒内 %L1 像素</translation>
+    </message>
+</context>
+<context>
     <name>Version_Dlg</name>
     <message>
         <source>Quorvel</source>
@@ -1049,7 +1555,7 @@ screen</source>
     </message>
     <message>
         <source>Service version: %1</source>
-        <translation>服务版本：%1</translation>
+        <translation>程序版本：%1</translation>
     </message>
     <message>
         <source>Device version: %1.%2.%3.%4</source>
@@ -1067,6 +1573,17 @@ screen</source>
         <source>PID: %1 - %2</source>
         <comment>family, date and number</comment>
         <translation>PID：%1 - %2</translation>
+    </message>
+</context>
+<context>
+    <name>WindowMenu</name>
+    <message>
+        <source>&amp;Try out gestures</source>
+        <translation>试用手势(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Check c&amp;alibration</source>
+        <translation>检查校准(&amp;A)</translation>
     </message>
 </context>
 <context>
@@ -1155,7 +1672,7 @@ screen</source>
     </message>
     <message>
         <source>Test the signals</source>
-        <translation>测试信号</translation>
+        <translation>测试：信号</translation>
     </message>
     <message>
         <source>Test</source>
@@ -1167,7 +1684,7 @@ screen</source>
     </message>
     <message>
         <source>Exit</source>
-        <translation>退出</translation>
+        <translation>关闭</translation>
     </message>
 </context>
 <context>
@@ -1317,7 +1834,7 @@ screen</source>
     </message>
     <message>
         <source>Refresh the list of serial ports</source>
-        <translation>刷新串口列表</translation>
+        <translation>刷新：串口列表</translation>
     </message>
     <message>
         <source>Re&amp;fresh</source>
@@ -1341,7 +1858,7 @@ screen</source>
     </message>
     <message>
         <source>Open the chosen connection</source>
-        <translation>打开所选连接</translation>
+        <translation>打开：所选连接</translation>
     </message>
     <message>
         <source>&amp;Open</source>
@@ -1882,14 +2399,6 @@ screen</source>
         <translation>本程序正在使用它。</translation>
     </message>
     <message>
-        <source>%1 has %2 open without saying that it uses the frame.</source>
-        <translation>%1 打开了 %2，但没有声明在使用触摸框。</translation>
-    </message>
-    <message>
-        <source>End that program if answers get lost.</source>
-        <translation>如果应答丢失，请结束该程序。</translation>
-    </message>
-    <message>
         <source>No other program uses it.</source>
         <translation>没有其他程序在使用它。</translation>
     </message>
@@ -2228,6 +2737,18 @@ screen</source>
         <source>The weakest light is %1 at level %2; it is expected to fall below %3 on %4, between %5 and %6 with a certainty of 95 %.</source>
         <translation>最弱的灯是 %1，电平为 %2；预计在 %4 降到 %3 以下，有 95 % 的把握在 %5 到 %6 之间。</translation>
     </message>
+    <message>
+        <source>%1: %2, level %3 where %4 is usual</source>
+        <translation>%1：%2，电平 %3，通常为 %4</translation>
+    </message>
+    <message>
+        <source>%1: %2, level %3 where %4 is usual, changed by %5 %</source>
+        <translation>%1：%2，电平 %3，通常为 %4，变化 %5 %</translation>
+    </message>
+    <message>
+        <source>The measurement</source>
+        <translation>测量</translation>
+    </message>
 </context>
 <context>
     <name>lights::History</name>
@@ -2254,6 +2775,25 @@ screen</source>
     <message>
         <source>%1: it is of another unit, %2 and not %3</source>
         <translation>%1：属于另一设备 %2，而不是 %3</translation>
+    </message>
+</context>
+<context>
+    <name>lights::Measuring</name>
+    <message>
+        <source>The touch frame says that it has no lights.</source>
+        <translation>触摸框报告没有灯。</translation>
+    </message>
+    <message>
+        <source>No answer from the touch frame</source>
+        <translation>触摸框没有应答</translation>
+    </message>
+    <message>
+        <source>The scan of X stays incomplete: %1 of %2 lights came.</source>
+        <translation>X 轴扫描不完整：收到 %1 个灯，共 %2 个。</translation>
+    </message>
+    <message>
+        <source>The scan of Y stays incomplete: %1 of %2 lights came.</source>
+        <translation>Y 轴扫描不完整：收到 %1 个灯，共 %2 个。</translation>
     </message>
 </context>
 <context>
@@ -2425,6 +2965,13 @@ screen</source>
     </message>
 </context>
 <context>
+    <name>paper::Pdf</name>
+    <message>
+        <source>This is no report.</source>
+        <translation>这不是报告。</translation>
+    </message>
+</context>
+<context>
     <name>smoothing_dlg</name>
     <message>
         <source>MalvoTools</source>
@@ -2515,7 +3062,7 @@ screen</source>
     </message>
     <message>
         <source>Exit</source>
-        <translation>退出</translation>
+        <translation>关闭</translation>
     </message>
     <message>
         <source>Settings of the test</source>
@@ -2632,6 +3179,10 @@ screen</source>
     <message>
         <source>The test waits until the light setting is closed</source>
         <translation>测试等待灯设置窗口关闭</translation>
+    </message>
+    <message>
+        <source>The test waits until the light check has ended</source>
+        <translation>测试等待灯检查结束</translation>
     </message>
 </context>
 <context>

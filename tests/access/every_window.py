@@ -4,6 +4,7 @@ screen reader finds there: each control has a name that no other one beside it h
 state, and what is told in a window is spoken at once.
 """
 
+import subprocess
 import sys
 
 from reader import Atspi, Reader, has, labels_of, states, until, walk
@@ -79,6 +80,13 @@ def walk_menu(reader, least):
         object_to("menu", f"says only {entries}")
 
 
+def click(control):
+    """With a mouse, as what is tried out is for those who touch."""
+    place = Atspi.Component.get_extents(control, Atspi.CoordType.SCREEN)
+    x, y = place.x + place.width // 2, place.y + place.height // 2
+    subprocess.run(["xdotool", "mousemove", str(x), str(y), "sleep", "0.3", "click", "1"], check=True)
+
+
 def main(quorvel):
     reader = Reader(quorvel, "--demo")
     home = reader.window(TITLE)
@@ -110,6 +118,25 @@ def main(quorvel):
     until("the other choice", lambda: "checked" in states(reader.control(connection, "UART, a serial port")))
     look_at(reader, "connection, serial", connection, 13)
     reader.leave(connection)
+
+    tried = by_menu("t", "Try out gestures", "Clear")
+    look_at(reader, "gestures tried out", tried, 3)
+    click(reader.control(tried, "Field for gestures"))
+    until("what a click was", lambda: any(words.startswith("Click:") for words in reader.heard))
+    reader.leave(tried, "Escape")
+
+    check = by_menu("a", "Calibration check", "Touch the middle of cross 1 of 9.")
+    look_at(reader, "calibration check", check, 0)
+    click(check)
+    until("how far a touch was off and what is next",
+          lambda: any("Cross 1:" in words and "cross 2 of 9." in words for words in reader.heard))
+    if "ESC" not in check.get_description():
+        object_to("calibration check", "does not say how to leave it")
+    reader.leave(check, "Escape")
+
+    manual = by_menu("h", "Quorvel manual", "Page of the manual")
+    look_at(reader, "manual", manual, 3)
+    reader.leave(manual, "Escape")
 
     reader.press(home, "Rotation")
     rotation = reader.window("Rotation", "90 degrees")
@@ -178,7 +205,6 @@ def main(quorvel):
 
 
 def version_of(quorvel):
-    import subprocess
     return subprocess.run([quorvel, "--version"], capture_output=True, text=True, check=True).stdout.split()[1]
 
 

@@ -3,6 +3,7 @@
 #include "app/mainwindow.h"
 #include "config/xml_class.h"
 #include "dialogs/advset_dlg.h"
+#include "dialogs/lightcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/setting_dlg.h"
 #include "dialogs/test_win.h"
@@ -13,8 +14,11 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QSlider>
 #include <QTemporaryDir>
@@ -37,6 +41,12 @@ constexpr bool FreedStaysInUse = false;
 
 constexpr UCHAR X = 1;
 constexpr UCHAR Y = 2;
+
+bool isLoaded(const QByteArray &library)
+{
+    QFile maps(u"/proc/self/maps"_s);
+    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains(library);
+}
 
 // Counts the paintings of a widget.
 class Paintings : public QObject
@@ -188,6 +198,53 @@ private slots:
         press(the<advset_dlg>(), "canbtn");
         QVERIFY(!the<advset_dlg>()->isVisible());
         QVERIFY(the<test_win>()->isVisible() && the<LightSet_dlg>()->isVisible());
+    }
+
+    void the_light_check_opens_from_the_menus_and_by_the_keyboard()
+    {
+        start();
+        // Made, and its library loaded, when it is asked for.
+        QVERIFY(!the<LightCheck_dlg>() && !isLoaded("libQt6PrintSupport"));
+        window->activateWindow();
+        QTest::keyClick(window.get(), Qt::Key_L, Qt::ControlModifier);
+        QTRY_VERIFY(the<LightCheck_dlg>() && the<LightCheck_dlg>()->isVisible());
+        QVERIFY(isLoaded("libQt6PrintSupport"));
+        the<LightCheck_dlg>()->close();
+        auto *test = the<test_win>();
+        test->show();
+        QVERIFY(QTest::qWaitForWindowActive(test));
+        QTest::keyClick(test, Qt::Key_L, Qt::ControlModifier);
+        QTRY_VERIFY(the<LightCheck_dlg>()->isVisible());
+        the<LightCheck_dlg>()->close();
+        const auto entries = test->findChild<QMenu *>()->actions();
+        QCOMPARE(entries.last()->text(), u"L&ight check..."_s);
+        entries.last()->trigger();
+        QTRY_VERIFY(the<LightCheck_dlg>()->isVisible());
+    }
+
+    void a_light_check_measures_the_frame_and_survives_an_unplug()
+    {
+        sim::Profile worn;
+        worn.oddLights = {{.axis = X, .number = 17, .level = 0}};
+        start(worn);
+        QTest::keyClick(window.get(), Qt::Key_L, Qt::ControlModifier);
+        QTRY_VERIFY(the<LightCheck_dlg>());
+        auto *check = the<LightCheck_dlg>();
+        QVERIFY(QTest::qWaitForWindowActive(check));
+        press(check, "measureButton");
+        auto *progress = in<QProgressBar>(check, "progress");
+        QTRY_VERIFY(progress->value() > 3);
+        frame->unplug();
+        window->CheckUSBDevRem(true);
+        QTRY_COMPARE(in<QLabel>(check, "notice")->text(),
+                     u"The touch frame is gone. Measuring begins anew when one is there."_s);
+        QVERIFY(check->isVisible());
+        frame->plug();
+        QTRY_COMPARE_WITH_TIMEOUT(in<QLabel>(check, "verdictLab")->text(), u"SERVICE NEEDED"_s,
+                                  30000);
+        QCOMPARE(check->shown().measurement.unit.identification, u"21-01234-1605"_s);
+        QCOMPARE(check->shown().measurement.x.scans.size(), 16u);
+        QVERIFY(check->shown().measurement.x.gains.size() == 96);
     }
 
     // The signal test

@@ -6,11 +6,15 @@
 #include "dialogs/advconnect_dlg.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/calibrationcheck_dlg.h"
+#include "dialogs/lightcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/readable.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/test_win.h"
+#include "dialogs/tryout_dlg.h"
 #include "resources/resources.h"
+#include "resources/translations.h"
 #include "tests/support/fakeadapter.h"
 #include "tests/support/frames.h"
 
@@ -25,6 +29,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
@@ -62,7 +67,9 @@ QString visibleText(const QWidget *widget)
         text = label->text();
     else if (const auto *group = qobject_cast<const QGroupBox *>(widget))
         text = group->title();
-    return text.remove(u'&').trimmed();
+    // Where letters are no part of a language, an accelerator stands behind the text.
+    static const QRegularExpression behind(u"\\(&.\\)"_s);
+    return text.remove(behind).remove(u'&').trimmed();
 }
 
 // A list of choices is named by its label: its own name is the choice.
@@ -175,6 +182,7 @@ private:
     std::unique_ptr<MainWindow> main;
     std::unique_ptr<CalEnd_dlg> question;
     std::unique_ptr<advconnect_dlg> tuio;
+    std::unique_ptr<LightCheck_dlg> lightCheck;
 
     void open()
     {
@@ -183,7 +191,10 @@ private:
         main = std::make_unique<MainWindow>(frame);
         question = std::make_unique<CalEnd_dlg>();
         tuio = std::make_unique<advconnect_dlg>();
-        // It fits its words to their place when it comes up.
+        lightCheck = std::make_unique<LightCheck_dlg>();
+        new TryOut_dlg(main.get());
+        // They have their words, or fit them to their place, when they come up.
+        (new CalibrationCheck_dlg(main.get()))->show();
         main->findChild<Rotation_dlg *>()->show();
     }
     static QWidgetList windows()
@@ -272,12 +283,21 @@ private slots:
         main.reset();
         question.reset();
         tuio.reset();
+        lightCheck.reset();
         XML_CLASS::useHome(QString());
         QApplication::setPalette(QPalette());
     }
 
+    void what_is_spoken_begins_with_what_is_seen_data()
+    {
+        QTest::addColumn<QString>("language");
+        for (const QString &language : Translations::languages())
+            QTest::newRow(qPrintable(language)) << language;
+    }
     void what_is_spoken_begins_with_what_is_seen()
     {
+        QFETCH(const QString, language);
+        const Translations translations(language);
         open();
         int controls = 0;
         QStringList bad;
@@ -290,7 +310,7 @@ private slots:
                 const auto *label = qobject_cast<QLabel *>(widget);
                 QWidget *named = label && label->buddy() ? label->buddy() : widget;
                 QString expected = text;
-                if (named != widget && expected.endsWith(u':'))
+                if (named != widget && (expected.endsWith(u':') || expected.endsWith(u'：')))
                     expected.chop(1);
                 if (!beginsWith(spokenName(named), expected))
                     bad.append(u"%1: \"%2\" is spoken of as \"%3\""_s.arg(nameOf(named), expected,

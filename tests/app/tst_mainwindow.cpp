@@ -3,10 +3,12 @@
 #include "device/readreportthread.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/calibrationcheck_dlg.h"
 #include "dialogs/connect_dlg.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/setting_dlg.h"
 #include "dialogs/smoothing_dlg.h"
+#include "dialogs/tryout_dlg.h"
 #include "dialogs/useradv_dlg.h"
 #include "dialogs/version_dlg.h"
 #include "resources/resources.h"
@@ -537,11 +539,69 @@ private slots:
             texts.append(action->text());
             enabled.append(action->isEnabled());
         }
-        QCOMPARE(texts, QStringList({u"&Setting"_s, u"S&moothing"_s, u"&Connect"_s, u"&Record..."_s,
-                                     u"Support &file..."_s}));
-        QCOMPARE(enabled, QList<bool>({false, true, true, true, true}));
+        QCOMPARE(texts,
+                 QStringList({u"&Setting"_s, u"S&moothing"_s, u"&Connect"_s, u"L&ight check..."_s,
+                              u"&Try out gestures"_s, u"Check c&alibration"_s, u"&Record..."_s,
+                              u"Support &file..."_s, u"&Help"_s}));
+        QCOMPARE(enabled, QList<bool>({false, true, true, true, true, true, true, true, true}));
         QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_M);
         QTRY_VERIFY(child<smoothing_dlg>("smoothing_dlg")->isVisible());
+    }
+
+    // Made when they are first asked for: a start does without.
+    void what_shows_how_touches_arrive_comes_up_once_from_either_menu()
+    {
+        const auto choose = [this](const QMenu *menu, const QString &text) {
+            for (QAction *action : menu->actions())
+                if (action->text() == text)
+                    action->trigger();
+        };
+        QVERIFY(!window->findChild<TryOut_dlg *>());
+        QVERIFY(!window->findChild<CalibrationCheck_dlg *>());
+        choose(child("menubtn")->menu(), u"&Try out gestures"_s);
+        auto *tryOut = window->findChild<TryOut_dlg *>();
+        QVERIFY(tryOut && tryOut->isVisible());
+        choose(child("menubtn")->menu(), u"Check c&alibration"_s);
+        auto *check = window->findChild<CalibrationCheck_dlg *>();
+        QVERIFY(check);
+        QVERIFY(QTest::qWaitForWindowActive(check));
+        QTRY_COMPARE(check->geometry(), window->screen()->geometry());
+        QTest::keyClick(check, Qt::Key_Escape);
+        QVERIFY(!check->isVisible());
+        tryOut->close();
+
+        // The tray's, with the main window gone.
+        window->hide();
+        choose(trayMenu(), u"&Try out gestures"_s);
+        choose(trayMenu(), u"Check c&alibration"_s);
+        QVERIFY(tryOut->isVisible());
+        QVERIFY(QTest::qWaitForWindowActive(check));
+        QTRY_COMPARE(check->geometry(), window->screen()->geometry());
+        check->close();
+        QCOMPARE(window->findChildren<TryOut_dlg *>().size(), 1);
+        QCOMPARE(window->findChildren<CalibrationCheck_dlg *>().size(), 1);
+    }
+
+    void the_keyboard_opens_what_shows_how_touches_arrive_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("opened");
+        QTest::newRow("gestures") << u"t"_s << u"TryOut_dlg"_s;
+        QTest::newRow("calibration") << u"a"_s << u"CalibrationCheck_dlg"_s;
+    }
+    void the_keyboard_opens_what_shows_how_touches_arrive()
+    {
+        QFETCH(const QString, key);
+        QFETCH(const QString, opened);
+        window->show();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, u"shift+F10"_s}), 0);
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, key}), 0);
+        QTRY_VERIFY(window->findChild<QWidget *>(opened));
+        QVERIFY(QTest::qWaitForWindowActive(window->findChild<QWidget *>(opened)));
+        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, u"Escape"_s}), 0);
+        QTRY_VERIFY(!window->findChild<QWidget *>(opened)->isVisible());
     }
 
     void setting_in_the_menu_is_enabled_exactly_when_the_button_is()

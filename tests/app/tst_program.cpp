@@ -4,6 +4,7 @@
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -309,6 +310,31 @@ private slots:
         QVERIFY(endsWith(process, 0));
         QCOMPARE(process->readAllStandardError(),
                  QByteArray("Started hidden in the tray: the argument -silent asks for it.\n"));
+    }
+
+    void the_language_is_that_of_the_session_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<QByteArray>("words");
+        QTest::newRow("German") << u"de_DE.UTF-8"_s
+                                << QByteArray("Unsichtbar im Infobereich gestartet: Das Argument "
+                                              "-silent verlangt es.\n");
+        QTest::newRow("Chinese") << u"zh_CN.UTF-8"_s
+                                 << QByteArray("已隐藏启动到系统托盘：这是参数 -silent 的要求。\n");
+        QTest::newRow("none that it speaks")
+            << u"fr_FR.UTF-8"_s
+            << QByteArray("Started hidden in the tray: the argument -silent asks for it.\n");
+    }
+    void the_language_is_that_of_the_session()
+    {
+        QFETCH(const QString, language);
+        QFETCH(const QByteArray, words);
+        QVERIFY(qputenv("LANGUAGE", language.toLatin1()));
+        const auto plain = qScopeGuard([] { qunsetenv("LANGUAGE"); });
+        QProcess *process = startHidden({u"-silent"_s});
+        QCOMPARE(run({u"-close"_s}).code, 0);
+        QVERIFY(endsWith(process, 0));
+        QCOMPARE(process->readAllStandardError(), words);
     }
 
     void the_name_of_a_fault_plan_hides_nothing()

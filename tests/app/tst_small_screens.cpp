@@ -4,9 +4,12 @@
 #include "app/mainwindow.h"
 #include "config/xml_class.h"
 #include "dialogs/calend_dlg.h"
+#include "dialogs/calibrationcheck_dlg.h"
+#include "dialogs/lightcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/present.h"
 #include "dialogs/test_win.h"
+#include "dialogs/tryout_dlg.h"
 #include "dialogs/useradv_dlg.h"
 #include "resources/resources.h"
 #include "tests/support/fakeadapter.h"
@@ -38,6 +41,7 @@ private:
     std::unique_ptr<QTemporaryDir> home;
     std::unique_ptr<MainWindow> main;
     std::unique_ptr<CalEnd_dlg> question;
+    std::unique_ptr<LightCheck_dlg> lightCheck;
 
     static QRect room() { return QGuiApplication::primaryScreen()->availableGeometry(); }
     static QList<QScrollBar *> barsIn(const QWidget *window)
@@ -118,11 +122,15 @@ private slots:
     {
         main.reset();
         question.reset();
+        lightCheck.reset();
     }
 
     void every_control_can_be_reached()
     {
         question = std::make_unique<CalEnd_dlg>();
+        lightCheck = std::make_unique<LightCheck_dlg>();
+        new TryOut_dlg(main.get());
+        new CalibrationCheck_dlg(main.get());
         QStringList bad;
         int windows = 0;
         for (QWidget *window : QApplication::topLevelWidgets()) {

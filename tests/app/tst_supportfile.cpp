@@ -1,10 +1,11 @@
 #include "app/mainwindow.h"
+#include "app/supportfileaction.h"
 #include "config/xml_class.h"
 #include "dialogs/supportfile_dlg.h"
 #include "resources/resources.h"
+#include "resources/translations.h"
 #include "sim/sim_adapter.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QListWidget>
@@ -24,12 +25,7 @@ class tst_supportfile : public QObject
     std::shared_ptr<sim::SimAdapter> frame;
     std::unique_ptr<MainWindow> window;
 
-    void choose() const
-    {
-        for (QAction *action : window->findChildren<QAction *>())
-            if (action->text() == u"Support &file..."_s)
-                action->trigger();
-    }
+    void choose() const { window->findChild<SupportFileAction *>()->trigger(); }
     SupportFile_dlg *dialog() const { return window->findChild<SupportFile_dlg *>(); }
     QString shown(const QString &name) const
     {
@@ -97,6 +93,21 @@ private slots:
         choose();
         QCOMPARE(dialog(), first);
         QVERIFY(shown(u"frames.pcap"_s).contains(u"rotation: read"_s));
+    }
+
+    void the_file_is_English_and_explained_in_the_users_language()
+    {
+        const Translations translations(u"de"_s);
+        choose();
+        const auto *files = dialog()->findChild<QListWidget *>(u"fileList"_s);
+        const QListWidgetItem *doctor = files->findItems(u"doctor.txt"_s, Qt::MatchExactly).first();
+        QCOMPARE(doctor->toolTip(), u"was den Rahmen am Arbeiten hindert"_s);
+        QVERIFY(shown(u"about.txt"_s).contains(u"what keeps the frame from working"_s));
+        for (const QString &name : {u"doctor.txt"_s, u"doctor.json"_s})
+            QVERIFY2(shown(name).contains(u"The desktop has a tray."_s), qPrintable(shown(name)));
+        QVERIFY(shown(u"versions.txt"_s).contains(u"link: none"_s));
+        QVERIFY(shown(u"screens.txt"_s).startsWith(u"screen 1: "_s));
+        QCOMPARE(dialog()->windowTitle(), u"Supportdatei"_s);
     }
 };
 

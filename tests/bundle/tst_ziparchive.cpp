@@ -1,4 +1,5 @@
 #include "bundle/ziparchive.h"
+#include "tests/support/smalldisk.h"
 
 #include <QDir>
 #include <QFile>
@@ -6,8 +7,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <csignal>
-#include <sys/resource.h>
+#include <optional>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -90,15 +90,9 @@ private slots:
     {
         QCOMPARE(bundle::writeArchive(path, {{u"old.txt"_s, {}, "old", {}}}), QString());
         const QByteArray before = contentOf(path);
-        rlimit usual = {};
-        QCOMPARE(getrlimit(RLIMIT_FSIZE, &usual), 0);
-        rlimit small = usual;
-        small.rlim_cur = 64;
-        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-        QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+        std::optional<SmallDisk> disk(64);
         const QString problem = bundle::writeArchive(path, entries());
-        QCOMPARE(setrlimit(RLIMIT_FSIZE, &usual), 0);
-        std::signal(SIGXFSZ, handler);
+        disk.reset();
         QVERIFY2(problem.contains(u"cannot be written"_s), qPrintable(problem));
         QCOMPARE(contentOf(path), before);
         QCOMPARE(

@@ -1,6 +1,8 @@
 // What tshark, an ordinary capture tool, reads in a recording with the dissector that is installed
 // with the package. Packets and values are typed by hand.
 
+#include "tests/support/typedrecording.h"
+
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -19,19 +21,15 @@ constexpr int LongEnoughMs = 120'000;
 // A file of these packets, at times a second apart.
 QByteArray captureOf(const QByteArrayList &packets)
 {
-    QByteArray file = QByteArray::fromHex("D4C3B2A1 0200 0400 00000000 00000000 4C000000 93000000");
-    for (int i = 0; i < packets.size(); ++i) {
-        const char size = char(packets[i].size());
-        const QByteArray length = size + QByteArray(3, '\0');
-        file += char(i % 128) + QByteArray(7, '\0') + length + length + packets[i];
-    }
+    QByteArray file = RecordingHeader;
+    for (int i = 0; i < packets.size(); ++i)
+        file += typedPacket(QByteArray(1, char(i % 128)).toHex() + "000000 00000000", packets[i]);
     return file;
 }
 
 QByteArray packet(const QByteArray &header, const QByteArray &frame)
 {
-    return QByteArray::fromHex("5176 01" + header).leftJustified(12, '\0') +
-           QByteArray::fromHex(frame).leftJustified(64, '\0');
+    return filledUp("5176 01" + header, 12) + filledUp(frame, 64);
 }
 
 QByteArray sent(const QByteArray &bytes)

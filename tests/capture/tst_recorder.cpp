@@ -1,17 +1,17 @@
 // The link, a simulated frame, and what a recording tells of both.
 
-#include "capture/reader.h"
 #include "capture/recorder.h"
 #include "sim/sim_adapter.h"
 #include "tests/support/fakeadapter.h"
 #include "tests/support/farend.h"
+#include "tests/support/records.h"
+#include "tests/support/smalldisk.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <csignal>
-#include <sys/resource.h>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -50,20 +50,6 @@ QString words(const Record &record)
     return u"%1 %2 %3 %4"_s.arg(record.kind == Kind::ToFrame ? u">"_s : u"<"_s)
         .arg(over, result, QString::fromLatin1(bytes.toHex(' ').toUpper()))
         .trimmed();
-}
-
-QList<Record> recordsIn(const QString &path)
-{
-    QString problem;
-    const auto reader = capture::Reader::open(path, &problem);
-    if (!reader)
-        qFatal("%s", qPrintable(problem));
-    QList<Record> records;
-    while (const auto record = reader->next())
-        records += *record;
-    if (!reader->problem().isEmpty() || reader->isCutShort())
-        qFatal("a damaged recording");
-    return records;
 }
 
 // Without reports that come again and such that say nothing yet.
@@ -319,18 +305,13 @@ private slots:
         QCOMPARE(recorder.start(path), QString());
         link.start();
         QTRY_VERIFY(recorder.written() >= 2);
-        ::signal(SIGXFSZ, SIG_IGN);
-        rlimit before{};
-        ::getrlimit(RLIMIT_FSIZE, &before);
-        rlimit full = before;
-        full.rlim_cur = 100;
-        ::setrlimit(RLIMIT_FSIZE, &full);
+        std::optional<SmallDisk> disk(100);
         const auto frames = received.size();
         QTRY_VERIFY(recorder.lost() >= 4);
         QVERIFY(received.size() - frames >= 3);
         QCOMPARE(recorder.problem(), u"File too large"_s);
         const auto lost = recorder.lost();
-        ::setrlimit(RLIMIT_FSIZE, &before);
+        disk.reset();
         QTRY_VERIFY(recorder.problem().isEmpty());
         link.end();
         QCOMPARE(losing.size(), 1);

@@ -1,13 +1,13 @@
 #include "capture/reader.h"
 #include "capture/writer.h"
+#include "tests/support/smalldisk.h"
+#include "tests/support/typedrecording.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,21 +22,11 @@ using capture::Writer;
 
 namespace {
 
-// What every recording of this machine begins with: least significant bytes first, version 2.4,
-// packets of at most 76 bytes, link type 147.
-const QByteArray FileHeader =
-    QByteArray::fromHex("D4C3B2A1 0200 0400 00000000 00000000 4C000000 93000000");
-
 // A packet of that many bytes at 5 s and 7 us.
 QByteArray packetHeader(quint8 size)
 {
     return QByteArray::fromHex("05000000 07000000") + char(size) + QByteArray(3, '\0') +
            char(size) + QByteArray(3, '\0');
-}
-
-QByteArray filledUp(const QByteArray &hex, int size)
-{
-    return QByteArray::fromHex(hex).leftJustified(size, '\0');
 }
 
 Frame frameOf(const QByteArray &hex)
@@ -59,30 +49,6 @@ Record rotationQuery()
 // Packets as they stand in a file: header and frame.
 const QByteArray RotationQuery =
     packetHeader(76) + filledUp("5176 01 00 01 00 0000 00000000 00A702", 76);
-
-// Lets no file of this process grow beyond a size, as a full disk does.
-class SmallDisk
-{
-public:
-    explicit SmallDisk(qint64 size)
-    {
-        ::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &before);
-        rlimit small = before;
-        small.rlim_cur = rlim_t(size);
-        ::setrlimit(RLIMIT_FSIZE, &small);
-    }
-    SmallDisk(const SmallDisk &) = delete;
-    SmallDisk &operator=(const SmallDisk &) = delete;
-    ~SmallDisk()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &before);
-        ::signal(SIGXFSZ, SIG_DFL);
-    }
-
-private:
-    rlimit before{};
-};
 
 } // namespace
 
@@ -162,11 +128,11 @@ private slots:
         QFETCH(const Record, record);
         QFETCH(const QByteArray, packet);
         const auto recording = writer();
-        QCOMPARE(content(), FileHeader);
+        QCOMPARE(content(), RecordingHeader);
         QVERIFY(recording->add(record));
-        QCOMPARE(content().toHex(' '), (FileHeader + packet).toHex(' '));
+        QCOMPARE(content().toHex(' '), (RecordingHeader + packet).toHex(' '));
         QVERIFY(recording->add(record));
-        QCOMPARE(content(), FileHeader + packet + packet);
+        QCOMPARE(content(), RecordingHeader + packet + packet);
         QCOMPARE(recording->written(), 2U);
 
         QString problem;
@@ -185,11 +151,11 @@ private slots:
         QVERIFY(recording->add(rotationQuery()));
         {
             // Half of the second packet would fit.
-            const SmallDisk disk(FileHeader.size() + 92 + 46);
+            const SmallDisk disk(RecordingHeader.size() + 92 + 46);
             QVERIFY(!recording->add(rotationQuery()));
             QVERIFY(!recording->add(rotationQuery()));
             QCOMPARE(recording->problem(), u"File too large"_s);
-            QCOMPARE(content(), FileHeader + RotationQuery);
+            QCOMPARE(content(), RecordingHeader + RotationQuery);
         }
         QCOMPARE(recording->lost(), 2U);
         QVERIFY(recording->add(rotationQuery()));
@@ -199,7 +165,7 @@ private slots:
         QCOMPARE(recording->lost(), 2U);
         const QByteArray afterGap =
             packetHeader(76) + filledUp("5176 01 00 01 00 0000 02000000 00A702", 76);
-        QCOMPARE(content(), FileHeader + RotationQuery + afterGap + RotationQuery);
+        QCOMPARE(content(), RecordingHeader + RotationQuery + afterGap + RotationQuery);
     }
 
     void a_disk_that_has_no_room_from_the_start_leaves_no_file()
@@ -213,27 +179,27 @@ private slots:
 
     void a_recording_is_replaced_and_nothing_else_is()
     {
-        fill(FileHeader + RotationQuery + RotationQuery);
+        fill(RecordingHeader + RotationQuery + RotationQuery);
         QVERIFY(writer()->add(rotationQuery()));
-        QCOMPARE(content(), FileHeader + RotationQuery);
+        QCOMPARE(content(), RecordingHeader + RotationQuery);
         // One that has nothing yet, and one whose program was killed.
         fill({});
         QVERIFY(writer());
-        fill(FileHeader + RotationQuery.chopped(3));
+        fill(RecordingHeader + RotationQuery.chopped(3));
         QVERIFY(writer());
-        QCOMPARE(content(), FileHeader);
+        QCOMPARE(content(), RecordingHeader);
     }
 
     void what_is_no_recording_stays_as_it_is_data()
     {
         QTest::addColumn<QByteArray>("bytes");
-        QByteArray ethernet = FileHeader;
+        QByteArray ethernet = RecordingHeader;
         ethernet[20] = 1;
         QTest::newRow("text") << QByteArray("dear diary, today I have been quite busy again\n");
         QTest::newRow("one byte") << QByteArray("x");
         QTest::newRow("a capture of something else") << ethernet;
         QTest::newRow("another use of the link type")
-            << FileHeader + packetHeader(12) + QByteArray("another use.");
+            << RecordingHeader + packetHeader(12) + QByteArray("another use.");
     }
     void what_is_no_recording_stays_as_it_is()
     {
@@ -277,7 +243,7 @@ private slots:
         QString problem;
         QVERIFY(!Writer::create(path, &problem));
         QCOMPARE(problem, path + u": another program is recording into it: choose another name"_s);
-        QCOMPARE(content(), FileHeader + RotationQuery);
+        QCOMPARE(content(), RecordingHeader + RotationQuery);
     }
 
     // Reading
@@ -285,7 +251,7 @@ private slots:
     void what_was_cut_off_in_a_packet_is_read_up_to_there()
     {
         for (qsizetype cut = 1; cut < RotationQuery.size(); ++cut) {
-            fill(FileHeader + RotationQuery + RotationQuery.chopped(cut));
+            fill(RecordingHeader + RotationQuery + RotationQuery.chopped(cut));
             QString problem;
             const auto reader = Reader::open(path, &problem);
             QVERIFY(reader);
@@ -311,11 +277,11 @@ private slots:
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("reason");
-        QByteArray ethernet = FileHeader;
+        QByteArray ethernet = RecordingHeader;
         ethernet[20] = 1;
         QTest::newRow("nothing") << QByteArray() << u"is no capture file"_s;
         QTest::newRow("text") << QByteArray(200, 'x') << u"is no capture file"_s;
-        QTest::newRow("half a header") << FileHeader.first(12) << u"is no capture file"_s;
+        QTest::newRow("half a header") << RecordingHeader.first(12) << u"is no capture file"_s;
         QTest::newRow("ethernet")
             << ethernet
             << u"is a capture file of something else: its link type is 1, that of a recording 147"_s;
@@ -354,7 +320,7 @@ private slots:
     void a_packet_that_is_no_record_ends_the_reading_with_its_number()
     {
         QFETCH(const QByteArray, packet);
-        fill(FileHeader + RotationQuery + packet + RotationQuery);
+        fill(RecordingHeader + RotationQuery + packet + RotationQuery);
         QString problem;
         const auto reader = Reader::open(path, &problem);
         QVERIFY2(reader, qPrintable(problem));
@@ -368,7 +334,7 @@ private slots:
 
     void a_packet_that_claims_a_gigabyte_is_no_record()
     {
-        fill(FileHeader + RotationQuery +
+        fill(RecordingHeader + RotationQuery +
              QByteArray::fromHex("05000000 07000000 00000040 00000040") + QByteArray(500, '\0'));
         QString problem;
         const auto reader = Reader::open(path, &problem);
@@ -380,7 +346,7 @@ private slots:
 
     void a_file_larger_than_any_recording_is_refused()
     {
-        fill(FileHeader);
+        fill(RecordingHeader);
         QVERIFY(QFile::resize(path, 256LL * 1024 * 1024 + 1));
         QString problem;
         QVERIFY(!Reader::open(path, &problem));

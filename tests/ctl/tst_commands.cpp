@@ -3,6 +3,7 @@
 #include "config/xml_class.h"
 #include "finger.h"
 #include "lossyframe.h"
+#include "noisyframe.h"
 #include "run.h"
 #include "tests/support/frames.h"
 
@@ -107,6 +108,25 @@ private slots:
         const QJsonObject json = runCtl(u"rotation show --json"_s, frame).json();
         QCOMPARE(json[u"degrees"_s], QJsonValue(90));
         QCOMPARE(json[u"default_degrees"_s], QJsonValue(180));
+    }
+
+    void light_counts_that_no_frame_has_are_asked_for_again_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QByteArray>("noise");
+        QTest::newRow("counts") << u"lights scan --json"_s << QByteArray("A5 80 05 00 0C E8 36 00");
+        QTest::newRow("with the ADC settings")
+            << u"adc show --json"_s
+            << QByteArray("A2 85 11 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02 60 00 0C E8");
+    }
+    void light_counts_that_no_frame_has_are_asked_for_again()
+    {
+        QFETCH(const QString, command);
+        QFETCH(const QByteArray, noise);
+        const Outcome outcome = runCtl(
+            command, std::make_shared<NoisyFrame>(quickFrame(), deviceFrame(noise.constData())));
+        QVERIFY2(outcome.code == 0, outcome.err);
+        QVERIFY2(!outcome.out.contains("59404"), outcome.out);
     }
 
     void a_rotation_that_is_none_is_shown_as_unknown()

@@ -169,7 +169,7 @@ private slots:
         const QByteArray page = file.readAll();
         QVERIFY(page.contains("SERVICE NEEDED"));
         QVERIFY(page.contains("&lt;Hall&gt;"));
-        QCOMPARE(check(log, u"--report "_s + folder->filePath(u"report.pdf"_s)).code, 2);
+        QCOMPARE(check(log, u"--report "_s + folder->filePath(u"report.txt"_s)).code, 2);
         QCOMPARE(check(log, u"--report "_s + folder->filePath(u"none/report.html"_s)).code, 7);
     }
 

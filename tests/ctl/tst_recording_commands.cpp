@@ -2,7 +2,8 @@
 
 #include "run.h"
 
-#include "capture/reader.h"
+#include "tests/support/records.h"
+#include "tests/support/typedrecording.h"
 
 #include <QJsonArray>
 #include <QTemporaryDir>
@@ -17,18 +18,6 @@ using capture::Kind;
 using capture::Record;
 
 namespace {
-
-QList<Record> recordsIn(const QString &path)
-{
-    QString problem;
-    const auto reader = capture::Reader::open(path, &problem);
-    if (!reader)
-        qFatal("%s", qPrintable(problem));
-    QList<Record> records;
-    while (const auto record = reader->next())
-        records += *record;
-    return records;
-}
 
 qsizetype count(const QString &path, Kind kind)
 {
@@ -60,15 +49,9 @@ private:
     static QByteArray packet(const QByteArray &time, const QByteArray &header,
                              const QByteArray &frame = {})
     {
-        const QByteArray length = QByteArray::fromHex(frame.isEmpty() ? "0C000000" : "4C000000");
-        const QByteArray bytes =
-            QByteArray::fromHex("5176 01" + header).leftJustified(12, '\0') +
-            (frame.isEmpty() ? QByteArray() : QByteArray::fromHex(frame).leftJustified(64, '\0'));
-        return QByteArray::fromHex("05000000" + time) + length + length + bytes;
-    }
-    static QByteArray fileHeader()
-    {
-        return QByteArray::fromHex("D4C3B2A1 0200 0400 00000000 00000000 4C000000 93000000");
+        return typedPacket("05000000" + time,
+                           filledUp("5176 01" + header, 12) +
+                               (frame.isEmpty() ? QByteArray() : filledUp(frame, 64)));
     }
 
 private slots:
@@ -152,7 +135,7 @@ private slots:
     void a_recording_is_told_in_words_both_ways()
     {
         const QString recording =
-            file(fileHeader() + packet("00000000", "02 01") +
+            file(RecordingHeader + packet("00000000", "02 01") +
                  packet("E8030000", "00 01", "00 A7 00 02 00 01") +
                  packet("D0070000", "00 01 01", "00 A7 02") +
                  packet("B80B0000", "00 00 02", "00 A5 00") +
@@ -181,7 +164,7 @@ private slots:
 
     void a_recording_is_told_to_programs()
     {
-        const QString recording = file(fileHeader() + packet("00000000", "02 02") +
+        const QString recording = file(RecordingHeader + packet("00000000", "02 02") +
                                        packet("E8030000", "00 02 01 0000 04", "00 A7 02") +
                                        packet("D0070000", "03 02 01"));
         const Outcome outcome = runCtl(u"watch --json --from "_s + recording);
@@ -220,7 +203,7 @@ private slots:
         QCOMPARE(outcome.out, "");
         // Up to where it is one it is told.
         const QString half =
-            file(fileHeader() + packet("00000000", "02 01") + packet("00000000", "09 01"));
+            file(RecordingHeader + packet("00000000", "02 01") + packet("00000000", "09 01"));
         const Outcome partly = runCtl(u"watch --from "_s + half);
         QCOMPARE(partly.code, 2);
         QCOMPARE(partly.out, "     0.000  A touch frame is linked.\n");

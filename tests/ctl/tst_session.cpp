@@ -8,12 +8,14 @@
 
 #include <QElapsedTimer>
 #include <QJsonArray>
+#include <QLoggingCategory>
 #include <QSerialPort>
 #include <QTest>
 #include <QTimer>
 
 #include <cerrno>
 #include <csignal>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -172,6 +174,39 @@ private slots:
         QCOMPARE(outcome.err.count('\n'), 1);
     }
 
+    // While it is opened, is told its rate, and is asked.
+    void a_line_that_hangs_up_at_any_moment_is_code_3_at_once()
+    {
+        QLoggingCategory::setFilterRules(u"quorvel.link=false"_s);
+        constexpr int Moments = 100;
+        for (int moment = 0; moment < Moments; ++moment) {
+            for (const bool spoken : {false, true}) {
+                Pty pty;
+                const QString arguments = u"status --port "_s + pty.path();
+                std::thread frame([&pty, moment, spoken] {
+                    if (spoken)
+                        pty.waitForBytes();
+                    std::this_thread::sleep_for(moment * (spoken ? 500us : 20us));
+                    pty.hangUp();
+                });
+                QElapsedTimer time;
+                time.start();
+                const Outcome outcome = runCtl(arguments);
+                const qint64 elapsed = time.elapsed();
+                frame.join();
+                QVERIFY2(outcome.code == 3,
+                         qPrintable(u"%1: %2"_s.arg(moment).arg(QString::fromUtf8(outcome.err))));
+                QVERIFY(elapsed < ctl::Options::DefaultTimeout.count());
+            }
+        }
+        QLoggingCategory::setFilterRules({});
+    }
+
+    void a_port_that_cannot_be_opened_is_not_in_use()
+    {
+        QCOMPARE(runCtl(u"status --port /dev/null"_s).code, 1);
+    }
+
     // Answers
 
     void the_answer_of_the_frame_that_was_asked_before_does_not_count()
@@ -202,6 +237,17 @@ private slots:
         const Outcome outcome = runCtl(u"status"_s, frame);
         QCOMPARE(outcome.code, 3);
         QCOMPARE(outcome.err, "quorvelctl: The touch frame was unplugged.\n");
+    }
+
+    // What was opened stays dead, though a search finds the frame.
+    void an_unplug_ends_asking_also_if_the_frame_is_back_at_once()
+    {
+        const auto frame =
+            quickFrame({}, *sim::FaultPlan::parse(u"at 5 unplug back 0ms"_s, {}, {}));
+        const Outcome outcome = runCtl(u"status"_s, frame);
+        QCOMPARE(outcome.code, 3);
+        QCOMPARE(outcome.err, "quorvelctl: The touch frame was unplugged.\n");
+        QVERIFY(frame->plugged());
     }
 
     void a_signal_ends_asking()

@@ -1,3 +1,4 @@
+#include "device/advice.h"
 #include "device/linux_hid_adapter.h"
 #include "device/posix_qextserialport.h"
 #include "tests/support/filenode.h"
@@ -25,7 +26,7 @@ int main(int argc, char **argv)
     if (argv[1] == QByteArray("usb")) {
         adapter.DoFindDev({}, true);
         if (!adapter.IsDevOpened())
-            outcome = adapter.LastProblem().user.words();
+            outcome = Advice::frameInUse(path, adapter.LastProblem().user).evidence;
     } else if (!port.open(QIODevice::ReadWrite)) {
         outcome = port.errorString();
     }

@@ -1,3 +1,4 @@
+#include "device/advice.h"
 #include "device/devicelock.h"
 #include "device/link.h"
 #include "device/linux_hid_adapter.h"
@@ -84,9 +85,22 @@ class tst_devicelock : public QObject
 private slots:
     void words_say_as_much_as_is_known()
     {
-        QCOMPARE((DeviceUser{7, u"quorvel"_s}.words()), u"quorvel (process 7)"_s);
-        QCOMPARE((DeviceUser{7, {}}.words()), u"process 7"_s);
-        QCOMPARE(DeviceUser().words(), u"another program"_s);
+        const DeviceUser program{7, u"quorvel"_s};
+        const DeviceUser process{7, {}};
+        QCOMPARE(Advice::frameInUse(u"/dev/x"_s, program).evidence,
+                 u"The touch frame at /dev/x is in use by quorvel (process 7)."_s);
+        QCOMPARE(Advice::frameInUse(u"/dev/x"_s, process).evidence,
+                 u"The touch frame at /dev/x is in use by process 7."_s);
+        QCOMPARE(Advice::frameInUse(u"/dev/x"_s, {}).evidence,
+                 u"The touch frame at /dev/x is in use by another program."_s);
+        QCOMPARE(Advice::frameOpened(u"/dev/x"_s, program).evidence,
+                 u"quorvel (process 7) has /dev/x open without saying that it uses the frame."_s);
+        QCOMPARE(Advice::frameOpened(u"/dev/x"_s, process).evidence,
+                 u"Process 7 has /dev/x open without saying that it uses the frame."_s);
+        QCOMPARE(Advice::portInUse(u"/dev/x"_s, program).evidence,
+                 u"The serial port /dev/x is in use by quorvel (process 7)."_s);
+        QCOMPARE(Advice::portInUse(u"/dev/x"_s, {}).evidence,
+                 u"The serial port /dev/x is in use by another program."_s);
     }
 
     // A frame on USB
@@ -110,8 +124,9 @@ private slots:
         QVERIFY(adapter.DoFindDev({}, true));
         QVERIFY(adapter.IsDevOpened());
         const Other other(u"usb"_s, node.path());
-        QCOMPARE(other.said,
-                 u"tst_devicelock (process %1)"_s.arg(QCoreApplication::applicationPid()));
+        QCOMPARE(other.said, Advice::frameInUse(node.path(), {QCoreApplication::applicationPid(),
+                                                              u"tst_devicelock"_s})
+                                 .evidence);
         adapter.CloseDevice();
         const Other next(u"usb"_s, node.path());
         QCOMPARE(next.said, u"uses it"_s);

@@ -176,6 +176,23 @@ private slots:
         }
     }
 
+    void a_frame_that_came_back_before_anybody_looked_is_linked_anew()
+    {
+        const auto adapter = std::make_shared<sim::SimAdapter>(sim::Profile());
+        Link link(adapter);
+        link.deviceAdded();
+        QCOMPARE(link.kind(), Link::UsbConnected);
+        link.lookForRemoval(false);
+        QCOMPARE(link.kind(), Link::UsbConnected);
+        adapter->unplug();
+        adapter->plug();
+        link.lookForRemoval(false);
+        QCOMPARE(link.kind(), Link::NotConnected);
+        QVERIFY(link.lookForDevice());
+        Receiver receiver(link);
+        QTRY_VERIFY(!receiver.frames.isEmpty());
+    }
+
     void an_unplug_in_the_middle_of_a_stall_ends_the_stall()
     {
         QString problem;

@@ -487,6 +487,20 @@ private slots:
         QCOMPARE(hidver.VersionNumber, 0u);
     }
 
+    void what_was_unplugged_is_dead_also_when_its_node_is_there()
+    {
+        FakeHiddev io;
+        io.nodes["/dev/usb/hiddev0"] = {};
+        OP_HID_Adapter adapter(io);
+        QVERIFY(!adapter.IsDevDead());
+        QVERIFY(adapter.DoFindDev(u"col03"_s, true));
+        QVERIFY(!adapter.IsDevDead());
+        io.failing[HIDIOCGDEVINFO] = EINTR;
+        QVERIFY(!adapter.IsDevDead());
+        io.failing[HIDIOCGDEVINFO] = ENODEV;
+        QVERIFY(adapter.IsDevDead());
+    }
+
     void a_hundred_searches_need_one_name()
     {
         FakeHiddev io;

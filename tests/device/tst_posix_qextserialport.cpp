@@ -77,6 +77,7 @@ private slots:
     void a_second_open_is_refused_and_changes_nothing();
     void a_closed_port_takes_and_gives_nothing();
     void a_hang_up_closes_once_and_rests();
+    void a_hang_up_is_told_at_once_to_who_asks();
     void a_hang_up_seen_while_writing_closes_once();
     void a_port_reopened_before_its_hang_up_is_told_stays_open();
     void a_port_opens_again_after_a_hang_up();
@@ -785,6 +786,23 @@ void tst_Posix_QextSerialPort::a_hang_up_closes_once_and_rests()
     QVERIFY(!port.isOpen());
     QVERIFY2(port.errorString().contains(u"is gone"), qPrintable(port.errorString()));
     QCOMPARE(write(port, "x"_ba), -1);
+}
+
+void tst_Posix_QextSerialPort::a_hang_up_is_told_at_once_to_who_asks()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QSignalSpy hungUp(&port, &Posix_QextSerialPort::hangUp);
+    port.lookForHangUp();
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    port.lookForHangUp();
+    QCOMPARE(hungUp.count(), 0);
+    far.fd = {};
+    port.lookForHangUp();
+    QCOMPARE(hungUp.count(), 1);
+    QVERIFY(!port.isOpen());
+    QTest::qWait(50);
+    QCOMPARE(hungUp.count(), 1);
 }
 
 void tst_Posix_QextSerialPort::a_hang_up_seen_while_writing_closes_once()

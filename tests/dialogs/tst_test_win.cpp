@@ -25,6 +25,7 @@
 #include <QThread>
 #include <QTimer>
 #include <QWindow>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using Axis = SignalPlot::Axis;
@@ -1707,6 +1708,24 @@ private slots:
         deliver({Counts32, X1});
         QCOMPARE(boxes().size(), 1);
         QVERIFY(QDir::current().rmdir(u"TestLog.csv"_s));
+    }
+
+    // A pipe would wait for a reader, and a link lead to a file of somebody else's choice.
+    void a_log_is_written_to_a_file_only()
+    {
+        QCOMPARE(::mkfifo("TestLog.csv", 0600), 0);
+        logAction()->trigger();
+        click(u"Xbtn"_s);
+        deliver({Counts32, X1});
+        QCOMPARE(boxes().size(), 1);
+        QVERIFY(QFile::remove(u"TestLog.csv"_s));
+
+        QVERIFY(QFile::link(QDir::current().filePath(u"elsewhere"_s), u"TestLog.csv"_s));
+        click(u"Xbtn"_s);
+        deliver({Counts32, X1});
+        QVERIFY(!QFile::exists(u"elsewhere"_s));
+        QCOMPARE(boxes().size(), 2);
+        QVERIFY(QFile::remove(u"TestLog.csv"_s));
     }
 
     void what_is_not_written_yet_is_written_when_the_program_ends()

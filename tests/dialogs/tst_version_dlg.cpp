@@ -486,6 +486,32 @@ private slots:
         QCOMPARE(read(u"backup/link to file"_s), QByteArray("content"));
     }
 
+    // In a folder of many users anybody can put one where the backup will be.
+    void no_link_where_the_backup_goes_is_followed()
+    {
+        write(u"a"_s, "first");
+        QVERIFY(QDir().mkdir(u"elsewhere"_s));
+        QVERIFY(QFile::link(u"elsewhere"_s, u"backup"_s));
+        update();
+        QCOMPARE(QDir(u"elsewhere"_s).entryList(QDir::Files), QStringList());
+
+        QVERIFY(QFile::remove(u"backup"_s));
+        QVERIFY(QDir().mkdir(u"backup"_s));
+        QVERIFY(QFile::link(QDir::current().filePath(u"elsewhere/new"_s), u"backup/a"_s));
+        update();
+        QVERIFY(!QFile::exists(u"elsewhere/new"_s));
+    }
+
+    void a_copy_has_the_permissions_of_its_file()
+    {
+        write(u"a"_s, "first");
+        QVERIFY(QFile::setPermissions(u"a"_s, QFile::ReadOwner | QFile::ExeOwner));
+        update();
+        QCOMPARE(QFile::permissions(u"backup/a"_s) &
+                     (QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadOther),
+                 QFile::ReadOwner | QFile::ExeOwner);
+    }
+
     void a_file_that_cannot_be_read_is_passed_over()
     {
         write(u"a"_s, "first");

@@ -1,12 +1,12 @@
 // Two simulated frames, what quorvelctl tells of them, and the programs that watch a fleet: their
 // own promtool, node_exporter and Prometheus, on the loopback address.
 
+#include "programs.h"
+
 #include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
@@ -22,48 +22,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int PatienceMs = 60'000;
-
-struct Ended
-{
-    int code = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-Ended run(const QString &program, const QStringList &arguments, const QByteArray &input = {})
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForStarted())
-        return {-1, {}, process.errorString().toUtf8()};
-    process.write(input);
-    process.closeWriteChannel();
-    if (!process.waitForFinished(PatienceMs))
-        return {-1, process.readAllStandardOutput(), "it does not end"};
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
-}
-
-// A program that is ended with the test.
-class Server
-{
-public:
-    ~Server()
-    {
-        process.terminate();
-        if (!process.waitForFinished())
-            process.kill();
-        process.waitForFinished();
-    }
-    bool start(const QString &program, const QStringList &arguments)
-    {
-        process.setProcessChannelMode(QProcess::MergedChannels);
-        process.start(program, arguments);
-        return process.waitForStarted();
-    }
-    QProcess process;
-};
 
 // A port of the loopback address that nobody uses now; 0 when there is none.
 int freePort()
@@ -82,12 +40,6 @@ int freePort()
 QString loopback(int port)
 {
     return u"127.0.0.1:%1"_s.arg(port);
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QString ofMonitoring(const QString &file)

@@ -1,23 +1,15 @@
 #include "capture/reader.h"
 #include "capture/record.h"
+#include "demand.h"
 #include "sim/replay.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 using namespace Qt::StringLiterals;
 using capture::Record;
 
 namespace {
-
-void demand(bool holds, const char *what)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "this does not hold: %s\n", what);
-    std::abort();
-}
 
 std::vector<Record> recordsIn(const unsigned char *bytes, size_t size)
 {

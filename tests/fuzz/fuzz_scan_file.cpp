@@ -1,3 +1,4 @@
+#include "demand.h"
 #include "lights/judge.h"
 #include "lights/report.h"
 #include "lights/scanfile.h"
@@ -8,21 +9,11 @@
 #include <QJsonDocument>
 
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 
 using namespace lights;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-void demand(bool holds, const char *what)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "this does not hold: %s\n", what);
-    std::abort();
-}
 
 std::optional<Measurement> read(const QByteArray &text, QString *problem)
 {

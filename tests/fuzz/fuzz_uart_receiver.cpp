@@ -1,22 +1,13 @@
+#include "demand.h"
 #include "device/uartreceiver.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 
 namespace {
 
 using Bytes = std::vector<UCHAR>;
-
-void demand(bool holds, const char *what)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "this does not hold: %s\n", what);
-    std::abort();
-}
 
 // The bytes that have arrived of all that come.
 struct Line

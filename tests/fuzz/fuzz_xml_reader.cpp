@@ -1,20 +1,10 @@
 #include "config/XML_Reader.h"
 #include "config/XML_Writer.h"
+#include "demand.h"
 
 #include <QBuffer>
 
-#include <cstdio>
-#include <cstdlib>
-
 namespace {
-
-void demand(bool holds, const char *what)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "this does not hold: %s\n", what);
-    std::abort();
-}
 
 _XML_DATA readWith(xml_reader &reader, QByteArray document)
 {

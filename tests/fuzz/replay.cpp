@@ -32,5 +32,6 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(Replay)
+// A fuzz program that needs an application makes it.
+QTEST_APPLESS_MAIN(Replay)
 #include "replay.moc"

@@ -1,8 +1,10 @@
 #include "evaluation.h"
+#include "othermaker.h"
 
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <vector>
 
 using namespace evaluation;
@@ -15,6 +17,9 @@ namespace {
 
 constexpr int HoldOutFrames = 400;
 constexpr unsigned HoldOutSeed = 2000001;
+constexpr int OtherFrames = 1000;
+constexpr unsigned OtherSeed = 4000001;
+constexpr const char *OtherName = "a second generator, of other rules";
 
 void printMatrices(const Tally &tally)
 {
@@ -146,10 +151,17 @@ std::vector<Recipe> holdOuts()
 
 // evaluate_lights [frames [set]]: prints the tables of docs/light-lab.md; the exit code is 0 when
 // the bars hold. With a number of frames it judges only so many of the main set, or of the hold-out
-// of that number, and tells of each mistake.
+// of that number, or of the second generator if that is "other", and tells of each mistake.
 int main(int argc, char **argv)
 {
     const Recipe main{.name = "the set that the bars are for"};
+    if (argc > 2 && std::strcmp(argv[2], "other") == 0) {
+        const Tally tally = evaluate(maker::makeOther, std::atoi(argv[1]), OtherSeed, true);
+        printMatrices(tally);
+        printHead();
+        printLine(OtherName, tally, true);
+        return 0;
+    }
     if (argc > 1) {
         const Recipe recipe = argc > 2 ? holdOuts().at(size_t(std::atoi(argv[2]))) : main;
         const Tally tally =
@@ -169,5 +181,7 @@ int main(int argc, char **argv)
     for (const Recipe &recipe : holdOuts())
         printLine(recipe.name, evaluate(recipe, HoldOutFrames, HoldOutSeed, false),
                   recipe.maxScans > 1);
-    return holds(tally) ? 0 : 1;
+    const Tally other = evaluate(maker::makeOther, OtherFrames, OtherSeed, false);
+    printLine(OtherName, other, true);
+    return holds(tally) && holds(other) ? 0 : 1;
 }

@@ -96,11 +96,18 @@ void compareLights(const maker::Made &made, const Verdicts &verdicts, Tally &tal
 
 Tally evaluate(const maker::Recipe &recipe, int frames, unsigned firstSeed, bool details)
 {
+    return evaluate([&recipe](unsigned seed) { return maker::make(recipe, seed); }, frames,
+                    firstSeed, details);
+}
+
+Tally evaluate(const std::function<maker::Made(unsigned seed)> &make, int frames,
+               unsigned firstSeed, bool details)
+{
     Tally tally;
     tally.frames = frames;
     for (int f = 0; f < frames; ++f) {
         const unsigned seed = firstSeed + unsigned(f);
-        const maker::Made made = maker::make(recipe, seed);
+        const maker::Made made = make(seed);
         const Verdicts verdicts = judge(made.measurement);
         compareLights(made, verdicts, tally, seed, details);
         compareStretches(made, verdicts, tally, seed, details);

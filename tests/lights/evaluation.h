@@ -2,6 +2,8 @@
 
 #include "lightmaker.h"
 
+#include <functional>
+
 // How often the verdicts on made-up frames are right.
 namespace evaluation {
 
@@ -70,6 +72,9 @@ struct Tally
 // Judges frames made by the recipe with seeds from the first on. With details it prints each
 // mistake.
 Tally evaluate(const maker::Recipe &recipe, int frames, unsigned firstSeed, bool details);
+// The same for frames that somebody else makes of seeds.
+Tally evaluate(const std::function<maker::Made(unsigned seed)> &make, int frames,
+               unsigned firstSeed, bool details);
 
 // Whether the bars hold that the verdicts have to clear.
 bool holds(const Tally &tally);

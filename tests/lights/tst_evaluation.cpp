@@ -1,4 +1,5 @@
 #include "evaluation.h"
+#include "othermaker.h"
 
 #include <QTest>
 
@@ -38,6 +39,19 @@ private slots:
         }
         QVERIFY(tally.falseStretches() <= 1.0 / 200);
         QVERIFY(evaluation::holds(tally));
+    }
+
+    void so_are_frames_of_other_rules()
+    {
+        const Tally tally =
+            evaluation::evaluate(maker::makeOther, Frames, evaluation::MainSeed, false);
+        QVERIFY(evaluation::holds(tally));
+        for (int kind = 0; kind < evaluation::Stretches; ++kind) {
+            long some = 0;
+            for (const long judged : tally.stretches[kind])
+                some += judged;
+            QVERIFY2(some > 80, evaluation::StretchWords[kind]);
+        }
     }
 
     void frames_without_a_fault_have_none()

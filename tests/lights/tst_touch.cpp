@@ -183,6 +183,20 @@ private slots:
                  u"Touches between 15 and 20 mm from the top jump by up to 2 mm."_s);
     }
 
+    void numbers_are_written_as_the_locale_has_them()
+    {
+        AxisMeasurement axis;
+        axis.lights = 96;
+        const TouchFault jumps{
+            .kind = TouchFault::Kind::Jumps, .axis = Axis::Y, .from = 3, .to = 4, .by = 1.46};
+        QCOMPARE(wordsFor(jumps, axis),
+                 u"Touches at lights Y 3 to Y 3 jump by up to 1.5 lights."_s);
+        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        const QString german = wordsFor(jumps, axis);
+        QLocale::setDefault(QLocale::c());
+        QVERIFY2(german.contains(u" 1,5 "_s), qPrintable(german));
+    }
+
     void a_light_that_is_switched_off_feels_nothing()
     {
         sim::Firmware frame = frameOf(profileWith({}));

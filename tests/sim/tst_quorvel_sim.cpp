@@ -1,4 +1,5 @@
 #include "device/filedescriptor.h"
+#include "tests/support/typedrecording.h"
 
 #include <QDir>
 #include <QFile>
@@ -316,14 +317,11 @@ void TestQuorvelSim::a_recording_is_replayed_and_departures_are_told()
     // The host asks for the rotation, 20 ms later it is 90 degrees.
     QFile file(home.filePath(u"asked.pcap"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
-    const auto packet = [](const char *time, const char *bytes) {
-        return QByteArray::fromHex("05000000") + QByteArray::fromHex(time) +
-               QByteArray::fromHex("4C0000004C000000 5176 01") +
-               QByteArray::fromHex(bytes).leftJustified(73, '\0');
-    };
-    file.write(QByteArray::fromHex("D4C3B2A1 0200 0400 00000000 00000000 4C000000 93000000") +
-               packet("00000000", "00 02 00 0000 00000000 00 A7 02") +
-               packet("204E0000", "01 02 00 0000 00000000 FC A7 82 02 00 01"));
+    file.write(
+        RecordingHeader +
+        typedPacket("05000000 00000000", filledUp("5176 01 00 02 00 0000 00000000 00 A7 02", 76)) +
+        typedPacket("05000000 204E0000",
+                    filledUp("5176 01 01 02 00 0000 00000000 FC A7 82 02 00 01", 76)));
     file.close();
 
     const QString link = home.filePath(u"frame"_s);

@@ -2,6 +2,7 @@
 
 #include "sim/faultyframe.h"
 #include "sim/replay.h"
+#include "tests/support/typedrecording.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -408,7 +409,7 @@ private slots:
         QVERIFY(!Replay::load(file.fileName(), clock, &problem));
         QCOMPARE(problem, file.fileName() + u": cannot be read: No such file or directory"_s);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QByteArray::fromHex("D4C3B2A1 0200 0400 00000000 00000000 4C000000 93000000"));
+        file.write(RecordingHeader);
         file.flush();
         QVERIFY(!Replay::load(file.fileName(), clock, &problem));
         QCOMPARE(problem, file.fileName() + u": has no frame to replay"_s);

@@ -32,6 +32,12 @@ public:
         if (::write(master.get(), bytes.constData(), size_t(bytes.size())) != bytes.size())
             qFatal("the pseudo-terminal does not take bytes");
     }
+    // Until something has arrived.
+    void waitForBytes() const
+    {
+        pollfd waited{master.get(), POLLIN, 0};
+        ::poll(&waited, 1, -1);
+    }
     // What has arrived by now.
     QByteArray received()
     {

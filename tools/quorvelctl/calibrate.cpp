@@ -140,7 +140,7 @@ Calibration::Event Calibration::nextEvent(std::chrono::milliseconds patience,
         if (event != Event::Nothing)
             return event;
     }
-    throw Failure(NoAnswer, otherwise);
+    throw session.overdue(otherwise);
 }
 
 void Calibration::echo()

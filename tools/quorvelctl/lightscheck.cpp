@@ -2,6 +2,7 @@
 
 #include "measure.h"
 #include "program.h"
+#include "reportfile.h"
 #include "session.h"
 #include "words.h"
 
@@ -21,7 +22,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QTimeZone>
 #include <QtEndian>
 
@@ -137,29 +137,10 @@ QStringList linesOf(const lights::Measurement &measurement, const lights::Verdic
     return lines;
 }
 
-struct Comparison
+// What has changed, into the report and in words.
+QStringList compare(Session &session, const LightWishes &wishes, lights::Report &report)
 {
-    QStringList lines;
-    QJsonObject members;
-    std::optional<lights::Measurement> baseline;
-    std::vector<lights::Change> changes;
-    std::optional<lights::Trend> trend;
-};
-
-void writeReport(const QString &path, const lights::Report &report)
-{
-    QSaveFile file(path);
-    const QByteArray html = toHtml(report);
-    if (!file.open(QIODevice::WriteOnly) || file.write(html) != html.size() || !file.commit()) {
-        throw Failure(NoOutput,
-                      Words::tr("%1 cannot be written: %2").arg(path, file.errorString()));
-    }
-}
-
-Comparison compare(Session &session, const LightWishes &wishes,
-                   const lights::Measurement &measurement, const lights::Verdicts &verdicts,
-                   const lights::Thresholds &thresholds)
-{
+    const lights::Measurement &measurement = report.measurement;
     QStringList problems;
     std::vector<lights::Measurement> kept;
     if (wishes.baseline.isEmpty()) {
@@ -178,80 +159,64 @@ Comparison compare(Session &session, const LightWishes &wishes,
         if (!lights::History::isOf(kept.back(), measurement.unit, wishes.baseline, &problem))
             refuse(problem);
     }
-    const lights::Measurement &baseline = kept.back();
-    const auto changes = changesSince(judge(baseline, thresholds), verdicts);
-    Comparison comparison;
+    report.baseline = kept.back();
+    report.changes = changesSince(judge(*report.baseline, report.thresholds), report.verdicts);
+    QStringList lines;
     const auto worst = std::min_element(
-        changes.begin(), changes.end(),
+        report.changes.begin(), report.changes.end(),
         [](const lights::Change &a, const lights::Change &b) { return a.alone < b.alone; });
-    if (worst != changes.end()) {
-        comparison.lines +=
-            Words::tr(
-                "Since %1 light %2 has changed most for the worse, by %3 % beside the others.")
-                .arg(baseline.date.toLocalTime().date().toString(Qt::ISODate),
-                     lights::lightName(worst->axis, worst->light),
-                     QString::number(100 * worst->alone, 'f', 1));
+    if (worst != report.changes.end()) {
+        lines += Words::tr("Since %1 light %2 has changed most for the worse, by %3 % beside the "
+                           "others.")
+                     .arg(report.baseline->date.toLocalTime().date().toString(Qt::ISODate),
+                          lights::lightName(worst->axis, worst->light),
+                          QString::number(100 * worst->alone, 'f', 1));
     }
-    std::vector<lights::Measurement> course = kept;
-    course.push_back(measurement);
-    const std::optional<lights::Trend> trend = trendOf(course, thresholds);
-    comparison.members = comparisonToJson(baseline, changes, trend);
-    if (trend)
-        comparison.lines += wordsFor(*trend);
-    comparison.baseline = baseline;
-    comparison.changes = changes;
-    comparison.trend = trend;
-    return comparison;
+    kept.push_back(measurement);
+    report.trend = trendOf(kept, report.thresholds);
+    if (report.trend)
+        lines += wordsFor(*report.trend);
+    return lines;
 }
 
 void check(Session &session, const LightWishes &wishes)
 {
-    if (!wishes.report.isEmpty() && !wishes.report.endsWith(u".html"_s, Qt::CaseInsensitive))
-        refuse(Words::tr("%1: a report is a file whose name ends with .html").arg(wishes.report));
+    if (!wishes.report.isEmpty() && !canWriteReport(wishes.report))
+        refuse(Words::tr("%1: a report is a file whose name ends with .html or .pdf")
+                   .arg(wishes.report));
     QString problem;
-    lights::Thresholds thresholds;
+    lights::Report report;
+    report.version = QStringLiteral("quorvelctl " QUORVEL_VERSION);
     if (!wishes.thresholds.isEmpty()) {
         const auto read = lights::Thresholds::load(wishes.thresholds, &problem);
         if (!read)
             refuse(problem);
-        thresholds = *read;
+        report.thresholds = *read;
     }
     if (wishes.from.isEmpty())
         session.connectFrame();
-    lights::Measurement measurement =
-        wishes.from.isEmpty() ? measure(session, wishes.scans, thresholds) : ofFile(wishes.from);
+    lights::Measurement &measurement = report.measurement;
+    measurement = wishes.from.isEmpty() ? measure(session, wishes.scans, report.thresholds)
+                                        : ofFile(wishes.from);
     if (wishes.pitch > 0) {
         measurement.x.pitch = wishes.pitch;
         measurement.y.pitch = wishes.pitch;
     }
     if (!wishes.name.isEmpty())
         measurement.unit.name = wishes.name;
-    const lights::Verdicts verdicts = judge(measurement, thresholds);
-    Comparison comparison;
+    report.verdicts = judge(measurement, report.thresholds);
+    QStringList lines = linesOf(measurement, report.verdicts);
     if (wishes.compares)
-        comparison = compare(session, wishes, measurement, verdicts, thresholds);
+        lines += compare(session, wishes, report);
     if (wishes.remembers && !lights::History().remember(measurement, &problem))
         throw Failure(NoOutput, problem);
-    if (!wishes.report.isEmpty()) {
-        writeReport(wishes.report, {.measurement = measurement,
-                                    .verdicts = verdicts,
-                                    .thresholds = thresholds,
-                                    .version = QStringLiteral("quorvelctl " QUORVEL_VERSION),
-                                    .baseline = comparison.baseline,
-                                    .changes = comparison.changes,
-                                    .trend = comparison.trend});
-    }
-    const int code = verdicts.isPass() ? Done : Failed;
-    if (wishes.csv && !session.options.json) {
-        session.answer({QString::fromLatin1(verdictsToCsv(verdicts).trimmed())}, {}, code);
-        return;
-    }
-    QJsonObject members = lights::ScanFile::toJson(measurement);
-    for (const QJsonObject &more : {verdictsToJson(measurement, verdicts), comparison.members}) {
-        for (auto member = more.begin(); member != more.end(); ++member)
-            members[member.key()] = member.value();
-    }
-    session.answer(linesOf(measurement, verdicts) + comparison.lines, members, code);
+    if (!wishes.report.isEmpty())
+        writeReport(wishes.report, report);
+    const int code = report.verdicts.isPass() ? Done : Failed;
+    if (wishes.csv && !session.options.json)
+        session.answer({QString::fromLatin1(verdictsToCsv(report.verdicts).trimmed())}, {}, code);
+    else
+        session.answer(lines, toJson(report), code);
 }
 
 } // namespace
@@ -271,7 +236,7 @@ void addLightsCheck(CLI::App &lights, Session &session)
     addPath("--from", "Judge a file: a recording, what --json has said, or a signal test's log",
             wishes->from);
     addPath("--thresholds", "Judge by the thresholds in this file", wishes->thresholds);
-    addPath("--report", "Write a report for a customer, a page whose name ends with .html",
+    addPath("--report", "Write a report for a customer, a file whose name ends with .html or .pdf",
             wishes->report);
     command->add_option("--scans", wishes->scans, "How often to scan, 16 if nothing else is said")
         ->type_name("N")

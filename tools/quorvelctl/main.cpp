@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QLocale>
 #include <QSocketNotifier>
 
 #include <array>
@@ -75,6 +76,8 @@ int main(int argc, char *argv[])
     // Another library's event loop would only cost memory here.
     qputenv("QT_NO_GLIB", "1");
     const QCoreApplication application(argc, argv);
+    // Scripts read what is said: English, and numbers with a point.
+    QLocale::setDefault(QLocale::c());
     QFile out;
     QFile err;
     if (!out.open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered) ||

@@ -1,7 +1,6 @@
 #include "measure.h"
 
-#include "lights/judge.h"
-#include "lights/scancollector.h"
+#include "lights/measuring.h"
 #include "questions.h"
 #include "scan.h"
 #include "session.h"
@@ -12,9 +11,6 @@ namespace settings = command::settings;
 namespace ctl {
 
 namespace {
-
-// Dead lights are asked whether somebody has switched them off; of more than this many nobody has.
-constexpr int MostAsked = 40;
 
 UCHAR numberOf(lights::Axis axis)
 {
@@ -34,17 +30,14 @@ void addScan(lights::AxisMeasurement &axis, const Levels &levels)
 void askDeadLights(Session &session, lights::Measurement &measurement,
                    const lights::Thresholds &thresholds)
 {
-    const lights::Verdicts verdicts = judge(measurement, thresholds);
-    int asked = 0;
+    const auto names = lightsToAsk(measurement, thresholds);
     for (const lights::Axis axis : lights::Axes) {
         lights::AxisMeasurement &measured = measurement.axis(axis);
         measured.off.assign(size_t(measured.lights), false);
-        for (int i = 0; i < measured.lights && asked < MostAsked; ++i) {
-            if (verdicts.axis(axis).lights[size_t(i)].verdict != lights::LightVerdict::Dead)
-                continue;
-            ++asked;
-            measured.off[size_t(i)] =
-                askLight(session, {.sub = settings::GetLight, .light = {numberOf(axis), i}}).off;
+        for (const command::LightName &name : names) {
+            if (name.axis == numberOf(axis))
+                measured.off[size_t(name.number)] =
+                    askLight(session, {.sub = settings::GetLight, .light = name}).off;
         }
     }
 }

@@ -1,6 +1,7 @@
 #include "metrics.h"
 
 #include "config/lastcalibration.h"
+#include "device/plainfile.h"
 #include "exposition.h"
 #include "lights/judge.h"
 #include "lights/words.h"
@@ -15,7 +16,6 @@
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <QSaveFile>
 
 #include <algorithm>
 
@@ -211,23 +211,15 @@ void Metrics::tellCalibration()
     told.sample(double(last->date.toSecsSinceEpoch()));
 }
 
-// As a whole, since a collector may read it at any time.
-void writeTo(const QString &path, const QByteArray &text)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
-        throw Failure(NoOutput,
-                      Words::tr("%1 cannot be written: %2.").arg(path, file.errorString()));
-}
-
 void metrics(Session &session, const MetricsWishes &wishes)
 {
     const QByteArray text = Metrics(session, wishes).collect();
     if (wishes.output.isEmpty())
         session.answer(QString::fromUtf8(text.trimmed()).split(u'\n'),
                        {{u"openmetrics"_s, QString::fromUtf8(text)}});
-    else
-        writeTo(wishes.output, text);
+    // As a whole, since a collector may read it at any time.
+    else if (const QString why = plainfile::replace(wishes.output, text); !why.isEmpty())
+        throw Failure(NoOutput, Words::tr("%1 cannot be written: %2.").arg(wishes.output, why));
 }
 
 } // namespace

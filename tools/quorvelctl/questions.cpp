@@ -57,7 +57,8 @@ std::optional<command::FirmwareRecord> firmwareOf(Session &session)
 command::LightCounts askCounts(Session &session)
 {
     const auto isCounts = [](const Frame &report) {
-        return command::LightCounts::decode(report).has_value();
+        const auto counts = command::LightCounts::decode(report);
+        return counts && counts->arePossible();
     };
     return *command::LightCounts::decode(
         session.ask(command::request(command::Scan, command::scan::Counts), isCounts));
@@ -66,7 +67,8 @@ command::LightCounts askCounts(Session &session)
 command::AdcReport askAdc(Session &session)
 {
     const auto isAdc = [](const Frame &report) {
-        return command::AdcReport::decode(report).has_value();
+        const auto adc = command::AdcReport::decode(report);
+        return adc && adc->counts.arePossible();
     };
     return *command::AdcReport::decode(
         session.ask(command::request(command::Settings, command::settings::GetAdc), isAdc));

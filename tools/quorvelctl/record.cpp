@@ -31,7 +31,7 @@ void recordLink(Session &session, QDeadlineTimer end)
 void recordUntil(Session &session, QDeadlineTimer end)
 {
     session.connectFrame();
-    for (;;) {
+    do {
         try {
             recordLink(session, end);
             return;
@@ -39,17 +39,7 @@ void recordUntil(Session &session, QDeadlineTimer end)
             if (failure.code() != NoFrame)
                 throw;
         }
-        session.finish();
-        session.options.waitsForever = end.isForever();
-        session.options.wait = std::chrono::milliseconds(end.remainingTime());
-        try {
-            session.connectFrame();
-        } catch (const Failure &) {
-            if (end.hasExpired())
-                return;
-            throw;
-        }
-    }
+    } while (session.connectNextFrame(end));
 }
 
 void record(Session &session, QDeadlineTimer end)

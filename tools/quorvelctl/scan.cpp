@@ -4,6 +4,8 @@
 #include "session.h"
 #include "words.h"
 
+#include "lights/axisscan.h"
+
 #include <algorithm>
 #include <optional>
 
@@ -16,8 +18,6 @@ namespace {
 constexpr int Attempts = 4;
 // Behind that much silence a page is lost. The next page takes 70 ms, and longer over a slow hub.
 constexpr auto PagePatience = 1500ms;
-// A transfer that breaks in the middle leaves zeros from here on.
-constexpr int TornFrom = FrameSize / 2 - command::scan::Levels;
 
 static_assert(command::settings::AxisX == command::scan::AxisX &&
               command::settings::AxisY == command::scan::AxisY);
@@ -28,20 +28,17 @@ public:
     Scan(Session &theSession, UCHAR theAxis, int theLights, bool hasPairs)
         : session(theSession)
         , axis(theAxis)
-        , lights(size_t(theLights))
-        , pairs(hasPairs)
+        , scan(theLights, hasPairs)
     {
     }
 
-    // False: a page is missing. All that came is in levels.
+    // False: a page is missing.
     bool run();
-
-    Levels levels;
-    bool mayBeTorn = false;
+    // All that came.
+    const lights::AxisScan &result() const { return scan; }
 
 private:
     std::optional<command::ScanPage> pageOf(const Frame &frame) const;
-    void take(const command::ScanPage &page);
     std::chrono::milliseconds patience() const
     {
         return std::min<std::chrono::milliseconds>(PagePatience, session.options.timeout);
@@ -49,8 +46,7 @@ private:
 
     Session &session;
     const UCHAR axis;
-    const size_t lights;
-    const bool pairs;
+    lights::AxisScan scan;
 };
 
 std::optional<command::ScanPage> Scan::pageOf(const Frame &frame) const
@@ -66,69 +62,51 @@ bool Scan::run()
         const auto page = pageOf(report);
         return page && page->first == 0;
     });
-    take(*pageOf(first));
+    lights::AxisScan::Taken taken = scan.take(*pageOf(first));
     QDeadlineTimer silence(patience());
-    while (levels.levels.size() < lights) {
+    while (taken == lights::AxisScan::Taken::More) {
         session.output.progress(Words::tr("Scanning %1: %2 of %3 lights")
                                     .arg(axisName(axis))
-                                    .arg(levels.levels.size())
-                                    .arg(lights));
+                                    .arg(scan.levels().size())
+                                    .arg(scan.lights()));
         const auto said = session.report(silence);
         if (!said)
             return false;
-        const auto page = said->isNew ? pageOf(said->frame) : std::nullopt;
-        if (!page)
-            continue;
-        // The question was asked twice, and a scan begins anew.
-        if (page->first == 0)
-            levels = {};
-        const size_t before = levels.levels.size();
-        if (page->first == int(before))
-            take(*page);
-        if (levels.levels.size() == before)
-            return false;
-        silence = QDeadlineTimer(patience());
+        // A first page comes again where the question was asked twice.
+        if (const auto page = said->isNew ? pageOf(said->frame) : std::nullopt) {
+            taken = scan.take(*page);
+            silence = QDeadlineTimer(patience());
+        }
     }
     session.output.progress({});
-    return true;
-}
-
-void Scan::take(const command::ScanPage &page)
-{
-    const int bytes = page.size;
-    if (bytes > TornFrom && std::all_of(page.bytes.begin() + TornFrom, page.bytes.begin() + bytes,
-                                        [](UCHAR byte) { return byte == 0; }))
-        mayBeTorn = true;
-    for (int i = 0; i < (pairs ? bytes / 2 : bytes) && levels.levels.size() < lights; ++i) {
-        levels.levels.push_back(pairs ? page.pairLevel(i) : page.level(i));
-        if (pairs)
-            levels.gains.push_back(page.pairGain(i));
-    }
+    return taken == lights::AxisScan::Taken::Whole;
 }
 
 } // namespace
 
-Levels scanAxis(Session &session, UCHAR axis, int lights, bool pairs)
+Levels scanAxis(Session &session, UCHAR axis, int count, bool pairs)
 {
     std::optional<Levels> doubtful;
     size_t most = 0;
     for (int attempt = 0; attempt < Attempts; ++attempt) {
-        Scan scan(session, axis, lights, pairs);
+        Scan scan(session, axis, count, pairs);
         const bool isWhole = scan.run();
-        most = std::max(most, scan.levels.levels.size());
+        const lights::AxisScan &came = scan.result();
+        most = std::max(most, came.levels().size());
         if (!isWhole)
             continue;
         // Half a page of dead lights is believed when it is there a second time.
-        if (!scan.mayBeTorn || doubtful)
-            return scan.levels;
-        doubtful = scan.levels;
+        const Levels levels{came.levels(), came.gains()};
+        if (!came.mayBeTorn() || doubtful)
+            return levels;
+        doubtful = levels;
     }
     if (doubtful)
         return *doubtful;
-    throw Failure(NoAnswer, Words::tr("The scan of %1 stays incomplete: %2 of %3 lights came.")
-                                .arg(axisName(axis))
-                                .arg(most)
-                                .arg(lights));
+    throw session.overdue(Words::tr("The scan of %1 stays incomplete: %2 of %3 lights came.")
+                              .arg(axisName(axis))
+                              .arg(most)
+                              .arg(count));
 }
 
 } // namespace ctl

@@ -19,6 +19,6 @@ struct Levels
 
 // Scans an axis, command::settings::AxisX or AxisY, whose lights have been counted by the question
 // that chose the layout: pairs have a gain for each light. Shows progress.
-Levels scanAxis(Session &session, UCHAR axis, int lights, bool pairs);
+Levels scanAxis(Session &session, UCHAR axis, int count, bool pairs);
 
 } // namespace ctl

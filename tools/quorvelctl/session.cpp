@@ -29,9 +29,9 @@ constexpr auto LookPeriod = 100ms;
 constexpr auto PlugCheckPeriod = 200ms;
 // A new node gets its final permissions a moment after it appears.
 constexpr auto ProblemSettles = 400ms;
+constexpr auto HangUpPatience = 500ms;
 // A question is asked anew behind an answer that must be lost. A frame on a serial line may still
 // be changing its rate.
-constexpr auto HangUpPatience = 500ms;
 constexpr auto UsbAskPeriod = 1000ms;
 constexpr auto SerialAskPeriod = 300ms;
 
@@ -107,6 +107,21 @@ void Session::connectFrame()
         connectSerial();
     else
         connectUsb();
+}
+
+bool Session::connectNextFrame(QDeadlineTimer end)
+{
+    finish();
+    options.waitsForever = end.isForever();
+    options.wait = std::chrono::milliseconds(end.remainingTime());
+    try {
+        connectFrame();
+        return true;
+    } catch (const Failure &) {
+        if (!end.hasExpired())
+            throw;
+        return false;
+    }
 }
 
 // One recording goes through all links of a command.
@@ -194,7 +209,7 @@ Failure Session::serialProblem() const
         return {NoFrame, link->serialProblem()};
     if (!node.isReadable() || !node.isWritable())
         return {NoPermission, link->serialProblem()};
-    return {InUse, link->serialProblem()};
+    return {link->isInUse() ? InUse : Failed, link->serialProblem()};
 }
 
 void Session::finish()
@@ -353,19 +368,20 @@ void Session::throwIfOver() const
     throw Failure(NoFrame, tr("The touch frame was unplugged."));
 }
 
-Failure Session::overdue()
+Failure Session::overdue(const QString &otherwise)
 {
     // Perhaps it is gone. A serial line says so a moment later.
     if (!lastTaken && isSerial())
         runLoop([this] { return lost; }, QDeadlineTimer(HangUpPatience));
-    else if (!lastTaken)
-        link->lookForRemoval(false);
+    link->lookForRemoval(false);
     throwIfOver();
     if (isSerial() && !serialNode().exists())
         return {NoFrame, tr("The serial port %1 is gone.").arg(options.port)};
     if (!lastTaken)
         return {Failed, tr("The touch frame does not take commands. Unplug it and plug it in "
                            "again.")};
+    if (!otherwise.isEmpty())
+        return {NoAnswer, otherwise};
     return {NoAnswer, tr("The touch frame did not answer within %1 s.")
                           .arg(std::chrono::duration<double>(options.timeout).count())};
 }

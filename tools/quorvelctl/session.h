@@ -98,6 +98,8 @@ public:
 
     // Links the frame that the options name.
     void connectFrame();
+    // Waits for the next frame in place of one that is gone; false when the time is over first.
+    bool connectNextFrame(QDeadlineTimer end);
     // Ends the link in good order; nothing may be asked any more.
     void finish();
     // What is recorded, from connectFrame() on if the options name a file.
@@ -114,6 +116,9 @@ public:
     std::optional<Report> report(QDeadlineTimer deadline);
     // What it says next that is new and an answer. Without one in time that is a failure.
     Frame next(const IsAnswer &isAnswer);
+    // Why nothing came in time: the frame is gone, takes nothing, or the sentence; without one,
+    // that it did not answer.
+    Failure overdue(const QString &otherwise = {});
     // Sends a frame that changes something and has no answer: what, as a person calls it, counts as
     // unconfirmed from then on. Returns when the link has taken it.
     void send(const Frame &frame, const QString &what);
@@ -144,7 +149,6 @@ private:
     Failure usbProblem() const;
     QFileInfo serialNode() const;
     Failure serialProblem() const;
-    Failure overdue();
     void take(const Frame &report);
     void post(const Frame &frame);
     Frame askUntil(QDeadlineTimer deadline, const Frame &question, const IsAnswer &isAnswer,

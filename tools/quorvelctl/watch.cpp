@@ -81,15 +81,7 @@ void Watch::watchLink()
             throw;
     }
     tell(u"gone"_s, Words::tr("The touch frame is gone."), {});
-    session.finish();
-    session.options.waitsForever = end.isForever();
-    session.options.wait = std::chrono::milliseconds(end.remainingTime());
-    try {
-        session.connectFrame();
-    } catch (const Failure &) {
-        if (!isOver())
-            throw;
-    }
+    session.connectNextFrame(end);
 }
 
 void Watch::tell(const Frame &report)

@@ -1,0 +1,223 @@
+#include "dialogs/calibrationcheck_dlg.h"
+
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPointingDevice>
+#include <QProcess>
+#include <QPushButton>
+#include <QScreen>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+// On a screen of 1280 x 800 at scale 1, of 338 x 211 mm.
+class tst_calibrationcheck_dlg : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<CalibrationCheck_dlg> page;
+    QPointingDevice *screen = QTest::createTouchDevice();
+
+    template <typename Widget>
+    Widget *child(const char *name) const
+    {
+        return page->findChild<Widget *>(QString::fromLatin1(name));
+    }
+    QString task() const { return child<QLabel>("taskLab")->text(); }
+    QString result() const { return child<QLabel>("resultLab")->text(); }
+    bool isCovering() const { return page->size() == QSize(1280, 800); }
+    static void mouse(QPoint at, const QString &does)
+    {
+        // A press is lost while the window manager is still busy with the window; and one that
+        // follows another at once does not count.
+        QTest::qWait(310);
+        QStringList words{u"mousemove"_s, QString::number(at.x()), QString::number(at.y())};
+        words += does.split(u' ', Qt::SkipEmptyParts);
+        QCOMPARE(QProcess::execute(u"xdotool"_s, words), 0);
+    }
+    void touch(QPoint at)
+    {
+        QTest::touchEvent(page.get(), screen).press(0, at);
+        QTest::touchEvent(page.get(), screen).release(0, at);
+    }
+    // Each cross, so far beside it: a second after each other, as the events have it.
+    void pressAll(QPoint beside)
+    {
+        for (int number = 0; number < CalibrationCheck::Crosses; ++number) {
+            QCOMPARE(page->check().asked(), number);
+            const QPointF at = page->check().cross(number) + beside;
+            QMouseEvent press(QEvent::MouseButtonPress, at, page->mapToGlobal(at), Qt::LeftButton,
+                              Qt::LeftButton, Qt::NoModifier);
+            press.setTimestamp(1000 * quint64(number + 1));
+            QCoreApplication::sendEvent(page.get(), &press);
+        }
+        QVERIFY(page->check().isFinished());
+    }
+
+private slots:
+    void init()
+    {
+        page = std::make_unique<CalibrationCheck_dlg>();
+        page->show();
+        QVERIFY(QTest::qWaitForWindowActive(page.get()));
+        QTRY_VERIFY(isCovering());
+    }
+
+    void every_cross_is_asked_for_and_touches_are_measured_by_mouse()
+    {
+        const QPoint places[] = {{50, 50},    {1229, 50}, {1229, 749}, {50, 749}, {640, 50},
+                                 {1229, 400}, {640, 749}, {50, 400},   {640, 400}};
+        for (int number = 0; number < CalibrationCheck::Crosses; ++number) {
+            QCOMPARE(task(), u"Touch the middle of cross %1 of 9."_s.arg(number + 1));
+            QCOMPARE(page->check().cross(number), places[number]);
+            mouse(places[number] + QPoint(3, 4), u"click 1"_s);
+            QTRY_COMPARE(page->check().asked(), number + 1);
+            QCOMPARE(page->check().distance(number), 5.0);
+        }
+        QCOMPARE(task(), u"Passed"_s);
+        QCOMPARE(result(), u"Touches were 5.0 px (1.3 mm) off on average, and at the most 5.0 px "
+                           "(1.3 mm), at cross 1.\nGood are up to 7.5 px on average and 15.1 px at "
+                           "the most."_s);
+    }
+
+    void by_touch_too()
+    {
+        for (int number = 0; number < CalibrationCheck::Crosses; ++number) {
+            touch(page->check().cross(number) + QPoint(0, 3));
+            QCOMPARE(page->check().asked(), number + 1);
+            QTest::qWait(310);
+        }
+        QCOMPARE(task(), u"Passed"_s);
+    }
+
+    void again_begins_anew()
+    {
+        pressAll({0, 3});
+        QCOMPARE(task(), u"Passed"_s);
+        child<QPushButton>("againButton")->click();
+        QCOMPARE(task(), u"Touch the middle of cross 1 of 9."_s);
+        QCOMPARE(result(), QString());
+        pressAll({16, 0});
+        QCOMPARE(task(), u"Calibrate again"_s);
+    }
+
+    void the_press_counts_and_not_where_it_is_let_go()
+    {
+        QTest::touchEvent(page.get(), screen).press(0, QPoint(60, 50));
+        QTest::touchEvent(page.get(), screen).move(0, QPoint(50, 50));
+        QTest::touchEvent(page.get(), screen).release(0, QPoint(50, 50));
+        QCOMPARE(page->check().asked(), 1);
+        QCOMPARE(page->check().distance(0), 10.0);
+        QCOMPARE(result(), u"Cross 1: 10.0 px off, which is 2.6 mm."_s);
+    }
+
+    void a_second_finger_and_other_buttons_do_not_count()
+    {
+        QTest::touchEvent(page.get(), screen).press(0, QPoint(50, 50));
+        QTest::qWait(310);
+        QTest::touchEvent(page.get(), screen).stationary(0).press(1, QPoint(1229, 50));
+        QTest::touchEvent(page.get(), screen).release(0, QPoint(50, 50)).release(1, QPoint(9, 9));
+        QCOMPARE(page->check().asked(), 1);
+        QTest::mouseClick(page.get(), Qt::RightButton, {}, QPoint(1229, 50));
+        QCOMPARE(page->check().asked(), 1);
+    }
+
+    // Where a frame that is badly off puts a touch.
+    void the_panel_takes_no_touch_before_the_end()
+    {
+        const auto *panel = child<QWidget>("panel");
+        QVERIFY(panel->isVisible());
+        const QPoint inside = panel->geometry().center();
+        touch(inside);
+        QCOMPARE(page->check().asked(), 1);
+        QCOMPARE(page->check().touch(0), QPointF(inside));
+        mouse(page->mapToGlobal(inside), u"click 1"_s);
+        QTRY_COMPARE(page->check().asked(), 2);
+    }
+
+    void at_the_end_the_buttons_are_touched()
+    {
+        pressAll({0, 0});
+        auto *again = child<QPushButton>("againButton");
+        QTRY_VERIFY(again->isVisible());
+        QTest::touchEvent(page.get(), screen)
+            .press(0, again->mapTo(page.get(), again->rect().center()));
+        QTest::touchEvent(page.get(), screen)
+            .release(0, again->mapTo(page.get(), again->rect().center()));
+        QTRY_VERIFY(!page->check().isFinished());
+        pressAll({0, 0});
+        const auto *close = child<QPushButton>("closeButton");
+        mouse(close->mapToGlobal(close->rect().center()), u"click 1"_s);
+        QTRY_VERIFY(!page->isVisible());
+    }
+
+    void backspace_takes_a_touch_back()
+    {
+        touch({400, 300});
+        QCOMPARE(page->check().asked(), 1);
+        QTest::keyClick(page.get(), Qt::Key_Backspace);
+        QCOMPARE(task(), u"Touch the middle of cross 1 of 9."_s);
+        QCOMPARE(result(), QString());
+    }
+
+    void escape_leaves_at_any_time_and_the_next_showing_begins_anew()
+    {
+        touch({50, 50});
+        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, u"Escape"_s}), 0);
+        QTRY_VERIFY(!page->isVisible());
+        page->show();
+        QVERIFY(QTest::qWaitForWindowActive(page.get()));
+        QCOMPARE(page->check().asked(), 0);
+        QTRY_VERIFY(isCovering());
+    }
+
+    // A touch frame that reaches no button locks nobody in.
+    void it_leaves_by_itself_when_nothing_is_touched()
+    {
+        auto *timer = page->findChild<QTimer *>();
+        QVERIFY(timer->isActive());
+        QCOMPARE(timer->interval(), 60000);
+        timer->start(1);
+        touch({50, 50});
+        QCOMPARE(timer->interval(), 60000);
+        timer->start(1);
+        QTRY_VERIFY(!page->isVisible());
+        QVERIFY(!timer->isActive());
+    }
+
+    void every_touch_is_spoken_and_the_verdict()
+    {
+        QStringList spoken;
+        connect(page.get(), &CalibrationCheck_dlg::spoken, this,
+                [&spoken](const QString &words) { spoken.append(words); });
+        pressAll({10, 0});
+        QCOMPARE(spoken.size(), 9);
+        QCOMPARE(spoken[0], u"Cross 1: 10.0 px off, which is 2.6 mm.\n"
+                            "Touch the middle of cross 2 of 9."_s);
+        QVERIFY2(spoken[8].startsWith(u"Touches were 10.0 px"_s), qPrintable(spoken[8]));
+        QVERIFY2(spoken[8].endsWith(u"\nCalibrate again"_s), qPrintable(spoken[8]));
+    }
+
+    void the_cross_that_is_asked_for_stands_out()
+    {
+        const auto ink = [this](int number) {
+            const QPoint cross = page->check().cross(number);
+            const QImage picture = page->grab().toImage();
+            int dark = 0;
+            for (int x = -24; x <= 24; ++x)
+                for (int y = -24; y <= 24; ++y)
+                    dark += picture.pixelColor(cross + QPoint(x, y)).lightness() < 100 ? 1 : 0;
+            return dark;
+        };
+        QVERIFY(ink(0) > 2 * ink(1));
+        QCOMPARE(ink(1), ink(2));
+        touch({50, 50});
+        QVERIFY(ink(1) > 2 * ink(2));
+    }
+};
+
+QTEST_MAIN(tst_calibrationcheck_dlg)
+#include "tst_calibrationcheck_dlg.moc"

@@ -1,0 +1,130 @@
+// Each function here belongs to a desktop of its own: CMakeLists.txt names it and the screens.
+
+#include "dialogs/calibrationcheck_dlg.h"
+
+#include <QGuiApplication>
+#include <QLabel>
+#include <QProcess>
+#include <QPushButton>
+#include <QScreen>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_calibrationcheck_screens : public QObject
+{
+    Q_OBJECT
+
+    static void mouse(QPoint native)
+    {
+        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"mousemove"_s, QString::number(native.x()),
+                                                  QString::number(native.y()), u"click"_s, u"1"_s}),
+                 0);
+    }
+    static void show(CalibrationCheck_dlg &page)
+    {
+        page.show();
+        QVERIFY(QTest::qWaitForWindowActive(&page));
+        QTRY_COMPARE(page.size(), page.screen()->size());
+        // A press is lost while the window manager is still busy with the window.
+        QTest::qWait(200);
+    }
+
+    // Neither while touches are asked for nor when all words are there.
+    static void look(qreal scale)
+    {
+        CalibrationCheck_dlg page;
+        show(page);
+        const auto *panel = page.findChild<QWidget *>(u"panel"_s);
+        const auto isClear = [&] {
+            for (int number = 0; number < CalibrationCheck::Crosses; ++number) {
+                const QPointF cross = QPointF(page.check().cross(number)) / scale;
+                const QRectF arms(cross - QPointF(20, 20), QSizeF(40, 40));
+                if (!QRectF(page.rect()).contains(arms) ||
+                    QRectF(panel->geometry()).intersects(arms))
+                    return false;
+            }
+            return true;
+        };
+        for (int number = 0; number < CalibrationCheck::Crosses; ++number) {
+            QVERIFY2(isClear(), qPrintable(QString::number(number)));
+            QVERIFY(page.rect().contains(panel->geometry()));
+            mouse(page.check().cross(number));
+            QTRY_COMPARE(page.check().asked(), number + 1);
+            QTest::qWait(310);
+        }
+        QVERIFY(page.rect().contains(panel->geometry()));
+        for (const char *name : {"taskLab", "resultLab", "againButton", "closeButton"}) {
+            const auto *widget = page.findChild<QWidget *>(QString::fromLatin1(name));
+            QVERIFY(widget->isVisible());
+            QVERIFY2(panel->rect().contains(widget->geometry()), name);
+            const auto *label = qobject_cast<const QLabel *>(widget);
+            QVERIFY2(!label || label->heightForWidth(label->width()) <= label->height(), name);
+        }
+    }
+
+private slots:
+    void crosses_are_native_pixels_at_scale_two()
+    {
+        CalibrationCheck_dlg page;
+        show(page);
+        QCOMPARE(page.devicePixelRatioF(), 2.0);
+        QCOMPARE(page.check().size(), QSize(1600, 1200));
+        const QPoint cross = page.check().cross(0);
+        QCOMPARE(cross, QPoint(75, 75));
+        // On the glass its thick arms leave as much on either side of it.
+        const QImage picture = page.grab().toImage();
+        QCOMPARE(picture.size(), QSize(1600, 1200));
+        const QColor ink = picture.pixelColor(cross);
+        for (int aside = 0; aside <= 6; ++aside) {
+            const bool isInk = aside <= 3;
+            QCOMPARE(picture.pixelColor(cross + QPoint(aside, 16)) == ink, isInk);
+            QCOMPARE(picture.pixelColor(cross + QPoint(-aside, 16)) == ink, isInk);
+            QCOMPARE(picture.pixelColor(cross + QPoint(16, aside)) == ink, isInk);
+            QCOMPARE(picture.pixelColor(cross + QPoint(16, -aside)) == ink, isInk);
+        }
+        // A mouse is told of in whole pixels of the desktop.
+        mouse(cross + QPoint(11, 0));
+        QTRY_COMPARE(page.check().asked(), 1);
+        QVERIFY2(qAbs(page.check().distance(0) - 11) <= 1.5,
+                 qPrintable(QString::number(page.check().distance(0))));
+        QCOMPARE(page.check().largestGoodWorst(), 24.0);
+    }
+
+    void nothing_covers_a_cross_on_a_small_screen() { look(1); }
+    void nothing_covers_a_cross_on_a_small_scaled_screen() { look(2); }
+
+    void the_screen_of_the_parent_is_covered()
+    {
+        QCOMPARE(QGuiApplication::screens().size(), 2);
+        QWidget parent;
+        CalibrationCheck_dlg page(&parent);
+        for (const int number : {1, 0, 1}) {
+            QScreen *wanted = QGuiApplication::screens().at(number);
+            parent.move(wanted->geometry().topLeft() + QPoint(60, 60));
+            parent.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&parent));
+            QTRY_COMPARE(parent.screen(), wanted);
+            show(page);
+            QCOMPARE(page.geometry(), wanted->geometry());
+            QCOMPARE(page.check().size(), wanted->geometry().size());
+            mouse(wanted->geometry().topLeft() + page.check().cross(0) + QPoint(0, 2));
+            QTRY_COMPARE(page.check().asked(), 1);
+            QCOMPARE(page.check().distance(0), 2.0);
+            page.close();
+            parent.hide();
+        }
+    }
+
+    // A kiosk runs the tool alone.
+    void escape_leaves_without_a_window_manager()
+    {
+        CalibrationCheck_dlg page;
+        show(page);
+        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, u"Escape"_s}), 0);
+        QTRY_VERIFY(!page.isVisible());
+    }
+};
+
+QTEST_MAIN(tst_calibrationcheck_screens)
+#include "tst_calibrationcheck_screens.moc"
