@@ -20,8 +20,16 @@ struct Disconnect
     void operator()(wl_display *display) const { wl_display_disconnect(display); }
 };
 
+struct Destroy
+{
+    void operator()(wl_callback *callback) const { wl_callback_destroy(callback); }
+    void operator()(wl_output *output) const { wl_output_destroy(output); }
+    void operator()(wl_registry *registry) const { wl_registry_destroy(registry); }
+};
+
 struct Heard
 {
+    std::unique_ptr<wl_output, Destroy> source;
     WaylandOutput output;
     bool isTurned = false; // by a quarter
 };
@@ -54,6 +62,7 @@ const wl_registry_listener RegistryListener{
             auto *output = static_cast<wl_output *>(wl_registry_bind(
                 registry, id, &wl_output_interface, std::min(version, NewestVersion)));
             Heard &heard = static_cast<AllHeard *>(all)->emplace_back();
+            heard.source.reset(output);
             wl_output_add_listener(output, &OutputListener, &heard);
         },
     .global_remove = [](void *, wl_registry *, uint32_t) {},
@@ -67,7 +76,8 @@ const wl_callback_listener DoneListener{
 bool roundTrip(wl_display *display, const QDeadlineTimer &deadline)
 {
     bool isDone = false;
-    wl_callback_add_listener(wl_display_sync(display), &DoneListener, &isDone);
+    const std::unique_ptr<wl_callback, Destroy> callback(wl_display_sync(display));
+    wl_callback_add_listener(callback.get(), &DoneListener, &isDone);
     while (!isDone) {
         while (wl_display_prepare_read(display) != 0)
             wl_display_dispatch_pending(display);
@@ -87,12 +97,12 @@ bool roundTrip(wl_display *display, const QDeadlineTimer &deadline)
 
 QList<WaylandOutput> waylandOutputs()
 {
-    // With the display go all objects that were made on it.
     const std::unique_ptr<wl_display, Disconnect> display(wl_display_connect(nullptr));
     if (!display)
         return {};
     AllHeard all;
-    wl_registry_add_listener(wl_display_get_registry(display.get()), &RegistryListener, &all);
+    const std::unique_ptr<wl_registry, Destroy> registry(wl_display_get_registry(display.get()));
+    wl_registry_add_listener(registry.get(), &RegistryListener, &all);
     const QDeadlineTimer deadline(PatienceMs);
     // The first time it tells of its outputs, the second time how they are.
     if (!roundTrip(display.get(), deadline) || !roundTrip(display.get(), deadline))

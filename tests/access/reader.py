@@ -205,9 +205,12 @@ class Reader:
 
     def activate_by_action(self, window, name):
         """As an assistive tool presses a button, where there is no keyboard."""
-        control = self.control(window, name, "push button")
-        until(f"{name!r} to be usable", lambda: has(control, Atspi.StateType.ENABLED))
-        Atspi.Action.do_action(control, 0)
+        def usable():
+            window.clear_cache()
+            return [control for _, control in walk(window)
+                    if control.get_name() == name and has(control, Atspi.StateType.ENABLED)
+                    and has(control, Atspi.StateType.FOCUSABLE)]
+        Atspi.Action.do_action(until(f"{name!r} to be usable", usable)[0], 0)
 
     def open_menu(self, window):
         self.activate(window)
