@@ -150,6 +150,12 @@ void GestureField::take(const PointerEvent &event)
         emit recognised(*gesture);
 }
 
+void GestureField::clear()
+{
+    way.clear();
+    update();
+}
+
 void GestureField::paintEvent(QPaintEvent *event)
 {
     QFrame::paintEvent(event);

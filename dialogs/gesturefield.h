@@ -18,6 +18,9 @@ public:
     // What the desktop takes for a double click and so on.
     static GestureReader::Limits limits();
 
+    // Takes away what is drawn.
+    void clear();
+
 signals:
     void recognised(const Gesture &gesture);
 

@@ -115,6 +115,7 @@ void TryOut_dlg::on_clearButton_clicked()
     untilSpoken->stop();
     ui->lastLab->clear();
     ui->logList->clear();
+    ui->field->clear();
     ui->hintLab->show();
 }
 

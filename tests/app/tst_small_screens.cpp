@@ -29,7 +29,9 @@
 #include <QTest>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -52,10 +54,14 @@ private:
                 bars.append(bar);
         return bars;
     }
-    // What of a widget a user sees.
+    // Whether a user sees that part of a widget, or all of it.
     static bool isSeen(const QWidget *widget, const QList<QScrollBar *> &bars)
     {
-        const QRect place(widget->mapToGlobal(QPoint(0, 0)), widget->size());
+        return isSeen(widget, widget->rect(), bars);
+    }
+    static bool isSeen(const QWidget *widget, const QRect &part, const QList<QScrollBar *> &bars)
+    {
+        const QRect place(widget->mapToGlobal(part.topLeft()), part.size());
         for (const QWidget *around = widget; !around->isWindow();) {
             around = around->parentWidget();
             if (!QRect(around->mapToGlobal(QPoint(0, 0)), around->size()).contains(place))
@@ -66,17 +72,31 @@ private:
                 return false;
         return true;
     }
-    // Scrolls through the window; names what was never seen whole.
+    // A widget; or its corners, if it is larger than what one sees of the window.
+    static QList<std::pair<QWidget *, QRect>> partsOf(QWidget *widget)
+    {
+        const QSize size = widget->size();
+        const QSize view = room().size() - QSize(40, 60); // a frame, and bars to scroll with
+        if (size.width() <= view.width() && size.height() <= view.height())
+            return {{widget, widget->rect()}};
+        const QSize corner(std::min(size.width(), 16), std::min(size.height(), 16));
+        QList<std::pair<QWidget *, QRect>> corners;
+        for (const int x : {0, size.width() - corner.width()})
+            for (const int y : {0, size.height() - corner.height()})
+                corners.append({widget, QRect(QPoint(x, y), corner)});
+        return corners;
+    }
+    // Scrolls through the window; names what was never seen.
     static QStringList unreachable(QWidget *window)
     {
-        QWidgetList left;
+        QList<std::pair<QWidget *, QRect>> left;
         for (QWidget *widget : window->findChildren<QWidget *>()) {
             const bool isControl =
                 qobject_cast<QLabel *>(widget) || (widget->focusPolicy() & Qt::TabFocus) != 0;
             const bool isPart =
                 qobject_cast<QLineEdit *>(widget) && widget->parentWidget()->inherits("QComboBox");
             if (widget->window() == window && widget->isVisible() && isControl && !isPart)
-                left.append(widget);
+                left += partsOf(widget);
         }
         const QList<QScrollBar *> bars = barsIn(window);
         QScrollBar *across = nullptr;
@@ -90,13 +110,15 @@ private:
                     across->setValue(x);
                 if (down)
                     down->setValue(y);
-                left.removeIf([&bars](const QWidget *widget) { return isSeen(widget, bars); });
+                left.removeIf([&bars](const std::pair<QWidget *, QRect> &part) {
+                    return isSeen(part.first, part.second, bars);
+                });
             }
         }
         for (QScrollBar *bar : bars)
             bar->setValue(0);
         QStringList names;
-        for (const QWidget *widget : left)
+        for (const auto &[widget, part] : left)
             names.append(window->objectName() + u'/' + widget->objectName());
         return names;
     }

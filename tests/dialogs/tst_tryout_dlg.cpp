@@ -219,6 +219,9 @@ private slots:
         QCOMPARE(ink(), 80);
         QTest::touchEvent(field(), screen).release(0, QPoint(160, 30));
         QCOMPARE(ink(), 80);
+        dialog->on_clearButton_clicked();
+        child<QLabel>("hintLab")->hide();
+        QCOMPARE(ink(), 0);
     }
 
     void the_gestures_before_are_listed_the_last_one_first()
