@@ -21,10 +21,11 @@ namespace {
 class Instance
 {
 public:
-    Instance()
+    explicit Instance(const QString &folder)
+        : place(folder)
     {
         qputenv("QT_QPA_PLATFORM", "offscreen");
-        qputenv("XDG_RUNTIME_DIR", place.path().toLocal8Bit());
+        qputenv("XDG_RUNTIME_DIR", place.toLocal8Bit());
         application = std::make_unique<QtSingleApplication>(count, arguments, u"fuzz"_s);
         demand(!application->isRunning(), "this is the only instance");
         QObject::connect(application.get(), &QtSingleApplication::messageReceived,
@@ -63,7 +64,7 @@ private:
     QByteArray socketPath() const
     {
         QByteArray found;
-        QDir folder(place.path());
+        const QDir folder(place);
         const auto look = [&found](const QDir &where, const auto &self) -> void {
             for (const QFileInfo &entry :
                  where.entryInfoList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)) {
@@ -78,7 +79,7 @@ private:
         return found;
     }
 
-    QTemporaryDir place;
+    const QString place;
     int count = 1;
     char name[5] = "fuzz";
     char *arguments[2] = {name, nullptr};
@@ -92,7 +93,8 @@ private:
 // are long enough for it.
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *input, size_t size)
 {
-    static auto *const instance = new Instance; // until the process ends
+    static const QTemporaryDir place;
+    static auto *const instance = new Instance(place.path()); // until the process ends
     const QStringList heard = instance->hear(input, size);
     demand(heard.size() <= 1, "one peer has one message");
     for (const QString &text : heard) {

@@ -27,9 +27,9 @@ constexpr unsigned char Action = 0x80; // such a byte is something that the user
 class Program
 {
 public:
-    Program()
+    explicit Program(const QString &home)
     {
-        qputenv("HOME", home.path().toLocal8Bit());
+        qputenv("HOME", home.toLocal8Bit());
         qputenv("QT_QPA_PLATFORM", "offscreen");
         // What a window says on standard output belongs to the fuzzer.
         qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
@@ -103,7 +103,6 @@ public:
     }
 
 private:
-    QTemporaryDir home;
     int count = 1;
     char name[8] = "quorvel";
     char *arguments[2] = {name, nullptr};
@@ -126,8 +125,9 @@ extern "C" const char *__lsan_default_suppressions()
 // without being shown, which takes a second.
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *input, size_t size)
 {
-    static auto *const program = new Program; // until the process ends
-    constexpr size_t LongestStory = 512;      // each event is worked on for a moment
+    static const QTemporaryDir home;
+    static auto *const program = new Program(home.path()); // until the process ends
+    constexpr size_t LongestStory = 512;                   // each event is worked on for a moment
     size = std::min(size, LongestStory);
     for (size_t at = 0; at < size;) {
         const unsigned char byte = input[at++];
