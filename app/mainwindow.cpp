@@ -18,6 +18,7 @@
 #include "dialogs/version_dlg.h"
 #include "helpaction.h"
 #include "lightcheckaction.h"
+#include "picture.h"
 #include "readhotplug.h"
 #include "recordaction.h"
 #include "resetquestion.h"
@@ -65,6 +66,7 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter,
     connect(this, &MainWindow::Write03, this, &MainWindow::OnWrite03);
 
     // For every window that has no other.
+    setWindowIcon(picture(u"MalvoTouch Tool Menu"_s));
     QGuiApplication::setWindowIcon(windowIcon());
     addDialogs();
     addContextMenu();
@@ -288,8 +290,7 @@ void MainWindow::setPictures()
                                                      {ui->label_8, u"icon3"_s},
                                                      {ui->label_10, u"iconrotation"_s}};
     for (const auto &[label, name] : pictures) {
-        const QIcon icon(u":/new/ico/image/%1.png"_s.arg(name));
-        label->setPixmap(icon.pixmap(label->size(), devicePixelRatioF()));
+        label->setPixmap(picture(name).pixmap(label->size(), devicePixelRatioF()));
     }
 }
 

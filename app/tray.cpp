@@ -1,5 +1,7 @@
 #include "tray.h"
 
+#include "picture.h"
+
 #include <QAction>
 #include <QMessageBox>
 #include <QPushButton>
@@ -10,7 +12,7 @@
 using namespace Qt::StringLiterals;
 
 Tray::Tray(const QList<QAction *> &entries)
-    : iTrayIcon(QIcon(u":/new/ico/image/MalvoTouch Tool Menu.png"_s))
+    : iTrayIcon(picture(u"MalvoTouch Tool Menu"_s))
 {
     ShowAction = iTraymenu.addAction(tr("Show"));
     iTraymenu.addSeparator();

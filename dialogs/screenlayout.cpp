@@ -1,5 +1,6 @@
 #include "screenlayout.h"
 
+#include "modules/module.h"
 #include "waylandoutputs.h"
 
 #include <QGuiApplication>
@@ -16,6 +17,15 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+QList<WaylandOutput> waylandOutputs()
+{
+    QString problem;
+    auto *const module = modules::load<WaylandOutputs>(&problem);
+    if (!module)
+        qWarning("%s", qPrintable(problem));
+    return module ? module->outputs() : QList<WaylandOutput>();
+}
 
 constexpr int FinestScale = 120; // a compositor's scalings are whole numbers of such parts
 

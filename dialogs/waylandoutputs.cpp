@@ -1,5 +1,7 @@
 #include "waylandoutputs.h"
 
+#include "modules/module.h"
+
 #include <QDeadlineTimer>
 
 #include <wayland-client.h>
@@ -93,9 +95,13 @@ bool roundTrip(wl_display *display, const QDeadlineTimer &deadline)
     return true;
 }
 
-} // namespace
+class AskedOutputs final : public WaylandOutputs
+{
+public:
+    QList<WaylandOutput> outputs() override;
+};
 
-QList<WaylandOutput> waylandOutputs()
+QList<WaylandOutput> AskedOutputs::outputs()
 {
     const std::unique_ptr<wl_display, Disconnect> display(wl_display_connect(nullptr));
     if (!display)
@@ -115,3 +121,9 @@ QList<WaylandOutput> waylandOutputs()
     }
     return outputs;
 }
+
+AskedOutputs asked;
+
+} // namespace
+
+QUORVEL_MODULE(WaylandOutputs, wayland, &asked)

@@ -12,6 +12,16 @@ struct WaylandOutput
 };
 
 // The toolkit knows an output in pixels that are scaled by a whole number or rounded, so the
-// compositor is asked itself. In the order in which it has them; none if there is no compositor or
-// if it does not answer within a second.
-QList<WaylandOutput> waylandOutputs();
+// compositor is asked itself. This is a module: its library is not wanted on any other desktop.
+class WaylandOutputs
+{
+public:
+    static constexpr const char *Name = "wayland";
+
+    // In the order in which the compositor has them; none if there is no compositor or if it does
+    // not answer within a second.
+    virtual QList<WaylandOutput> outputs() = 0;
+
+protected:
+    ~WaylandOutputs() = default;
+};
