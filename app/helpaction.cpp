@@ -29,7 +29,6 @@ constexpr std::pair<const char *, QLatin1StringView> Places[] = {
     {"resetQuestion", "rotation.html#resetting-the-frame"_L1},
     {"Version_Dlg", "rotation.html#versions-and-serial-numbers"_L1},
     {"connect_dlg", "serial-line.html#the-window-connect"_L1},
-    {"advconnect_dlg", "serial-line.html#the-window-connect"_L1},
     {"advset_dlg", "diagnostics.html#the-way-there"_L1},
     {"test_win", "diagnostics.html#signal-test"_L1},
     {"LightSet_dlg", "diagnostics.html#light-setting"_L1},

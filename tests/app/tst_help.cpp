@@ -4,7 +4,6 @@
 #include "app/helpwindow.h"
 #include "app/mainwindow.h"
 #include "config/xml_class.h"
-#include "dialogs/advconnect_dlg.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/rotation_dlg.h"
 #include "resources/resources.h"
@@ -36,7 +35,6 @@ private:
     std::shared_ptr<sim::SimAdapter> frame;
     std::unique_ptr<MainWindow> main;
     std::unique_ptr<CalEnd_dlg> question;
-    std::unique_ptr<advconnect_dlg> tuio;
 
     static HelpWindow *manual()
     {
@@ -116,7 +114,6 @@ private slots:
         main.reset();
         QVERIFY(!manual());
         question.reset();
-        tuio.reset();
         XML_CLASS::useHome(QString());
     }
 
@@ -143,7 +140,6 @@ private slots:
         row("Version_Dlg", u"rotation.html#versions-and-serial-numbers"_s,
             u"Versions and serial numbers"_s);
         row("connect_dlg", u"serial-line.html#the-window-connect"_s, u"The window Connect"_s);
-        row("advconnect_dlg", u"serial-line.html#the-window-connect"_s, u"The window Connect"_s);
         row("advset_dlg", u"diagnostics.html#the-way-there"_s, u"The way there"_s);
         row("test_win", u"diagnostics.html#signal-test"_s, u"Signal test"_s);
         row("LightSet_dlg", u"diagnostics.html#light-setting"_s, u"Light setting"_s);
@@ -153,7 +149,6 @@ private slots:
         QFETCH(const QString, place);
         QFETCH(const QString, heading);
         question = std::make_unique<CalEnd_dlg>();
-        tuio = std::make_unique<advconnect_dlg>();
         QWidget *window = windowOf(QTest::currentDataTag());
         QVERIFY(window);
         window->show();

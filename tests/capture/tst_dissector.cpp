@@ -292,30 +292,30 @@ private slots:
         Tshark tshark;
         const QByteArray told = tshark.run(
             Tshark::contentOf(QStringLiteral(RECORDINGS "/calibration.pcap")),
-            {u"-T"_s, u"fields"_s, u"-E"_s, u"separator=/s"_s, u"-e"_s, u"quorvel.kind"_s, u"-e"_s,
+            {u"-T"_s, u"fields"_s, u"-E"_s, u"separator=|"_s, u"-e"_s, u"quorvel.kind"_s, u"-e"_s,
              u"quorvel.link"_s, u"-e"_s, u"quorvel.result"_s, u"-e"_s, u"quorvel.command"_s});
-        QCOMPARE(told, "2 2  \n"
-                       "0 2 0 serial rate: set\n"
-                       "0 2 0 serial rate: set\n"
-                       "0 2 0 serial rate: set\n"
-                       "0 2 0 rotation: read\n"
-                       "1 2 0 rotation: default\n"
-                       "1 2 0 rotation: now\n"
-                       "0 2 0 calibration: begin\n"
-                       "1 2 0 calibration: begun\n"
-                       "1 2 0 calibration: ready for step 1\n"
-                       "0 2 0 calibration: step 1\n"
-                       "1 2 0 calibration: ready for step 2\n"
-                       "0 2 0 calibration: step 2\n"
-                       "1 2 0 calibration: ready for step 3\n"
-                       "0 2 0 calibration: step 3\n"
-                       "1 2 0 calibration: ready for step 4\n"
-                       "0 2 0 calibration: step 4\n"
-                       "1 2 0 calibration: ready to check\n"
-                       "0 2 0 calibration: check\n"
-                       "1 2 0 calibration: finished\n"
-                       "0 2 0 calibration: save\n"
-                       "3 2  \n");
+        QCOMPARE(told, "2|2||\n"
+                       "0|2|0|serial rate: set\n"
+                       "0|2|0|serial rate: set\n"
+                       "0|2|0|serial rate: set\n"
+                       "0|2|0|rotation: read\n"
+                       "1|2|0|rotation: default\n"
+                       "1|2|0|rotation: now\n"
+                       "0|2|0|calibration: begin\n"
+                       "1|2|0|calibration: begun\n"
+                       "1|2|0|calibration: ready for step 1\n"
+                       "0|2|0|calibration: step 1\n"
+                       "1|2|0|calibration: ready for step 2\n"
+                       "0|2|0|calibration: step 2\n"
+                       "1|2|0|calibration: ready for step 3\n"
+                       "0|2|0|calibration: step 3\n"
+                       "1|2|0|calibration: ready for step 4\n"
+                       "0|2|0|calibration: step 4\n"
+                       "1|2|0|calibration: ready to check\n"
+                       "0|2|0|calibration: check\n"
+                       "1|2|0|calibration: finished\n"
+                       "0|2|0|calibration: save\n"
+                       "3|2||\n");
     }
 
     void another_use_of_the_link_type_is_left_alone()

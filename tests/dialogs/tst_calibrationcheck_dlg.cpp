@@ -19,7 +19,7 @@ class tst_calibrationcheck_dlg : public QObject
     Q_OBJECT
 
     std::unique_ptr<CalibrationCheck_dlg> page;
-    QPointingDevice *screen = QTest::createTouchDevice();
+    const std::unique_ptr<QPointingDevice> screen{QTest::createTouchDevice()};
 
     template <typename Widget>
     Widget *child(const char *name) const
@@ -40,8 +40,8 @@ class tst_calibrationcheck_dlg : public QObject
     }
     void touch(QPoint at)
     {
-        QTest::touchEvent(page.get(), screen).press(0, at);
-        QTest::touchEvent(page.get(), screen).release(0, at);
+        QTest::touchEvent(page.get(), screen.get()).press(0, at);
+        QTest::touchEvent(page.get(), screen.get()).release(0, at);
     }
     // Each cross, so far beside it: a second after each other, as the events have it.
     void pressAll(QPoint beside)
@@ -106,9 +106,9 @@ private slots:
 
     void the_press_counts_and_not_where_it_is_let_go()
     {
-        QTest::touchEvent(page.get(), screen).press(0, QPoint(60, 50));
-        QTest::touchEvent(page.get(), screen).move(0, QPoint(50, 50));
-        QTest::touchEvent(page.get(), screen).release(0, QPoint(50, 50));
+        QTest::touchEvent(page.get(), screen.get()).press(0, QPoint(60, 50));
+        QTest::touchEvent(page.get(), screen.get()).move(0, QPoint(50, 50));
+        QTest::touchEvent(page.get(), screen.get()).release(0, QPoint(50, 50));
         QCOMPARE(page->check().asked(), 1);
         QCOMPARE(page->check().distance(0), 10.0);
         QCOMPARE(result(), u"Cross 1: 10.0 px off, which is 2.6 mm."_s);
@@ -116,10 +116,12 @@ private slots:
 
     void a_second_finger_and_other_buttons_do_not_count()
     {
-        QTest::touchEvent(page.get(), screen).press(0, QPoint(50, 50));
+        QTest::touchEvent(page.get(), screen.get()).press(0, QPoint(50, 50));
         QTest::qWait(310);
-        QTest::touchEvent(page.get(), screen).stationary(0).press(1, QPoint(1229, 50));
-        QTest::touchEvent(page.get(), screen).release(0, QPoint(50, 50)).release(1, QPoint(9, 9));
+        QTest::touchEvent(page.get(), screen.get()).stationary(0).press(1, QPoint(1229, 50));
+        QTest::touchEvent(page.get(), screen.get())
+            .release(0, QPoint(50, 50))
+            .release(1, QPoint(9, 9));
         QCOMPARE(page->check().asked(), 1);
         QTest::mouseClick(page.get(), Qt::RightButton, {}, QPoint(1229, 50));
         QCOMPARE(page->check().asked(), 1);
@@ -143,9 +145,9 @@ private slots:
         pressAll({0, 0});
         auto *again = child<QPushButton>("againButton");
         QTRY_VERIFY(again->isVisible());
-        QTest::touchEvent(page.get(), screen)
+        QTest::touchEvent(page.get(), screen.get())
             .press(0, again->mapTo(page.get(), again->rect().center()));
-        QTest::touchEvent(page.get(), screen)
+        QTest::touchEvent(page.get(), screen.get())
             .release(0, again->mapTo(page.get(), again->rect().center()));
         QTRY_VERIFY(!page->check().isFinished());
         pressAll({0, 0});

@@ -22,7 +22,7 @@ class tst_tryout_dlg : public QObject
     Q_OBJECT
 
     std::unique_ptr<TryOut_dlg> dialog;
-    QPointingDevice *screen = QTest::createTouchDevice();
+    const std::unique_ptr<QPointingDevice> screen{QTest::createTouchDevice()};
 
     template <typename Widget>
     Widget *child(const char *name) const
@@ -173,8 +173,8 @@ private slots:
     void a_finger_taps_twice()
     {
         for (const QPoint at : {QPoint(50, 50), QPoint(54, 53)}) {
-            QTest::touchEvent(field(), screen).press(0, at);
-            QTest::touchEvent(field(), screen).release(0, at);
+            QTest::touchEvent(field(), screen.get()).press(0, at);
+            QTest::touchEvent(field(), screen.get()).release(0, at);
         }
         QCOMPARE(numbers(u"Double tap: # ms and 5 px apart"_s).size(), 1);
         QCOMPARE(log(), QStringList());
@@ -182,10 +182,10 @@ private slots:
 
     void a_finger_is_held()
     {
-        QTest::touchEvent(field(), screen).press(0, QPoint(50, 50));
+        QTest::touchEvent(field(), screen.get()).press(0, QPoint(50, 50));
         QTest::qWait(850);
-        QTest::touchEvent(field(), screen).move(0, QPoint(50, 53));
-        QTest::touchEvent(field(), screen).release(0, QPoint(50, 50));
+        QTest::touchEvent(field(), screen.get()).move(0, QPoint(50, 53));
+        QTest::touchEvent(field(), screen.get()).release(0, QPoint(50, 50));
         const QString words = u"Touched for # ms, moved 3 px: no right click"_s;
         QCOMPARE(numbers(words).size(), 1);
         QVERIFY(numbers(words)[0] >= 850);
@@ -193,12 +193,12 @@ private slots:
 
     void a_finger_drags_and_another_one_does_not_count()
     {
-        QTest::touchEvent(field(), screen).press(0, QPoint(50, 50));
-        QTest::touchEvent(field(), screen).stationary(0).press(1, QPoint(200, 80));
-        QTest::touchEvent(field(), screen).move(0, QPoint(80, 90)).move(1, QPoint(10, 10));
-        QTest::touchEvent(field(), screen).stationary(0).release(1, QPoint(10, 10));
+        QTest::touchEvent(field(), screen.get()).press(0, QPoint(50, 50));
+        QTest::touchEvent(field(), screen.get()).stationary(0).press(1, QPoint(200, 80));
+        QTest::touchEvent(field(), screen.get()).move(0, QPoint(80, 90)).move(1, QPoint(10, 10));
+        QTest::touchEvent(field(), screen.get()).stationary(0).release(1, QPoint(10, 10));
         QCOMPARE(last(), QString());
-        QTest::touchEvent(field(), screen).release(0, QPoint(80, 90));
+        QTest::touchEvent(field(), screen.get()).release(0, QPoint(80, 90));
         QCOMPARE(numbers(u"Drag by touch of 50 px in # ms"_s).size(), 1);
         QCOMPARE(log(), QStringList());
     }
@@ -212,12 +212,12 @@ private slots:
                 dark += picture.pixelColor(x, 30).lightness() < 100 ? 1 : 0;
             return dark;
         };
-        QTest::touchEvent(field(), screen).press(0, QPoint(40, 30));
+        QTest::touchEvent(field(), screen.get()).press(0, QPoint(40, 30));
         child<QLabel>("hintLab")->hide();
         QCOMPARE(ink(), 0);
-        QTest::touchEvent(field(), screen).move(0, QPoint(160, 30));
+        QTest::touchEvent(field(), screen.get()).move(0, QPoint(160, 30));
         QCOMPARE(ink(), 80);
-        QTest::touchEvent(field(), screen).release(0, QPoint(160, 30));
+        QTest::touchEvent(field(), screen.get()).release(0, QPoint(160, 30));
         QCOMPARE(ink(), 80);
         dialog->on_clearButton_clicked();
         child<QLabel>("hintLab")->hide();
