@@ -84,7 +84,7 @@ QString replace(const QString &path, const QByteArray &content)
     if (!file.isValid())
         return reason();
     const auto giveUp = [&] {
-        const QString why = reason();
+        QString why = reason();
         ::unlink(temporary.constData());
         return why;
     };

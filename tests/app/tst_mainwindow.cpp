@@ -551,7 +551,7 @@ private slots:
     // Made when they are first asked for: a start does without.
     void what_shows_how_touches_arrive_comes_up_once_from_either_menu()
     {
-        const auto choose = [this](const QMenu *menu, const QString &text) {
+        const auto choose = [](const QMenu *menu, const QString &text) {
             for (QAction *action : menu->actions())
                 if (action->text() == text)
                     action->trigger();

@@ -96,7 +96,7 @@ Levels scanAxis(Session &session, UCHAR axis, int count, bool pairs)
         if (!isWhole)
             continue;
         // Half a page of dead lights is believed when it is there a second time.
-        const Levels levels{came.levels(), came.gains()};
+        Levels levels{came.levels(), came.gains()};
         if (!came.mayBeTorn() || doubtful)
             return levels;
         doubtful = levels;
