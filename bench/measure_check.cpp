@@ -129,8 +129,8 @@ int main(int argc, char **argv)
             giveUp("measure_check: the measurement does not end");
         wait(10ms);
     }
-    const double taken = double(time.elapsed());
-    const double count = double(pages.times.size());
+    const auto taken = double(time.elapsed());
+    const auto count = double(pages.times.size());
     const bool isFast = print({"measuring the largest frame / its pages on the link",
                                TimeBar,
                                Figure::HeldBy::Median,

@@ -12,6 +12,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -21,8 +22,8 @@ namespace {
 class Instance
 {
 public:
-    explicit Instance(const QString &folder)
-        : place(folder)
+    explicit Instance(QString folder)
+        : place(std::move(folder))
     {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("XDG_RUNTIME_DIR", place.toLocal8Bit());
