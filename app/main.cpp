@@ -186,6 +186,8 @@ int main(int argc, char **argv)
                                                                     "the argument %1 asks for it.")
                                     .arg(printable(asked.hiddenBy))));
     const int result = QtSingleApplication::exec();
+    // What becomes of the last frames is told before the last line, and belongs to it.
+    window.endLink();
     if (demo)
         std::puts(demo->calibrationKept() ? "calibration: kept" : "calibration: not kept");
     return result;
