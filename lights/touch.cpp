@@ -122,10 +122,14 @@ QString wordsFor(const TouchFault &fault, const AxisMeasurement &measured)
     if (!measured.pitch) {
         const QString first = lightName(fault.axis, int(fault.from));
         const QString last = lightName(fault.axis, int(std::ceil(fault.to)) - 1);
+        const bool isOne = first == last;
         if (isMissed)
-            return Text::tr("Touches at lights %1 to %2 are missed.").arg(first, last);
-        return Text::tr("Touches at lights %1 to %2 jump by up to %3 lights.")
-            .arg(first, last, oneDecimal(fault.by));
+            return isOne ? Text::tr("Touches at light %1 are missed.").arg(first)
+                         : Text::tr("Touches at lights %1 to %2 are missed.").arg(first, last);
+        const QString by = oneDecimal(fault.by);
+        return isOne ? Text::tr("Touches at light %1 jump by up to %2 lights.").arg(first, by)
+                     : Text::tr("Touches at lights %1 to %2 jump by up to %3 lights.")
+                           .arg(first, last, by);
     }
     const int from = int(std::floor(fault.from * *measured.pitch));
     const int to = int(std::ceil(fault.to * *measured.pitch));

@@ -2757,6 +2757,14 @@ Bildschirms passt</translation>
         <source>The measurement</source>
         <translation>Die Messung</translation>
     </message>
+    <message>
+        <source>Touches at light %1 are missed.</source>
+        <translation>Berührungen bei der Lichtschranke %1 gehen verloren.</translation>
+    </message>
+    <message>
+        <source>Touches at light %1 jump by up to %2 lights.</source>
+        <translation>Berührungen bei der Lichtschranke %1 springen um bis zu %2 Lichtschranken.</translation>
+    </message>
 </context>
 <context>
     <name>lights::History</name>

@@ -2749,6 +2749,14 @@ screen</source>
         <source>The measurement</source>
         <translation>测量</translation>
     </message>
+    <message>
+        <source>Touches at light %1 are missed.</source>
+        <translation>灯 %1 处的触摸会丢失。</translation>
+    </message>
+    <message>
+        <source>Touches at light %1 jump by up to %2 lights.</source>
+        <translation>灯 %1 处的触摸会跳动，最多 %2 个灯。</translation>
+    </message>
 </context>
 <context>
     <name>lights::History</name>

@@ -174,6 +174,12 @@ private slots:
         axis.lights = 96;
         const TouchFault missed{.axis = Axis::X, .from = 40.5, .to = 42.75, .by = 0};
         QCOMPARE(wordsFor(missed, axis), u"Touches at lights X 40 to X 42 are missed."_s);
+        const TouchFault missedAtOne{.axis = Axis::X, .from = 40.5, .to = 41, .by = 0};
+        QCOMPARE(wordsFor(missedAtOne, axis), u"Touches at light X 40 are missed."_s);
+        const TouchFault jumping{
+            .kind = TouchFault::Kind::Jumps, .axis = Axis::X, .from = 3, .to = 5, .by = 0.31};
+        QCOMPARE(wordsFor(jumping, axis),
+                 u"Touches at lights X 3 to X 4 jump by up to 0.3 lights."_s);
         axis.pitch = 5;
         QCOMPARE(wordsFor(missed, axis),
                  u"Touches between 202 and 214 mm from the left are missed."_s);
@@ -190,7 +196,7 @@ private slots:
         const TouchFault jumps{
             .kind = TouchFault::Kind::Jumps, .axis = Axis::Y, .from = 3, .to = 4, .by = 1.46};
         QCOMPARE(wordsFor(jumps, axis),
-                 u"Touches at lights Y 3 to Y 3 jump by up to 1.5 lights."_s);
+                 u"Touches at light Y 3 jump by up to 1.5 lights."_s);
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
         const QString german = wordsFor(jumps, axis);
         QLocale::setDefault(QLocale::c());
