@@ -1,5 +1,7 @@
 #include "helpwindow.h"
 
+#include "dialogs/windowplace.h"
+
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QImage>
@@ -44,6 +46,7 @@ HelpWindow::HelpWindow(QString theFolder)
     : folder(std::move(theFolder))
     , browser(new Pages(this))
 {
+    setObjectName(u"HelpWindow"_s);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(tr("Quorvel manual"));
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
@@ -78,6 +81,7 @@ HelpWindow::HelpWindow(QString theFolder)
     connect(closing, &QPushButton::clicked, this, &QWidget::close);
 
     resize(UsualSize.boundedTo(screen()->availableSize() * 9 / 10));
+    keepPlace(this);
     browser->setFocus();
 }
 

@@ -10,6 +10,7 @@
 #include "present.h"
 #include "test_win.h"
 #include "ui_lightcheck_dlg.h"
+#include "windowplace.h"
 
 #include <QAccessible>
 #include <QHeaderView>
@@ -47,6 +48,7 @@ LightCheck_dlg::LightCheck_dlg(QWidget *parent)
     , menu(new QMenu(this))
 {
     ui->setupUi(this);
+    keepPlace(this);
     report.version = u"Quorvel "_s + QStringLiteral(QUORVEL_VERSION);
     prepareNotice(ui->notice);
     ui->scrollArea->horizontalScrollBar()->setAccessibleName(tr("Scroll to the side"));

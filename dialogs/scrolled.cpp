@@ -1,6 +1,7 @@
 #include "scrolled.h"
 
 #include "showing.h"
+#include "windowplace.h"
 
 #include <QApplication>
 #include <QMainWindow>
@@ -8,25 +9,13 @@
 #include <QScrollBar>
 #include <QStyle>
 #include <QWheelEvent>
-#include <QWindow>
 
 #include <algorithm>
 
 namespace {
 
-// With a title bar; what a window really has is known when it is shown.
-constexpr QMargins UsualFrame(2, 28, 2, 4);
-
 constexpr int WheelClick = 120; // as the toolkit counts
 constexpr int WheelSteps = 3;   // of a click
-
-QMargins windowFrame()
-{
-    QMargins most = UsualFrame;
-    for (const QWindow *window : QGuiApplication::topLevelWindows())
-        most = most | window->frameMargins();
-    return most;
-}
 
 class ScreenFit : public QObject
 {
@@ -43,12 +32,10 @@ public:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::Show && showing.begins()) {
+        if (event->type() == QEvent::Show && showing.begins())
             fit();
-            returnTo();
-        } else if (event->type() == QEvent::Hide && showing.ends()) {
-            left = window->frameGeometry();
-        }
+        else if (event->type() == QEvent::Hide)
+            showing.ends();
         return QObject::eventFilter(watched, event);
     }
 
@@ -66,26 +53,10 @@ private:
             window->resize(whole);
     }
 
-    // Where the user left it, if there is a screen still.
-    void returnTo() const
-    {
-        const QScreen *screen = QGuiApplication::screenAt(left.center());
-        if (left.isNull() || !screen)
-            return;
-        const QRect room = screen->availableGeometry();
-        window->move(
-            std::clamp(left.x(), room.left(), std::max(room.left(), room.right() - left.width())),
-            std::clamp(left.y(), room.top(), std::max(room.top(), room.bottom() - left.height())));
-        // The window manager else finds a place for a window that only the user has moved.
-        if (QWindow *handle = window->windowHandle())
-            handle->setPosition(handle->position());
-    }
-
     QWidget *window; // parent
     Showing showing{window};
     QSize whole;
     QSize least;
-    QRect left; // the place of the window's frame when it was hidden
 };
 
 } // namespace
@@ -197,5 +168,7 @@ Scrolled *keepOnScreen(QWidget *window)
 
 void keepWithinScreen(QWidget *window)
 {
+    // What was installed last hears first: the window is brought to its place when it has its size.
+    keepPlace(window);
     new ScreenFit(window);
 }

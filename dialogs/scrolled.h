@@ -38,8 +38,8 @@ private:
 };
 
 // Makes a window that is larger than the screen as large as fits, whenever it is shown, and lets it
-// be scrolled then; and brings it back to where it was when it was hidden. Its size by now is what
-// it needs. The result belongs to the window.
+// be scrolled then; and keeps its place (see keepPlace()). Its size by now is what it needs. The
+// result belongs to the window.
 Scrolled *keepOnScreen(QWidget *window);
 
 // The same for a window whose layout lets it be smaller: it is not scrolled.

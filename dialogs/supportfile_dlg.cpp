@@ -2,6 +2,7 @@
 
 #include "announce.h"
 #include "ui_supportfile_dlg.h"
+#include "windowplace.h"
 
 #include <QCoreApplication>
 #include <QFileDialog>
@@ -20,6 +21,7 @@ SupportFile_dlg::SupportFile_dlg(QWidget *parent)
     , ui(std::make_unique<Ui::SupportFile_dlg>())
 {
     ui->setupUi(this);
+    keepPlace(this);
     ui->splitter->setSizes({ListWidth, width() - ListWidth});
     ui->contentView->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
 }

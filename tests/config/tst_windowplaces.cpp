@@ -1,0 +1,123 @@
+#include "config/windowplaces.h"
+#include "config/xml_class.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <optional>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+class TestWindowPlaces : public QObject
+{
+    Q_OBJECT
+
+    std::optional<QTemporaryDir> home;
+
+    QString path() const { return home->filePath(u".config/ForQuorvel-windows"_s); }
+    QByteArray text() const
+    {
+        QFile file(path());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    bool write(const QByteArray &content) const
+    {
+        QFile file(path());
+        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+    }
+
+private slots:
+    void init()
+    {
+        home.emplace();
+        QVERIFY(home->isValid());
+        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
+        XML_CLASS::useHome(home->path());
+    }
+    void cleanup() { XML_CLASS::useHome(QString()); }
+
+    void a_place_is_kept_beside_the_settings()
+    {
+        QCOMPARE(windowplaces::of(u"MainWindow"_s), std::nullopt);
+        windowplaces::keep(u"MainWindow"_s, {81, -92});
+        QCOMPARE(windowplaces::of(u"MainWindow"_s), QPoint(81, -92));
+        QCOMPARE(windowplaces::of(u"Main"_s), std::nullopt);
+        QCOMPARE(text(), QByteArray("MainWindow 81 -92\n"));
+    }
+
+    void each_window_has_its_own()
+    {
+        windowplaces::keep(u"MainWindow"_s, {1, 2});
+        windowplaces::keep(u"connect_dlg"_s, {3, 4});
+        windowplaces::keep(u"MainWindow"_s, {5, 6});
+        QCOMPARE(windowplaces::of(u"MainWindow"_s), QPoint(5, 6));
+        QCOMPARE(windowplaces::of(u"connect_dlg"_s), QPoint(3, 4));
+        QCOMPARE(text().count('\n'), 2);
+    }
+
+    void the_same_place_is_not_written_again()
+    {
+        windowplaces::keep(u"MainWindow"_s, {1, 2});
+        struct stat before = {};
+        QCOMPARE(stat(qPrintable(path()), &before), 0);
+        windowplaces::keep(u"MainWindow"_s, {1, 2});
+        struct stat after = {};
+        QCOMPARE(stat(qPrintable(path()), &after), 0);
+        QCOMPARE(after.st_ino, before.st_ino);
+        windowplaces::keep(u"MainWindow"_s, {1, 3});
+        QCOMPARE(stat(qPrintable(path()), &after), 0);
+        QVERIFY(after.st_ino != before.st_ino);
+    }
+
+    void what_is_no_place_is_passed_over_data()
+    {
+        QTest::addColumn<QByteArray>("line");
+        QTest::newRow("half a line") << QByteArray("MainWindow 1");
+        QTest::newRow("a word more") << QByteArray("MainWindow 1 2 3");
+        QTest::newRow("no number") << QByteArray("MainWindow 1 x2");
+        QTest::newRow("beyond any desktop") << QByteArray("MainWindow 1 40000");
+        QTest::newRow("beyond numbers") << QByteArray("MainWindow 99999999999 1");
+        QTest::newRow("bytes") << QByteArray("\x00\xff\xfe \n\n ", 6);
+    }
+
+    void what_is_no_place_is_passed_over()
+    {
+        QFETCH(QByteArray, line);
+        QVERIFY(write(line + "\nconnect_dlg 3 4\n"));
+        QCOMPARE(windowplaces::of(u"MainWindow"_s), std::nullopt);
+        QCOMPARE(windowplaces::of(u"connect_dlg"_s), QPoint(3, 4));
+        windowplaces::keep(u"MainWindow"_s, {5, 6});
+        QCOMPARE(text(), QByteArray("connect_dlg 3 4\nMainWindow 5 6\n"));
+    }
+
+    void what_no_line_can_hold_is_not_kept()
+    {
+        for (const QString &name : {QString(), u"two words"_s, u"two\nlines"_s})
+            windowplaces::keep(name, {1, 2});
+        windowplaces::keep(u"MainWindow"_s, {1, 1 << 20});
+        QVERIFY(!QFile::exists(path()));
+    }
+
+    void a_pipe_is_not_waited_for()
+    {
+        QCOMPARE(mkfifo(qPrintable(path()), 0600), 0);
+        QCOMPARE(windowplaces::of(u"MainWindow"_s), std::nullopt);
+        windowplaces::keep(u"MainWindow"_s, {1, 2});
+        struct stat there = {};
+        QCOMPARE(stat(qPrintable(path()), &there), 0);
+        QVERIFY(S_ISFIFO(there.st_mode));
+    }
+
+    void without_a_folder_for_settings_nothing_is_made()
+    {
+        QVERIFY(QDir(home->path()).rmdir(u".config"_s));
+        windowplaces::keep(u"MainWindow"_s, {1, 2});
+        QVERIFY(QDir(home->path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestWindowPlaces)
+#include "tst_windowplaces.moc"
