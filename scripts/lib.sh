@@ -21,7 +21,7 @@ test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
                 prometheus-node-exporter ansible-core fish zsh poppler-utils tidy)
 style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)
 fuzz_packages=(clang libclang-rt-dev)
-kernel_packages=(qemu-system-x86 busybox-static udev xz-utils procps)
+kernel_packages=(qemu-system-x86 busybox-static systemd udev xz-utils procps)
 # What reports are opened in.
 browser_packages=(chromium)
 # What a Debian of another release is made with.

@@ -33,6 +33,25 @@ bool shown()
     return visibleWindows(u"^Quorvel$"_s) == 1;
 }
 
+// Of the main window, without its frame; empty while there is none.
+QByteArray xdotoolSays(const QStringList &words)
+{
+    QProcess xdotool;
+    xdotool.start(u"xdotool"_s,
+                  QStringList{u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"^Quorvel$"_s} +
+                      words);
+    return xdotool.waitForFinished(5000) ? xdotool.readAllStandardOutput() : QByteArray();
+}
+
+QByteArray placeOfWindow()
+{
+    for (const QByteArray &line : xdotoolSays({u"getwindowgeometry"_s}).split('\n')) {
+        if (line.contains("Position:"))
+            return line.simplified();
+    }
+    return {};
+}
+
 bool demoShown()
 {
     return visibleWindows(u"^Quorvel .simulated touch frame.$"_s) == 1;
@@ -186,6 +205,41 @@ private slots:
         QVERIFY(endsWith(demo, 0));
         QCOMPARE(real->state(), QProcess::Running);
         QVERIFY(shown());
+    }
+
+    void a_start_shows_the_window_where_the_one_before_was_left_data()
+    {
+        QTest::addColumn<bool>("inTray");
+        QTest::newRow("shown") << false;
+        QTest::newRow("in the tray") << true;
+    }
+
+    void a_start_shows_the_window_where_the_one_before_was_left()
+    {
+        constexpr int SettleMs = 500; // until the window manager has placed it
+        QFETCH(bool, inTray);
+        QVERIFY(QDir::home().mkpath(u".config"_s));
+        QProcess *first = start({});
+        QTRY_VERIFY(shown());
+        QTest::qWait(SettleMs);
+        const QByteArray usual = placeOfWindow();
+        xdotoolSays({u"windowmove"_s, inTray ? u"203"_s : u"101"_s, u"302"_s});
+        QTRY_VERIFY(placeOfWindow() != usual);
+        QTest::qWait(SettleMs);
+        const QByteArray left = placeOfWindow();
+        if (inTray) {
+            xdotoolSays({u"windowactivate"_s, u"--sync"_s, u"key"_s, u"alt+F4"_s});
+            QTRY_VERIFY(!shown());
+            first->kill();
+            QVERIFY(first->waitForFinished());
+        } else {
+            QCOMPARE(run({u"-close"_s}).code, 0);
+            QVERIFY(endsWith(first, 0));
+        }
+        start({});
+        QTRY_VERIFY(shown());
+        QTest::qWait(SettleMs);
+        QCOMPARE(placeOfWindow(), left);
     }
 
     void the_demonstration_leaves_no_settings_behind()

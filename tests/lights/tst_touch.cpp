@@ -195,8 +195,7 @@ private slots:
         axis.lights = 96;
         const TouchFault jumps{
             .kind = TouchFault::Kind::Jumps, .axis = Axis::Y, .from = 3, .to = 4, .by = 1.46};
-        QCOMPARE(wordsFor(jumps, axis),
-                 u"Touches at light Y 3 jump by up to 1.5 lights."_s);
+        QCOMPARE(wordsFor(jumps, axis), u"Touches at light Y 3 jump by up to 1.5 lights."_s);
         QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
         const QString german = wordsFor(jumps, axis);
         QLocale::setDefault(QLocale::c());
