@@ -1,58 +1,53 @@
 #include "windowplaces.h"
 
+#include "device/filedescriptor.h"
 #include "device/plainfile.h"
 #include "xml_class.h"
 
+#include <QByteArrayList>
 #include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 LargestFile = 4096;
+constexpr qsizetype LargestFile = 4096;
 constexpr int Farthest = 32767; // what display servers count to
-
-struct Line
-{
-    QByteArray window;
-    QPoint corner;
-};
 
 bool isPlace(QPoint corner)
 {
     return std::abs(corner.x()) <= Farthest && std::abs(corner.y()) <= Farthest;
 }
 
-std::optional<Line> lineOf(const QByteArray &text)
+// Plainly, since a start waits for it: mostly there is nothing to read.
+QByteArrayList readLines()
 {
-    const QList<QByteArray> words = text.split(' ');
-    if (words.size() != 3)
+    // A pipe would be waited for.
+    const FileDescriptor file(::open(QFile::encodeName(windowplaces::filePath()).constData(),
+                                     O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status = {};
+    if (!file.isValid() || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
         return {};
-    bool isX = false;
-    bool isY = false;
-    const QPoint corner(words[1].toInt(&isX), words[2].toInt(&isY));
-    if (!isX || !isY || !isPlace(corner))
-        return {};
-    return Line{words[0], corner};
+    QByteArray text(LargestFile, '\0');
+    text.resize(std::max<ssize_t>(0, ::read(file.get(), text.data(), size_t(text.size()))));
+    return text.split('\n');
 }
 
-QList<Line> readLines()
+std::optional<QPoint> cornerIn(const QByteArray &line)
 {
-    const QFileInfo info(windowplaces::filePath());
-    QFile file(info.filePath());
-    // A pipe would be waited for.
-    if (!info.isFile() || !file.open(QIODevice::ReadOnly))
+    const QByteArrayList words = line.split(' ');
+    bool isX = false;
+    bool isY = false;
+    if (words.size() != 3)
         return {};
-    QList<Line> lines;
-    for (const QByteArray &text : file.read(LargestFile).split('\n')) {
-        if (const auto line = lineOf(text))
-            lines += *line;
-    }
-    return lines;
+    const QPoint corner(words[1].toInt(&isX), words[2].toInt(&isY));
+    return isX && isY && isPlace(corner) ? std::optional(corner) : std::nullopt;
 }
 
 } // namespace
@@ -64,27 +59,27 @@ QString windowplaces::filePath()
 
 std::optional<QPoint> windowplaces::of(const QString &window)
 {
-    for (const Line &line : readLines()) {
-        if (line.window == window.toUtf8())
-            return line.corner;
+    const QByteArray begin = window.toUtf8() + ' ';
+    for (const QByteArray &line : readLines()) {
+        if (line.startsWith(begin))
+            return cornerIn(line);
     }
     return {};
 }
 
 void windowplaces::keep(const QString &window, QPoint corner)
 {
-    const QByteArray name = window.toUtf8();
-    QList<Line> lines = readLines();
-    const auto isIts = [&name](const Line &line) { return line.window == name; };
-    const auto known = std::find_if(lines.cbegin(), lines.cend(), isIts);
-    if (name.isEmpty() || name.contains(' ') || name.contains('\n') || !isPlace(corner) ||
-        (known != lines.cend() && known->corner == corner))
+    const QByteArray begin = window.toUtf8() + ' ';
+    if (begin.size() == 1 || begin.count(' ') > 1 || begin.contains('\n') || !isPlace(corner))
         return;
-    lines.removeIf(isIts);
-    lines += {name, corner};
     QByteArray text;
-    for (const Line &line : lines)
-        text += line.window + ' ' + QByteArray::number(line.corner.x()) + ' ' +
-                QByteArray::number(line.corner.y()) + '\n';
+    for (const QByteArray &line : readLines()) {
+        const std::optional<QPoint> known = cornerIn(line);
+        if (!line.startsWith(begin) && known)
+            text += line + '\n';
+        else if (known == corner)
+            return;
+    }
+    text += begin + QByteArray::number(corner.x()) + ' ' + QByteArray::number(corner.y()) + '\n';
     plainfile::replace(filePath(), text);
 }

@@ -5,9 +5,9 @@
 
 #include <optional>
 
-// Where windows were when they were hidden last, for the next run: a small file beside the settings,
-// with a line for each window: its name and the corner of its frame. Every operation goes to the
-// file, and what cannot be read or written is silently no place. Main thread only.
+// Where windows were when they were hidden last, for the next run: a small file beside the
+// settings, with a line for each window: its name and the corner of its frame. Every operation goes
+// to the file, and what cannot be read or written is silently no place. Main thread only.
 namespace windowplaces {
 
 QString filePath();

@@ -239,7 +239,7 @@ private slots:
         start({});
         QTRY_VERIFY(shown());
         QTest::qWait(SettleMs);
-        QCOMPARE(placeOfWindow(), left);
+        QTRY_COMPARE(placeOfWindow(), left);
     }
 
     void the_demonstration_leaves_no_settings_behind()
