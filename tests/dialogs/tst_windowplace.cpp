@@ -146,6 +146,16 @@ private slots:
         QCOMPARE(windowplaces::of(u"some_dlg"_s), QPoint(5, 6));
     }
 
+    void a_place_is_kept_where_programs_know_theirs()
+    {
+        const auto window = makeWindow();
+        QVERIFY(show(*window));
+        window->close();
+        const bool isKnown = !QGuiApplication::platformName().startsWith("wayland"_L1);
+        QCOMPARE(windowplaces::of(u"some_dlg"_s).has_value(), isKnown);
+        QCOMPARE(QFile::exists(windowplaces::filePath()), isKnown);
+    }
+
     void a_window_that_fills_the_screen_leaves_its_place_as_it_was()
     {
         windowplaces::keep(u"some_dlg"_s, {81, 92});
