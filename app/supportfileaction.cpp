@@ -88,7 +88,7 @@ QList<bundle::Entry> SupportFileAction::gather()
                                .arg(place.height())
                                .arg(place.x())
                                .arg(place.y())
-                               .arg(i < screens.size() ? screens[i]->devicePixelRatio() : 1.0);
+                               .arg(i < screens.size() ? layout.scaleOf(screens[i]) : 1.0);
     }
     sources.screens += tr("desktop: %1 x %2, by %3")
                            .arg(layout.desktop.width())

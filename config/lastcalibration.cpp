@@ -19,8 +19,6 @@ namespace {
 
 constexpr int Version = 1;
 constexpr qint64 LargestFile = 4096;
-constexpr QFile::Permissions ForAll =
-    QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup | QFile::ReadOther;
 
 QString sharedFolder()
 {
@@ -75,12 +73,12 @@ std::optional<LastCalibration> keptByUser()
     return fromText(file.read(LargestFile));
 }
 
-// In a sticky folder nobody else can put something in the place of a file between the two steps.
+// Services of other users read it; without the folder nobody asks for it.
 void share(const QByteArray &text)
 {
-    const QString path = sharedFolder() + u'/' + sharedName(::geteuid());
-    if (QFileInfo(sharedFolder()).isDir() && plainfile::replace(path, text).isEmpty())
-        QFile::setPermissions(path, ForAll);
+    if (QFileInfo(sharedFolder()).isDir())
+        plainfile::replace(sharedFolder() + u'/' + sharedName(::geteuid()), text,
+                           plainfile::Readers::Everybody);
 }
 
 } // namespace

@@ -2,10 +2,10 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRandomGenerator>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,6 +17,21 @@ namespace {
 
 constexpr int Cautious = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 constexpr mode_t ForAll = 0666; // as the user's mask has it
+constexpr mode_t ReadByAll = 0644;
+constexpr int Tries = 100; // for a name that nothing has
+
+// A new file beside this one; its name is put in place of the word it is given.
+FileDescriptor openBeside(const QByteArray &name, QByteArray &temporary)
+{
+    for (int tries = 0; tries < Tries; ++tries) {
+        temporary = name + '.' + QByteArray::number(QRandomGenerator::global()->generate(), 36);
+        FileDescriptor made(
+            ::open(temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, ForAll));
+        if (made.isValid() || errno != EEXIST)
+            return made;
+    }
+    return {};
+}
 
 bool isFile(const FileDescriptor &descriptor)
 {
@@ -69,7 +84,7 @@ bool copyInto(const QString &source, const QString &folder)
     return whole;
 }
 
-QString replace(const QString &path, const QByteArray &content)
+QString replace(const QString &path, const QByteArray &content, Readers readers)
 {
     const auto reason = [] { return QString::fromLocal8Bit(std::strerror(errno)); };
     const QByteArray name = QFile::encodeName(path);
@@ -79,8 +94,8 @@ QString replace(const QString &path, const QByteArray &content)
         errno = S_ISDIR(there.st_mode) ? EISDIR : EINVAL;
         return reason();
     }
-    QByteArray temporary = name + ".XXXXXX";
-    const FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    QByteArray temporary;
+    const FileDescriptor file = openBeside(name, temporary);
     if (!file.isValid())
         return reason();
     const auto giveUp = [&] {
@@ -95,10 +110,9 @@ QString replace(const QString &path, const QByteArray &content)
             return giveUp();
         done += std::max<ssize_t>(count, 0);
     }
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    if (::fchmod(file.get(), ForAll & ~mask) != 0 || ::fsync(file.get()) != 0 ||
-        ::rename(temporary.constData(), name.constData()) != 0)
+    if (readers == Readers::Everybody && ::fchmod(file.get(), ReadByAll) != 0)
+        return giveUp();
+    if (::fsync(file.get()) != 0 || ::rename(temporary.constData(), name.constData()) != 0)
         return giveUp();
     return {};
 }

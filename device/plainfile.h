@@ -17,8 +17,14 @@ FileDescriptor openEmpty(const QString &path);
 // half-written. The source may be a link to a file. False when nothing was copied.
 bool copyInto(const QString &source, const QString &folder);
 
+enum class Readers {
+    AsTheMaskSays, // what the user allows others for new files
+    Everybody
+};
+
 // Puts a file of this content in the place of a file or a link of this name: whole, and safe
 // from a power cut, or not at all. An empty text, or why it failed.
-QString replace(const QString &path, const QByteArray &content);
+QString replace(const QString &path, const QByteArray &content,
+                Readers readers = Readers::AsTheMaskSays);
 
 } // namespace plainfile

@@ -74,9 +74,7 @@ void Calibration_Dlg::setPrimaryScr(int screen, const ScreenLayout &layout)
     const QList<QScreen *> screens = QGuiApplication::screens();
     if (const QScreen *shown = screens.value(screen, screens.first())) {
         rect = shown->geometry();
-        compositorScale = layout.isEachForItself
-                              ? ScreenLayout::scaleBetween(area.screen.size(), rect.size())
-                              : 0;
+        compositorScale = layout.isEachForItself ? layout.scaleOf(shown) : 0;
         move(shown->availableGeometry().topLeft());
     }
 }

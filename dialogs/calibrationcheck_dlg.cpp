@@ -68,7 +68,7 @@ CalibrationCheck::Screen CalibrationCheck_dlg::screenCovered() const
     const qsizetype number = QGuiApplication::screens().indexOf(on);
     return {.pixels = layout.screens.value(number).size(),
             .millimetres = layout.millimetres.value(number),
-            .scale = ScreenLayout::scaleOf(on)};
+            .scale = layout.scaleOf(on)};
 }
 
 void CalibrationCheck_dlg::begin()

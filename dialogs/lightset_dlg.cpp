@@ -393,7 +393,8 @@ void LightSet_dlg::followScreen()
         return;
     drawnFor = shown->geometry();
     drawnRatio = devicePixelRatioF();
-    drawnScale = ScreenLayout::scaleOf(shown);
+    const ScreenLayout layout = ScreenLayout::current();
+    drawnScale = layout.scaleOf(shown);
     const auto index = QGuiApplication::screens().indexOf(shown);
-    plot.setScreen(ScreenLayout::current().screens.value(index).size(), drawnScale);
+    plot.setScreen(layout.screens.value(index).size(), drawnScale);
 }

@@ -125,11 +125,13 @@ ScreenLayout layoutOnWayland()
 
 } // namespace
 
-qreal ScreenLayout::scaleOf(const QScreen *screen)
+qreal ScreenLayout::scaleOf(const QScreen *screen) const
 {
-    if (!isOnWayland())
-        return screen->devicePixelRatio();
-    return scaleBetween(nativeSize(screen, waylandOutputs()), screen->geometry().size());
+    const qsizetype index = QGuiApplication::screens().indexOf(screen);
+    // A compositor may scale by a fraction, and tells the toolkit of whole numbers only.
+    if (isEachForItself && index >= 0 && index < screens.size())
+        return scaleBetween(screens[index].size(), screen->geometry().size());
+    return screen->devicePixelRatio();
 }
 
 qreal ScreenLayout::scaleBetween(QSize native, QSize counted)

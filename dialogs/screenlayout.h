@@ -21,7 +21,7 @@ struct ScreenLayout
     // As it is now, from the X server or the Wayland compositor where there is one.
     static ScreenLayout current();
     // Native pixels for each one that the toolkit counts on that screen.
-    static qreal scaleOf(const QScreen *screen);
+    qreal scaleOf(const QScreen *screen) const;
     // The same from a screen's two sizes, the toolkit's being rounded: of all that fit, what has
     // the smallest denominator.
     static qreal scaleBetween(QSize native, QSize counted);

@@ -26,6 +26,8 @@ kernel_packages=(qemu-system-x86 busybox-static systemd udev xz-utils procps)
 browser_packages=(chromium)
 # What a Debian of another release is made with.
 root_packages=(mmdebstrap util-linux)
+# What tells which lines ran.
+coverage_packages=(gcovr)
 # What boots one.
 boot_packages=(systemd-container)
 # What packages are made with.
@@ -85,6 +87,7 @@ needs() {
         demo) packages+=("${desktop_packages[@]}") ;;
         screenshots) packages+=("${desktop_packages[@]}") ;;
         kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;
+        coverage) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${coverage_packages[@]}") ;;
         fuzz) packages+=("${fuzz_packages[@]}") ;;
         package) packages+=("${root_packages[@]}" "${boot_packages[@]}") ;;
         debian13) packages=("${root_packages[@]}") ;;

@@ -54,6 +54,10 @@ private:
                 bars.append(bar);
         return bars;
     }
+    static QRect placeOf(const QWidget *widget)
+    {
+        return {widget->mapTo(widget->window(), QPoint(0, 0)), widget->size()};
+    }
     // Whether a user sees that part of a widget, or all of it.
     static bool isSeen(const QWidget *widget, const QList<QScrollBar *> &bars)
     {
@@ -61,16 +65,16 @@ private:
     }
     static bool isSeen(const QWidget *widget, const QRect &part, const QList<QScrollBar *> &bars)
     {
-        const QRect place(widget->mapToGlobal(part.topLeft()), part.size());
+        // Within the window, since places on a scaled screen are rounded.
+        const QRect place(widget->mapTo(widget->window(), part.topLeft()), part.size());
         for (const QWidget *around = widget; !around->isWindow();) {
             around = around->parentWidget();
-            if (!QRect(around->mapToGlobal(QPoint(0, 0)), around->size()).contains(place))
+            if (!placeOf(around).contains(place))
                 return false;
         }
-        for (const QScrollBar *bar : bars)
-            if (QRect(bar->mapToGlobal(QPoint(0, 0)), bar->size()).intersects(place))
-                return false;
-        return true;
+        return std::none_of(bars.begin(), bars.end(), [place](const QScrollBar *bar) {
+            return placeOf(bar).intersects(place);
+        });
     }
     // A widget; or its corners, if it is larger than what one sees of the window.
     static QList<std::pair<QWidget *, QRect>> partsOf(QWidget *widget)

@@ -35,6 +35,18 @@ private slots:
         QCOMPARE(status.st_mode & ALLPERMS, mode_t(0640));
     }
 
+    void a_file_for_everybody_can_be_read_whatever_the_mask_says()
+    {
+        const mode_t before = ::umask(077);
+        const QString problem =
+            plainfile::replace(at(u"shared"_s), "content", plainfile::Readers::Everybody);
+        ::umask(before);
+        QCOMPARE(problem, QString());
+        struct stat status = {};
+        QCOMPARE(::stat(qPrintable(at(u"shared"_s)), &status), 0);
+        QCOMPARE(status.st_mode & ALLPERMS, mode_t(0644));
+    }
+
     void a_file_that_is_there_is_replaced_and_nothing_else_stays()
     {
         QCOMPARE(plainfile::replace(at(u"file"_s), "a longer content"), QString());

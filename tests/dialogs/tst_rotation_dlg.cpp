@@ -8,7 +8,9 @@
 #include <QPushButton>
 #include <QShowEvent>
 #include <QTest>
+#include <QTimer>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -71,6 +73,14 @@ private:
         return shown()->toolTip().isEmpty() && shown()->accessibleDescription().isEmpty();
     }
 
+    // What came during the pause has been dropped, and presses count again.
+    bool isSettled() const
+    {
+        const QList<QTimer *> timers = dialog->findChildren<QTimer *>();
+        return std::none_of(timers.begin(), timers.end(), [](const QTimer *timer) {
+            return timer->isActive() && timer->interval() == 0;
+        });
+    }
     // As a user's hand on a window that is busy: events that wait for it.
     void pressDuringThePause(const char *name) const
     {
@@ -284,7 +294,7 @@ private slots:
     {
         dialog->show();
         QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
-        QTest::qWait(50);
+        QTRY_VERIFY(isSettled());
         sent.clear();
         // The query is out, the pause begins.
         connect(dialog.get(), &Rotation_dlg::Write03, this, [this] {
@@ -301,7 +311,7 @@ private slots:
         QElapsedTimer time;
         time.start();
         press("rotation90btn");
-        QTest::qWait(50);
+        QTRY_VERIFY(isSettled());
         QCOMPARE(sent, QList<QByteArray>({frame("00 A7 00 02 00 01"), Query}));
         QVERIFY(time.elapsed() < 2000);
         press("rotation180btn");
