@@ -87,12 +87,24 @@ bool UsbLink::send(const UCHAR *frame)
         tell(Traffic::Direction::ToFrame, Traffic::Result::Dropped, command::frameAt(frame));
         return false;
     }
-    // The next frame waits for the last one to be out, but not for a device that hangs.
-    const bool hanging = !outbox.empty();
+    // The next frame waits for the last one to be out, but neither for a device that hangs nor for
+    // several frames.
+    const bool othersWait = !outbox.empty();
     outbox.push_back(command::frameAt(frame));
-    if (!hanging && writeThread03->wait(QDeadlineTimer(SendPatience)))
+    if (!othersWait && waitForWriter())
         sendNext();
     return true;
+}
+
+// True when the writer has ended, as soon as it has; false when this turn has no patience left.
+bool UsbLink::waitForWriter()
+{
+    if (!turn) {
+        turn.emplace(TurnPatience);
+        QMetaObject::invokeMethod(
+            this, [this] { turn.reset(); }, Qt::QueuedConnection);
+    }
+    return writeThread03->wait(*turn);
 }
 
 bool UsbLink::flush()
@@ -185,7 +197,7 @@ void UsbLink::OnWriteOver(QChar status)
 
 void UsbLink::OnWriterFinished()
 {
-    if (!outbox.empty() && writeThread03->wait(QDeadlineTimer(SendPatience)))
+    if (!outbox.empty() && waitForWriter())
         sendNext();
     else
         lookAtWriter();

@@ -3,11 +3,13 @@
 #include "hid_adapter.h"
 #include "traffic.h"
 
+#include <QDeadlineTimer>
 #include <QObject>
 
 #include <chrono>
 #include <deque>
 #include <memory>
+#include <optional>
 
 class ReadReportThread;
 class writereportthread;
@@ -22,7 +24,11 @@ class UsbLink : public QObject
 public:
     // How many frames wait behind one that the device takes long to accept.
     static constexpr size_t MaxOutbox = 64;
-    // How long a sender waits for the frame before its own. Many times what a send takes.
+    // How long senders wait for frames before their own, all that send in one turn of the event
+    // loop together: one send and some more. Whatever else has come in the meantime then waits for
+    // less than a tenth of a second.
+    static constexpr auto TurnPatience = std::chrono::milliseconds(80);
+    // How long the end of a link waits for each frame. Many times what a send takes.
     static constexpr auto SendPatience = std::chrono::milliseconds(500);
 
     explicit UsbLink(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter,
@@ -72,6 +78,7 @@ public slots:
     void OnWriterFinished();
 
 private:
+    bool waitForWriter();
     void sendNext();
     void lookAtWriter();
     void tellSent();
@@ -83,6 +90,7 @@ private:
     Frame SendBuf03{};        // read by the writer, changed while it does not run
     bool underWay = false;    // what became of SendBuf03 has not been told
     std::deque<Frame> outbox; // not handed to the writer yet
+    std::optional<QDeadlineTimer> turn; // until when senders of this turn wait; none has begun to
 
     // The threads use the adapter and the buffers, so they stand behind these and go first.
     std::unique_ptr<ReadReportThread> readThread03;
