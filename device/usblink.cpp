@@ -21,6 +21,7 @@ namespace {
 const QString Collection = u"col03"_s;
 constexpr QChar ReadFinished(1);
 constexpr QChar WriteFailed(1);
+constexpr auto EndsWithin = std::chrono::milliseconds(1);
 constexpr auto LookPeriod = std::chrono::milliseconds(2);
 
 } // namespace
@@ -28,14 +29,17 @@ constexpr auto LookPeriod = std::chrono::milliseconds(2);
 UsbLink::UsbLink(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter, QObject *parent)
     : QObject(parent)
     , HID_Util03(std::move(adapter))
+    , turnEnd(new QTimer(this))
 {
+    turnEnd->setSingleShot(true);
+    connect(turnEnd, &QTimer::timeout, this, [this] { turn.reset(); });
     if (!HID_Util03)
         HID_Util03 = std::make_shared<HID_AdpterPacket::OP_HID_Adapter>();
     readThread03 = std::make_unique<ReadReportThread>(RecvBuf03.data());
     writeThread03 = std::make_unique<writereportthread>(SendBuf03.data());
     connect(readThread03.get(), &ReadReportThread::ReadOver, this, &UsbLink::OnRecv03);
     connect(writeThread03.get(), &writereportthread::WriteOver, this, &UsbLink::OnWriteOver);
-    connect(writeThread03.get(), &QThread::finished, this, &UsbLink::OnWriterFinished);
+    connect(writeThread03.get(), &QThread::finished, this, &UsbLink::lookAtWriter);
 }
 
 UsbLink::~UsbLink()
@@ -101,8 +105,7 @@ bool UsbLink::waitForWriter()
 {
     if (!turn) {
         turn.emplace(TurnPatience);
-        QMetaObject::invokeMethod(
-            this, [this] { turn.reset(); }, Qt::QueuedConnection);
+        turnEnd->start(0);
     }
     return writeThread03->wait(*turn);
 }
@@ -195,20 +198,12 @@ void UsbLink::OnWriteOver(QChar status)
         qCWarning(lcLink, "a frame could not be sent to the touch frame");
 }
 
-void UsbLink::OnWriterFinished()
-{
-    if (!outbox.empty() && waitForWriter())
-        sendNext();
-    else
-        lookAtWriter();
-}
-
 // A thread says that it has ended just before it has, and may have been started anew meanwhile.
 void UsbLink::lookAtWriter()
 {
     if (!underWay)
         return;
-    if (!writeThread03->wait(QDeadlineTimer(0)))
+    if (!writeThread03->wait(QDeadlineTimer(EndsWithin)))
         QTimer::singleShot(LookPeriod, this, &UsbLink::lookAtWriter);
     else if (outbox.empty())
         tellSent();

@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 
+class QTimer;
 class ReadReportThread;
 class writereportthread;
 
@@ -24,10 +25,10 @@ class UsbLink : public QObject
 public:
     // How many frames wait behind one that the device takes long to accept.
     static constexpr size_t MaxOutbox = 64;
-    // How long senders wait for frames before their own, all that send in one turn of the event
-    // loop together: one send and some more. Whatever else has come in the meantime then waits for
-    // less than a tenth of a second.
-    static constexpr auto TurnPatience = std::chrono::milliseconds(80);
+    // How long senders wait for frames before their own, all that send until the event loop has
+    // been round once together: one send and some more. Whatever else has come in the meantime then
+    // waits for less than a tenth of a second.
+    static constexpr auto TurnPatience = std::chrono::milliseconds(70);
     // How long the end of a link waits for each frame. Many times what a send takes.
     static constexpr auto SendPatience = std::chrono::milliseconds(500);
 
@@ -75,7 +76,6 @@ signals:
 public slots:
     void OnRecv03(QChar status);    // of ReadReportThread::ReadOver
     void OnWriteOver(QChar status); // of writereportthread::WriteOver
-    void OnWriterFinished();
 
 private:
     bool waitForWriter();
@@ -90,7 +90,8 @@ private:
     Frame SendBuf03{};        // read by the writer, changed while it does not run
     bool underWay = false;    // what became of SendBuf03 has not been told
     std::deque<Frame> outbox; // not handed to the writer yet
-    std::optional<QDeadlineTimer> turn; // until when senders of this turn wait; none has begun to
+    std::optional<QDeadlineTimer> turn; // until when senders wait; nobody has begun to
+    QTimer *turnEnd;                    // child; runs when nothing else is to do
 
     // The threads use the adapter and the buffers, so they stand behind these and go first.
     std::unique_ptr<ReadReportThread> readThread03;
