@@ -28,7 +28,7 @@ public:
     // How long senders wait for frames before their own, all that send until the event loop has
     // been round once together: one send and some more. Whatever else has come in the meantime then
     // waits for less than a tenth of a second.
-    static constexpr auto TurnPatience = std::chrono::milliseconds(70);
+    static constexpr auto TurnPatience = std::chrono::milliseconds(65);
     // How long the end of a link waits for each frame. Many times what a send takes.
     static constexpr auto SendPatience = std::chrono::milliseconds(500);
 
