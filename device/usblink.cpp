@@ -22,6 +22,8 @@ const QString Collection = u"col03"_s;
 constexpr QChar ReadFinished(1);
 constexpr QChar WriteFailed(1);
 constexpr auto EndsWithin = std::chrono::milliseconds(1);
+// Time for what has come during a wait. The loop serves timers before the display.
+constexpr auto TurnRest = std::chrono::milliseconds(10);
 constexpr auto LookPeriod = std::chrono::milliseconds(2);
 
 } // namespace
@@ -100,14 +102,14 @@ bool UsbLink::send(const UCHAR *frame)
     return true;
 }
 
-// True when the writer has ended, as soon as it has; false when this turn has no patience left.
+// True when the writer has ended, as soon as it has; false when there is no patience left.
 bool UsbLink::waitForWriter()
 {
-    if (!turn) {
+    if (!turn)
         turn.emplace(TurnPatience);
-        turnEnd->start(0);
-    }
-    return writeThread03->wait(*turn);
+    const bool ended = writeThread03->wait(*turn);
+    turnEnd->start(TurnRest);
+    return ended;
 }
 
 bool UsbLink::flush()

@@ -25,9 +25,9 @@ class UsbLink : public QObject
 public:
     // How many frames wait behind one that the device takes long to accept.
     static constexpr size_t MaxOutbox = 64;
-    // How long senders wait for frames before their own, all that send until the event loop has
-    // been round once together: one send and some more. Whatever else has come in the meantime then
-    // waits for less than a tenth of a second.
+    // How long senders wait for frames before their own: one send and some more, all together that
+    // send before the event loop has had time for whatever else has come. That waits for less than
+    // a tenth of a second then.
     static constexpr auto TurnPatience = std::chrono::milliseconds(65);
     // How long the end of a link waits for each frame. Many times what a send takes.
     static constexpr auto SendPatience = std::chrono::milliseconds(500);
@@ -91,7 +91,7 @@ private:
     bool underWay = false;    // what became of SendBuf03 has not been told
     std::deque<Frame> outbox; // not handed to the writer yet
     std::optional<QDeadlineTimer> turn; // until when senders wait; nobody has begun to
-    QTimer *turnEnd;                    // child; runs when nothing else is to do
+    QTimer *turnEnd;                    // child
 
     // The threads use the adapter and the buffers, so they stand behind these and go first.
     std::unique_ptr<ReadReportThread> readThread03;
