@@ -21,6 +21,9 @@ namespace {
 const QString Collection = u"col03"_s;
 constexpr QChar ReadFinished(1);
 constexpr QChar WriteFailed(1);
+constexpr auto EndsWithin = std::chrono::milliseconds(1);
+// Time for what has come during a wait. The loop serves timers before the display.
+constexpr auto TurnRest = std::chrono::milliseconds(10);
 constexpr auto LookPeriod = std::chrono::milliseconds(2);
 
 } // namespace
@@ -28,14 +31,17 @@ constexpr auto LookPeriod = std::chrono::milliseconds(2);
 UsbLink::UsbLink(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter, QObject *parent)
     : QObject(parent)
     , HID_Util03(std::move(adapter))
+    , turnEnd(new QTimer(this))
 {
+    turnEnd->setSingleShot(true);
+    connect(turnEnd, &QTimer::timeout, this, [this] { turn.reset(); });
     if (!HID_Util03)
         HID_Util03 = std::make_shared<HID_AdpterPacket::OP_HID_Adapter>();
     readThread03 = std::make_unique<ReadReportThread>(RecvBuf03.data());
     writeThread03 = std::make_unique<writereportthread>(SendBuf03.data());
     connect(readThread03.get(), &ReadReportThread::ReadOver, this, &UsbLink::OnRecv03);
     connect(writeThread03.get(), &writereportthread::WriteOver, this, &UsbLink::OnWriteOver);
-    connect(writeThread03.get(), &QThread::finished, this, &UsbLink::OnWriterFinished);
+    connect(writeThread03.get(), &QThread::finished, this, &UsbLink::lookAtWriter);
 }
 
 UsbLink::~UsbLink()
@@ -87,12 +93,23 @@ bool UsbLink::send(const UCHAR *frame)
         tell(Traffic::Direction::ToFrame, Traffic::Result::Dropped, command::frameAt(frame));
         return false;
     }
-    // The next frame waits for the last one to be out, but not for a device that hangs.
-    const bool hanging = !outbox.empty();
+    // The next frame waits for the last one to be out, but neither for a device that hangs nor for
+    // several frames.
+    const bool othersWait = !outbox.empty();
     outbox.push_back(command::frameAt(frame));
-    if (!hanging && writeThread03->wait(QDeadlineTimer(SendPatience)))
+    if (!othersWait && waitForWriter())
         sendNext();
     return true;
+}
+
+// True when the writer has ended, as soon as it has; false when there is no patience left.
+bool UsbLink::waitForWriter()
+{
+    if (!turn)
+        turn.emplace(TurnPatience);
+    const bool ended = writeThread03->wait(*turn);
+    turnEnd->start(TurnRest);
+    return ended;
 }
 
 bool UsbLink::flush()
@@ -183,20 +200,12 @@ void UsbLink::OnWriteOver(QChar status)
         qCWarning(lcLink, "a frame could not be sent to the touch frame");
 }
 
-void UsbLink::OnWriterFinished()
-{
-    if (!outbox.empty() && writeThread03->wait(QDeadlineTimer(SendPatience)))
-        sendNext();
-    else
-        lookAtWriter();
-}
-
 // A thread says that it has ended just before it has, and may have been started anew meanwhile.
 void UsbLink::lookAtWriter()
 {
     if (!underWay)
         return;
-    if (!writeThread03->wait(QDeadlineTimer(0)))
+    if (!writeThread03->wait(QDeadlineTimer(EndsWithin)))
         QTimer::singleShot(LookPeriod, this, &UsbLink::lookAtWriter);
     else if (outbox.empty())
         tellSent();

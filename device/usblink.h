@@ -3,12 +3,15 @@
 #include "hid_adapter.h"
 #include "traffic.h"
 
+#include <QDeadlineTimer>
 #include <QObject>
 
 #include <chrono>
 #include <deque>
 #include <memory>
+#include <optional>
 
+class QTimer;
 class ReadReportThread;
 class writereportthread;
 
@@ -22,7 +25,11 @@ class UsbLink : public QObject
 public:
     // How many frames wait behind one that the device takes long to accept.
     static constexpr size_t MaxOutbox = 64;
-    // How long a sender waits for the frame before its own. Many times what a send takes.
+    // How long senders wait for frames before their own: one send and some more, all together that
+    // send before the event loop has had time for whatever else has come. That waits for less than
+    // a tenth of a second then.
+    static constexpr auto TurnPatience = std::chrono::milliseconds(65);
+    // How long the end of a link waits for each frame. Many times what a send takes.
     static constexpr auto SendPatience = std::chrono::milliseconds(500);
 
     explicit UsbLink(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter,
@@ -69,9 +76,9 @@ signals:
 public slots:
     void OnRecv03(QChar status);    // of ReadReportThread::ReadOver
     void OnWriteOver(QChar status); // of writereportthread::WriteOver
-    void OnWriterFinished();
 
 private:
+    bool waitForWriter();
     void sendNext();
     void lookAtWriter();
     void tellSent();
@@ -83,6 +90,8 @@ private:
     Frame SendBuf03{};        // read by the writer, changed while it does not run
     bool underWay = false;    // what became of SendBuf03 has not been told
     std::deque<Frame> outbox; // not handed to the writer yet
+    std::optional<QDeadlineTimer> turn; // until when senders wait; nobody has begun to
+    QTimer *turnEnd;                    // child
 
     // The threads use the adapter and the buffers, so they stand behind these and go first.
     std::unique_ptr<ReadReportThread> readThread03;

@@ -22,6 +22,8 @@ test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
 style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)
 fuzz_packages=(clang libclang-rt-dev)
 kernel_packages=(qemu-system-x86 busybox-static systemd udev xz-utils procps)
+# What looks for uses of memory that are wrong; it wants the symbols of the C library.
+memory_packages=(valgrind libc6-dbg)
 # What reports are opened in.
 browser_packages=(chromium)
 # What a Debian of another release is made with.
@@ -82,7 +84,8 @@ needs() {
     local packages=("${build_packages[@]}" "${test_packages[@]}")
     case $1 in
         style*) packages+=("${style_packages[@]}" "${manual_packages[@]}") ;;
-        unit | gui | as-released) packages+=("${desktop_packages[@]}" "${manual_packages[@]}") ;;
+        as-released) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${memory_packages[@]}") ;;
+        unit | gui) packages+=("${desktop_packages[@]}" "${manual_packages[@]}") ;;
         *-asan) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${browser_packages[@]}") ;;
         demo) packages+=("${desktop_packages[@]}") ;;
         screenshots) packages+=("${desktop_packages[@]}") ;;
