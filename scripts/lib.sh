@@ -80,7 +80,7 @@ needs() {
     local packages=("${build_packages[@]}" "${test_packages[@]}")
     case $1 in
         style*) packages+=("${style_packages[@]}" "${manual_packages[@]}") ;;
-        unit | gui | as-released) packages+=("${desktop_packages[@]}" "${manual_packages[@]}") ;;
+        unit | gui | gui-full | as-released) packages+=("${desktop_packages[@]}" "${manual_packages[@]}") ;;
         *-asan) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${browser_packages[@]}") ;;
         demo) packages+=("${desktop_packages[@]}") ;;
         screenshots) packages+=("${desktop_packages[@]}") ;;
