@@ -32,7 +32,7 @@ namespace {
 constexpr int RunsAtOnce = 8;
 constexpr int LastTransfer = 60;
 constexpr int StillMs = 1500;    // that the windows may stand still besides their own pauses
-constexpr int SampleStride = 13; // of cells; it shares no factor with the faults by USB
+constexpr int SampleStride = 14; // of cells; it shares no factor with the faults of a link
 constexpr int MostMs = 120000;   // of a run
 constexpr int PatienceMs = 10000;
 constexpr int OverMs = 600; // after which a fault that begins is over
@@ -484,9 +484,11 @@ private slots:
         QStringList titles;
         for (const QString &line : QString::fromUtf8(page.readAll()).split(u'\n')) {
             if (line.startsWith(u"## "_s))
-                link = line == u"## By USB"_s ? u"usb"_s : u"serial"_s;
+                link = line == u"## By USB"_s             ? u"usb"_s
+                       : line == u"## On a serial line"_s ? u"serial"_s
+                                                          : QString();
             QStringList cells = line.split(u'|');
-            if (cells.size() < 3)
+            if (link.isEmpty() || cells.size() < 3)
                 continue;
             for (QString &cell : cells)
                 cell = cell.trimmed();
