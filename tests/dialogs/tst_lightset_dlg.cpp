@@ -1180,6 +1180,25 @@ private slots:
         QCOMPARE(withoutPanel(lights.grab().toImage()), withoutPanel(some.picture()));
     }
 
+    void pages_of_a_frame_that_was_reset_are_not_shown_before_it_has_this_layout_again()
+    {
+        showWithLights();
+        tick();
+        const QImage none = withoutPanel(screen->grab().toImage());
+        // The first 55 levels, and the last 41.
+        report({0xFC, 0xA5, 0x81, 0x3A, 0x00, 0, 0, 100, 101, 102});
+        QCOMPARE(withoutPanel(screen->grab().toImage()), none);
+        report({0xFC, 0xA5, 0x81, 0x2C, 0x00, 55, 0, 100, 101, 102});
+        QCOMPARE(withoutPanel(screen->grab().toImage()), none);
+        sent();
+        tick();
+        QCOMPARE(sent().first(), ReadAdc);
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xA0, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        report({0xFC, 0xA5, 0x81, 0x39, 0x00, 69, 0, 100, 10});
+        QVERIFY(withoutPanel(screen->grab().toImage()) != none);
+    }
+
     // The end of a link
 
     void what_one_device_said_is_not_shown_for_the_next()
