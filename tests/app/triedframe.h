@@ -4,6 +4,7 @@
 #include "sim/serialsession.h"
 #include "sim/sim_adapter.h"
 
+#include <QPointer>
 #include <QThread>
 
 #include <memory>
@@ -55,19 +56,21 @@ public:
     UsbTriedFrame(const sim::Profile &profile, const sim::FaultPlan &plan)
         : frame(std::make_shared<sim::SimAdapter>(profile, plan))
     {
+        // As the kernel tells of a frame; also of one that is pulled out before a window is told.
+        frame->onPlugChange = [this](bool in) {
+            QMetaObject::invokeMethod(
+                &door,
+                [this, in] {
+                    if (told)
+                        in ? told->OnDeviceAdded() : told->OnDeviceRemoved();
+                },
+                Qt::QueuedConnection);
+        };
     }
     ~UsbTriedFrame() override { frame->onPlugChange = nullptr; }
 
     std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter() override { return frame; }
-    // As the kernel tells of a frame.
-    void attachTo(MainWindow &window) override
-    {
-        frame->onPlugChange = [&window](bool in) {
-            QMetaObject::invokeMethod(
-                &window, [&window, in] { in ? window.OnDeviceAdded() : window.OnDeviceRemoved(); },
-                Qt::QueuedConnection);
-        };
-    }
+    void attachTo(MainWindow &window) override { told = &window; }
     Held held() override
     {
         Held now;
@@ -97,6 +100,8 @@ public:
 
 private:
     std::shared_ptr<sim::SimAdapter> frame;
+    QPointer<MainWindow> told;
+    QObject door;
 };
 
 // Lives in a thread of its own: it goes on while the windows do not.

@@ -195,6 +195,8 @@ public:
         QObject::connect(main->findChild<Link *>(), &Link::ended, main.get(), [this] {
             reported.forget();
             ++ends;
+            // As long as it is away a window is not opened.
+            working = false;
         });
         tried = window.make(*main, *frame, reported);
         main->show();
@@ -209,7 +211,8 @@ public:
             goThrough();
         QJsonObject found{{u"problem"_s, problem}, {u"reached"_s, frame && lastReached >= transfer},
                           {u"lost"_s, lost},       {u"closed"_s, closed},
-                          {u"unknown"_s, unknown}, {u"agains"_s, agains}};
+                          {u"unknown"_s, unknown}, {u"wasAway"_s, wasAway},
+                          {u"agains"_s, agains}};
         working = false;
         tried.reset();
         main.reset();
@@ -281,20 +284,20 @@ private:
         connect();
         const int endsBefore = ends;
         tried->open();
-        opened = working = true;
+        opened = true;
+        working = ends == endsBefore;
         if (!QTest::qWaitFor([&] { return isPast() || ends > endsBefore; }, 2 * PatienceMs))
             fail(u"it never stops asking"_s);
         if (fault.line.isEmpty())
             disturb();
         lost = ends > endsBefore;
         if (lost) {
-            // As long as it is away a window is not opened.
-            working = false;
             lastReached = std::max(lastReached, transfer);
             QTest::qWait(60);
             closed = !tried->isOpen();
             unknown = !closed && tried->isUnknown();
-            if (!closed && !isLinked()) {
+            wasAway = !isLinked(); // still
+            if (!closed && wasAway) {
                 const QString shown = tried->untrue();
                 if (!shown.isEmpty())
                     fail(u"it still shows what the frame has said that is gone: "_s + shown);
@@ -353,6 +356,7 @@ private:
     bool lost = false;
     bool closed = false;
     bool unknown = false;
+    bool wasAway = false;
     int agains = 0;
 };
 
@@ -468,7 +472,7 @@ private:
         const bool unknown = run[u"unknown"_s].toBool();
         if (run[u"lost"_s].toBool() && closed != (word == u"closes"_s))
             return closed ? u"it closes"_s : u"it does not close"_s;
-        if (run[u"lost"_s].toBool() && !closed && unknown != word.startsWith(u"unknown"_s))
+        if (run[u"wasAway"_s].toBool() && !closed && unknown != word.startsWith(u"unknown"_s))
             return unknown ? u"it shows nothing"_s : u"it shows something"_s;
         if (run[u"agains"_s].toInt() > 0 && !word.endsWith(u"again"_s))
             return u"it has to be done again"_s;
