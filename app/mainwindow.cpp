@@ -131,6 +131,12 @@ void MainWindow::UartSetBaud(int code)
     emit Write03(command::BaudCommand{code}.encode().data());
 }
 
+void MainWindow::DoRecv03(UCHAR *RecvBuf)
+{
+    if (link->takeVersion(RecvBuf))
+        versiondlg->refresh();
+}
+
 void MainWindow::GetHIDver()
 {
     if (link->readVersion())
@@ -226,7 +232,7 @@ void MainWindow::addDialogs()
     connect(calibrationdlg.get(), &Calibration_Dlg::endedByItself, this,
             [this](const QString &why) { statusLine.setCalibrationNote(why); });
     versiondlg = new Version_Dlg(this);
-    connect(link, &Link::ended, versiondlg, &Version_Dlg::OnLinkEnded);
+    connect(link, &Link::ended, versiondlg, &Version_Dlg::refresh);
     wire(rotationdlg = new Rotation_dlg(this));
 }
 
@@ -250,6 +256,9 @@ void MainWindow::on_conbtn_clicked()
 
 void MainWindow::on_pushButton_clicked()
 {
+    // The question that went out with the connection, or its answer, may have been lost.
+    if (link->lacksVersion())
+        GetHIDver();
     present(versiondlg);
 }
 

@@ -84,7 +84,7 @@ public slots:
     void OnRecv03(QChar status) { link->usb().OnRecv03(status); }
     void OnWriteOver(QChar status) { link->usb().OnWriteOver(status); }
     void OnRecvUart() { link->receiveSerial(); }
-    void DoRecv03(UCHAR *RecvBuf) { link->takeVersion(RecvBuf); }
+    void DoRecv03(UCHAR *RecvBuf);
     void ontimer() { link->lookForDevice(); }
     void iconActivated(QSystemTrayIcon::ActivationReason reason);
     void OnDeviceAdded() { link->deviceAdded(); }

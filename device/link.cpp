@@ -174,18 +174,26 @@ bool Link::readVersion()
     return false;
 }
 
-void Link::takeVersion(const UCHAR *report)
+bool Link::lacksVersion() const
+{
+    return connect_sta == UsbConnected && isCurrentGeneration(hidver.VersionNumber) &&
+           (hidver.SVNNUM | hidver.CHECKSUM | hidver.P_FID | hidver.P_DATE | hidver.P_NUM) == 0;
+}
+
+bool Link::takeVersion(const UCHAR *report)
 {
     if (connect_sta != UsbConnected || fromSerial)
-        return;
+        return false;
     const auto record = command::FirmwareRecord::decode(command::frameAt(report));
     if (!record)
-        return;
+        return false;
+    const HID_VER before = hidver;
     hidver.SVNNUM = record->revision;
     hidver.CHECKSUM = record->checksum;
     hidver.P_FID = record->family;
     hidver.P_DATE = record->date;
     hidver.P_NUM = record->number;
+    return hidver != before;
 }
 
 void Link::deviceAdded()

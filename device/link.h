@@ -77,8 +77,11 @@ public:
     // Fills the USB fields of hidver from the frame that is linked; true when it is one that
     // answers the firmware query. The fields of that answer are cleared if not.
     bool readVersion();
-    // Takes the firmware fields of hidver from a report, if it is such an answer by USB.
-    void takeVersion(const UCHAR *report);
+    // Whether the frame that is linked by USB has not told yet what readVersion() asks for.
+    bool lacksVersion() const;
+    // Takes the firmware fields of hidver from a report, if it is such an answer by USB; true when
+    // that changed them.
+    bool takeVersion(const UCHAR *report);
 
     // Serial line
 

@@ -25,6 +25,8 @@ struct _HID_VER
     quint32 P_FID = 0;         // product family
     quint32 P_DATE = 0;        // 16 bits
     quint32 P_NUM = 0;         // 20 bits
+
+    bool operator==(const _HID_VER &) const = default;
 };
 using HID_VER = _HID_VER;
 

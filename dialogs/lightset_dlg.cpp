@@ -166,6 +166,9 @@ void LightSet_dlg::OnLinkEnded()
     news.forget();
     watch.forget();
     plot.forget();
+    // The next one starts with the other layout of pages, and has settings of its own.
+    believing = false;
+    layoutDue = {};
     written.reset();
     isOther = false;
     refusal.clear();
@@ -174,7 +177,7 @@ void LightSet_dlg::OnLinkEnded()
     for (QLineEdit *field : {ui->MinADC, ui->MaxADC, ui->MinEdgeADC, ui->MaxEdgeADC,
                              ui->ADCThreshold, ui->EdgeADCThreshold, ui->LightDir, ui->LightNum,
                              ui->LightADC, ui->LightORG, ui->LightAGC, ui->LightAGCSet})
-        field->clear();
+        field->setText({}); // clear() would count as typed
     ui->LightChooseBtn_2->setText(tr("Disable"));
     updateLight();
     updateNotice();

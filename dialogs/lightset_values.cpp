@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QTimer>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -88,6 +89,13 @@ void LightSet_dlg::takeLight(command::LightReport report)
 void LightSet_dlg::takePage(const command::ScanPage &page)
 {
     const PlotAxis axis = page.axis == scan::AxisX ? PlotAxis::X : PlotAxis::Y;
+    // A frame that was reset meanwhile has gone back to one byte a light.
+    const int lights = plot.lights(axis) - page.first;
+    if (lights > 0 && page.size == std::min(lights, scan::LevelsPerPage)) {
+        believing = false;
+        layoutDue = {};
+        return;
+    }
     if (axis == PlotAxis::Y)
         plot.storeY(page);
     else if (plot.storeX(page))

@@ -76,7 +76,7 @@ void Version_Dlg::setUI()
     ui->label_2->setText(tr("Service version: %1").arg(QLatin1StringView(QUORVEL_VERSION)));
 }
 
-void Version_Dlg::OnLinkEnded()
+void Version_Dlg::refresh()
 {
     if (isVisible())
         showRecord();

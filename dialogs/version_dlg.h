@@ -21,8 +21,8 @@ protected:
     void run() override {}
 };
 
-// Shows the versions of this tool and of the connected touch frame (hidver), anew at each showing,
-// for being copied into a letter.
+// Shows the versions of this tool and of the connected touch frame (hidver), anew at each showing
+// and when they change, for being copied into a letter.
 //
 // Its hidden button prepares a firmware update: it copies the files of the working directory to a
 // directory "backup" there and closes the parent window.
@@ -36,7 +36,7 @@ public:
     void setStringFont();
     void setUI();
     // A record that has changed shows at once.
-    void OnLinkEnded();
+    void refresh();
 
 public slots:
     void on_pushButton_upgrade_clicked();

@@ -85,7 +85,7 @@ needs() {
     case $1 in
         style*) packages+=("${style_packages[@]}" "${manual_packages[@]}") ;;
         as-released) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${memory_packages[@]}") ;;
-        unit | gui) packages+=("${desktop_packages[@]}" "${manual_packages[@]}") ;;
+        unit | gui | gui-full) packages+=("${desktop_packages[@]}" "${manual_packages[@]}") ;;
         *-asan) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${browser_packages[@]}") ;;
         demo) packages+=("${desktop_packages[@]}") ;;
         screenshots) packages+=("${desktop_packages[@]}") ;;

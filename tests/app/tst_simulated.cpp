@@ -7,6 +7,7 @@
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/useradv_dlg.h"
+#include "dialogs/version_dlg.h"
 #include "resources/resources.h"
 #include "sim/sim_adapter.h"
 
@@ -238,6 +239,20 @@ private slots:
         QCOMPARE(hidver.CHECKSUM, 0x89ABCDEFu);
         QCOMPARE(hidver.P_DATE, 0x1605u);
         QCOMPARE(hidver.P_NUM, 0x54321u);
+    }
+
+    void a_version_that_comes_while_it_is_shown_shows_and_a_lost_one_is_asked_for_again()
+    {
+        // What is asked for at the connection is lost.
+        start({}, u"at 1 silent 12"_s);
+        auto *versions = window->findChild<Version_Dlg *>();
+        const auto *shown = versions->findChild<QLabel *>(u"label_5"_s);
+        QTRY_VERIFY(frame->transfers() > 12);
+        QTest::qWait(200);
+        QCOMPARE(hidver.CHECKSUM, 0u);
+        QTest::mouseClick(window->findChild<QPushButton *>(u"pushButton"_s), Qt::LeftButton);
+        QCOMPARE(shown->text(), u"SID: 00000000 - 000000"_s);
+        QTRY_COMPARE(shown->text(), u"SID: 5A17C0DE - 003812"_s);
     }
 
     void gestures_are_there_again_after_a_restart_a_replug_and_an_edited_file()

@@ -1180,6 +1180,25 @@ private slots:
         QCOMPARE(withoutPanel(lights.grab().toImage()), withoutPanel(some.picture()));
     }
 
+    void pages_of_a_frame_that_was_reset_are_not_shown_before_it_has_this_layout_again()
+    {
+        showWithLights();
+        tick();
+        const QImage none = withoutPanel(screen->grab().toImage());
+        // The first 55 levels, and the last 41.
+        report({0xFC, 0xA5, 0x81, 0x3A, 0x00, 0, 0, 100, 101, 102});
+        QCOMPARE(withoutPanel(screen->grab().toImage()), none);
+        report({0xFC, 0xA5, 0x81, 0x2C, 0x00, 55, 0, 100, 101, 102});
+        QCOMPARE(withoutPanel(screen->grab().toImage()), none);
+        sent();
+        tick();
+        QCOMPARE(sent().first(), ReadAdc);
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xA0, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        report({0xFC, 0xA5, 0x81, 0x39, 0x00, 69, 0, 100, 10});
+        QVERIFY(withoutPanel(screen->grab().toImage()) != none);
+    }
+
     // The end of a link
 
     void what_one_device_said_is_not_shown_for_the_next()
@@ -1200,18 +1219,26 @@ private slots:
         for (const char *name : {"LightChooseBtn_2", "LightAddBtn", "LightDecBtn"})
             QVERIFY2(!button(name)->isEnabled(), name);
         QCOMPARE(button("LightChooseBtn_2")->text(), u"Disable"_s);
-        // The counts are unknown: no light is read.
+        // The settings are asked for anew. The counts are unknown: no light is read.
         type("LightDir", "X");
         type("LightNum", "7");
         sent();
         tick(3);
-        QCOMPARE(sent(), QByteArrayList({ScanY, ScanX}));
+        QCOMPARE(sent(), QByteArrayList({ReadAdc, ScanY, ScanX}));
         // And no level of the other device is left.
         child("LightDir")->clear();
         child("LightNum")->clear();
         report({0xFC, 0xA5, 0x80, 0x00, 0x00, 96, 0, 54, 0});
         tick();
         QCOMPARE(withoutPanel(screen->grab().toImage()), none);
+        // Before it has answered, its pages have the layout that a device begins with.
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 100, 10});
+        QCOMPARE(withoutPanel(screen->grab().toImage()), none);
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xA0, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        QCOMPARE(text("MinADC"), u"3744"_s);
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 100, 11});
+        QVERIFY(withoutPanel(screen->grab().toImage()) != none);
     }
 
     void what_the_next_device_says_is_news_even_if_the_last_one_said_the_same()
