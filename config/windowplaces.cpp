@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype LargestFile = 4096;
+constexpr qsizetype MostBytes = 4096;
 constexpr int Farthest = 32767; // what display servers count to
 
 bool isPlace(QPoint corner)
@@ -34,7 +34,7 @@ QByteArrayList readLines()
     struct stat status = {};
     if (!file.isValid() || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
         return {};
-    QByteArray text(LargestFile, '\0');
+    QByteArray text(MostBytes, '\0');
     text.resize(std::max<ssize_t>(0, ::read(file.get(), text.data(), size_t(text.size()))));
     return text.split('\n');
 }
