@@ -39,7 +39,7 @@ constexpr int FirstRounds = 10;
 constexpr qint64 MemorySlackKiB = 1024;
 // Within it, what a user has begun is on its way; and then all of it is on the screen.
 constexpr int LatestMomentMs = 1500;
-constexpr int SettledMs = 4000;
+constexpr int SettledMs = 10'000;
 
 constexpr uid_t SomeUser = 12345;
 // For one function.

@@ -6,10 +6,10 @@
 #include <pthread.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <ctime>
 
 namespace {
 
