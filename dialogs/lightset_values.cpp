@@ -91,7 +91,8 @@ void LightSet_dlg::takePage(const command::ScanPage &page)
     const PlotAxis axis = page.axis == scan::AxisX ? PlotAxis::X : PlotAxis::Y;
     // A frame that was reset meanwhile has gone back to one byte a light.
     const int lights = plot.lights(axis) - page.first;
-    if (lights > 0 && page.size == std::min(lights, scan::LevelsPerPage)) {
+    if (lights > 0 && page.size == std::min(lights, scan::LevelsPerPage) &&
+        page.size != 2 * std::min(lights, scan::PairsPerPage)) {
         believing = false;
         layoutDue = {};
         return;

@@ -45,6 +45,7 @@ struct Window
     int pauseMs;          // of its own
     int patienceMs;       // of the user, before he does it again
     int transfersOnALine; // that come of working in it for a while
+    bool isQuiet = false; // somebody else asks, on a line
 };
 
 template <typename Tried>
@@ -54,11 +55,11 @@ std::unique_ptr<TriedWindow> make(MainWindow &main, TriedFrame &frame, Reported 
 }
 
 const QList<Window> Windows{
-    {u"The others"_s, make<BystandersTried>, 0, 3000, 1},
+    {u"The others"_s, make<BystandersTried>, 0, 3000, 12, true},
     {u"Calibration"_s, make<CalibrationTried>, 0, 5000, 60},
     {u"Gestures"_s, make<GesturesTried>, 0, 2000, 12},
     {u"Rotation"_s, make<RotationTried>, 1000, 2000, 24},
-    {u"Versions"_s, make<VersionsTried>, 0, 2000, 1},
+    {u"Versions"_s, make<VersionsTried>, 0, 2000, 12, true},
     {u"Signal test"_s, make<SignalTestTried>, 0, 8000, 60},
     {u"Light screen"_s, make<LightScreenTried>, 0, 8000, 60},
     {u"Light check"_s, make<LightCheckTried>, 0, 25000, 60},
@@ -235,6 +236,10 @@ private:
         if (const QString shown = tried->isOpen() ? tried->untrue() : QString();
             !shown.isEmpty() && problem.isEmpty())
             problem = u"it shows what no frame has said: "_s + shown;
+        if (window.isQuiet && isLinked() && !frame->port().isEmpty() && ++beats % 8 == 0) {
+            Frame query = command::request(command::Rotation, command::rotation::Query);
+            main->OnWrite03(query.data());
+        }
         if (isLinked() && (tried->isOpen() || opened))
             tried->goOn();
     }
@@ -349,6 +354,7 @@ private:
     std::unique_ptr<TriedWindow> tried;
     bool opened = false;
     bool working = false;
+    int beats = 0;
     int ends = 0; // of links
     int lastReached = 0;
     QElapsedTimer sinceTransfer;

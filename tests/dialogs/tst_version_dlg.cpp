@@ -320,7 +320,7 @@ private slots:
         line->setSelection(0, int(line->text().size()));
         QCOMPARE(line->selectedText(), u"SID: 5C19E0A7 - 000000"_s);
         hidver = {};
-        dialog.OnLinkEnded();
+        dialog.refresh();
         QCOMPARE(line->selectedText(), QString());
     }
 
@@ -330,7 +330,7 @@ private slots:
         hidver = {0x5156, 0x1, 0x3010, 0x3812, 0x5C19E0A7, 1, 0x7E6, 0xABC};
         dialog.show();
         hidver = {};
-        dialog.OnLinkEnded();
+        dialog.refresh();
         QCOMPARE(lines(dialog),
                  QStringList({u"Device version: 0.0.0.0"_s, u"Hardware: 0000 - 0000"_s,
                               u"SID: 00000000 - 000000"_s, u"PID: UNDEF - 000000000"_s}));
@@ -339,7 +339,7 @@ private slots:
     void the_end_of_a_link_leaves_a_hidden_window_as_it_is()
     {
         Version_Dlg dialog;
-        dialog.OnLinkEnded();
+        dialog.refresh();
         QCOMPARE(lines(dialog).first(), u"Device version:"_s);
         dialog.setUI();
         QCOMPARE(lines(dialog).first(), u"Device version:"_s);
