@@ -31,10 +31,6 @@
 #include <memory>
 #include <thread>
 
-#ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
-#endif
-
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -104,12 +100,8 @@ int entriesOf(const char *folder)
 
 qint64 heapInUse()
 {
-#ifdef __SANITIZE_ADDRESS__
-    return qint64(__sanitizer_get_current_allocated_bytes());
-#else
     const struct mallinfo2 heap = mallinfo2();
     return qint64(heap.uordblks + heap.hblkhd);
-#endif
 }
 
 qint64 residentMemory()
