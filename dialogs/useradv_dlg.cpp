@@ -43,9 +43,11 @@ useradv_dlg::useradv_dlg(QWidget *parent)
                                                       {ui->dbspeed, ui->dbspeedNumber},
                                                       {ui->dbran, ui->dbranNumber},
                                                       {ui->WheelSen, ui->WheelSenNumber}};
-    for (const auto &[slider, number] : numbers) {
+    for (const std::pair<QSlider *, QLabel *> &pair : numbers) {
+        QSlider *slider = pair.first;
+        QLabel *number = pair.second;
         const QString shown = slider == ui->rbspeed ? tr("%1 ms", "duration") : u"%1"_s;
-        const auto tell = [slider = slider, number = number, shown] {
+        const auto tell = [slider, number, shown] {
             slider->setToolTip(shown.arg(slider->value()));
             number->setNum(slider->value());
         };

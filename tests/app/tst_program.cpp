@@ -207,35 +207,20 @@ private slots:
         QVERIFY(shown());
     }
 
-    void a_start_shows_the_window_where_the_one_before_was_left_data()
-    {
-        QTest::addColumn<bool>("inTray");
-        QTest::newRow("shown") << false;
-        QTest::newRow("in the tray") << true;
-    }
-
     void a_start_shows_the_window_where_the_one_before_was_left()
     {
         constexpr int SettleMs = 500; // until the window manager has placed it
-        QFETCH(bool, inTray);
         QVERIFY(QDir::home().mkpath(u".config"_s));
         QProcess *first = start({});
         QTRY_VERIFY(shown());
         QTest::qWait(SettleMs);
         const QByteArray usual = placeOfWindow();
-        xdotoolSays({u"windowmove"_s, inTray ? u"203"_s : u"101"_s, u"302"_s});
+        xdotoolSays({u"windowmove"_s, u"101"_s, u"302"_s});
         QTRY_VERIFY(placeOfWindow() != usual);
         QTest::qWait(SettleMs);
         const QByteArray left = placeOfWindow();
-        if (inTray) {
-            xdotoolSays({u"windowactivate"_s, u"--sync"_s, u"key"_s, u"alt+F4"_s});
-            QTRY_VERIFY(!shown());
-            first->kill();
-            QVERIFY(first->waitForFinished());
-        } else {
-            QCOMPARE(run({u"-close"_s}).code, 0);
-            QVERIFY(endsWith(first, 0));
-        }
+        QCOMPARE(run({u"-close"_s}).code, 0);
+        QVERIFY(endsWith(first, 0));
         start({});
         QTRY_VERIFY(shown());
         QTest::qWait(SettleMs);
