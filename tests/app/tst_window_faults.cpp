@@ -23,6 +23,7 @@
 #include <atomic>
 #include <cstdio>
 #include <thread>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -157,9 +158,9 @@ private:
 class Run
 {
 public:
-    Run(const QString &link, const Window &theWindow, const Fault &theFault, int theTransfer)
-        : window(theWindow)
-        , fault(theFault)
+    Run(const QString &link, Window theWindow, Fault theFault, int theTransfer)
+        : window(std::move(theWindow))
+        , fault(std::move(theFault))
         , transfer(theTransfer)
     {
         QDir(home.path()).mkdir(u".config"_s);
