@@ -1,8 +1,7 @@
 #include "tray.h"
 
-#include "picture.h"
-
 #include <QAction>
+#include <QGuiApplication>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -12,7 +11,7 @@
 using namespace Qt::StringLiterals;
 
 Tray::Tray(const QList<QAction *> &entries)
-    : iTrayIcon(picture(u"MalvoTouch Tool Menu"_s))
+    : iTrayIcon(QGuiApplication::windowIcon())
 {
     ShowAction = iTraymenu.addAction(tr("Show"));
     iTraymenu.addSeparator();

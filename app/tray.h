@@ -12,7 +12,7 @@ class Tray : public QObject
 {
     Q_OBJECT
 public:
-    // These entries stand in the menu too.
+    // These entries stand in the menu too. The icon is the program's.
     explicit Tray(const QList<QAction *> &entries);
 
     void hide() { iTrayIcon.hide(); }

@@ -3,6 +3,7 @@
 #include "device/records.h"
 #include "dialogs/lightcheck_dlg.h"
 #include "figure.h"
+#include "largestframe.h"
 #include "resources/resources.h"
 #include "sim/sim_adapter.h"
 
@@ -52,16 +53,6 @@ void wait(std::chrono::milliseconds time)
     QEventLoop loop;
     QTimer::singleShot(time, &loop, &QEventLoop::quit);
     loop.exec();
-}
-
-sim::Profile largestFrame()
-{
-    sim::Profile profile;
-    profile.lightsX = command::MaxLightsX;
-    profile.lightsY = command::MaxLightsY;
-    profile.oddLights = {{.axis = command::settings::AxisX, .number = 17, .level = 60},
-                         {.axis = command::settings::AxisY, .number = 30, .level = 0}};
-    return profile;
 }
 
 // When pages of scans come, each counted once.

@@ -9,6 +9,7 @@
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/test_win.h"
 #include "figure.h"
+#include "largestframe.h"
 #include "resources/resources.h"
 #include "sim/sim_adapter.h"
 
@@ -226,16 +227,6 @@ bool tell(const std::string &what, const Probe::Waits &waits, double bar = Bar)
     }
     print({"  a thread that only sleeps, late by, ms", 0, Figure::HeldBy::Median, waits.machine});
     return holds;
-}
-
-sim::Profile largestFrame()
-{
-    sim::Profile profile;
-    profile.lightsX = command::MaxLightsX;
-    profile.lightsY = command::MaxLightsY;
-    profile.oddLights = {{.axis = command::settings::AxisX, .number = 17, .level = 60},
-                         {.axis = command::settings::AxisY, .number = 30, .level = 0}};
-    return profile;
 }
 
 // The tool with every window open that can be beside others, on the left monitor; the light and

@@ -34,7 +34,6 @@ UsbLink::UsbLink(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter, QObject
     , turnEnd(new QTimer(this))
 {
     turnEnd->setSingleShot(true);
-    connect(turnEnd, &QTimer::timeout, this, [this] { turn.reset(); });
     if (!HID_Util03)
         HID_Util03 = std::make_shared<HID_AdpterPacket::OP_HID_Adapter>();
     readThread03 = std::make_unique<ReadReportThread>(RecvBuf03.data());
@@ -105,9 +104,9 @@ bool UsbLink::send(const UCHAR *frame)
 // True when the writer has ended, as soon as it has; false when there is no patience left.
 bool UsbLink::waitForWriter()
 {
-    if (!turn)
-        turn.emplace(TurnPatience);
-    const bool ended = writeThread03->wait(*turn);
+    if (!turnEnd->isActive())
+        turn.setRemainingTime(TurnPatience);
+    const bool ended = writeThread03->wait(turn);
     turnEnd->start(TurnRest);
     return ended;
 }

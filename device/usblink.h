@@ -9,7 +9,6 @@
 #include <chrono>
 #include <deque>
 #include <memory>
-#include <optional>
 
 class QTimer;
 class ReadReportThread;
@@ -90,8 +89,8 @@ private:
     Frame SendBuf03{};        // read by the writer, changed while it does not run
     bool underWay = false;    // what became of SendBuf03 has not been told
     std::deque<Frame> outbox; // not handed to the writer yet
-    std::optional<QDeadlineTimer> turn; // until when senders wait; nobody has begun to
-    QTimer *turnEnd;                    // child
+    QDeadlineTimer turn;      // until when senders wait while turnEnd runs
+    QTimer *turnEnd;          // child
 
     // The threads use the adapter and the buffers, so they stand behind these and go first.
     std::unique_ptr<ReadReportThread> readThread03;

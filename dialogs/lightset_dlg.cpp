@@ -167,8 +167,7 @@ void LightSet_dlg::OnLinkEnded()
     watch.forget();
     plot.forget();
     // The next one starts with the other layout of pages, and has settings of its own.
-    believing = false;
-    layoutDue = {};
+    doubtLayout();
     written.reset();
     isOther = false;
     refusal.clear();

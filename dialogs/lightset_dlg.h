@@ -81,6 +81,7 @@ private:
     void takeSettings(const command::AdcReport &report);
     void takeLight(command::LightReport report);
     void takePage(const command::ScanPage &page);
+    void doubtLayout(); // and ask for it with the next tick
     int pages(UCHAR axis) const;
     // What the fields say; nothing, with the field shown, if they make no sense.
     std::optional<command::AdcLines> typedLines();

@@ -86,6 +86,12 @@ void LightSet_dlg::takeLight(command::LightReport report)
     updateLight();
 }
 
+void LightSet_dlg::doubtLayout()
+{
+    believing = false;
+    layoutDue = {};
+}
+
 void LightSet_dlg::takePage(const command::ScanPage &page)
 {
     const PlotAxis axis = page.axis == scan::AxisX ? PlotAxis::X : PlotAxis::Y;
@@ -93,8 +99,7 @@ void LightSet_dlg::takePage(const command::ScanPage &page)
     const int lights = plot.lights(axis) - page.first;
     if (lights > 0 && page.size == std::min(lights, scan::LevelsPerPage) &&
         page.size != 2 * std::min(lights, scan::PairsPerPage)) {
-        believing = false;
-        layoutDue = {};
+        doubtLayout();
         return;
     }
     if (axis == PlotAxis::Y)

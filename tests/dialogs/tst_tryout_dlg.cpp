@@ -102,11 +102,10 @@ private slots:
 
     void what_a_mouse_holds_is_told_when_it_lets_go()
     {
-        mouse({100, 40}, u"mousedown 1 sleep 0.9 mousemove_relative 2 0 mouseup 1"_s);
+        mouse({100, 40}, u"mousedown 1 sleep 1.2 mousemove_relative 2 0 mouseup 1"_s);
         const QString words = u"Pressed for # ms, moved # px: no right click"_s;
         QTRY_COMPARE(numbers(words).size(), 2);
-        // A busy display hears of a press later than of the release.
-        QVERIFY(numbers(words)[0] >= 600);
+        QVERIFY(numbers(words)[0] >= 900);
         QCOMPARE(numbers(words)[1], 2);
     }
 
@@ -114,8 +113,8 @@ private slots:
     void a_right_click_that_comes_of_holding_is_told_with_its_time_data()
     {
         QTest::addColumn<QString>("does");
-        QTest::newRow("held on") << u"mousedown 1 sleep 0.3 click 3 mouseup 1"_s;
-        QTest::newRow("let go") << u"mousedown 1 sleep 0.3 mouseup 1 click 3"_s;
+        QTest::newRow("held on") << u"mousedown 1 sleep 0.5 click 3 mouseup 1"_s;
+        QTest::newRow("let go") << u"mousedown 1 sleep 0.5 mouseup 1 click 3"_s;
     }
     void a_right_click_that_comes_of_holding_is_told_with_its_time()
     {
@@ -123,7 +122,7 @@ private slots:
         mouse({100, 40}, does);
         const QString words = u"Right click after # ms, moved # px"_s;
         QTRY_COMPARE(numbers(words).size(), 2);
-        QVERIFY(numbers(words)[0] >= 200);
+        QVERIFY(numbers(words)[0] >= 300);
         QCOMPARE(log(), QStringList());
     }
 

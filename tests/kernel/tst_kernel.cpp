@@ -2,6 +2,7 @@
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/version_dlg.h"
 #include "tests/support/outside.h"
+#include "udev.h"
 
 #include <QApplication>
 #include <QDir>
@@ -42,8 +43,6 @@ constexpr int LatestMomentMs = 1500;
 constexpr int SettledMs = 10'000;
 
 constexpr uid_t SomeUser = 12345;
-// For one function.
-const QString InstalledRule = u"/etc/udev/rules.d/70-quorvel.rules"_s;
 
 int entriesOf(const QString &folder)
 {
@@ -106,7 +105,6 @@ private:
 
     static void withAndWithoutUdev();
     // These return what went wrong, or nothing.
-    QString startUdev();
     QString startTool(std::optional<gid_t> group = {});
     QString plugIn();
     QString touchTargets(int count);
@@ -125,7 +123,7 @@ private:
     void keepPicture(const QString &name);
 
     std::optional<QTemporaryDir> userHome;
-    std::unique_ptr<QProcess> udev;
+    std::optional<Udev> udev; // of one test
     std::unique_ptr<VirtualFrame> frame;
     std::unique_ptr<Program> tool;
     Window window;   // the tool's
@@ -142,6 +140,7 @@ void TestKernel::initTestCase()
 
 void TestKernel::init()
 {
+    udev.emplace();
     frame = std::make_unique<VirtualFrame>();
     QVERIFY2(frame->begin({u"usb"_s, u"--unplugged"_s}), "quorvel-sim did not start");
 }
@@ -176,13 +175,9 @@ void TestKernel::cleanup()
         QVERIFY(frame->endsWell());
     }
     frame.reset();
-    if (udev) {
-        udev->terminate();
-        QVERIFY(udev->waitForFinished());
-        udev.reset();
-    }
+    QVERIFY(udev->end());
+    udev.reset();
     userHome.reset();
-    QFile::remove(InstalledRule);
 }
 
 void TestKernel::withAndWithoutUdev()
@@ -190,22 +185,6 @@ void TestKernel::withAndWithoutUdev()
     QTest::addColumn<bool>("withUdev");
     QTest::newRow("with udevd") << true;
     QTest::newRow("without udevd") << false;
-}
-
-QString TestKernel::startUdev()
-{
-    udev = std::make_unique<QProcess>();
-    const QString usual = u"/usr/lib/systemd/systemd-udevd"_s;
-    udev->start(QFile::exists(usual) ? usual : u"/lib/systemd/systemd-udevd"_s);
-    if (!udev->waitForStarted())
-        return u"systemd-udevd did not start"_s;
-    const auto answers = [] {
-        QProcess ping;
-        ping.start(u"udevadm"_s, {u"control"_s, u"--ping"_s});
-        return ping.waitForFinished() && ping.exitStatus() == QProcess::NormalExit &&
-               ping.exitCode() == 0;
-    };
-    return inTime(answers) ? QString() : u"systemd-udevd does not answer"_s;
 }
 
 // group: run by somebody without rights, in this group besides; otherwise by root.
@@ -300,7 +279,7 @@ void TestKernel::plugging_in_connects_and_unplugging_disconnects()
 {
     QFETCH(bool, withUdev);
     if (withUdev)
-        QCOMPARE(startUdev(), QString());
+        QVERIFY2(udev->start(), "systemd-udevd does not answer");
     QCOMPARE(startTool(), QString());
     keepPicture(u"unlinked"_s);
 
@@ -378,6 +357,7 @@ void TestKernel::a_calibration_that_was_recorded_goes_as_it_went()
 {
     frame->write("quit");
     QVERIFY(frame->endsWell());
+    udev.emplace();
     frame = std::make_unique<VirtualFrame>();
     QVERIFY(frame->begin(
         {u"replay"_s, QStringLiteral(RECORDINGS "/calibration.pcap"), u"usb"_s, u"--unplugged"_s}));
@@ -398,7 +378,7 @@ void TestKernel::an_unplug_ends_the_calibration_at_once()
     constexpr int AtOnceMs = 2000;
     QFETCH(bool, withUdev);
     if (withUdev)
-        QCOMPARE(startUdev(), QString());
+        QVERIFY2(udev->start(), "systemd-udevd does not answer");
     QCOMPARE(startTool(), QString());
     QCOMPARE(plugIn(), QString());
     const QImage linked = status();
@@ -677,7 +657,7 @@ void TestKernel::rounds_at_random_moments_leave_nothing_behind()
         return std::uniform_int_distribution(0, most)(generator);
     };
     QVERIFY(QDir::home().mkpath(u".config"_s));
-    QCOMPARE(startUdev(), QString());
+    QVERIFY2(udev->start(), "systemd-udevd does not answer");
     QCOMPARE(startTool(), QString());
     Holdings first;
     for (int i = 0; i < rounds; ++i) {
@@ -714,7 +694,7 @@ void TestKernel::a_user_without_rights_is_told_what_to_do()
 {
     constexpr gid_t NoGroup = 65534;
     constexpr int PermissionBits = 0777;
-    QCOMPARE(startUdev(), QString());
+    QVERIFY2(udev->start(), "systemd-udevd does not answer");
     QCOMPARE(startTool(NoGroup), QString());
     QVERIFY(frame->does("plug"));
     QVERIFY(inTime([] { return QFile::exists(u"/dev/usb/hiddev0"_s); }));
@@ -738,9 +718,8 @@ void TestKernel::the_rule_lets_members_of_plugdev_in()
     const group *plugdev = getgrnam("plugdev");
     QVERIFY2(plugdev, "this system has no group plugdev");
     const gid_t members = plugdev->gr_gid;
-    QVERIFY(QDir().mkpath(QFileInfo(InstalledRule).path()));
-    QVERIFY(QFile::copy(QStringLiteral(QUORVEL_RULES), InstalledRule));
-    QCOMPARE(startUdev(), QString());
+    QVERIFY(Udev::installRule());
+    QVERIFY2(udev->start(), "systemd-udevd does not answer");
     QCOMPARE(startTool(members), QString());
 
     QCOMPARE(plugIn(), QString());
@@ -757,9 +736,8 @@ void TestKernel::of_two_programs_one_has_the_frame_and_the_other_takes_it_when_t
     const group *plugdev = getgrnam("plugdev");
     QVERIFY2(plugdev, "this system has no group plugdev");
     const gid_t members = plugdev->gr_gid;
-    QVERIFY(QDir().mkpath(QFileInfo(InstalledRule).path()));
-    QVERIFY(QFile::copy(QStringLiteral(QUORVEL_RULES), InstalledRule));
-    QCOMPARE(startUdev(), QString());
+    QVERIFY(Udev::installRule());
+    QVERIFY2(udev->start(), "systemd-udevd does not answer");
     QCOMPARE(startTool(members), QString());
     QCOMPARE(plugIn(), QString());
 
@@ -812,7 +790,7 @@ void TestKernel::the_doctor_finds_what_keeps_a_frame_from_working()
     constexpr int NoPermission = 4;
     constexpr int InUse = 5;
     QVERIFY(QDir().mkpath(QDir::homePath() + u"/.config"_s));
-    QCOMPARE(startUdev(), QString());
+    QVERIFY2(udev->start(), "systemd-udevd does not answer");
     QByteArray said;
     const auto says = [&said](const QByteArray &words) {
         return said.simplified().contains(words);

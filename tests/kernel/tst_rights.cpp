@@ -1,4 +1,5 @@
 #include "tests/support/outside.h"
+#include "udev.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,6 +9,7 @@
 #include <QTest>
 
 #include <memory>
+#include <optional>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -18,7 +20,6 @@ using namespace outside;
 
 namespace {
 
-const QString RuleFile = u"/etc/udev/rules.d/70-quorvel.rules"_s;
 const QString Seats = u"/run/systemd/seats"_s;
 const QString Node = u"/dev/usb/hiddev0"_s;
 // Where every user may go, wherever the checkout lies.
@@ -138,14 +139,12 @@ private slots:
     void anybody_else_is_told_everywhere_what_to_do();
 
 private:
-    bool startUdev();
-    static bool installRule() { return QFile::copy(QStringLiteral(QUORVEL_RULES), RuleFile); }
     // The seat has that user in front of it, as the login manager notes it.
     static bool seat(const QString &user);
     bool plugIn();
     static void uses(const QString &user);
 
-    std::unique_ptr<QProcess> udev;
+    std::optional<Udev> udev; // of one test
     std::unique_ptr<VirtualFrame> frame;
 };
 
@@ -162,11 +161,11 @@ void TestRights::initTestCase()
          {QStringLiteral(QUORVEL_PROGRAM), QStringLiteral(QUORVEL_CTL_PROGRAM),
           QStringLiteral(SURFACES), QStringLiteral(READER)})
         QVERIFY2(copyTo(Programs, file), qPrintable(file));
-    QVERIFY(QDir().mkpath(QFileInfo(RuleFile).path()));
 }
 
 void TestRights::init()
 {
+    udev.emplace();
     frame = std::make_unique<VirtualFrame>();
     QVERIFY2(frame->begin({u"usb"_s, u"--unplugged"_s}), "quorvel-sim did not start");
 }
@@ -178,23 +177,9 @@ void TestRights::cleanup()
         QVERIFY(frame->endsWell());
     }
     frame.reset();
-    if (udev) {
-        udev->terminate();
-        QVERIFY(udev->waitForFinished());
-        udev.reset();
-    }
-    QFile::remove(RuleFile);
+    QVERIFY(udev->end());
+    udev.reset();
     QDir(Seats).removeRecursively();
-}
-
-bool TestRights::startUdev()
-{
-    udev = std::make_unique<QProcess>();
-    const QString usual = u"/usr/lib/systemd/systemd-udevd"_s;
-    udev->start(QFile::exists(usual) ? usual : u"/lib/systemd/systemd-udevd"_s);
-    return udev->waitForStarted() && inTime([] {
-               return run(u"udevadm"_s, {u"control"_s, u"--ping"_s}).code == 0;
-           });
 }
 
 bool TestRights::seat(const QString &user)
@@ -234,17 +219,17 @@ void TestRights::uses(const QString &user)
 
 void TestRights::a_member_of_the_group_uses_the_frame()
 {
-    QVERIFY(installRule());
-    QVERIFY(startUdev());
+    QVERIFY(Udev::installRule());
+    QVERIFY2(udev->start(), "systemd-udevd does not answer");
     QVERIFY(plugIn());
     uses(Member);
 }
 
 void TestRights::who_sits_at_the_screen_uses_the_frame()
 {
-    QVERIFY(installRule());
+    QVERIFY(Udev::installRule());
     QVERIFY(seat(Stranger));
-    QVERIFY(startUdev());
+    QVERIFY2(udev->start(), "systemd-udevd does not answer");
     QVERIFY(plugIn());
     uses(Stranger);
 }
@@ -277,10 +262,10 @@ void TestRights::anybody_else_is_told_everywhere_what_to_do()
     const Session session = olderSession ? Session::OlderThanItsGroups : Session::Usual;
     const QByteArray words = Forbidden + ' ' + advice;
     if (rule)
-        QVERIFY(installRule());
+        QVERIFY(Udev::installRule());
     // Somebody else sits at the screen.
     QVERIFY(seat(u"root"_s));
-    QVERIFY(startUdev());
+    QVERIFY2(udev->start(), "systemd-udevd does not answer");
     QVERIFY(plugIn());
 
     for (const QString &command : {u"status"_s, u"versions"_s, u"rotation show"_s}) {
