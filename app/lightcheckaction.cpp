@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "lightcheckaction.h"
 
 #include "dialogs/lightcheck_dlg.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The command line program on a simulated frame inside it, whose transfers take the time of a real
 // one's.
 

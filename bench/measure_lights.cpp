@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "device/records.h"
 #include "dialogs/lightset_dlg.h"
 #include "figure.h"

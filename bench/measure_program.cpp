@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "figure.h"
 #include "program.h"
 #include "windowwatch.h"

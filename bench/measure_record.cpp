@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "capture/recorder.h"
 #include "device/portsettings.h"
 #include "device/serialframing.h"

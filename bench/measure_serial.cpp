@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "device/portsettings.h"
 #include "device/uartreceiver.h"
 #include "figure.h"

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # quorvel_module(<name> FOR <target> [COMPONENT <component>] SOURCES <sources...> LIBRARIES <targets...>)
 #
 # A part of the programs that is loaded when it is first needed (see modules/module.h): the shared

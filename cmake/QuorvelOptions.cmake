@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # What every target of the project is compiled and linked with.
 
 if(NOT QUORVEL_VENDOR_ID MATCHES "^0[xX][0-9a-fA-F]+$")

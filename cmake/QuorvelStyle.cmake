@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # What the lane style passes, as CTest tests: clang-format, shellcheck, clang-tidy on each source, and
 # what looks at the files of packages. The target "generated" makes the headers that forms and
 # metaobjects need.
@@ -89,4 +91,5 @@ if(TARGET manual)
 endif()
 quorvel_style_test("manual" tests/program/check-manual "${PROJECT_BINARY_DIR}/manual")
 quorvel_style_test("licences" reuse lint)
+quorvel_style_test("licence lines" tests/program/check-licence-lines)
 quorvel_style_test(translations "${PROJECT_SOURCE_DIR}/scripts/translations" check)

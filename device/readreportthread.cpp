@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "readreportthread.h"
 
 #include "link_log.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "connect_dlg.h"
 
 #include "announce.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 // Who has the frame for itself at present: whatever else scans stands aside meanwhile, since the

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What LightCheck_dlg compares a measurement with, shows of it and writes.
 
 #include "curves.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What LightSet_dlg reads from the device and from its fields, and what it shows of both.
 
 #include "lightset_dlg.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "supportfile_dlg.h"
 
 #include "announce.h"

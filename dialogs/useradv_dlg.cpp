@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "useradv_dlg.h"
 
 #include "advset_dlg.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // quorvel-print: reads a report, a page of HTML, and says it as PDF; other programs start it.
 
 #include "pdf.h"

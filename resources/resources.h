@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 // Makes the icons under ":/new/ico/image/" known to Qt. Every program that shows them calls this

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # What scripts and the tests' wrappers have in common. Sourced, not run.
 # shellcheck shell=bash disable=SC2034
 

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # The simulated hand of scripts/screenshots: opens windows of the tool as a user does and keeps
 # pictures of them. Sourced, not run.
 #

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "sim_adapter.h"
 
 #include "device/frame.h"

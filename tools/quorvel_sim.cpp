@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A simulated touch frame for this machine, steered by lines on standard input.
 
 #include "simconsole.h"

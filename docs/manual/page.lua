@@ -1,3 +1,5 @@
+-- SPDX-License-Identifier: GPL-3.0-or-later
+
 -- Makes a page of the manual of its source: links lead to pages instead of sources, and the first
 -- heading is the title.
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Completion of quorvelctl for fish.
 
 # Whether these are the words of the command so far.

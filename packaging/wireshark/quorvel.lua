@@ -1,3 +1,5 @@
+-- SPDX-License-Identifier: GPL-3.0-or-later
+
 -- Names every field of a recording of Quorvel (quorvel --record, quorvelctl record) in Wireshark
 -- and tshark. Copyright: the same as the program's; license: GPL-3.0-or-later.
 --

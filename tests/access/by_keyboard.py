@@ -1,4 +1,5 @@
 #!/usr/bin/python3 -B
+# SPDX-License-Identifier: GPL-3.0-or-later
 """by_keyboard.py QUORVEL QUORVEL-SIM: somebody without a mouse connects a simulated frame on a serial
 line, calibrates it, sets a gesture, turns it, reads versions, tests the signals and sets one light.
 What came of it is what the frame says.

@@ -1,4 +1,5 @@
 #!/usr/bin/python3 -B
+# SPDX-License-Identifier: GPL-3.0-or-later
 """every_window.py QUORVEL: opens every window of the program, by keyboard, and looks at what a
 screen reader finds there: each control has a name that no other one beside it has, a role and its
 state, and what is told in a window is spoken at once.

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """What somebody has who neither sees the screen nor holds a mouse: what a screen reader hears of a
 program, through AT-SPI, and a keyboard. For use on a desktop that with-desktop --screen-reader makes.
 """

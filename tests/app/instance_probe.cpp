@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // One start of a single-instance application, for tests that need real processes.
 //
 //   instance_probe ID serve             become the first, or hand "-W" over and end

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Both diagnostic screens on a simulated frame, as a technician uses them.
 
 #include "app/mainwindow.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What holds in every window of the tool: what is told to assistive tools, and what can be read
 // on a light and on a dark desktop.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // F1 in every window of the tool shows the manual where it tells of that window.
 
 #include "app/helpaction.h"

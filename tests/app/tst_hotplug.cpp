@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What the main window makes of the kernel's messages, with a socket of the test's in the place of
 // the kernel's.
 

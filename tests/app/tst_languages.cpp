@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every window in every language: what is shown fits, is translated, and is reached by keys of its
 // own. Each run belongs to a desktop of its own: CMakeLists.txt gives its fonts and its scale.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What the windows do when the link changes under them: nobody believes or answers a frame that is
 // not theirs, and nobody loses what was not applied yet.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "app/mainwindow.h"
 #include "config/xml_class.h"
 #include "resources/resources.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The real program, started as a user starts it.
 
 #include <QDir>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Recordings as a user makes them: from the menu of the window, and at a start.
 
 #include "app/mainwindow.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The whole tool on a simulated frame at a serial line, from the button to what the frame keeps.
 
 #include "app/mainwindow.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The real program with a simulated frame on a serial line: whatever works over USB works here.
 
 #include "tests/support/serialtool.h"

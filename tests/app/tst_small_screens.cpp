@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // On small screens every control of every window can be reached. Each run belongs to a desktop of
 // its own: CMakeLists.txt gives the screen.
 

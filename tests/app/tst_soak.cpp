@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The tool left alone with a frame for a working day, and with scans for an hour, by a clock that
 // runs faster than the real one (see tests/support/fastclock.h).
 

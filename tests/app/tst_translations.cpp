@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Which language is spoken, and how.
 
 #include "resources/translations.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every window on frames whose transfers fail, one after the other: nothing blocks for longer than
 // a window's own pauses, no value is shown that the frame has not told, and the next frame that is
 // well is believed. What becomes of a window is a word in the table of docs/reliability.md, which

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "bundle/scrubber.h"
 #include "tests/support/madeupmachine.h"
 

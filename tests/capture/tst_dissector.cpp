@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What tshark, an ordinary capture tool, reads in a recording with the dissector that is installed
 // with the package. Packets and values are typed by hand.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "capture/history.h"
 #include "capture/reader.h"
 #include "sim/replay.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The link, a simulated frame, and what a recording tells of both.
 
 #include "capture/recorder.h"

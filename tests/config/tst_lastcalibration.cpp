@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What is remembered of the last saved calibration.
 
 #include "config/lastcalibration.h"

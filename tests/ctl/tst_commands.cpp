@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What each command of the command line program does to a frame, and what it says of it.
 
 #include "config/xml_class.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What shells offer for the command line program, asked of the shells themselves.
 
 #include "help.h"

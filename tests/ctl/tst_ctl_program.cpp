@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The command line program itself, on a simulated frame's serial line: what signals, pipes and
 // closed descriptors do to it and to the frame.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The examples of the manuals, run as they stand by the real program on a simulated frame, and its
 // documents compared with the schemas.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every command on frames whose transfers fail, one after the other: each ends in time, with the
 // right code and one sentence, and what a setting became is never kept quiet.
 //

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What the command line program says of the lights of a frame, or of a file.
 
 #include "capture/writer.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What monitoring is told of a frame.
 
 #include "config/lastcalibration.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Recordings on the command line: made, and told in words.
 
 #include "run.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The command line program up to its first answers: arguments, exit codes, links, and which reports
 // count as an answer.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "device/advice.h"
 #include "device/linux_hid_adapter.h"
 #include "device/posix_qextserialport.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The product's own link on simulated and on fake frames and serial lines, without any window:
 // what the main window, a command line program and the thread sanitizer meet.
 

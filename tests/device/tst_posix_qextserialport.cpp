@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "device/posix_qextserialport.h"
 
 #include "tests/support/farend.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every record against bytes typed by hand, in both directions.
 
 #include "device/records.h"

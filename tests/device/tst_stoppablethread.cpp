@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What becomes of a thread that does not end. The thread sanitizer cannot follow a killed thread,
 // so this stands apart from what it looks at.
 

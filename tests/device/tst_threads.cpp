@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "device/readreportthread.h"
 #include "device/writereportthread.h"
 #include "tests/support/capture.h"

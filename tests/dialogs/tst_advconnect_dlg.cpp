@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "dialogs/advconnect_dlg.h"
 #include "tests/dialogs/clipped.h"
 #include "tests/dialogs/settingshome.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "dialogs/advset_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/test_win.h"

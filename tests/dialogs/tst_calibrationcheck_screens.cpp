@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Each function here belongs to a desktop of its own: CMakeLists.txt names it and the screens.
 
 #include "dialogs/calibrationcheck_dlg.h"

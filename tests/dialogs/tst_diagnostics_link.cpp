@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Both diagnostic screens side by side at a simulated frame, over a link that takes its time.
 
 #include "dialogs/lightset_dlg.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The light check at a simulated frame, as a technician uses it.
 
 #include "dialogs/curves.h"

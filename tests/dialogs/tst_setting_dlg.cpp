@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "dialogs/setting_dlg.h"
 #include "dialogs/useradv_dlg.h"
 #include "tests/dialogs/clipped.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "dialogs/smoothing_dlg.h"
 
 #include <QCheckBox>

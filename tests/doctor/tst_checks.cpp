@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "doctor/desktopchecks.h"
 #include "doctor/serialchecks.h"
 #include "doctor/settingscheck.h"

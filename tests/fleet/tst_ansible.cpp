@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The role as it is installed, played against this machine and a simulated frame. Nothing outside a
 // temporary folder changes.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Two simulated frames, what quorvelctl tells of them, and the programs that watch a fleet: their
 // own promtool, node_exporter and Prometheus, on the loopback address.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "app/qtsingleapplication.h"
 #include "demand.h"
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "app/commandline.h"
 #include "app/readhotplug.h"
 #include "demand.h"

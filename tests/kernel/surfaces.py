@@ -1,4 +1,5 @@
 #!/usr/bin/python3 -B
+# SPDX-License-Identifier: GPL-3.0-or-later
 """surfaces.py QUORVEL WORDS: what the program tells of the link on each surface of its main window,
 once the status line has those words in its description. Prints a JSON object.
 """

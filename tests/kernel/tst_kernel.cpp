@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "device/struct.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/version_dlg.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A measurement at a simulated frame that loses, tears and repeats what it says.
 
 #include "lights/judge.h"

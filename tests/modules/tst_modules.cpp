@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "bundle/ziparchive.h"
 #include "capture/writer.h"
 #include "modules/module.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Reports on paper: what a viewer shows of them, and what it reads out.
 
 #include "lights/judge.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Makes the recordings of this folder anew: the real program and the simulated frame go through
 // what sessions.h says. Takes the folder to leave them in; docs/testing.md says how to call it.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The real program with the device's side of recordings that are kept: it does what it did then.
 
 #include "sessions.h"

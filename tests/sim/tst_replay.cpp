@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What a recording says again, to which questions and when.
 
 #include "sim/faultyframe.h"

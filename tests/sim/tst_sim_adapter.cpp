@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "sim/sim_adapter.h"
 #include "tests/support/frames.h"
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 // A clock for a whole program that runs faster than the real one: fastclock.cpp stands in front of

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 // The real program and the simulated frame, seen and handled from outside: windows by title and

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Eyes and a finger on an X desktop, for scripts. Sourced, not run.
 # shellcheck shell=bash
 

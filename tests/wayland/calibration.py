@@ -1,4 +1,5 @@
 #!/usr/bin/python3 -B
+# SPDX-License-Identifier: GPL-3.0-or-later
 """calibration.py QUORVEL PICTURES OUTPUT: in Sway, a calibration on that output, by fingers that touch where the
 targets are seen: each is exactly where it belongs, and the frame is told of that output, in native pixels.
 """

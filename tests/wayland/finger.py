@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """A pointer on a compositor that knows wlroots' virtual pointers, as a device of its own."""
 
 import os

@@ -1,4 +1,5 @@
 #!/usr/bin/python3 -B
+# SPDX-License-Identifier: GPL-3.0-or-later
 """on_weston.py QUORVEL PICTURES WxH: in Weston, which has neither keyboard nor pointer without a display, the
 window comes up, the calibration covers the output of that size in native pixels with its target where it
 belongs, and a second start ends as one that has been served.

@@ -1,4 +1,5 @@
 #!/usr/bin/python3 -B
+# SPDX-License-Identifier: GPL-3.0-or-later
 """tray.py QUORVEL with|without PICTURES: in Sway, the window is closed and comes back, on a desktop with a
 tray or without one; a second start brings it back too.
 """

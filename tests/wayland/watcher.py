@@ -1,4 +1,5 @@
 #!/usr/bin/python3 -B
+# SPDX-License-Identifier: GPL-3.0-or-later
 """Stands for a tray: says that items can be shown, and prints the name of each that comes."""
 
 from gi.repository import Gio, GLib

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The service tool for infrared touch frames, from the command line.
 
 #include "program.h"

@@ -1,4 +1,5 @@
 #!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 
 DOCUMENTATION = r'''
 module: quorvel_rotation

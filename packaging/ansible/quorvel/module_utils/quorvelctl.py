@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # What the modules have in common: one run of quorvelctl and what became of it.
 
 import json
