@@ -25,7 +25,8 @@ add_compile_definitions(QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CONTEXTL
                         QT_STRICT_ITERATORS)
 add_link_options(-Wl,--as-needed)
 # A start reads the pages of what it calls, and of what stands beside that: the smaller the fewer.
-add_compile_options("$<$<NOT:$<CONFIG:Debug>>:-Os>")
+# Builds of no type, as packagers make them, get the flags that these choose.
+add_compile_options("$<$<CONFIG:Release,RelWithDebInfo>:-Os>")
 
 if(QUORVEL_HARDEN)
     add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong
