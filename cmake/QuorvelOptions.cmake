@@ -10,6 +10,10 @@ if(quorvel_vendor LESS 1 OR quorvel_vendor GREATER 65535)
     message(FATAL_ERROR "QUORVEL_VENDOR_ID is '${QUORVEL_VENDOR_ID}': a USB vendor id lies between 0x0001 and 0xFFFF")
 endif()
 
+if(NOT QUORVEL_SITE MATCHES "^https://[A-Za-z0-9._~:/%-]*[^/]$")
+    message(FATAL_ERROR "QUORVEL_SITE is '${QUORVEL_SITE}': write an address such as https://quorvel.org, without a slash at the end")
+endif()
+
 set(QUORVEL_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
 option(QUORVEL_HARDEN "Compile and link with fortified library calls, stack protector, PIE and full RELRO" OFF)
 option(QUORVEL_COVERAGE "Compile for gcov" OFF)
