@@ -120,16 +120,23 @@ Advice Advice::portLeftLocked(const QString &node, const QString &lockFile)
                 .arg(QFileInfo(lockFile).owner())};
 }
 
-Advice Advice::portForbidden(const QString &node, const QString &owner, const QString &group,
-                             bool groupMay)
+Advice Advice::portForbidden(const QString &node, const NodeRights &rights)
 {
-    if (!groupMay)
-        return {AdviceWords::tr("This user may not open the serial port %1: it is for its owner %2 "
-                                "alone.")
-                    .arg(node, owner),
-                AdviceWords::tr("Ask who looks after this machine for access.")};
-    return {AdviceWords::tr("This user may not open the serial port %1.").arg(node),
-            AdviceWords::tr("Join the group %1, then log in again.").arg(group)};
+    if (rights.groupMay())
+        return {AdviceWords::tr("This user may not open the serial port %1.").arg(node),
+                AdviceWords::tr("Join the group %1, then log in again.").arg(rights.group)};
+    if (rights.isRootsAlone())
+        return {
+            AdviceWords::tr("This user may not open the serial port %1: it belongs to root "
+                            "alone.")
+                .arg(node),
+            AdviceWords::tr("The device manager (udev) has usually not set up such a port. Plug "
+                            "its adapter in again, run \"sudo udevadm trigger\" or restart this "
+                            "machine.")};
+    return {AdviceWords::tr("This user may not open the serial port %1: it is for its owner %2 "
+                            "alone.")
+                .arg(node, rights.owner),
+            AdviceWords::tr("Ask who looks after this machine for access.")};
 }
 
 Advice Advice::noSuchPort(const QString &node)

@@ -24,8 +24,7 @@ struct Advice
     static Advice frameNotOpened(const QString &node, int error);
     static Advice portInUse(const QString &node, const DeviceUser &user);
     static Advice portLeftLocked(const QString &node, const QString &lockFile);
-    static Advice portForbidden(const QString &node, const QString &owner, const QString &group,
-                                bool groupMay);
+    static Advice portForbidden(const QString &node, const NodeRights &rights);
     static Advice noSuchPort(const QString &node);
 
     bool operator==(const Advice &) const = default;

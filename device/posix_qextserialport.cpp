@@ -4,9 +4,9 @@
 
 #include "advice.h"
 #include "link_log.h"
+#include "noderights.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <asm/termbits.h>
 #include <fcntl.h>
@@ -35,7 +35,6 @@ constexpr auto StuckPatience = 20ms;
 constexpr int MaxStrayErrors = 100;
 // Receivers cope with rates this far apart.
 constexpr int RateTolerancePercent = 2;
-constexpr QFile::Permissions OfGroup = QFile::ReadGroup | QFile::WriteGroup;
 
 std::optional<QSerialPort::DataBits> toQt(DataBitsType bits)
 {
@@ -481,7 +480,6 @@ bool Posix_QextSerialPort::refuseAsInUse(const DeviceUser &user)
 
 QString Posix_QextSerialPort::whyNotOpened()
 {
-    const QFileInfo info(node());
     switch (port.error()) {
     case QSerialPort::DeviceNotFoundError:
         return Advice::noSuchPort(node()).words();
@@ -489,9 +487,7 @@ QString Posix_QextSerialPort::whyNotOpened()
         if (faccessat(AT_FDCWD, QFile::encodeName(node()).constData(), R_OK | W_OK, AT_EACCESS) ==
             0)
             return lockFileKeepsOut();
-        return Advice::portForbidden(node(), info.owner(), info.group(),
-                                     (info.permissions() & OfGroup) == OfGroup)
-            .words();
+        return Advice::portForbidden(node(), NodeRights::of(node())).words();
     case QSerialPort::UnsupportedOperationError:
         return tr("%1 is not a serial port. Choose a name such as ttyUSB0.").arg(node());
     default:

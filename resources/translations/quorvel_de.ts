@@ -107,6 +107,14 @@
         <source>The serial port %1 is in use by %2 (process %3).</source>
         <translation>Die serielle Schnittstelle %1 wird von %2 (Prozess %3) benutzt.</translation>
     </message>
+    <message>
+        <source>This user may not open the serial port %1: it belongs to root alone.</source>
+        <translation>Dieser Benutzer darf die serielle Schnittstelle %1 nicht öffnen: Sie gehört allein root.</translation>
+    </message>
+    <message>
+        <source>The device manager (udev) has usually not set up such a port. Plug its adapter in again, run &quot;sudo udevadm trigger&quot; or restart this machine.</source>
+        <translation>Meist hat die Geräteverwaltung (udev) eine solche Schnittstelle nicht eingerichtet. Stecken Sie den Adapter neu ein, rufen Sie „sudo udevadm trigger“ auf oder starten Sie diesen Rechner neu.</translation>
+    </message>
 </context>
 <context>
     <name>CalEnd_dlg</name>
@@ -2178,12 +2186,8 @@ Bildschirms passt</translation>
         <translation>Dieser Benutzer darf diese seriellen Schnittstellen öffnen: %1.</translation>
     </message>
     <message>
-        <source>This user may not open these serial ports: %1.</source>
-        <translation>Dieser Benutzer darf diese seriellen Schnittstellen nicht öffnen: %1.</translation>
-    </message>
-    <message>
-        <source>For a frame on one of them, join the group %1, then log in again.</source>
-        <translation>Für einen Rahmen an einer davon treten Sie der Gruppe %1 bei und melden sich dann neu an.</translation>
+        <source>This user may not open these serial ports: %1. That matters only to a frame on one of them.</source>
+        <translation>Dieser Benutzer darf diese seriellen Schnittstellen nicht öffnen: %1. Das betrifft nur einen Rahmen an einer von ihnen.</translation>
     </message>
 </context>
 <context>

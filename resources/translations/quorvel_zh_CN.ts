@@ -107,6 +107,14 @@
         <source>The serial port %1 is in use by %2 (process %3).</source>
         <translation>串口 %1 正被 %2（进程 %3）使用。</translation>
     </message>
+    <message>
+        <source>This user may not open the serial port %1: it belongs to root alone.</source>
+        <translation>此用户无权打开串口 %1：仅 root 可用。</translation>
+    </message>
+    <message>
+        <source>The device manager (udev) has usually not set up such a port. Plug its adapter in again, run &quot;sudo udevadm trigger&quot; or restart this machine.</source>
+        <translation>这通常是因为设备管理器（udev）尚未设置此类串口。请重新插入适配器、运行“sudo udevadm trigger”或重启这台计算机。</translation>
+    </message>
 </context>
 <context>
     <name>CalEnd_dlg</name>
@@ -2171,12 +2179,8 @@ screen</source>
         <translation>此用户可以打开这些串口：%1。</translation>
     </message>
     <message>
-        <source>This user may not open these serial ports: %1.</source>
-        <translation>此用户无权打开这些串口：%1。</translation>
-    </message>
-    <message>
-        <source>For a frame on one of them, join the group %1, then log in again.</source>
-        <translation>若触摸框接在其中之一，请加入 %1 组，然后重新登录。</translation>
+        <source>This user may not open these serial ports: %1. That matters only to a frame on one of them.</source>
+        <translation>此用户无权打开这些串口：%1。这仅影响连接在其中某个串口上的触摸框。</translation>
     </message>
 </context>
 <context>
