@@ -39,7 +39,7 @@ constexpr QPoint HintFromCentre(-200, 50);
 } // namespace
 
 Calibration_Dlg::Calibration_Dlg(QWidget *parent)
-    : QDialog(parent)
+    : WholeScreen(parent)
     , ui(std::make_unique<Ui::Calibration_Dlg>())
     , timer(new QTimer(this))
 {
@@ -66,7 +66,7 @@ void Calibration_Dlg::setPrimaryScr(int screen, const ScreenLayout &layout)
         area.desktop = area.screen.size();
         area.screen.moveTo(0, 0);
     }
-    mainmap = QPixmap(area.screen.size());
+    mainmap = {};
     const auto targets = area.targets();
     for (size_t i = 0; i < targets.size(); ++i) {
         ellipse_x[i] = targets[i].x();
@@ -128,6 +128,8 @@ int Calibration_Dlg::GetDeviation() const
 void Calibration_Dlg::paintEvent(QPaintEvent *)
 {
     if (mainmap.isNull())
+        mainmap = QPixmap(area.screen.size());
+    if (mainmap.isNull())
         return;
     // Positions are native pixels; sizes grow with the display scaling.
     const qreal scale = this->scale();
@@ -180,13 +182,7 @@ void Calibration_Dlg::showEvent(QShowEvent *)
     time_step = 0;
     m_IsCali = 1;
     steps.begin();
-    if (rect.isValid())
-        setGeometry(rect);
-    // Not showFullScreen(), which shows a window that is being shown already: newer toolkits take
-    // that for another showing.
-    setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowFullScreen);
-    // Without a window manager nobody else gives it the keyboard.
-    activateWindow();
+    cover(rect);
     send(CalibrationSteps::beginFrame());
     timer->start(TickPeriod);
 }
@@ -197,9 +193,11 @@ void Calibration_Dlg::hideEvent(QHideEvent *)
         return;
     m_IsCali = 0;
     timer->stop();
+    mainmap = {};
     // What the device still says belongs to what is over.
     steps.forget();
     finishSession();
+    giveBack();
 }
 
 // Tells the device what becomes of the calibration.

@@ -5,8 +5,8 @@
 #include "device/calibrationsteps.h"
 #include "screenlayout.h"
 #include "showing.h"
+#include "wholescreen.h"
 
-#include <QDialog>
 #include <QPixmap>
 #include <QPointer>
 
@@ -25,7 +25,7 @@ class QTimer;
 // the target. At the end the user is asked whether to save. However the window is left, the device
 // is told to save or to reset, unless it is gone. What one device said is neither asked about nor
 // answered on the link of another: a session ends with its link (OnLinkEnding).
-class Calibration_Dlg : public QDialog
+class Calibration_Dlg : public WholeScreen
 {
     Q_OBJECT
 public:
@@ -97,7 +97,8 @@ private:
     std::array<int, 4> ellipse_y{};
     int time_step = 0; // half-seconds since the showing
     QTimer *timer;     // child
-    QPixmap mainmap;   // everything is drawn here first; native size of the calibrated screen
+    QPixmap mainmap;   // everything is drawn here first; native size of the calibrated screen, and
+                       // null while the window is hidden
     CalibrationSteps steps;
     CalibrationScreen area{{0, 0, 0, 0}, {0, 0}};
     qreal compositorScale = 0; // of that screen, where it is not the toolkit that scales; else 0
