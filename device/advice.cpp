@@ -101,6 +101,14 @@ Advice Advice::frameNotOpened(const QString &node, int error)
             AdviceWords::tr("Unplug it and plug it in again.")};
 }
 
+Advice Advice::noThread()
+{
+    return {AdviceWords::tr("A touch frame is there but cannot be read: this system has no room for "
+                            "another thread."),
+            AdviceWords::tr("End programs that are not needed. The frame is used as soon as there "
+                            "is room.")};
+}
+
 Advice Advice::portInUse(const QString &node, const DeviceUser &user)
 {
     return {

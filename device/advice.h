@@ -22,6 +22,7 @@ struct Advice
     // Error is errno of the attempt.
     static Advice frameForbidden(const QString &node, int error, const NodeRights &rights);
     static Advice frameNotOpened(const QString &node, int error);
+    static Advice noThread();
     static Advice portInUse(const QString &node, const DeviceUser &user);
     static Advice portLeftLocked(const QString &node, const QString &lockFile);
     static Advice portForbidden(const QString &node, const QString &owner, const QString &group,

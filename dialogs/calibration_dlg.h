@@ -17,6 +17,7 @@ namespace Ui {
 class Calibration_Dlg;
 }
 class CalEnd_dlg;
+class QScreen;
 class QTimer;
 
 // The full-screen window with the four targets that the user touches one after the other.
@@ -86,6 +87,8 @@ protected:
 private:
     void send(Frame frame);
     void finishSession();
+    void watch(QScreen *screen);
+    void lookAtScreens();
 
     std::unique_ptr<Ui::Calibration_Dlg> ui;
     Showing showing{this};
@@ -102,6 +105,7 @@ private:
     CalibrationSteps steps;
     CalibrationScreen area{{0, 0, 0, 0}, {0, 0}};
     qreal compositorScale = 0; // of that screen, where it is not the toolkit that scales; else 0
+    QPointer<QScreen> covered; // one of the desktop's, until that takes it away
     QRect rect;                // where the window goes, in Qt's coordinates
     QPointer<CalEnd_dlg> question; // while it is being asked
     QPointer<QWidget> opener;

@@ -40,6 +40,14 @@
         <translation>Ziehen Sie ihn ab und stecken Sie ihn wieder ein.</translation>
     </message>
     <message>
+        <source>A touch frame is there but cannot be read: this system has no room for another thread.</source>
+        <translation>Ein Touchrahmen ist da, kann aber nicht gelesen werden: Dieses System hat keinen Platz für einen weiteren Thread.</translation>
+    </message>
+    <message>
+        <source>End programs that are not needed. The frame is used as soon as there is room.</source>
+        <translation>Beenden Sie Programme, die nicht gebraucht werden. Der Rahmen wird benutzt, sobald Platz ist.</translation>
+    </message>
+    <message>
         <source>A program that has ended left the file %1 behind, which keeps the serial port %2 closed.</source>
         <translation>Ein beendetes Programm hat die Datei %1 zurückgelassen, die die serielle Schnittstelle %2 versperrt.</translation>
     </message>
@@ -227,6 +235,10 @@ Gut sind bis zu %4 px im Mittel und höchstens %5 px.</translation>
     <message>
         <source>Touch the four targets one after the other. ESC leaves.</source>
         <translation>Berühren Sie die vier Ziele nacheinander. ESC bricht ab.</translation>
+    </message>
+    <message>
+        <source>The calibration ended because the screens have changed. It was discarded.</source>
+        <translation>Die Kalibrierung endete, weil sich die Bildschirme geändert haben. Sie wurde verworfen.</translation>
     </message>
     <message>
         <source>press ESC to back</source>

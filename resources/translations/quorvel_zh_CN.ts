@@ -40,6 +40,14 @@
         <translation>请拔下后重新插入。</translation>
     </message>
     <message>
+        <source>A touch frame is there but cannot be read: this system has no room for another thread.</source>
+        <translation>触摸框已连接，但无法读取：系统没有余量再启动一个线程。</translation>
+    </message>
+    <message>
+        <source>End programs that are not needed. The frame is used as soon as there is room.</source>
+        <translation>请结束不需要的程序。一有余量，触摸框即可使用。</translation>
+    </message>
+    <message>
         <source>A program that has ended left the file %1 behind, which keeps the serial port %2 closed.</source>
         <translation>已结束的程序遗留了文件 %1，使串口 %2 无法打开。</translation>
     </message>
@@ -227,6 +235,10 @@ Good are up to %4 px on average and %5 px at the most.</source>
     <message>
         <source>Touch the four targets one after the other. ESC leaves.</source>
         <translation>请依次触摸四个目标点。按 ESC 退出。</translation>
+    </message>
+    <message>
+        <source>The calibration ended because the screens have changed. It was discarded.</source>
+        <translation>屏幕已发生变化，校准已结束，结果已放弃。</translation>
     </message>
     <message>
         <source>press ESC to back</source>
