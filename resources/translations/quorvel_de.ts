@@ -8,6 +8,10 @@
         <translation>Er kann hier benutzt werden, sobald jenes Programm ihn freigibt.</translation>
     </message>
     <message>
+        <source>Close windows and programs that are not needed, or start this one again.</source>
+        <translation>Schließen Sie Fenster und Programme, die nicht gebraucht werden, oder starten Sie dieses neu.</translation>
+    </message>
+    <message>
         <source>Install the udev rule %1 and plug the frame in again. Without a session at the screen, join the group %2 too.</source>
         <translation>Installieren Sie die udev-Regel %1 und stecken Sie den Rahmen neu ein. Ohne Sitzung am Bildschirm treten Sie auch der Gruppe %2 bei.</translation>
     </message>
@@ -38,6 +42,10 @@
     <message>
         <source>Unplug it and plug it in again.</source>
         <translation>Ziehen Sie ihn ab und stecken Sie ihn wieder ein.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 cannot be opened (%2).</source>
+        <translation>Die serielle Schnittstelle %1 lässt sich nicht öffnen (%2).</translation>
     </message>
     <message>
         <source>A touch frame is there but cannot be read: this system has no room for another thread.</source>

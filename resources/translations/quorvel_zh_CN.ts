@@ -8,6 +8,10 @@
         <translation>该程序释放之后即可在此使用。</translation>
     </message>
     <message>
+        <source>Close windows and programs that are not needed, or start this one again.</source>
+        <translation>请关闭不需要的窗口和程序，或重新启动本程序。</translation>
+    </message>
+    <message>
         <source>Install the udev rule %1 and plug the frame in again. Without a session at the screen, join the group %2 too.</source>
         <translation>请安装 udev 规则 %1，然后重新插入触摸框。若没有屏幕前的会话，还需加入 %2 组。</translation>
     </message>
@@ -38,6 +42,10 @@
     <message>
         <source>Unplug it and plug it in again.</source>
         <translation>请拔下后重新插入。</translation>
+    </message>
+    <message>
+        <source>The serial port %1 cannot be opened (%2).</source>
+        <translation>无法打开串口 %1（%2）。</translation>
     </message>
     <message>
         <source>A touch frame is there but cannot be read: this system has no room for another thread.</source>
