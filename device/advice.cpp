@@ -103,9 +103,12 @@ Advice Advice::frameForbidden(const QString &node, int error, const NodeRights &
 
 Advice Advice::frameNotOpened(const QString &node, int error)
 {
-    return {AdviceWords::tr("A touch frame is at %1 but it cannot be opened (%2).")
-                .arg(node, QString::fromLocal8Bit(std::strerror(error))),
-            isForRoom(error) ? roomAdvice() : AdviceWords::tr("Unplug it and plug it in again.")};
+    const QString why = QString::fromLocal8Bit(std::strerror(error));
+    if (isForRoom(error))
+        return {AdviceWords::tr("%1, perhaps a touch frame, cannot be opened (%2).").arg(node, why),
+                roomAdvice()};
+    return {AdviceWords::tr("A touch frame is at %1 but it cannot be opened (%2).").arg(node, why),
+            AdviceWords::tr("Unplug it and plug it in again.")};
 }
 
 Advice Advice::portNotOpened(const QString &node, int error)

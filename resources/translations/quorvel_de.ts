@@ -36,6 +36,10 @@
         <translation>An %1 ist ein Touchrahmen, aber dieser Benutzer darf ihn nicht öffnen (%2).</translation>
     </message>
     <message>
+        <source>%1, perhaps a touch frame, cannot be opened (%2).</source>
+        <translation>%1, vielleicht ein Touchrahmen, lässt sich nicht öffnen (%2).</translation>
+    </message>
+    <message>
         <source>A touch frame is at %1 but it cannot be opened (%2).</source>
         <translation>An %1 ist ein Touchrahmen, aber er lässt sich nicht öffnen (%2).</translation>
     </message>

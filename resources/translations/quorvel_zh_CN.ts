@@ -36,6 +36,10 @@
         <translation>%1 处有触摸框，但此用户无权打开（%2）。</translation>
     </message>
     <message>
+        <source>%1, perhaps a touch frame, cannot be opened (%2).</source>
+        <translation>无法打开 %1（可能是触摸框）：%2。</translation>
+    </message>
+    <message>
         <source>A touch frame is at %1 but it cannot be opened (%2).</source>
         <translation>%1 处有触摸框，但无法打开（%2）。</translation>
     </message>
