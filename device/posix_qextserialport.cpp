@@ -177,8 +177,9 @@ bool Posix_QextSerialPort::open(QIODevice::OpenMode openMode)
         return false;
     port.setPortName(name);
     if (!port.open(openMode)) {
+        const QString why = whyNotOpened();
         lock = {};
-        return refuse(whyNotOpened());
+        return refuse(why);
     }
 
     openings++;
@@ -460,6 +461,8 @@ bool Posix_QextSerialPort::lockPort()
         return refuseAsInUse(
             user.pid > 0 ? user : devicelock::lockFileUser(devicelock::lockFileOf(node())));
     }
+    if (outcome == devicelock::Outcome::Barred && Advice::isForRoom(errno))
+        return refuse(Advice::portNotOpened(node(), errno).words());
     // Root may open what a program has made its own. The mark alone proves nothing: that of a
     // pseudo-terminal outlives its program.
     int exclusive = 0;
@@ -498,6 +501,10 @@ QString Posix_QextSerialPort::whyNotOpened()
 // What a file that programs of serial ports leave for each other says.
 QString Posix_QextSerialPort::lockFileKeepsOut()
 {
+    // Without a descriptor for it there is no such file either.
+    const FileDescriptor another(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+    if (!another.isValid())
+        return Advice::portNotOpened(node(), errno).words();
     const QString file = devicelock::lockFileOf(node());
     const DeviceUser user = devicelock::lockFileUser(file);
     if (user.pid > 0 && user.program.isEmpty())
