@@ -14,10 +14,12 @@
 #include "dialogs/version_dlg.h"
 #include "doctor/usbchecks.h"
 #include "resources/resources.h"
-#include "tests/dialogs/settingshome.h"
+#include "tests/support/calibrating.h"
 #include "tests/support/fakeadapter.h"
 #include "tests/support/farend.h"
 #include "tests/support/madeupmachine.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/shownwindow.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -38,15 +40,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-Calibration_Dlg *calibrationScreen()
-{
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *screen = qobject_cast<Calibration_Dlg *>(widget))
-            return screen;
-    }
-    return nullptr;
-}
-
 // A calibration command on a serial line, which carries two bytes behind the header.
 QByteArray onLine(const char *sub)
 {
@@ -56,7 +49,7 @@ QByteArray onLine(const char *sub)
 
 } // namespace
 
-class tst_link_change : public QObject
+class TestLinkChange : public QObject
 {
     Q_OBJECT
 
@@ -131,9 +124,8 @@ private slots:
         home = std::make_unique<SettingsHome>();
         frame = std::make_shared<FakeAdapter>();
         frame->present = false;
-        window = std::make_unique<MainWindow>(frame);
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        window = shownWindow(frame);
+        QVERIFY(window);
     }
     void cleanup()
     {
@@ -461,5 +453,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_link_change)
+QTEST_MAIN(TestLinkChange)
 #include "tst_link_change.moc"

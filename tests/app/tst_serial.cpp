@@ -1,20 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "app/mainwindow.h"
-#include "config/xml_class.h"
 #include "device/posix_qextserialport.h"
 #include "resources/resources.h"
 #include "tests/support/fakeadapter.h"
 #include "tests/support/farend.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/shownwindow.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <dlfcn.h>
@@ -77,12 +76,12 @@ constexpr int SettleMs = 100;
 } // namespace
 
 // The serial link as the window runs it, with a pseudo-terminal for the line.
-class tst_serial : public QObject
+class TestSerial : public QObject
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<SettingsHome> home;
     std::shared_ptr<FakeAdapter> frame;
     std::unique_ptr<MainWindow> window;
     QByteArrayList frames; // what was received, in hexadecimal digits
@@ -114,14 +113,11 @@ private slots:
     void init()
     {
         QGuiApplication::setQuitOnLastWindowClosed(false);
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
+        home = std::make_unique<SettingsHome>();
         frame = std::make_shared<FakeAdapter>();
         frame->present = false;
-        window = std::make_unique<MainWindow>(frame);
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        window = shownWindow(frame);
+        QVERIFY(window);
         frames.clear();
         connect(window.get(), &MainWindow::Recv03, this, [this](const UCHAR *bytes) {
             frames += QByteArray(reinterpret_cast<const char *>(bytes), 6 + bytes[3])
@@ -134,6 +130,7 @@ private slots:
         beforeSettingsChange = {};
         window.reset();
         frame.reset();
+        home.reset();
     }
 
     // Opening
@@ -178,7 +175,7 @@ private slots:
     void a_hang_up_under_a_usb_frame_changes_nothing_that_shows();
 };
 
-void tst_serial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_changes_data()
+void TestSerial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_changes_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<QByteArray>("command");
@@ -190,7 +187,7 @@ void tst_serial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_chan
     QTest::newRow("256000") << 21 << "51 56 00 B1 00 03 00 15 00 00 00"_ba << 256000;
 }
 
-void tst_serial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_changes()
+void TestSerial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_changes()
 {
     QFETCH(int, code);
     QFETCH(QByteArray, command);
@@ -220,7 +217,7 @@ void tst_serial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_chan
     QCOMPARE(arrivals.last(), (std::pair{rate, "51 56 00 A3 00 00 00 00"_ba}));
 }
 
-void tst_serial::the_baud_commands_of_a_second_opening_leave_at_the_same_rates()
+void TestSerial::the_baud_commands_of_a_second_opening_leave_at_the_same_rates()
 {
     const auto line = openLine({.BaudRate = BAUD256000});
     window->CLoseUart();
@@ -237,7 +234,7 @@ void tst_serial::the_baud_commands_of_a_second_opening_leave_at_the_same_rates()
     QCOMPARE(int(line->settings().c_ospeed), 57600);
 }
 
-void tst_serial::a_second_opening_announces_the_rate_in_the_default_format()
+void TestSerial::a_second_opening_announces_the_rate_in_the_default_format()
 {
     const PortSettings twoStopBits{.StopBits = STOP_2};
     const auto line = openLine(twoStopBits);
@@ -257,7 +254,7 @@ void tst_serial::a_second_opening_announces_the_rate_in_the_default_format()
     QVERIFY(line->settings().c_cflag & CSTOPB);
 }
 
-void tst_serial::every_rate_is_set_or_refused_with_a_reason_data()
+void TestSerial::every_rate_is_set_or_refused_with_a_reason_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<int>("rate"); // 0: refused
@@ -270,7 +267,7 @@ void tst_serial::every_rate_is_set_or_refused_with_a_reason_data()
     QTest::newRow("number -1") << -1 << 0;
 }
 
-void tst_serial::every_rate_is_set_or_refused_with_a_reason()
+void TestSerial::every_rate_is_set_or_refused_with_a_reason()
 {
     QFETCH(int, code);
     QFETCH(int, rate);
@@ -287,7 +284,7 @@ void tst_serial::every_rate_is_set_or_refused_with_a_reason()
 }
 
 // A pseudo-terminal has eight data bits and no parity, whatever it is asked for, and says nothing.
-void tst_serial::every_character_format_is_set_or_refused_with_a_reason_data()
+void TestSerial::every_character_format_is_set_or_refused_with_a_reason_data()
 {
     QTest::addColumn<PortSettings>("settings");
     QTest::addColumn<QString>("problem"); // empty: set
@@ -314,7 +311,7 @@ void tst_serial::every_character_format_is_set_or_refused_with_a_reason_data()
         u"There is no stop bits setting number 3."_s);
 }
 
-void tst_serial::every_character_format_is_set_or_refused_with_a_reason()
+void TestSerial::every_character_format_is_set_or_refused_with_a_reason()
 {
     QFETCH(PortSettings, settings);
     QFETCH(QString, problem);
@@ -328,7 +325,7 @@ void tst_serial::every_character_format_is_set_or_refused_with_a_reason()
     QVERIFY(deviceButtonsEnabled());
 }
 
-void tst_serial::data_bits_are_set_before_stop_bits_and_those_before_the_parity()
+void TestSerial::data_bits_are_set_before_stop_bits_and_those_before_the_parity()
 {
     FarEnd line;
     flagsAsked.clear();
@@ -347,7 +344,7 @@ void tst_serial::data_bits_are_set_before_stop_bits_and_those_before_the_parity(
     QVERIFY(parity > stopBits);
 }
 
-void tst_serial::several_refusals_are_all_told()
+void TestSerial::several_refusals_are_all_told()
 {
     const auto line = openLine({.BaudRate = BaudRateType(40),
                                 .DataBits = DATA_7,
@@ -358,7 +355,7 @@ void tst_serial::several_refusals_are_all_told()
         QVERIFY2(window->uartProblem().contains(part), qPrintable(window->uartProblem()));
 }
 
-void tst_serial::a_line_that_takes_no_bytes_gets_no_command_at_a_wrong_rate()
+void TestSerial::a_line_that_takes_no_bytes_gets_no_command_at_a_wrong_rate()
 {
     FarEnd line;
     const FileDescriptor other(
@@ -383,7 +380,7 @@ void tst_serial::a_line_that_takes_no_bytes_gets_no_command_at_a_wrong_rate()
     QCOMPARE(bytes, QByteArray::fromHex("51 56 00 B1 00 03 00 15 00 00 00"));
 }
 
-void tst_serial::a_failed_opening_says_why_data()
+void TestSerial::a_failed_opening_says_why_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("problem");
@@ -397,7 +394,7 @@ void tst_serial::a_failed_opening_says_why_data()
         << u"/etc/passwd is not a serial port. Choose a name such as ttyUSB0."_s;
 }
 
-void tst_serial::a_failed_opening_says_why()
+void TestSerial::a_failed_opening_says_why()
 {
     QFETCH(QString, name);
     QFETCH(QString, problem);
@@ -407,7 +404,7 @@ void tst_serial::a_failed_opening_says_why()
     QVERIFY(!deviceButtonsEnabled());
 }
 
-void tst_serial::a_good_opening_forgets_the_last_problem()
+void TestSerial::a_good_opening_forgets_the_last_problem()
 {
     QVERIFY(!window->OpenUart(u"ttyQuorvel7"_s, {}));
     QVERIFY(!window->uartProblem().isEmpty());
@@ -421,7 +418,7 @@ void tst_serial::a_good_opening_forgets_the_last_problem()
     QCOMPARE(window->uartProblem(), QString());
 }
 
-void tst_serial::flow_control_and_time_out_are_not_applied()
+void TestSerial::flow_control_and_time_out_are_not_applied()
 {
     const auto line = openLine({.FlowControl = FLOW_HARDWARE, .Timeout_Millisec = 9000});
     QVERIFY(!(line->settings().c_cflag & CRTSCTS));
@@ -429,14 +426,14 @@ void tst_serial::flow_control_and_time_out_are_not_applied()
     QCOMPARE(window->uartProblem(), QString());
 }
 
-void tst_serial::a_whole_frame_in_one_piece_needs_no_further_byte()
+void TestSerial::a_whole_frame_in_one_piece_needs_no_further_byte()
 {
     const auto line = openLine();
     line->give(QByteArray::fromHex("51 56 FC A3 80 01 02 03 04"));
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 01 02 03 04"_ba}));
 }
 
-void tst_serial::a_frame_cut_anywhere_is_received()
+void TestSerial::a_frame_cut_anywhere_is_received()
 {
     const auto line = openLine();
     const QByteArray bytes = QByteArray::fromHex("51 56 FC A7 82 02 00 03 51 56");
@@ -450,14 +447,14 @@ void tst_serial::a_frame_cut_anywhere_is_received()
     }
 }
 
-void tst_serial::two_frames_in_one_piece_are_both_received()
+void TestSerial::two_frames_in_one_piece_are_both_received()
 {
     const auto line = openLine();
     line->give(QByteArray::fromHex("51 56 FC A3 80 00 01 02 51 56 FC A7 82 02 00 03 00 00"));
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_ba, "FC A7 82 02 00 03 00 00"_ba}));
 }
 
-void tst_serial::noise_before_between_and_inside_frames_costs_no_other_frame()
+void TestSerial::noise_before_between_and_inside_frames_costs_no_other_frame()
 {
     const auto line = openLine();
     // Before and between.
@@ -473,7 +470,7 @@ void tst_serial::noise_before_between_and_inside_frames_costs_no_other_frame()
     QCOMPARE(frames.size(), 1);
 }
 
-void tst_serial::a_doubled_first_sync_byte_is_no_start()
+void TestSerial::a_doubled_first_sync_byte_is_no_start()
 {
     const auto line = openLine();
     line->give(QByteArray::fromHex("51 51 56 FC A3 80 00 01 02"));
@@ -481,7 +478,7 @@ void tst_serial::a_doubled_first_sync_byte_is_no_start()
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 03 04"_ba}));
 }
 
-void tst_serial::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
+void TestSerial::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
 {
     const auto line = openLine();
     line->give(QByteArray::fromHex("51 56 FC A3 80 00 01"));
@@ -491,7 +488,7 @@ void tst_serial::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_ba}));
 }
 
-void tst_serial::half_a_frame_waits_over_closing_and_opening()
+void TestSerial::half_a_frame_waits_over_closing_and_opening()
 {
     const auto line = openLine();
     line->give(QByteArray::fromHex("51 56 FC A3 80"));
@@ -504,7 +501,7 @@ void tst_serial::half_a_frame_waits_over_closing_and_opening()
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 02 AA BB CC DD"_ba}));
 }
 
-void tst_serial::a_receiver_with_an_event_loop_of_its_own_gets_one_frame_at_a_time()
+void TestSerial::a_receiver_with_an_event_loop_of_its_own_gets_one_frame_at_a_time()
 {
     const auto line = openLine();
     int depth = 0;
@@ -523,7 +520,7 @@ void tst_serial::a_receiver_with_an_event_loop_of_its_own_gets_one_frame_at_a_ti
     QCOMPARE(deepest, 1);
 }
 
-void tst_serial::receiving_while_a_usb_frame_is_connected_hands_on_whole_frames()
+void TestSerial::receiving_while_a_usb_frame_is_connected_hands_on_whole_frames()
 {
     const auto line = openLine();
     frame->present = true;
@@ -533,7 +530,7 @@ void tst_serial::receiving_while_a_usb_frame_is_connected_hands_on_whole_frames(
     QTRY_VERIFY(frames.contains("FC A7 82 02 00 03 00 00"_ba));
 }
 
-void tst_serial::a_hang_up_closes_once_and_the_same_port_opens_again()
+void TestSerial::a_hang_up_closes_once_and_the_same_port_opens_again()
 {
     const QString name = home->filePath(u"ttyAdapter"_s);
     const auto *port = window->findChild<Posix_QextSerialPort *>();
@@ -565,7 +562,7 @@ void tst_serial::a_hang_up_closes_once_and_the_same_port_opens_again()
     }
 }
 
-void tst_serial::a_hang_up_while_opening_shows()
+void TestSerial::a_hang_up_while_opening_shows()
 {
     FarEnd line;
     beforeSettingsChange = [&] {
@@ -580,7 +577,7 @@ void tst_serial::a_hang_up_while_opening_shows()
     QVERIFY(!deviceButtonsEnabled());
 }
 
-void tst_serial::a_hang_up_in_the_middle_of_a_frame_keeps_the_beginning()
+void TestSerial::a_hang_up_in_the_middle_of_a_frame_keeps_the_beginning()
 {
     auto line = openLine();
     line->give(QByteArray::fromHex("51 56 FC A3 80 00"));
@@ -593,7 +590,7 @@ void tst_serial::a_hang_up_in_the_middle_of_a_frame_keeps_the_beginning()
     QTRY_COMPARE(frames, (QByteArrayList{"FC A7 82 00 01 02"_ba}));
 }
 
-void tst_serial::a_hang_up_costs_no_processor_time()
+void TestSerial::a_hang_up_costs_no_processor_time()
 {
     auto line = openLine();
     line.reset();
@@ -604,7 +601,7 @@ void tst_serial::a_hang_up_costs_no_processor_time()
     QVERIFY2(spent < 150ms, QByteArray::number(qint64(spent.count())));
 }
 
-void tst_serial::nothing_is_written_to_a_closed_port_data()
+void TestSerial::nothing_is_written_to_a_closed_port_data()
 {
     QTest::addColumn<int>("state");
     QTest::newRow("closed") << int(MainWindow::SerialClosed);
@@ -613,7 +610,7 @@ void tst_serial::nothing_is_written_to_a_closed_port_data()
     QTest::newRow("never open") << int(MainWindow::NotConnected);
 }
 
-void tst_serial::nothing_is_written_to_a_closed_port()
+void TestSerial::nothing_is_written_to_a_closed_port()
 {
     QFETCH(int, state);
     const QByteArray how = QTest::currentDataTag();
@@ -637,7 +634,7 @@ void tst_serial::nothing_is_written_to_a_closed_port()
         QCOMPARE(line->take(4096, SettleMs), QByteArray());
 }
 
-void tst_serial::closing_leaves_the_state_closed_whatever_it_was()
+void TestSerial::closing_leaves_the_state_closed_whatever_it_was()
 {
     QCOMPARE(window->connectState(), MainWindow::NotConnected);
     window->CLoseUart();
@@ -662,7 +659,7 @@ void tst_serial::closing_leaves_the_state_closed_whatever_it_was()
     QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected); // still plugged in
 }
 
-void tst_serial::a_hang_up_under_a_usb_frame_changes_nothing_that_shows()
+void TestSerial::a_hang_up_under_a_usb_frame_changes_nothing_that_shows()
 {
     const auto line = openLine();
     frame->present = true;
@@ -676,5 +673,5 @@ void tst_serial::a_hang_up_under_a_usb_frame_changes_nothing_that_shows()
     QCOMPARE(status(), u"Already link equipment"_s);
 }
 
-QTEST_MAIN(tst_serial)
+QTEST_MAIN(TestSerial)
 #include "tst_serial.moc"

@@ -40,10 +40,11 @@ bool unpack(const QString &archive, const QString &folder)
 
 } // namespace
 
-class tst_ziparchive : public QObject
+class TestZipArchive : public QObject
 {
     Q_OBJECT
 
+private:
     std::unique_ptr<QTemporaryDir> folder;
     QString path;
 
@@ -110,5 +111,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ziparchive)
+QTEST_GUILESS_MAIN(TestZipArchive)
 #include "tst_ziparchive.moc"

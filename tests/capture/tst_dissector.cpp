@@ -214,7 +214,7 @@ QString joined(const QStringList &fields)
 
 } // namespace
 
-class tst_dissector : public QObject
+class TestDissector : public QObject
 {
     Q_OBJECT
 
@@ -332,5 +332,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_dissector)
+QTEST_GUILESS_MAIN(TestDissector)
 #include "tst_dissector.moc"

@@ -54,7 +54,7 @@ const QByteArray RotationQuery =
 
 } // namespace
 
-class tst_recording : public QObject
+class TestRecording : public QObject
 {
     Q_OBJECT
 
@@ -356,5 +356,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_recording)
+QTEST_GUILESS_MAIN(TestRecording)
 #include "tst_recording.moc"

@@ -43,7 +43,7 @@ QStringList linesOf(const QByteArray &bytes)
 } // namespace
 
 // The store in surroundings that are really troublesome, in a process of its own that sees them.
-class tst_settings_file_trouble : public QObject
+class TestSettingsFileTrouble : public QObject
 {
     Q_OBJECT
 
@@ -385,5 +385,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_settings_file_trouble)
+QTEST_GUILESS_MAIN(TestSettingsFileTrouble)
 #include "tst_settings_file_trouble.moc"

@@ -3,14 +3,13 @@
 // The examples of the manuals, run as they stand by the real program on a simulated frame, and its
 // documents compared with the schemas.
 
-#include "config/xml_class.h"
 #include "finger.h"
 #include "help.h"
+#include "tests/support/settingshome.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTimer>
 
 #include <array>
@@ -70,13 +69,11 @@ private slots:
     void init()
     {
         hidver = {};
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
+        home.emplace();
         // Where the examples find a recording and leave theirs.
-        QVERIFY(QDir::setCurrent(home->path()));
+        QVERIFY(QDir::setCurrent(home->folder()));
         QVERIFY(QFile::copy(QStringLiteral(RECORDINGS "/calibration.pcap"), u"traffic.pcap"_s));
-        frame.start(QStringLiteral(QUORVEL_SIM),
+        frame.start(QStringLiteral(QUORVEL_SIM_PROGRAM),
                     {u"serial"_s, u"--quit-at-end"_s, u"--link"_s, home->filePath(u"frame"_s)});
         QVERIFY(frame.waitForReadyRead(LongEnoughMs));
         // Somebody touches wherever a target may be.
@@ -202,7 +199,7 @@ private:
         QProcess shell;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"QUORVELCTL_PORT"_s, home->filePath(u"frame"_s));
-        environment.insert(u"HOME"_s, home->path());
+        environment.insert(u"HOME"_s, home->folder());
         environment.insert(u"PATH"_s,
                            QStringLiteral(QUORVELCTL_FOLDER) + u':' + environment.value(u"PATH"_s));
         shell.setProcessEnvironment(environment);
@@ -247,7 +244,7 @@ private:
         return out;
     }
 
-    std::unique_ptr<QTemporaryDir> home;
+    std::optional<SettingsHome> home;
     QProcess frame;
     QTimer finger;
 };

@@ -80,7 +80,7 @@ struct Node
 
 } // namespace
 
-class tst_devicelock : public QObject
+class TestDeviceLock : public QObject
 {
     Q_OBJECT
 
@@ -127,7 +127,7 @@ private slots:
         QVERIFY(adapter.IsDevOpened());
         const Other other(u"usb"_s, node.path());
         QCOMPARE(other.said, Advice::frameInUse(node.path(), {QCoreApplication::applicationPid(),
-                                                              u"tst_devicelock"_s})
+                                                              u"TestDeviceLock"_s})
                                  .evidence);
         adapter.CloseDevice();
         const Other next(u"usb"_s, node.path());
@@ -361,7 +361,7 @@ private slots:
         file.write(content);
         file.close();
         QCOMPARE(devicelock::lockFileUser(file.fileName()),
-                 (DeviceUser{QCoreApplication::applicationPid(), u"tst_devicelock"_s}));
+                 (DeviceUser{QCoreApplication::applicationPid(), u"TestDeviceLock"_s}));
     }
 
     void only_a_device_is_opened_for_its_lock()
@@ -375,5 +375,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_devicelock)
+QTEST_GUILESS_MAIN(TestDeviceLock)
 #include "tst_devicelock.moc"

@@ -37,7 +37,7 @@ QStringList numbered(const QString &prefix, int count)
 
 } // namespace
 
-class tst_linux_hid_adapter : public QObject
+class TestLinuxHidAdapter : public QObject
 {
     Q_OBJECT
 
@@ -542,5 +542,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_linux_hid_adapter)
+QTEST_GUILESS_MAIN(TestLinuxHidAdapter)
 #include "tst_linux_hid_adapter.moc"

@@ -15,9 +15,10 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_plainfile : public QObject
+class TestPlainFile : public QObject
 {
     Q_OBJECT
+
 private slots:
     void init()
     {
@@ -107,5 +108,5 @@ private:
     std::unique_ptr<QTemporaryDir> folder;
 };
 
-QTEST_GUILESS_MAIN(tst_plainfile)
+QTEST_GUILESS_MAIN(TestPlainFile)
 #include "tst_plainfile.moc"

@@ -4,7 +4,7 @@
 #include "dialogs/useradv_dlg.h"
 #include "tests/dialogs/clipped.h"
 #include "tests/dialogs/hides.h"
-#include "tests/dialogs/settingshome.h"
+#include "tests/support/settingshome.h"
 
 #include <QGroupBox>
 #include <QLabel>
@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 static_assert(std::is_default_constructible_v<Setting_dlg>);
 
-class tst_setting_dlg : public QObject
+class TestSettingDlg : public QObject
 {
     Q_OBJECT
 
@@ -491,5 +491,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_setting_dlg)
+QTEST_MAIN(TestSettingDlg)
 #include "tst_setting_dlg.moc"

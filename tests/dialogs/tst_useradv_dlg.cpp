@@ -4,7 +4,7 @@
 #include "dialogs/useradv_dlg.h"
 #include "tests/dialogs/clipped.h"
 #include "tests/dialogs/hides.h"
-#include "tests/dialogs/settingshome.h"
+#include "tests/support/settingshome.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
@@ -35,7 +35,7 @@ QByteArray frame(const char *begin)
 
 } // namespace
 
-class tst_useradv_dlg : public QObject
+class TestUserAdvDlg : public QObject
 {
     Q_OBJECT
 
@@ -1075,5 +1075,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_useradv_dlg)
+QTEST_MAIN(TestUserAdvDlg)
 #include "tst_useradv_dlg.moc"

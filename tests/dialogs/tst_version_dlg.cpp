@@ -82,7 +82,7 @@ void collect(QtMsgType type, const QMessageLogContext &context, const QString &m
 
 } // namespace
 
-class tst_version_dlg : public QObject
+class TestVersionDlg : public QObject
 {
     Q_OBJECT
 
@@ -575,5 +575,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_version_dlg)
+QTEST_MAIN(TestVersionDlg)
 #include "tst_version_dlg.moc"

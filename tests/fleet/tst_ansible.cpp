@@ -38,7 +38,7 @@ const QString RotationTask = u"Turn the frame"_s;
 
 } // namespace
 
-class tst_ansible : public QObject
+class TestAnsible : public QObject
 {
     Q_OBJECT
 
@@ -216,5 +216,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ansible)
+QTEST_GUILESS_MAIN(TestAnsible)
 #include "tst_ansible.moc"

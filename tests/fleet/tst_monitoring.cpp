@@ -51,7 +51,7 @@ QString ofMonitoring(const QString &file)
 
 } // namespace
 
-class tst_monitoring : public QObject
+class TestMonitoring : public QObject
 {
     Q_OBJECT
 
@@ -204,5 +204,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_monitoring)
+QTEST_GUILESS_MAIN(TestMonitoring)
 #include "tst_monitoring.moc"

@@ -3,7 +3,7 @@
 #include "device/struct.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/version_dlg.h"
-#include "tests/support/outside.h"
+#include "tests/support/outsidetool.h"
 #include "udev.h"
 
 #include <QApplication>
@@ -768,7 +768,7 @@ int TestKernel::examine(bool byRoot, QByteArray &said)
     constexpr gid_t NoGroup = 65534;
     // Wherever the checkout lies, another user may go here.
     const QString program = u"/tmp/quorvelctl"_s;
-    if (!QFile::exists(program) && !QFile::copy(QStringLiteral(QUORVEL_CTL_PROGRAM), program))
+    if (!QFile::exists(program) && !QFile::copy(QStringLiteral(QUORVELCTL_PROGRAM), program))
         return -1;
     QProcess doctor;
     doctor.setProcessChannelMode(QProcess::MergedChannels);

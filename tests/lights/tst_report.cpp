@@ -71,7 +71,7 @@ struct Page
 
 } // namespace
 
-class tst_report : public QObject
+class TestReport : public QObject
 {
     Q_OBJECT
 
@@ -158,5 +158,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_report)
+QTEST_GUILESS_MAIN(TestReport)
 #include "tst_report.moc"

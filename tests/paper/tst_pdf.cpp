@@ -66,10 +66,11 @@ int count(const QImage &picture, QColor color)
 
 } // namespace
 
-class tst_pdf : public QObject
+class TestPdf : public QObject
 {
     Q_OBJECT
 
+private:
     QTemporaryDir folder;
 
     QString print(const QByteArray &html)
@@ -168,5 +169,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_pdf)
+QTEST_MAIN(TestPdf)
 #include "tst_pdf.moc"

@@ -22,11 +22,20 @@ public:
     SettingsHome &operator=(const SettingsHome &) = delete;
     ~SettingsHome() { XML_CLASS::useHome(QString()); }
 
-    QString path() const { return home.filePath(QStringLiteral(".config/ForQuorvel")); }
+    QString folder() const { return home.path(); }
+    QString filePath(const QString &name) const { return home.filePath(name); }
+    // Of the settings, as is their content.
+    QString path() const { return filePath(QStringLiteral(".config/ForQuorvel")); }
     QByteArray content() const
     {
         QFile file(path());
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    void setContent(const QByteArray &bytes) const
+    {
+        QFile file(path());
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("cannot write %s", qPrintable(path()));
     }
     // What one element of the file holds.
     QByteArray element(const QByteArray &name) const
@@ -45,10 +54,7 @@ public:
         QByteArray text = content();
         if (!text.contains(old))
             qFatal("%s has no element %s", qPrintable(path()), name.constData());
-        text.replace(old, '<' + name + '>' + value + "</" + name + '>');
-        QFile file(path());
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-            qFatal("cannot edit %s", qPrintable(path()));
+        setContent(text.replace(old, '<' + name + '>' + value + "</" + name + '>'));
     }
     void removeConfigDirectory() const
     {
