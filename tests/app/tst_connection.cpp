@@ -291,7 +291,7 @@ private slots:
         openByDialog(line.path());
         QCOMPARE(window->connectState(), MainWindow::SerialFailed);
         QVERIFY(state().contains(
-            u"The serial port %1 is in use by TestConnection (process %2)."_s.arg(line.path())
+            u"The serial port %1 is in use by tst_connection (process %2)."_s.arg(line.path())
                 .arg(QCoreApplication::applicationPid())));
         other.close();
         press("openButton");

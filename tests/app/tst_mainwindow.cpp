@@ -1206,7 +1206,7 @@ private slots:
             QVERIFY(QTest::qWaitForWindowExposed(shown));
             const QPoint place(81, 92);
             QTest::qWait(200); // until the window manager has placed it
-            QVERIFY(hand::move(*shown, place));
+            QVERIFY(hand::move(shown->winId(), place));
             QTRY_COMPARE(shown->geometry().topLeft(), place);
             shown->close();
             QVERIFY(!shown->isVisible());

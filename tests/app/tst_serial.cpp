@@ -5,6 +5,7 @@
 #include "resources/resources.h"
 #include "tests/support/fakeadapter.h"
 #include "tests/support/farend.h"
+#include "tests/support/openline.h"
 #include "tests/support/settingshome.h"
 #include "tests/support/shownwindow.h"
 
@@ -96,16 +97,6 @@ private:
         UCHAR buffer[64] = {};
         memcpy(buffer, bytes.constData(), size_t(bytes.size()));
         emit window->Write03(buffer);
-    }
-    // A line to which the window is connected, without what that sent.
-    std::unique_ptr<FarEnd> openLine(const PortSettings &settings = {})
-    {
-        auto line = std::make_unique<FarEnd>();
-        if (!window->OpenUart(line->node, settings))
-            qFatal("%s", qPrintable(window->uartProblem()));
-        if (line->take(33).size() != 33)
-            qFatal("not three baud commands");
-        return line;
     }
 
 private slots:
@@ -219,7 +210,7 @@ void TestSerial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_chan
 
 void TestSerial::the_baud_commands_of_a_second_opening_leave_at_the_same_rates()
 {
-    const auto line = openLine({.BaudRate = BAUD256000});
+    const auto line = openLine(*window, {.BaudRate = BAUD256000});
     window->CLoseUart();
     QList<int> rates;
     const auto look = [&] {
@@ -237,7 +228,7 @@ void TestSerial::the_baud_commands_of_a_second_opening_leave_at_the_same_rates()
 void TestSerial::a_second_opening_announces_the_rate_in_the_default_format()
 {
     const PortSettings twoStopBits{.StopBits = STOP_2};
-    const auto line = openLine(twoStopBits);
+    const auto line = openLine(*window, twoStopBits);
     QVERIFY(line->settings().c_cflag & CSTOPB);
     window->CLoseUart();
     int announced = 0;
@@ -271,7 +262,7 @@ void TestSerial::every_rate_is_set_or_refused_with_a_reason()
 {
     QFETCH(int, code);
     QFETCH(int, rate);
-    const auto line = openLine({.BaudRate = BaudRateType(code)});
+    const auto line = openLine(*window, {.BaudRate = BaudRateType(code)});
     if (rate > 0) {
         QCOMPARE(window->uartProblem(), QString());
         QCOMPARE(int(line->settings().c_ospeed), rate);
@@ -315,7 +306,7 @@ void TestSerial::every_character_format_is_set_or_refused_with_a_reason()
 {
     QFETCH(PortSettings, settings);
     QFETCH(QString, problem);
-    const auto line = openLine(settings);
+    const auto line = openLine(*window, settings);
     if (problem.isEmpty())
         QCOMPARE(window->uartProblem(), QString());
     QVERIFY2(window->uartProblem().contains(problem), qPrintable(window->uartProblem()));
@@ -346,10 +337,10 @@ void TestSerial::data_bits_are_set_before_stop_bits_and_those_before_the_parity(
 
 void TestSerial::several_refusals_are_all_told()
 {
-    const auto line = openLine({.BaudRate = BaudRateType(40),
-                                .DataBits = DATA_7,
-                                .Parity = PAR_MARK,
-                                .StopBits = STOP_1_5});
+    const auto line = openLine(*window, {.BaudRate = BaudRateType(40),
+                                         .DataBits = DATA_7,
+                                         .Parity = PAR_MARK,
+                                         .StopBits = STOP_1_5});
     for (const QString &part : {u"no baud rate number 40"_s, u"7 data bits"_s, u"1.5 stop bits"_s,
                                 u"does not do this parity"_s})
         QVERIFY2(window->uartProblem().contains(part), qPrintable(window->uartProblem()));
@@ -408,7 +399,7 @@ void TestSerial::a_good_opening_forgets_the_last_problem()
 {
     QVERIFY(!window->OpenUart(u"ttyQuorvel7"_s, {}));
     QVERIFY(!window->uartProblem().isEmpty());
-    const auto line = openLine();
+    const auto line = openLine(*window);
     QCOMPARE(window->uartProblem(), QString());
     // An open port is not opened twice, and says so.
     QVERIFY(!window->OpenUart(line->node, {}));
@@ -420,7 +411,7 @@ void TestSerial::a_good_opening_forgets_the_last_problem()
 
 void TestSerial::flow_control_and_time_out_are_not_applied()
 {
-    const auto line = openLine({.FlowControl = FLOW_HARDWARE, .Timeout_Millisec = 9000});
+    const auto line = openLine(*window, {.FlowControl = FLOW_HARDWARE, .Timeout_Millisec = 9000});
     QVERIFY(!(line->settings().c_cflag & CRTSCTS));
     QVERIFY(!(line->settings().c_iflag & IXON));
     QCOMPARE(window->uartProblem(), QString());
@@ -428,14 +419,14 @@ void TestSerial::flow_control_and_time_out_are_not_applied()
 
 void TestSerial::a_whole_frame_in_one_piece_needs_no_further_byte()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     line->give(QByteArray::fromHex("51 56 FC A3 80 01 02 03 04"));
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 01 02 03 04"_ba}));
 }
 
 void TestSerial::a_frame_cut_anywhere_is_received()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     const QByteArray bytes = QByteArray::fromHex("51 56 FC A7 82 02 00 03 51 56");
     for (qsizetype cut = 1; cut < bytes.size(); cut++) {
         line->give(bytes.first(cut));
@@ -449,14 +440,14 @@ void TestSerial::a_frame_cut_anywhere_is_received()
 
 void TestSerial::two_frames_in_one_piece_are_both_received()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     line->give(QByteArray::fromHex("51 56 FC A3 80 00 01 02 51 56 FC A7 82 02 00 03 00 00"));
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_ba, "FC A7 82 02 00 03 00 00"_ba}));
 }
 
 void TestSerial::noise_before_between_and_inside_frames_costs_no_other_frame()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     // Before and between.
     line->give(QByteArray::fromHex("00 56 51 00 51 56 FC A3 80 00 01 02 51 57 FF"
                                    "51 56 FC A3 80 00 03 04"));
@@ -472,7 +463,7 @@ void TestSerial::noise_before_between_and_inside_frames_costs_no_other_frame()
 
 void TestSerial::a_doubled_first_sync_byte_is_no_start()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     line->give(QByteArray::fromHex("51 51 56 FC A3 80 00 01 02"));
     line->give(QByteArray::fromHex("51 56 FC A3 80 00 03 04"));
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 03 04"_ba}));
@@ -480,7 +471,7 @@ void TestSerial::a_doubled_first_sync_byte_is_no_start()
 
 void TestSerial::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     line->give(QByteArray::fromHex("51 56 FC A3 80 00 01"));
     QTest::qWait(50);
     QCOMPARE(frames, QByteArrayList());
@@ -490,7 +481,7 @@ void TestSerial::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
 
 void TestSerial::half_a_frame_waits_over_closing_and_opening()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     line->give(QByteArray::fromHex("51 56 FC A3 80"));
     QTest::qWait(50);
     line->give(QByteArray::fromHex("02 AA"));
@@ -503,7 +494,7 @@ void TestSerial::half_a_frame_waits_over_closing_and_opening()
 
 void TestSerial::a_receiver_with_an_event_loop_of_its_own_gets_one_frame_at_a_time()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     int depth = 0;
     int deepest = 0;
     connect(window.get(), &MainWindow::Recv03, this, [&] {
@@ -522,7 +513,7 @@ void TestSerial::a_receiver_with_an_event_loop_of_its_own_gets_one_frame_at_a_ti
 
 void TestSerial::receiving_while_a_usb_frame_is_connected_hands_on_whole_frames()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     frame->present = true;
     window->OnDeviceAdded();
     QCOMPARE(window->connectState(), MainWindow::UsbConnected);
@@ -579,12 +570,12 @@ void TestSerial::a_hang_up_while_opening_shows()
 
 void TestSerial::a_hang_up_in_the_middle_of_a_frame_keeps_the_beginning()
 {
-    auto line = openLine();
+    auto line = openLine(*window);
     line->give(QByteArray::fromHex("51 56 FC A3 80 00"));
     QTest::qWait(SettleMs);
     line.reset();
     QTRY_COMPARE(window->connectState(), MainWindow::SerialClosed);
-    line = openLine();
+    line = openLine(*window);
     // The header's bytes that had not been read are gone with the line, its sync bytes are not.
     line->give(QByteArray::fromHex("FC A7 82 00 01 02"));
     QTRY_COMPARE(frames, (QByteArrayList{"FC A7 82 00 01 02"_ba}));
@@ -592,7 +583,7 @@ void TestSerial::a_hang_up_in_the_middle_of_a_frame_keeps_the_beginning()
 
 void TestSerial::a_hang_up_costs_no_processor_time()
 {
-    auto line = openLine();
+    auto line = openLine(*window);
     line.reset();
     QTRY_COMPARE(window->connectState(), MainWindow::SerialClosed);
     const auto before = processorTime();
@@ -617,7 +608,7 @@ void TestSerial::nothing_is_written_to_a_closed_port()
     const auto *port = window->findChild<Posix_QextSerialPort *>();
     std::unique_ptr<FarEnd> line;
     if (how == "closed" || how == "lost")
-        line = openLine();
+        line = openLine(*window);
     if (how == "closed")
         window->CLoseUart();
     if (how == "lost")
@@ -643,7 +634,7 @@ void TestSerial::closing_leaves_the_state_closed_whatever_it_was()
     QCOMPARE(window->connectState(), MainWindow::SerialFailed);
     window->CLoseUart();
     QCOMPARE(window->connectState(), MainWindow::SerialClosed);
-    const auto line = openLine();
+    const auto line = openLine(*window);
     window->CLoseUart();
     window->CLoseUart();
     QCOMPARE(window->connectState(), MainWindow::SerialClosed);
@@ -661,7 +652,7 @@ void TestSerial::closing_leaves_the_state_closed_whatever_it_was()
 
 void TestSerial::a_hang_up_under_a_usb_frame_changes_nothing_that_shows()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     frame->present = true;
     window->OnDeviceAdded();
     QCOMPARE(window->connectState(), MainWindow::UsbConnected);

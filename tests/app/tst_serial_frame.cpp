@@ -90,10 +90,6 @@ private:
     {
         return window->findChild<Widget *>();
     }
-    void press(const QWidget *parent, const char *button) const
-    {
-        QTest::mouseClick(in(parent, button), Qt::LeftButton);
-    }
     QString field(const char *name) const
     {
         return in<QLineEdit>(the<LightSet_dlg>(), name)->text();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "bundle/ziparchive.h"
+#include "tests/support/files.h"
 #include "tests/support/smalldisk.h"
 
 #include <QDir>
@@ -24,12 +25,6 @@ QList<Entry> entries()
     return {{u"about.txt"_s, {}, "what there is\n", {}},
             {u"frames.pcap"_s, {}, Binary, {}},
             {u"empty.txt"_s, {}, {}, {}}};
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
 }
 
 // Another program's idea of an archive.

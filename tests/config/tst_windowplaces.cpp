@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "config/windowplaces.h"
+#include "tests/support/files.h"
 #include "tests/support/settingshome.h"
 
 #include <QDir>
@@ -20,11 +21,7 @@ private:
     std::optional<SettingsHome> home;
 
     QString path() const { return home->filePath(u".config/ForQuorvel-windows"_s); }
-    QByteArray text() const
-    {
-        QFile file(path());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray text() const { return contentOf(path(), {}); }
     bool write(const QByteArray &content) const
     {
         QFile file(path());

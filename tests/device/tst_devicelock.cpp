@@ -127,7 +127,7 @@ private slots:
         QVERIFY(adapter.IsDevOpened());
         const Other other(u"usb"_s, node.path());
         QCOMPARE(other.said, Advice::frameInUse(node.path(), {QCoreApplication::applicationPid(),
-                                                              u"TestDeviceLock"_s})
+                                                              u"tst_devicelock"_s})
                                  .evidence);
         adapter.CloseDevice();
         const Other next(u"usb"_s, node.path());
@@ -361,7 +361,7 @@ private slots:
         file.write(content);
         file.close();
         QCOMPARE(devicelock::lockFileUser(file.fileName()),
-                 (DeviceUser{QCoreApplication::applicationPid(), u"TestDeviceLock"_s}));
+                 (DeviceUser{QCoreApplication::applicationPid(), u"tst_devicelock"_s}));
     }
 
     void only_a_device_is_opened_for_its_lock()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "device/plainfile.h"
+#include "tests/support/files.h"
 
 #include <QDir>
 #include <QFile>
@@ -99,11 +100,7 @@ private slots:
 
 private:
     QString at(const QString &name) const { return folder->filePath(name); }
-    QByteArray content(const QString &name) const
-    {
-        QFile file(at(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray content(const QString &name) const { return contentOf(at(name), {}); }
 
     std::unique_ptr<QTemporaryDir> folder;
 };

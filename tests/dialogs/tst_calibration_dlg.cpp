@@ -2,10 +2,10 @@
 
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
-#include "tests/dialogs/hides.h"
 #include "tests/support/calibrating.h"
 #include "tests/support/capture.h"
 #include "tests/support/hand.h"
+#include "tests/support/hides.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "dialogs/connect_dlg.h"
-#include "tests/dialogs/clipped.h"
+#include "tests/support/clipped.h"
 #include "tests/support/settingshome.h"
 
 #include <QAbstractItemView>

@@ -181,10 +181,6 @@ private:
         link->attach(test);
         link->attach(lights);
     }
-    static void press(const QWidget *window, const char *button)
-    {
-        QTest::mouseClick(in(window, button), Qt::LeftButton);
-    }
     QString field(const char *name) const { return in<QLineEdit>(lights, name)->text(); }
     static QString notice(const QWidget *window)
     {

@@ -41,7 +41,7 @@ bool show(QWidget &window)
 // As a user does it.
 bool drag(const QWidget &window, QPoint place)
 {
-    return hand::move(window, place) && QTest::qWaitFor([&] {
+    return hand::move(window.winId(), place) && QTest::qWaitFor([&] {
                return window.pos() == place || window.geometry().topLeft() == place;
            });
 }

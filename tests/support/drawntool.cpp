@@ -9,6 +9,7 @@
 #include "tests/support/widgets.h"
 
 #include <QHash>
+#include <QRadioButton>
 
 #include <memory>
 
@@ -27,9 +28,14 @@ QHash<QString, QRect> everyPlace()
     for (const QWidget *window : windowsOfTool()) {
         places[window->objectName()] = QRect(QPoint(), window->size());
         for (const QWidget *widget : window->findChildren<QWidget *>()) {
-            if (widget->window() == window)
-                places[window->objectName() + u'/' + widget->objectName()] =
-                    QRect(widget->mapTo(window, QPoint()), widget->size());
+            if (widget->window() != window)
+                continue;
+            // Such a button takes clicks on its words only.
+            const bool isNarrower = qobject_cast<const QRadioButton *>(widget) != nullptr;
+            const QSize size =
+                isNarrower ? widget->size().boundedTo(widget->sizeHint()) : widget->size();
+            places[window->objectName() + u'/' + widget->objectName()] =
+                QRect(widget->mapTo(window, QPoint()), size);
         }
     }
     return places;

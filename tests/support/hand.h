@@ -4,7 +4,6 @@
 
 #include <QPoint>
 #include <QProcess>
-#include <QWidget>
 
 // A person's mouse and keyboard: what they do comes from the X server. False: it was not done.
 namespace hand {
@@ -32,10 +31,11 @@ inline bool press(const QString &key)
     return does({QStringLiteral("key"), key});
 }
 
-inline bool move(const QWidget &window, QPoint to)
+// A window by its number, within its frame.
+inline bool move(quintptr window, QPoint to)
 {
-    return does({QStringLiteral("windowmove"), QString::number(window.winId()),
-                 QString::number(to.x()), QString::number(to.y())});
+    return does({QStringLiteral("windowmove"), QString::number(window), QString::number(to.x()),
+                 QString::number(to.y())});
 }
 
 } // namespace hand

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "config/xml_class.h"
+#include "tests/support/files.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 // A home directory with the settings of this test alone.
@@ -26,17 +26,8 @@ public:
     QString filePath(const QString &name) const { return home.filePath(name); }
     // Of the settings, as is their content.
     QString path() const { return filePath(QStringLiteral(".config/ForQuorvel")); }
-    QByteArray content() const
-    {
-        QFile file(path());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-    void setContent(const QByteArray &bytes) const
-    {
-        QFile file(path());
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-            qFatal("cannot write %s", qPrintable(path()));
-    }
+    QByteArray content() const { return contentOf(path(), {}); }
+    void setContent(const QByteArray &bytes) const { writeFile(path(), bytes); }
     // What one element of the file holds.
     QByteArray element(const QByteArray &name) const
     {

@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QPushButton>
 #include <QString>
+#include <QTest>
 #include <QWidget>
 
 // What a test looks for among the windows of the tool.
@@ -36,6 +37,12 @@ template <typename Widget = QPushButton>
 Widget *in(const QWidget *parent, const char *name)
 {
     return parent->findChild<Widget *>(QString::fromLatin1(name));
+}
+
+// A button, as a mouse does.
+inline void press(const QWidget *parent, const char *name)
+{
+    QTest::mouseClick(in(parent, name), Qt::LeftButton);
 }
 
 inline int pixelsOf(const QImage &image, QColor colour)
