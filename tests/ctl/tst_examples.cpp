@@ -22,7 +22,7 @@ namespace {
 
 constexpr int LongEnoughMs = 30'000;
 
-QString contentOf(const QString &path)
+QString textOf(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
@@ -42,7 +42,7 @@ QStringList linesOfBlocks(const QString &text, const QString &pattern)
 
 QStringList examplesOfPage()
 {
-    return linesOfBlocks(contentOf(QStringLiteral(QUORVELCTL_PAGE)), u"^```sh\n(.*?)^```$"_s);
+    return linesOfBlocks(textOf(QStringLiteral(QUORVELCTL_PAGE)), u"^```sh\n(.*?)^```$"_s);
 }
 
 // The command alone, saying it in JSON.
@@ -53,7 +53,7 @@ QString withJson(const QString &example)
 
 QStringList examplesOfManual()
 {
-    QString manual = contentOf(QStringLiteral(QUORVELCTL_MANUAL));
+    QString manual = textOf(QStringLiteral(QUORVELCTL_MANUAL));
     QStringList lines = linesOfBlocks(manual.replace(u"\\-"_s, u"-"_s), u"^\\.EX\n(.*?)^\\.EE$"_s);
     lines.removeIf([](const QString &line) { return !line.startsWith(u"quorvelctl "_s); });
     return lines;
@@ -178,9 +178,8 @@ private slots:
     void every_command_and_option_is_on_the_page_and_in_the_manual()
     {
         QFETCH(QString, command);
-        const QString page = contentOf(QStringLiteral(QUORVELCTL_PAGE));
-        const QString manual =
-            contentOf(QStringLiteral(QUORVELCTL_MANUAL)).replace(u"\\-"_s, u"-"_s);
+        const QString page = textOf(QStringLiteral(QUORVELCTL_PAGE));
+        const QString manual = textOf(QStringLiteral(QUORVELCTL_MANUAL)).replace(u"\\-"_s, u"-"_s);
         const QString section = u"^## %1\\b"_s.arg(command.section(u' ', 0, 0));
         const QString name =
             command.contains(u' ') ? u".*\\b%1\\b"_s.arg(command.section(u' ', 1)) : u""_s;

@@ -506,9 +506,12 @@ void TestKernel::the_versions_are_those_of_the_frame()
               .P_NUM = 0x01234};
     Version_Dlg expected(nullptr);
     expected.show();
-    for (const auto &[label, text] : lines)
-        QCOMPARE(expected.findChild<QLabel *>(label)->text(), text);
-    const QRect place(10, 60, 171, 80);
+    QRect place;
+    for (const auto &[name, text] : lines) {
+        const auto *label = expected.findChild<QLabel *>(name);
+        QCOMPARE(label->text(), text);
+        place |= QRect(label->mapTo(&expected, QPoint()), label->size());
+    }
     const QImage told = drawn(expected, place);
     expected.hide();
 
