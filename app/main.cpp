@@ -5,6 +5,7 @@
 #include "demo.h"
 #include "device/version.h"
 #include "endsignals.h"
+#include "heap.h"
 #include "mainwindow.h"
 #include "pluginfolder.h"
 #include "printable.h"
@@ -20,7 +21,6 @@
 #include <cstdlib>
 #include <fontconfig/fontconfig.h>
 #include <future>
-#include <malloc.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -87,8 +87,7 @@ void endShownWindow()
 
 int main(int argc, char **argv)
 {
-    // Threads that mostly wait need no heap each.
-    mallopt(M_ARENA_MAX, 1);
+    settleHeap();
     // Whoever reads the output through a pipe sees each line when it is written.
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     // Who no longer reads the output does not end the program.

@@ -81,7 +81,7 @@ MainWindow::MainWindow(std::shared_ptr<HID_AdpterPacket::HID_Adapter> adapter,
     setPictures();
     if (!recordFile.isEmpty())
         noRecording = recordAction->start(recordFile);
-    hotplugThread->start(QThread::InheritPriority);
+    hotplugThread->begin();
     link->start();
 }
 

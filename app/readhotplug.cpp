@@ -4,6 +4,8 @@
 
 #include "device/struct.h"
 
+#include <QTimer>
+
 #include <linux/netlink.h>
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -16,6 +18,7 @@
 
 namespace {
 
+constexpr auto StartRetry = std::chrono::seconds(1);
 // Multicast groups 1 to 4; the kernel speaks in the first, udevd in the second.
 constexpr unsigned EventGroups = 0x0F;
 
@@ -51,6 +54,12 @@ ReadHotplugThread::ReadHotplugThread(FileDescriptor events)
 ReadHotplugThread::~ReadHotplugThread()
 {
     finish();
+}
+
+void ReadHotplugThread::begin()
+{
+    if (!start(QThread::InheritPriority))
+        QTimer::singleShot(StartRetry, this, &ReadHotplugThread::begin);
 }
 
 void ReadHotplugThread::terminate()

@@ -27,6 +27,9 @@ public:
     explicit ReadHotplugThread(FileDescriptor events);
     ~ReadHotplugThread() override;
 
+    // Starts; where the system has no room for another thread, as soon as there is some. What is
+    // said until then is heard then.
+    void begin();
     void terminate() override;
 
     // What a message says about the controller's vendor. A message is a list of properties, each

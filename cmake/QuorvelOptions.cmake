@@ -10,6 +10,10 @@ if(quorvel_vendor LESS 1 OR quorvel_vendor GREATER 65535)
     message(FATAL_ERROR "QUORVEL_VENDOR_ID is '${QUORVEL_VENDOR_ID}': a USB vendor id lies between 0x0001 and 0xFFFF")
 endif()
 
+if(NOT QUORVEL_SITE MATCHES "^https://[A-Za-z0-9._~:/%-]*[^/]$")
+    message(FATAL_ERROR "QUORVEL_SITE is '${QUORVEL_SITE}': write an address such as https://quorvel.org, without a slash at the end")
+endif()
+
 set(QUORVEL_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
 option(QUORVEL_HARDEN "Compile and link with fortified library calls, stack protector, PIE and full RELRO" OFF)
 option(QUORVEL_COVERAGE "Compile for gcov" OFF)
@@ -25,7 +29,8 @@ add_compile_definitions(QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CONTEXTL
                         QT_STRICT_ITERATORS)
 add_link_options(-Wl,--as-needed)
 # A start reads the pages of what it calls, and of what stands beside that: the smaller the fewer.
-add_compile_options("$<$<NOT:$<CONFIG:Debug>>:-Os>")
+# Builds of no type, as packagers make them, get the flags that these choose.
+add_compile_options("$<$<CONFIG:Release,RelWithDebInfo>:-Os>")
 
 if(QUORVEL_HARDEN)
     add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong

@@ -85,6 +85,8 @@ quorvel_style_test(shellcheck sh -c "grep -rlE '^#!.*[/ ](ba|da)?sh( |$)|^# shel
 quorvel_style_test("desktop entries" sh -c "desktop-file-validate packaging/*.desktop")
 quorvel_style_test("software catalogue" appstreamcli validate --pedantic --no-net
                    "${PROJECT_BINARY_DIR}/packaging/org.quorvel.quorvel.metainfo.xml")
+quorvel_style_test("pictures of the software catalogue" tests/program/check-catalogue
+                   "${PROJECT_BINARY_DIR}/packaging/org.quorvel.quorvel.metainfo.xml" "${QUORVEL_SITE}")
 quorvel_style_test("manual pages" sh -c "words=$(man --warnings -E UTF-8 -l -Tutf8 -Z packaging/*.1 2>&1 >/dev/null) && echo \"$words\" && test -z \"$words\"")
 if(TARGET manual)
     add_dependencies(generated manual)

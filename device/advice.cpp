@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <cstring>
 
 namespace {
@@ -37,6 +38,12 @@ QString sentence(const UserSentences &sentences, const QString &node, const Devi
 QString freeSoon()
 {
     return AdviceWords::tr("It can be used here as soon as that program has let go of it.");
+}
+
+QString roomAdvice()
+{
+    return AdviceWords::tr("Close windows and programs that are not needed, or start this one "
+                           "again.");
 }
 
 QString rightsAdvice(const NodeRights &rights)
@@ -96,9 +103,32 @@ Advice Advice::frameForbidden(const QString &node, int error, const NodeRights &
 
 Advice Advice::frameNotOpened(const QString &node, int error)
 {
-    return {AdviceWords::tr("A touch frame is at %1 but it cannot be opened (%2).")
-                .arg(node, QString::fromLocal8Bit(std::strerror(error))),
+    const QString why = QString::fromLocal8Bit(std::strerror(error));
+    if (isForRoom(error))
+        return {AdviceWords::tr("%1, perhaps a touch frame, cannot be opened (%2).").arg(node, why),
+                roomAdvice()};
+    return {AdviceWords::tr("A touch frame is at %1 but it cannot be opened (%2).").arg(node, why),
             AdviceWords::tr("Unplug it and plug it in again.")};
+}
+
+Advice Advice::portNotOpened(const QString &node, int error)
+{
+    return {AdviceWords::tr("The serial port %1 cannot be opened (%2).")
+                .arg(node, QString::fromLocal8Bit(std::strerror(error))),
+            isForRoom(error) ? roomAdvice() : QString()};
+}
+
+bool Advice::isForRoom(int error)
+{
+    return error == EMFILE || error == ENFILE || error == ENOMEM;
+}
+
+Advice Advice::noThread()
+{
+    return {AdviceWords::tr("A touch frame is there but cannot be read: this system has no room for "
+                            "another thread."),
+            AdviceWords::tr("End programs that are not needed. The frame is used as soon as there "
+                            "is room.")};
 }
 
 Advice Advice::portInUse(const QString &node, const DeviceUser &user)
@@ -120,16 +150,23 @@ Advice Advice::portLeftLocked(const QString &node, const QString &lockFile)
                 .arg(QFileInfo(lockFile).owner())};
 }
 
-Advice Advice::portForbidden(const QString &node, const QString &owner, const QString &group,
-                             bool groupMay)
+Advice Advice::portForbidden(const QString &node, const NodeRights &rights)
 {
-    if (!groupMay)
-        return {AdviceWords::tr("This user may not open the serial port %1: it is for its owner %2 "
-                                "alone.")
-                    .arg(node, owner),
-                AdviceWords::tr("Ask who looks after this machine for access.")};
-    return {AdviceWords::tr("This user may not open the serial port %1.").arg(node),
-            AdviceWords::tr("Join the group %1, then log in again.").arg(group)};
+    if (rights.groupMay())
+        return {AdviceWords::tr("This user may not open the serial port %1.").arg(node),
+                AdviceWords::tr("Join the group %1, then log in again.").arg(rights.group)};
+    if (rights.isRootsAlone())
+        return {
+            AdviceWords::tr("This user may not open the serial port %1: it belongs to root "
+                            "alone.")
+                .arg(node),
+            AdviceWords::tr("The device manager (udev) has usually not set up such a port. Plug "
+                            "its adapter in again, run \"sudo udevadm trigger\" or restart this "
+                            "machine.")};
+    return {AdviceWords::tr("This user may not open the serial port %1: it is for its owner %2 "
+                            "alone.")
+                .arg(node, rights.owner),
+            AdviceWords::tr("Ask who looks after this machine for access.")};
 }
 
 Advice Advice::noSuchPort(const QString &node)

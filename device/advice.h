@@ -22,10 +22,13 @@ struct Advice
     // Error is errno of the attempt.
     static Advice frameForbidden(const QString &node, int error, const NodeRights &rights);
     static Advice frameNotOpened(const QString &node, int error);
+    static Advice noThread();
+    static Advice portNotOpened(const QString &node, int error);
+    // Whether it says that this process or the system has no room, for descriptors or memory.
+    static bool isForRoom(int error);
     static Advice portInUse(const QString &node, const DeviceUser &user);
     static Advice portLeftLocked(const QString &node, const QString &lockFile);
-    static Advice portForbidden(const QString &node, const QString &owner, const QString &group,
-                                bool groupMay);
+    static Advice portForbidden(const QString &node, const NodeRights &rights);
     static Advice noSuchPort(const QString &node);
 
     bool operator==(const Advice &) const = default;

@@ -19,6 +19,8 @@ struct CalibrationScreen
     // Centres of the targets in pixels of the screen: top left, top right, bottom right, bottom
     // left.
     std::array<QPoint, command::calibration::Targets> targets() const;
+
+    bool operator==(const CalibrationScreen &) const = default;
 };
 
 // The host's side of a calibration: which reply of the device counts next, and what is said to it.

@@ -2,6 +2,7 @@
 
 #include "linux_hid_adapter.h"
 
+#include "advice.h"
 #include "malvoutil.h"
 #include "pacing.h"
 
@@ -218,7 +219,8 @@ bool OP_HID_Adaptee::isTouchFrame(const char *node)
     const int candidate = io.open(node);
     if (candidate < 0) {
         const int error = errno;
-        if (vendor)
+        // Without a descriptor its vendor cannot be read either.
+        if (vendor || Advice::isForRoom(error))
             problem = {QString::fromLocal8Bit(node), error};
         return false;
     }

@@ -17,6 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr mode_t PermissionBits = 07777;
+constexpr auto Root = "root"_L1;
 
 struct CloseFile
 {
@@ -99,6 +100,16 @@ NodeRights NodeRights::of(const QString &node, const QString &root, const User &
 
 bool NodeRights::ruleIsApplied() const
 {
+    return group == QLatin1StringView(GroupName) && groupMay();
+}
+
+bool NodeRights::groupMay() const
+{
     constexpr mode_t ForGroup = S_IRGRP | S_IWGRP;
-    return group == QLatin1StringView(GroupName) && (mode & ForGroup) == ForGroup;
+    return (mode & ForGroup) == ForGroup && group != Root;
+}
+
+bool NodeRights::isRootsAlone() const
+{
+    return owner == Root && group == Root;
 }

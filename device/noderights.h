@@ -38,4 +38,8 @@ struct NodeRights
 
     // Whether the node has the rights that the rule gives.
     bool ruleIsApplied() const;
+    // Whether its group may use it, and is one that people join.
+    bool groupMay() const;
+    // Whether it is root's, as before the device manager gave it to somebody.
+    bool isRootsAlone() const;
 };

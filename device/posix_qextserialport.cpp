@@ -4,9 +4,9 @@
 
 #include "advice.h"
 #include "link_log.h"
+#include "noderights.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <asm/termbits.h>
 #include <fcntl.h>
@@ -35,7 +35,6 @@ constexpr auto StuckPatience = 20ms;
 constexpr int MaxStrayErrors = 100;
 // Receivers cope with rates this far apart.
 constexpr int RateTolerancePercent = 2;
-constexpr QFile::Permissions OfGroup = QFile::ReadGroup | QFile::WriteGroup;
 
 std::optional<QSerialPort::DataBits> toQt(DataBitsType bits)
 {
@@ -178,8 +177,9 @@ bool Posix_QextSerialPort::open(QIODevice::OpenMode openMode)
         return false;
     port.setPortName(name);
     if (!port.open(openMode)) {
+        const QString why = whyNotOpened();
         lock = {};
-        return refuse(whyNotOpened());
+        return refuse(why);
     }
 
     openings++;
@@ -461,6 +461,8 @@ bool Posix_QextSerialPort::lockPort()
         return refuseAsInUse(
             user.pid > 0 ? user : devicelock::lockFileUser(devicelock::lockFileOf(node())));
     }
+    if (outcome == devicelock::Outcome::Barred && Advice::isForRoom(errno))
+        return refuse(Advice::portNotOpened(node(), errno).words());
     // Root may open what a program has made its own. The mark alone proves nothing: that of a
     // pseudo-terminal outlives its program.
     int exclusive = 0;
@@ -481,7 +483,6 @@ bool Posix_QextSerialPort::refuseAsInUse(const DeviceUser &user)
 
 QString Posix_QextSerialPort::whyNotOpened()
 {
-    const QFileInfo info(node());
     switch (port.error()) {
     case QSerialPort::DeviceNotFoundError:
         return Advice::noSuchPort(node()).words();
@@ -489,9 +490,7 @@ QString Posix_QextSerialPort::whyNotOpened()
         if (faccessat(AT_FDCWD, QFile::encodeName(node()).constData(), R_OK | W_OK, AT_EACCESS) ==
             0)
             return lockFileKeepsOut();
-        return Advice::portForbidden(node(), info.owner(), info.group(),
-                                     (info.permissions() & OfGroup) == OfGroup)
-            .words();
+        return Advice::portForbidden(node(), NodeRights::of(node())).words();
     case QSerialPort::UnsupportedOperationError:
         return tr("%1 is not a serial port. Choose a name such as ttyUSB0.").arg(node());
     default:
@@ -502,6 +501,10 @@ QString Posix_QextSerialPort::whyNotOpened()
 // What a file that programs of serial ports leave for each other says.
 QString Posix_QextSerialPort::lockFileKeepsOut()
 {
+    // Without a descriptor for it there is no such file either.
+    const FileDescriptor another(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+    if (!another.isValid())
+        return Advice::portNotOpened(node(), errno).words();
     const QString file = devicelock::lockFileOf(node());
     const DeviceUser user = devicelock::lockFileUser(file);
     if (user.pid > 0 && user.program.isEmpty())

@@ -11,15 +11,17 @@ StoppableThread::StoppableThread(std::chrono::milliseconds theBudget)
 
 StoppableThread::~StoppableThread() = default;
 
-void StoppableThread::start(Priority priority)
+bool StoppableThread::start(Priority priority)
 {
     if (isRunning())
-        return;
+        return true;
     {
         const std::lock_guard lock(stopLock);
         stop = false;
     }
     QThread::start(priority);
+    // In this order: it may end in between.
+    return isRunning() || isFinished();
 }
 
 void StoppableThread::terminate()

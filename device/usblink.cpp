@@ -27,6 +27,7 @@ constexpr auto EndsWithin = std::chrono::milliseconds(1);
 // Time for what has come during a wait. The loop serves timers before the display.
 constexpr auto TurnRest = std::chrono::milliseconds(10);
 constexpr auto LookPeriod = std::chrono::milliseconds(2);
+constexpr auto ThreadRetry = std::chrono::milliseconds(100);
 
 } // namespace
 
@@ -57,10 +58,17 @@ void UsbLink::registerForNotification(void *window)
 
 bool UsbLink::open()
 {
-    if (opened || !HID_Util03->DoFindDev(Collection, true) || !HID_Util03->IsDevOpened())
+    if (opened)
+        return false;
+    lacksThread = false;
+    if (!HID_Util03->DoFindDev(Collection, true) || !HID_Util03->IsDevOpened())
         return false;
     readThread03->setHIDAdapter(HID_Util03.get(), command::ReportId);
-    readThread03->start(QThread::InheritPriority);
+    lacksThread = !readThread03->start(QThread::InheritPriority);
+    if (lacksThread) {
+        HID_Util03->CloseDevice();
+        return false;
+    }
     writeThread03->setHIDAdapter(HID_Util03.get(), command::ReportId);
     opened = true;
     return true;
@@ -119,19 +127,30 @@ bool UsbLink::flush()
         tellSent();
         if (outbox.empty())
             return true;
-        sendNext();
+        if (!sendNext())
+            return false;
     }
     return false;
 }
 
-// Hands the first waiting frame to the writer, which has ended.
-void UsbLink::sendNext()
+// Hands the first waiting frame to the writer, which has ended. False when that cannot be started
+// now; the frame waits on.
+bool UsbLink::sendNext()
 {
     tellSent();
     SendBuf03 = outbox.front();
-    outbox.pop_front();
-    underWay = true;
-    writeThread03->start(QThread::InheritPriority);
+    underWay = writeThread03->start(QThread::InheritPriority);
+    if (underWay)
+        outbox.pop_front();
+    else
+        QTimer::singleShot(ThreadRetry, this, &UsbLink::sendAgain);
+    return underWay;
+}
+
+void UsbLink::sendAgain()
+{
+    if (!underWay && !outbox.empty())
+        sendNext();
 }
 
 // What became of the frame that the writer, which has ended, was handed last.
@@ -169,6 +188,8 @@ QString UsbLink::node() const
 
 QString UsbLink::problem() const
 {
+    if (lacksThread)
+        return Advice::noThread().words();
     const HID_AdpterPacket::NodeProblem found = HID_Util03->LastProblem();
     if (found.node.isEmpty())
         return {};

@@ -41,7 +41,7 @@ public:
     void registerForNotification(void *window);
 
     // Looks for a touch frame and starts to read it; false when none is there, or none that can be
-    // opened (see problem()), or when one is open already.
+    // opened and read (see problem()), or when one is open already.
     bool open();
     bool isOpen() const { return opened; }
     // Whether a touch frame is there and, if one is open, it has been there all the time.
@@ -54,7 +54,7 @@ public:
     // the log, when the outbox is full.
     bool send(const UCHAR *frame);
     // Waits until all that was sent is with the device; false when it takes nothing for longer than
-    // SendPatience.
+    // SendPatience, or cannot be handed it.
     bool flush();
 
     // Fills the USB fields of hidver.
@@ -80,13 +80,15 @@ public slots:
 
 private:
     bool waitForWriter();
-    void sendNext();
+    bool sendNext();
+    void sendAgain();
     void lookAtWriter();
     void tellSent();
     void tell(Traffic::Direction direction, Traffic::Result result, const Frame &frame);
 
     std::shared_ptr<HID_AdpterPacket::HID_Adapter> HID_Util03;
     bool opened = false;
+    bool lacksThread = false; // the last open() found no room for one
     Frame RecvBuf03{};        // written by the reader on this thread, never while it is delivered
     Frame SendBuf03{};        // read by the writer, changed while it does not run
     bool underWay = false;    // what became of SendBuf03 has not been told

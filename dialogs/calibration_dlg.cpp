@@ -36,16 +36,28 @@ constexpr int HintPoints = 40;
 constexpr QPoint CountdownFromCentre(-25, 0);
 constexpr QPoint HintFromCentre(-200, 50);
 
+// The screen of that number, or the first one.
+CalibrationScreen areaOn(qsizetype number, const ScreenLayout &layout)
+{
+    QRect screen = layout.screens.size() == 1 ? QRect(QPoint(0, 0), layout.desktop)
+                                              : layout.screens.value(number, layout.screens.first());
+    if (!layout.isEachForItself)
+        return {screen, layout.desktop};
+    screen.moveTo(0, 0);
+    return {screen, screen.size()};
+}
+
 } // namespace
 
 Calibration_Dlg::Calibration_Dlg(QWidget *parent)
-    : QDialog(parent)
+    : WholeScreen(parent)
     , ui(std::make_unique<Ui::Calibration_Dlg>())
     , timer(new QTimer(this))
 {
     ui->setupUi(this);
     setWindowOpacity(0.5);
     connect(timer, &QTimer::timeout, this, &Calibration_Dlg::ontimer);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &Calibration_Dlg::lookAtScreens);
 }
 
 Calibration_Dlg::~Calibration_Dlg() = default;
@@ -59,14 +71,8 @@ void Calibration_Dlg::setPrimaryScr(int screen, const ScreenLayout &layout)
 {
     if (layout.screens.isEmpty())
         return;
-    area.desktop = layout.desktop;
-    area.screen = layout.screens.size() == 1 ? QRect(QPoint(0, 0), layout.desktop)
-                                             : layout.screens.value(screen, layout.screens.first());
-    if (layout.isEachForItself) {
-        area.desktop = area.screen.size();
-        area.screen.moveTo(0, 0);
-    }
-    mainmap = QPixmap(area.screen.size());
+    area = areaOn(screen, layout);
+    mainmap = {};
     const auto targets = area.targets();
     for (size_t i = 0; i < targets.size(); ++i) {
         ellipse_x[i] = targets[i].x();
@@ -74,11 +80,36 @@ void Calibration_Dlg::setPrimaryScr(int screen, const ScreenLayout &layout)
     }
 
     const QList<QScreen *> screens = QGuiApplication::screens();
-    if (const QScreen *shown = screens.value(screen, screens.first())) {
+    if (QScreen *shown = screens.value(screen, screens.first())) {
+        watch(shown);
         rect = shown->geometry();
         compositorScale = layout.isEachForItself ? layout.scaleOf(shown) : 0;
         move(shown->availableGeometry().topLeft());
     }
+}
+
+// The desktop says so more than once when its screens change.
+void Calibration_Dlg::watch(QScreen *screen)
+{
+    if (covered)
+        covered->disconnect(this);
+    covered = screen;
+    connect(screen, &QScreen::geometryChanged, this, &Calibration_Dlg::lookAtScreens);
+    connect(screen, &QScreen::virtualGeometryChanged, this, &Calibration_Dlg::lookAtScreens);
+}
+
+// Touches of targets that were elsewhere would calibrate for a desktop that is no more.
+void Calibration_Dlg::lookAtScreens()
+{
+    if (!underWay || cal_end)
+        return;
+    const ScreenLayout layout = ScreenLayout::current();
+    const auto number = QGuiApplication::screens().indexOf(covered.get());
+    if (number >= 0 && number < layout.screens.size() && areaOn(number, layout) == area)
+        return;
+    emit endedByItself(
+        tr("The calibration ended because the screens have changed. It was discarded."));
+    hide();
 }
 
 QRect Calibration_Dlg::calibratedScreen() const
@@ -127,6 +158,8 @@ int Calibration_Dlg::GetDeviation() const
 
 void Calibration_Dlg::paintEvent(QPaintEvent *)
 {
+    if (mainmap.isNull())
+        mainmap = QPixmap(area.screen.size());
     if (mainmap.isNull())
         return;
     // Positions are native pixels; sizes grow with the display scaling.
@@ -180,13 +213,7 @@ void Calibration_Dlg::showEvent(QShowEvent *)
     time_step = 0;
     m_IsCali = 1;
     steps.begin();
-    if (rect.isValid())
-        setGeometry(rect);
-    // Not showFullScreen(), which shows a window that is being shown already: newer toolkits take
-    // that for another showing.
-    setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowFullScreen);
-    // Without a window manager nobody else gives it the keyboard.
-    activateWindow();
+    cover(rect);
     send(CalibrationSteps::beginFrame());
     timer->start(TickPeriod);
 }
@@ -197,9 +224,11 @@ void Calibration_Dlg::hideEvent(QHideEvent *)
         return;
     m_IsCali = 0;
     timer->stop();
+    mainmap = {};
     // What the device still says belongs to what is over.
     steps.forget();
     finishSession();
+    giveBack();
 }
 
 // Tells the device what becomes of the calibration.

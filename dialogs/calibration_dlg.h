@@ -5,8 +5,8 @@
 #include "device/calibrationsteps.h"
 #include "screenlayout.h"
 #include "showing.h"
+#include "wholescreen.h"
 
-#include <QDialog>
 #include <QPixmap>
 #include <QPointer>
 
@@ -17,6 +17,7 @@ namespace Ui {
 class Calibration_Dlg;
 }
 class CalEnd_dlg;
+class QScreen;
 class QTimer;
 
 // The full-screen window with the four targets that the user touches one after the other.
@@ -25,7 +26,7 @@ class QTimer;
 // the target. At the end the user is asked whether to save. However the window is left, the device
 // is told to save or to reset, unless it is gone. What one device said is neither asked about nor
 // answered on the link of another: a session ends with its link (OnLinkEnding).
-class Calibration_Dlg : public QDialog
+class Calibration_Dlg : public WholeScreen
 {
     Q_OBJECT
 public:
@@ -86,6 +87,8 @@ protected:
 private:
     void send(Frame frame);
     void finishSession();
+    void watch(QScreen *screen);
+    void lookAtScreens();
 
     std::unique_ptr<Ui::Calibration_Dlg> ui;
     Showing showing{this};
@@ -97,10 +100,12 @@ private:
     std::array<int, 4> ellipse_y{};
     int time_step = 0; // half-seconds since the showing
     QTimer *timer;     // child
-    QPixmap mainmap;   // everything is drawn here first; native size of the calibrated screen
+    QPixmap mainmap;   // everything is drawn here first; native size of the calibrated screen, and
+                       // null while the window is hidden
     CalibrationSteps steps;
     CalibrationScreen area{{0, 0, 0, 0}, {0, 0}};
     qreal compositorScale = 0; // of that screen, where it is not the toolkit that scales; else 0
+    QPointer<QScreen> covered; // one of the desktop's, until that takes it away
     QRect rect;                // where the window goes, in Qt's coordinates
     QPointer<CalEnd_dlg> question; // while it is being asked
     QPointer<QWidget> opener;

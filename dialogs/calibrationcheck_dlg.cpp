@@ -50,7 +50,7 @@ QString told(qreal number)
 } // namespace
 
 CalibrationCheck_dlg::CalibrationCheck_dlg(QWidget *parent)
-    : QDialog(parent)
+    : WholeScreen(parent)
     , ui(std::make_unique<Ui::CalibrationCheck_dlg>())
     , model(std::make_unique<CalibrationCheck>(CalibrationCheck::Screen()))
     , untilLeft(new QTimer(this))
@@ -84,19 +84,16 @@ void CalibrationCheck_dlg::showEvent(QShowEvent *)
     if (!showing.begins())
         return;
     covered = parentWidget() ? parentWidget()->screen() : screen();
-    setGeometry(covered->geometry());
-    // Not showFullScreen(), which shows a window that is being shown already: newer toolkits take
-    // that for another showing.
-    setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowFullScreen);
-    // Without a window manager nobody else gives it the keyboard.
-    activateWindow();
+    cover(covered->geometry());
     begin();
 }
 
 void CalibrationCheck_dlg::hideEvent(QHideEvent *)
 {
-    if (showing.ends())
-        untilLeft->stop();
+    if (!showing.ends())
+        return;
+    untilLeft->stop();
+    giveBack();
 }
 
 // It fills its screen a moment after it was shown, and a screen may change its size.
@@ -116,7 +113,7 @@ void CalibrationCheck_dlg::keyPressEvent(QKeyEvent *event)
 {
     untilLeft->start(LeftAfter);
     if (event->key() != Qt::Key_Backspace) {
-        QDialog::keyPressEvent(event);
+        WholeScreen::keyPressEvent(event);
         return;
     }
     model->takeBack();
@@ -148,7 +145,7 @@ bool CalibrationCheck_dlg::event(QEvent *event)
     default:
         break;
     }
-    return QDialog::event(event);
+    return WholeScreen::event(event);
 }
 
 void CalibrationCheck_dlg::take(const QPointF &at, quint64 ms)

@@ -4,8 +4,8 @@
 
 #include "calibrationcheck.h"
 #include "showing.h"
+#include "wholescreen.h"
 
-#include <QDialog>
 #include <QPointer>
 #include <QScreen>
 
@@ -24,7 +24,7 @@ class QTimer;
 // right. Until the last one nothing else on the page takes a press, wherever a badly calibrated
 // frame puts it. ESC leaves, Backspace takes a touch back, and so that nobody is locked in, the
 // page leaves by itself when nothing has been touched for a while.
-class CalibrationCheck_dlg : public QDialog
+class CalibrationCheck_dlg : public WholeScreen
 {
     Q_OBJECT
 public:

@@ -110,6 +110,12 @@ const QPixmap &LightPlot::picture()
     return mainmap;
 }
 
+void LightPlot::dropPicture()
+{
+    mainmap = {};
+    stale = true;
+}
+
 QPoint LightPlot::XADC_point(int i) const
 {
     return {screen.width() * i / XTotal, screen.height() - XLevels[size_t(i)].adc};

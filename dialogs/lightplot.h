@@ -55,6 +55,8 @@ public:
 
     // Drawn anew only if something has changed. Native size of the screen, at ratio 1.
     const QPixmap &picture();
+    // Until somebody wants to see it again.
+    void dropPicture();
 
 private:
     struct Level

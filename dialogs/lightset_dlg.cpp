@@ -37,7 +37,7 @@ constexpr int ReadBackMs = 300; // after a write, which goes out first
 } // namespace
 
 LightSet_dlg::LightSet_dlg(QWidget *parent)
-    : QDialog(parent)
+    : WholeScreen(parent)
     , ui(std::make_unique<Ui::LightSet_dlg>())
     , timer(new QTimer(this))
 {
@@ -200,13 +200,8 @@ void LightSet_dlg::showEvent(QShowEvent *)
     for (QLineEdit *field : {ui->MinADC, ui->MaxADC, ui->MinEdgeADC, ui->MaxEdgeADC,
                              ui->ADCThreshold, ui->EdgeADCThreshold})
         field->setModified(false);
-    // Not showFullScreen(), which shows a window that is being shown already: newer toolkits take
-    // that for another showing.
     const QWidget *operatedOn = parentWidget() ? parentWidget() : this;
-    setGeometry(operatedOn->screen()->geometry());
-    setWindowState(windowState() | Qt::WindowFullScreen);
-    // Without a window manager nobody else gives it the keyboard.
-    activateWindow();
+    cover(operatedOn->screen()->geometry());
     TimerStep = 0;
     if (!isAside)
         beginAsking();
@@ -219,6 +214,8 @@ void LightSet_dlg::hideEvent(QHideEvent *)
         return;
     Ready = false;
     postponed = false;
+    plot.dropPicture();
+    giveBack();
     if (const auto unsent = control.rest())
         askAbout(*unsent);
     GetADCData();
@@ -239,7 +236,7 @@ void LightSet_dlg::hideEvent(QHideEvent *)
 
 void LightSet_dlg::changeEvent(QEvent *event)
 {
-    QDialog::changeEvent(event);
+    WholeScreen::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         showValuesPlainly();
     // A window manager may clean up after the last showing when the next has begun already.
@@ -287,7 +284,7 @@ bool LightSet_dlg::eventFilter(QObject *watched, QEvent *event)
         event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
     if (!button || button->isEnabled() || !isPress ||
         static_cast<QMouseEvent *>(event)->button() != Qt::LeftButton)
-        return QDialog::eventFilter(watched, event);
+        return WholeScreen::eventFilter(watched, event);
     if (control.isStepping())
         step(button == ui->LightAddBtn ? 1 : -1);
     return true;
@@ -298,7 +295,7 @@ void LightSet_dlg::keyPressEvent(QKeyEvent *event)
     if (parked && focusWidget() == this && event->key() == Qt::Key_Space)
         step(parked == ui->LightAddBtn ? 1 : -1);
     else
-        QDialog::keyPressEvent(event);
+        WholeScreen::keyPressEvent(event);
 }
 
 void LightSet_dlg::timerEvent(QTimerEvent *event)
@@ -314,7 +311,7 @@ void LightSet_dlg::timerEvent(QTimerEvent *event)
         askForSettings();
         TimerStop = std::max(TimerStop, TicksAfterRead);
     } else {
-        QDialog::timerEvent(event);
+        WholeScreen::timerEvent(event);
     }
 }
 

@@ -7,10 +7,10 @@
 #include "lightplot.h"
 #include "scanwatch.h"
 #include "showing.h"
+#include "wholescreen.h"
 
 #include <QBasicTimer>
 #include <QDeadlineTimer>
-#include <QDialog>
 #include <QPointer>
 #include <QRect>
 
@@ -30,7 +30,7 @@ class test_win;
 // While it is shown it asks the device in turns for the chosen light, the Y scan and the X scan,
 // and a signal test beside it stands aside. Before the user chooses a light, the one that the
 // device speaks of is shown; afterwards that choice holds.
-class LightSet_dlg : public QDialog
+class LightSet_dlg : public WholeScreen
 {
     Q_OBJECT
 public:

@@ -5,7 +5,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -36,18 +35,18 @@ QStringList portsOf(const Machine &machine)
     return ports;
 }
 
+Advice whyClosed(const Machine &machine, const QString &node)
+{
+    return Advice::portForbidden(node, NodeRights::of(node, machine.root(), machine.user()));
+}
+
 Finding checkWanted(const Machine &machine, const QString &wanted)
 {
-    constexpr mode_t ForGroup = S_IRGRP | S_IWGRP;
     const QString node = wanted.startsWith(u'/') ? wanted : "/dev/"_L1 + wanted;
     if (!machine.exists(node))
         return Finding::trouble(SerialCheck, Cause::NoFrame, Advice::noSuchPort(node));
-    if (!machine.mayOpen(node)) {
-        const NodeRights rights = NodeRights::of(node, machine.root(), machine.user());
-        return Finding::trouble(SerialCheck, Cause::NoPermission,
-                                Advice::portForbidden(node, rights.owner, rights.group,
-                                                      (rights.mode & ForGroup) == ForGroup));
-    }
+    if (!machine.mayOpen(node))
+        return Finding::trouble(SerialCheck, Cause::NoPermission, whyClosed(machine, node));
     const DeviceUser holder = machine.lockHolder(node);
     if (holder.pid > 0 && holder.pid != QCoreApplication::applicationPid())
         return Finding::trouble(SerialCheck, Cause::InUse, Advice::portInUse(node, holder));
@@ -79,13 +78,15 @@ Finding checkSerialPorts(const Machine &machine, const QString &wanted)
         return Finding::good(SerialCheck, SerialWords::tr("This user may open these serial ports: "
                                                           "%1.")
                                               .arg(ports.join(u", "_s)));
-    const QString group = NodeRights::of(closed.first(), machine.root(), machine.user()).group;
+    QStringList nextSteps;
+    for (const QString &port : closed)
+        nextSteps += whyClosed(machine, port).nextStep;
+    nextSteps.removeDuplicates();
     return Finding::note(SerialCheck,
-                         {SerialWords::tr("This user may not open these serial ports: %1.")
+                         {SerialWords::tr("This user may not open these serial ports: %1. That "
+                                          "matters only to a frame on one of them.")
                               .arg(closed.join(u", "_s)),
-                          SerialWords::tr("For a frame on one of them, join the group %1, then log "
-                                          "in again.")
-                              .arg(group)});
+                          nextSteps.join(u' ')});
 }
 
 } // namespace doctor

@@ -35,7 +35,7 @@ coverage_packages=(gcovr)
 # What boots one.
 boot_packages=(systemd-container)
 # What packages are made with.
-package_packages=(debhelper dpkg-dev fakeroot lintian)
+package_packages=(build-essential debhelper dpkg-dev fakeroot lintian)
 
 say() { printf '== %s\n' "$*"; }
 complain() { printf '%s: %s\n' "${0##*/}" "$*" >&2; }

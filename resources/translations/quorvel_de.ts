@@ -8,6 +8,10 @@
         <translation>Er kann hier benutzt werden, sobald jenes Programm ihn freigibt.</translation>
     </message>
     <message>
+        <source>Close windows and programs that are not needed, or start this one again.</source>
+        <translation>Schließen Sie Fenster und Programme, die nicht gebraucht werden, oder starten Sie dieses neu.</translation>
+    </message>
+    <message>
         <source>Install the udev rule %1 and plug the frame in again. Without a session at the screen, join the group %2 too.</source>
         <translation>Installieren Sie die udev-Regel %1 und stecken Sie den Rahmen neu ein. Ohne Sitzung am Bildschirm treten Sie auch der Gruppe %2 bei.</translation>
     </message>
@@ -32,12 +36,28 @@
         <translation>An %1 ist ein Touchrahmen, aber dieser Benutzer darf ihn nicht öffnen (%2).</translation>
     </message>
     <message>
+        <source>%1, perhaps a touch frame, cannot be opened (%2).</source>
+        <translation>%1, vielleicht ein Touchrahmen, lässt sich nicht öffnen (%2).</translation>
+    </message>
+    <message>
         <source>A touch frame is at %1 but it cannot be opened (%2).</source>
         <translation>An %1 ist ein Touchrahmen, aber er lässt sich nicht öffnen (%2).</translation>
     </message>
     <message>
         <source>Unplug it and plug it in again.</source>
         <translation>Ziehen Sie ihn ab und stecken Sie ihn wieder ein.</translation>
+    </message>
+    <message>
+        <source>The serial port %1 cannot be opened (%2).</source>
+        <translation>Die serielle Schnittstelle %1 lässt sich nicht öffnen (%2).</translation>
+    </message>
+    <message>
+        <source>A touch frame is there but cannot be read: this system has no room for another thread.</source>
+        <translation>Ein Touchrahmen ist da, kann aber nicht gelesen werden: Dieses System hat keinen Platz für einen weiteren Thread.</translation>
+    </message>
+    <message>
+        <source>End programs that are not needed. The frame is used as soon as there is room.</source>
+        <translation>Beenden Sie Programme, die nicht gebraucht werden. Der Rahmen wird benutzt, sobald Platz ist.</translation>
     </message>
     <message>
         <source>A program that has ended left the file %1 behind, which keeps the serial port %2 closed.</source>
@@ -106,6 +126,14 @@
     <message>
         <source>The serial port %1 is in use by %2 (process %3).</source>
         <translation>Die serielle Schnittstelle %1 wird von %2 (Prozess %3) benutzt.</translation>
+    </message>
+    <message>
+        <source>This user may not open the serial port %1: it belongs to root alone.</source>
+        <translation>Dieser Benutzer darf die serielle Schnittstelle %1 nicht öffnen: Sie gehört allein root.</translation>
+    </message>
+    <message>
+        <source>The device manager (udev) has usually not set up such a port. Plug its adapter in again, run &quot;sudo udevadm trigger&quot; or restart this machine.</source>
+        <translation>Meist hat die Geräteverwaltung (udev) eine solche Schnittstelle nicht eingerichtet. Stecken Sie den Adapter neu ein, rufen Sie „sudo udevadm trigger“ auf oder starten Sie diesen Rechner neu.</translation>
     </message>
 </context>
 <context>
@@ -227,6 +255,10 @@ Gut sind bis zu %4 px im Mittel und höchstens %5 px.</translation>
     <message>
         <source>Touch the four targets one after the other. ESC leaves.</source>
         <translation>Berühren Sie die vier Ziele nacheinander. ESC bricht ab.</translation>
+    </message>
+    <message>
+        <source>The calibration ended because the screens have changed. It was discarded.</source>
+        <translation>Die Kalibrierung endete, weil sich die Bildschirme geändert haben. Sie wurde verworfen.</translation>
     </message>
     <message>
         <source>press ESC to back</source>
@@ -2178,12 +2210,8 @@ Bildschirms passt</translation>
         <translation>Dieser Benutzer darf diese seriellen Schnittstellen öffnen: %1.</translation>
     </message>
     <message>
-        <source>This user may not open these serial ports: %1.</source>
-        <translation>Dieser Benutzer darf diese seriellen Schnittstellen nicht öffnen: %1.</translation>
-    </message>
-    <message>
-        <source>For a frame on one of them, join the group %1, then log in again.</source>
-        <translation>Für einen Rahmen an einer davon treten Sie der Gruppe %1 bei und melden sich dann neu an.</translation>
+        <source>This user may not open these serial ports: %1. That matters only to a frame on one of them.</source>
+        <translation>Dieser Benutzer darf diese seriellen Schnittstellen nicht öffnen: %1. Das betrifft nur einen Rahmen an einer von ihnen.</translation>
     </message>
 </context>
 <context>

@@ -8,6 +8,10 @@
         <translation>该程序释放之后即可在此使用。</translation>
     </message>
     <message>
+        <source>Close windows and programs that are not needed, or start this one again.</source>
+        <translation>请关闭不需要的窗口和程序，或重新启动本程序。</translation>
+    </message>
+    <message>
         <source>Install the udev rule %1 and plug the frame in again. Without a session at the screen, join the group %2 too.</source>
         <translation>请安装 udev 规则 %1，然后重新插入触摸框。若没有屏幕前的会话，还需加入 %2 组。</translation>
     </message>
@@ -32,12 +36,28 @@
         <translation>%1 处有触摸框，但此用户无权打开（%2）。</translation>
     </message>
     <message>
+        <source>%1, perhaps a touch frame, cannot be opened (%2).</source>
+        <translation>无法打开 %1（可能是触摸框）：%2。</translation>
+    </message>
+    <message>
         <source>A touch frame is at %1 but it cannot be opened (%2).</source>
         <translation>%1 处有触摸框，但无法打开（%2）。</translation>
     </message>
     <message>
         <source>Unplug it and plug it in again.</source>
         <translation>请拔下后重新插入。</translation>
+    </message>
+    <message>
+        <source>The serial port %1 cannot be opened (%2).</source>
+        <translation>无法打开串口 %1（%2）。</translation>
+    </message>
+    <message>
+        <source>A touch frame is there but cannot be read: this system has no room for another thread.</source>
+        <translation>触摸框已连接，但无法读取：系统没有余量再启动一个线程。</translation>
+    </message>
+    <message>
+        <source>End programs that are not needed. The frame is used as soon as there is room.</source>
+        <translation>请结束不需要的程序。一有余量，触摸框即可使用。</translation>
     </message>
     <message>
         <source>A program that has ended left the file %1 behind, which keeps the serial port %2 closed.</source>
@@ -106,6 +126,14 @@
     <message>
         <source>The serial port %1 is in use by %2 (process %3).</source>
         <translation>串口 %1 正被 %2（进程 %3）使用。</translation>
+    </message>
+    <message>
+        <source>This user may not open the serial port %1: it belongs to root alone.</source>
+        <translation>此用户无权打开串口 %1：仅 root 可用。</translation>
+    </message>
+    <message>
+        <source>The device manager (udev) has usually not set up such a port. Plug its adapter in again, run &quot;sudo udevadm trigger&quot; or restart this machine.</source>
+        <translation>这通常是因为设备管理器（udev）尚未设置此类串口。请重新插入适配器、运行“sudo udevadm trigger”或重启这台计算机。</translation>
     </message>
 </context>
 <context>
@@ -227,6 +255,10 @@ Good are up to %4 px on average and %5 px at the most.</source>
     <message>
         <source>Touch the four targets one after the other. ESC leaves.</source>
         <translation>请依次触摸四个目标点。按 ESC 退出。</translation>
+    </message>
+    <message>
+        <source>The calibration ended because the screens have changed. It was discarded.</source>
+        <translation>屏幕已发生变化，校准已结束，结果已放弃。</translation>
     </message>
     <message>
         <source>press ESC to back</source>
@@ -2171,12 +2203,8 @@ screen</source>
         <translation>此用户可以打开这些串口：%1。</translation>
     </message>
     <message>
-        <source>This user may not open these serial ports: %1.</source>
-        <translation>此用户无权打开这些串口：%1。</translation>
-    </message>
-    <message>
-        <source>For a frame on one of them, join the group %1, then log in again.</source>
-        <translation>若触摸框接在其中之一，请加入 %1 组，然后重新登录。</translation>
+        <source>This user may not open these serial ports: %1. That matters only to a frame on one of them.</source>
+        <translation>此用户无权打开这些串口：%1。这仅影响连接在其中某个串口上的触摸框。</translation>
     </message>
 </context>
 <context>

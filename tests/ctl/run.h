@@ -38,9 +38,9 @@ public:
 
 using Adapter = std::shared_ptr<HID_AdpterPacket::HID_Adapter>;
 
-// Does what a command line says; the words of arguments are separated by single spaces. Meanwhile,
-// if given, is called with the session before the command begins.
-inline Outcome runCtl(const QString &arguments, const Adapter &adapter = {},
+// Does what a command line says. Meanwhile, if given, is called with the session before the command
+// begins.
+inline Outcome runCtl(const QStringList &arguments, const Adapter &adapter = {},
                       const std::function<void(ctl::Session &)> &meanwhile = {},
                       ctl::Surroundings around = {})
 {
@@ -58,8 +58,16 @@ inline Outcome runCtl(const QString &arguments, const Adapter &adapter = {},
     ctl::Session session(around);
     if (meanwhile)
         meanwhile(session);
-    const int code = ctl::run(arguments.split(u' ', Qt::SkipEmptyParts), session);
+    const int code = ctl::run(arguments, session);
     return {code, out.data(), err.data()};
+}
+
+// The same for words that are separated by spaces.
+inline Outcome runCtl(const QString &arguments, const Adapter &adapter = {},
+                      const std::function<void(ctl::Session &)> &meanwhile = {},
+                      const ctl::Surroundings &around = {})
+{
+    return runCtl(arguments.split(u' ', Qt::SkipEmptyParts), adapter, meanwhile, around);
 }
 
 // A simulated frame whose transfers take no time.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "device/advice.h"
 #include "tests/support/capture.h"
 #include "tests/support/fakehiddev.h"
 
@@ -168,6 +169,23 @@ private slots:
         OP_HID_Adapter adapter(io);
         QVERIFY(!adapter.DoFindDev(u"col03"_s, true));
         QCOMPARE(adapter.LastProblem(), (NodeProblem{u"/dev/usb/hiddev0"_s, EACCES}));
+
+        io.nodes["/dev/usb/hiddev0"].openError = 0;
+        QVERIFY(adapter.DoFindDev(u"col03"_s, true));
+        QCOMPARE(adapter.LastProblem(), NodeProblem());
+    }
+
+    // Its vendor cannot be read then either.
+    void a_node_for_which_there_is_no_descriptor_is_named_and_found_when_there_is_one()
+    {
+        FakeHiddev io;
+        io.nodes["/dev/usb/hiddev0"] = {.openError = EMFILE};
+        OP_HID_Adapter adapter(io);
+        QVERIFY(!adapter.DoFindDev(u"col03"_s, true));
+        QCOMPARE(adapter.LastProblem(), (NodeProblem{u"/dev/usb/hiddev0"_s, EMFILE}));
+        QCOMPARE(Advice::frameNotOpened(u"/dev/usb/hiddev0"_s, EMFILE).words(),
+                 u"/dev/usb/hiddev0, perhaps a touch frame, cannot be opened (Too many open files). "
+                 "Close windows and programs that are not needed, or start this one again."_s);
 
         io.nodes["/dev/usb/hiddev0"].openError = 0;
         QVERIFY(adapter.DoFindDev(u"col03"_s, true));

@@ -87,6 +87,42 @@ private slots:
             QVERIFY2(aside.manhattanLength() < 60, qPrintable(QDebug::toString(aside)));
         }
     }
+
+    void a_monitor_that_goes_ends_the_calibration_on_it()
+    {
+        QStringList why;
+        connect(&window, &Calibration_Dlg::endedByItself, this,
+                [&why](const QString &words) { why += words; });
+        QCOMPARE(QGuiApplication::screens().size(), 2);
+        show(1);
+        QCOMPARE(QProcess::execute(u"xrandr"_s, {u"--delmonitor"_s, u"RIGHT"_s}), 0);
+        QTRY_VERIFY(!window.isVisible());
+        QCOMPARE(sent, QByteArrayList({"0", "6"}));
+        QCOMPARE(why, QStringList(u"The calibration ended because the screens have changed. It "
+                                  "was discarded."_s));
+
+        // On the one that is left it can be done.
+        QTRY_COMPARE(QGuiApplication::screens().size(), 1);
+        show(0);
+        QTRY_COMPARE(window.geometry(), QGuiApplication::primaryScreen()->geometry());
+        QTest::qWait(300);
+        QVERIFY(window.isVisible());
+        QTest::keyClick(&window, Qt::Key_Escape);
+        QCOMPARE(sent, QByteArrayList({"0", "6", "0", "6"}));
+        QCOMPARE(why.size(), 1);
+    }
+
+    // The frame is told of all of the desktop.
+    void a_monitor_that_goes_ends_the_calibration_beside_it()
+    {
+        int ended = 0;
+        connect(&window, &Calibration_Dlg::endedByItself, this, [&ended] { ++ended; });
+        show(0);
+        QCOMPARE(QProcess::execute(u"xrandr"_s, {u"--delmonitor"_s, u"RIGHT"_s}), 0);
+        QTRY_VERIFY(!window.isVisible());
+        QCOMPARE(sent, QByteArrayList({"0", "6"}));
+        QCOMPARE(ended, 1);
+    }
 };
 
 QTEST_MAIN(TestCalibrationScreens)

@@ -163,9 +163,12 @@ private slots:
 
     void nothing_is_clipped()
     {
-        dialog->setState(Link::Serial, u"ttyUSB0"_s,
-                         u"This user may not open the serial port /dev/ttyUSB0. Join the group "
-                         u"dialout, then log in again."_s);
+        dialog->setState(
+            Link::Serial, u"ttyUSB0"_s,
+            u"This user may not open the serial port /dev/ttyUSB0: it belongs to root "
+            "alone. The device manager (udev) has usually not set up such a port. Plug "
+            "its adapter in again, run \"sudo udevadm trigger\" or restart this "
+            "machine."_s);
         appear();
         QCOMPARE(clipped(*dialog), QStringList());
         QVERIFY(!child<QPlainTextEdit>("stateText")->verticalScrollBar()->isVisible());

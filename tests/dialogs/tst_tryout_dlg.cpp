@@ -53,11 +53,11 @@ private:
     QList<int> numbers(const QString &words) const
     {
         const auto match =
-            QRegularExpression(u'^' + QString(words).replace(u'#', u"(\\d+)"_s) + u'$')
+            QRegularExpression(u'^' + QString(words).replace(u'#', u"([\\d,]+)"_s) + u'$')
                 .match(last());
         QList<int> all;
         for (const QString &number : match.capturedTexts().mid(1))
-            all.append(number.toInt());
+            all.append(QLocale().toInt(number));
         return all;
     }
     static Gesture click() { return {.kind = Kind::Click, .time = 90, .distance = 1.6}; }

@@ -310,8 +310,30 @@ private slots:
                u"/dev/ttyS0, /dev/ttyUSB0"_s);
         machine.closed.insert(u"/dev/ttyUSB0"_s);
         QCOMPARE(chown(qPrintable(machine.root() + u"/dev/ttyUSB0"_s), 0, 20), 0);
+        QCOMPARE(chmod(qPrintable(machine.root() + u"/dev/ttyUSB0"_s), 0660), 0);
         EXPECT(checkSerialPorts(machine, {}), Verdict::Note, Cause::None,
-               u"may not open these serial ports: /dev/ttyUSB0.|join the group dialout"_s);
+               u"may not open these serial ports: /dev/ttyUSB0.|Join the group dialout"_s);
+    }
+
+    void nobody_is_told_to_join_root()
+    {
+        MadeUpMachine machine;
+        for (const QString &port : {u"ttyS0"_s, u"ttyS1"_s, u"ttyUSB0"_s}) {
+            const QString node = u"/dev/"_s + port;
+            machine.makeFolder(u"/sys/class/tty/%1/device/driver"_s.arg(port));
+            machine.write(node, {});
+            machine.closed.insert(node);
+            const gid_t group = port == u"ttyUSB0" ? 20 : 0;
+            QCOMPARE(chown(qPrintable(machine.root() + node), 0, group), 0);
+            QCOMPARE(chmod(qPrintable(machine.root() + node), group == 0 ? 0600 : 0660), 0);
+        }
+        const QString notSetUp =
+            u"The device manager (udev) has usually not set up such a port. Plug its adapter in "
+            "again, run \"sudo udevadm trigger\" or restart this machine."_s;
+        QCOMPARE(checkSerialPorts(machine, {}).nextStep,
+                 notSetUp + u" Join the group dialout, then log in again."_s);
+        EXPECT(checkSerialPorts(machine, u"ttyS0"_s), Verdict::Trouble, Cause::NoPermission,
+               u"serial port /dev/ttyS0: it belongs to root alone.|"_s + notSetUp);
     }
 
     void the_port_of_a_frame_has_to_be_usable()

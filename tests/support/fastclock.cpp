@@ -8,6 +8,7 @@
 #include <pthread.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -115,6 +116,11 @@ void setSpeed(int speed)
     prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
 }
 
+void setWall(int seconds)
+{
+    modelStart[1] += Ns(seconds) * NsPerSecond;
+}
+
 double realSeconds()
 {
     return double(realNow(CLOCK_MONOTONIC) - programStart) / double(NsPerSecond);
@@ -133,6 +139,14 @@ int clock_gettime(clockid_t clock, timespec *now) noexcept
     if (kind < 0 || realStart[kind] == 0)
         return int(syscall(SYS_clock_gettime, clock, now));
     *now = timeOf(modelNow(kind));
+    return 0;
+}
+
+int gettimeofday(timeval *now, void *) noexcept
+{
+    timespec time{};
+    clock_gettime(CLOCK_REALTIME, &time);
+    *now = {time.tv_sec, suseconds_t(time.tv_nsec / 1000)};
     return 0;
 }
 

@@ -15,6 +15,10 @@ namespace fastclock {
 // the program waits for a time.
 void setSpeed(int speed);
 
+// Sets the clock on the wall to another time, so many seconds from what it shows now; the other
+// clocks and who waits by them do not notice. Under the same condition.
+void setWall(int seconds);
+
 // Seconds since the program began, as real clocks count them.
 double realSeconds();
 
