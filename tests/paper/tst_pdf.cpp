@@ -126,10 +126,10 @@ private slots:
     void a_program_prints_for_those_without_fonts()
     {
         const QByteArray html = toHtml(madeUpReport(100));
-        const QByteArray pdf = output(QStringLiteral(QUORVEL_PRINT), {}, html);
+        const QByteArray pdf = output(QStringLiteral(QUORVEL_PRINT_PROGRAM), {}, html);
         QVERIFY(pdf.startsWith("%PDF-"));
         QVERIFY(pdf.trimmed().endsWith("%%EOF"));
-        QCOMPARE(output(QStringLiteral(QUORVEL_PRINT), {}, "no page"), QByteArray());
+        QCOMPARE(output(QStringLiteral(QUORVEL_PRINT_PROGRAM), {}, "no page"), QByteArray());
     }
 
     void the_command_line_writes_it()
@@ -140,7 +140,7 @@ private slots:
         file.close();
         const QString pdf = folder.filePath(u"ctl.pdf"_s);
         const QByteArray said =
-            output(QStringLiteral(QUORVELCTL),
+            output(QStringLiteral(QUORVELCTL_PROGRAM),
                    {u"lights"_s, u"check"_s, u"--from"_s, file.fileName(), u"--report"_s, pdf});
         QVERIFY2(said.startsWith("SERVICE NEEDED"), said.constData());
         QVERIFY(output(u"pdftotext"_s, {pdf, u"-"_s}).contains("SERVICE NEEDED"));
