@@ -62,6 +62,19 @@ def look_at(reader, name, window, least):
         object_to(name, f"has {controls} controls for the keyboard instead of {least}: {window.get_name()}")
 
 
+def visit(reader, name, window, least, key="alt+F4"):
+    """Looks at a window and leaves it."""
+    look_at(reader, name, window, least)
+    reader.leave(window, key)
+
+
+def leave_by_escape(reader, name, screen):
+    """A screen without controls."""
+    if "ESC" not in screen.get_description():
+        object_to(name, "does not say how to leave it")
+    reader.leave(screen, "Escape")
+
+
 def walk_menu(reader, least):
     """What is said on the way through the open menu."""
     entries = []
@@ -96,6 +109,10 @@ def main(quorvel):
         reader.choose(home, letter)
         return reader.window(title, holding)
 
+    def by_button(button, title, holding=None):
+        reader.press(home, button)
+        return reader.window(title, holding)
+
     look_at(reader, "main window", home, 6)
     reader.control(home, "Already link equipment")
     reader.open_menu(home)
@@ -103,22 +120,16 @@ def main(quorvel):
     reader.key("Escape")
     until("the end of the menu", lambda: not reader.menus)
 
-    reader.press(home, "Details")
-    details = reader.window("Details")
-    look_at(reader, "details", details, 2)
-    reader.leave(details, "Escape")
+    visit(reader, "details", by_button("Details", "Details"), 2, "Escape")
 
-    smoothing = by_menu("m", "Smoothing", "Smoothing Level")
-    look_at(reader, "smoothing", smoothing, 6)
-    reader.leave(smoothing)
+    visit(reader, "smoothing", by_menu("m", "Smoothing", "Smoothing Level"), 6)
 
     connection = by_menu("c", "Connect", "State of the connection")
     look_at(reader, "connection, by USB", connection, 9)
     reader.go_to(connection, "USB, linked as soon as it is plugged in")
     reader.key("Down")
     until("the other choice", lambda: "checked" in states(reader.control(connection, "UART, a serial port")))
-    look_at(reader, "connection, serial", connection, 13)
-    reader.leave(connection)
+    visit(reader, "connection, serial", connection, 13)
 
     tried = by_menu("t", "Try out gestures", "Clear")
     look_at(reader, "gestures tried out", tried, 3)
@@ -131,28 +142,15 @@ def main(quorvel):
     click(check)
     until("how far a touch was off and what is next",
           lambda: any("Cross 1:" in words and "cross 2 of 9." in words for words in reader.heard))
-    if "ESC" not in check.get_description():
-        object_to("calibration check", "does not say how to leave it")
-    reader.leave(check, "Escape")
+    leave_by_escape(reader, "calibration check", check)
 
-    manual = by_menu("h", "Quorvel manual", "Page of the manual")
-    look_at(reader, "manual", manual, 3)
-    reader.leave(manual, "Escape")
+    visit(reader, "manual", by_menu("h", "Quorvel manual", "Page of the manual"), 3, "Escape")
 
-    reader.press(home, "Rotation")
-    rotation = reader.window("Rotation", "90 degrees")
-    look_at(reader, "rotation", rotation, 5)
-    reader.leave(rotation, "Escape")
+    visit(reader, "rotation", by_button("Rotation", "Rotation", "90 degrees"), 5, "Escape")
 
-    reader.press(home, "Quorvel v" + version_of(quorvel))
-    versions = reader.window("Versions", "Hardware: 5156 - 0001")
-    look_at(reader, "versions", versions, 6)
-    reader.leave(versions, "Escape")
+    visit(reader, "versions", by_button("Quorvel v" + version_of(quorvel), "Versions", "Hardware: 5156 - 0001"), 6, "Escape")
 
-    reader.press(home, "Reset")
-    reset = reader.window("Reset")
-    look_at(reader, "reset", reset, 1)
-    reader.leave(reset, "Return")
+    visit(reader, "reset", by_button("Reset", "Reset"), 1, "Return")
 
     usage = by_menu("s", "Usage and environment", "Operate")
     look_at(reader, "usage", usage, 12)
@@ -185,18 +183,14 @@ def main(quorvel):
 
     reader.press(diagnostics, "Light Setting")
     lights = reader.window("Light Setting", "Set the ADC settings")
-    look_at(reader, "lights", lights, 10)
-    reader.leave(lights, "Escape")
+    visit(reader, "lights", lights, 10, "Escape")
     reader.leave(diagnostics)
     reader.leave(gestures)
     reader.leave(usage)
 
-    reader.press(home, "Calibration")
-    calibration = reader.window("Calibration")
+    calibration = by_button("Calibration", "Calibration")
     look_at(reader, "calibration", calibration, 0)
-    if "ESC" not in calibration.get_description():
-        object_to("calibration", "does not say how to leave it")
-    reader.leave(calibration, "Escape")
+    leave_by_escape(reader, "calibration", calibration)
     reader.end()
 
     if objections:

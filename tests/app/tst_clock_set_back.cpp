@@ -8,8 +8,8 @@
 #include "dialogs/calibration_dlg.h"
 #include "resources/resources.h"
 #include "sim/sim_adapter.h"
-#include "tests/dialogs/settingshome.h"
 #include "tests/support/fastclock.h"
+#include "tests/support/settingshome.h"
 
 #include <QApplication>
 #include <QDateTime>
@@ -29,7 +29,7 @@ constexpr int Speed = 10;
 
 } // namespace
 
-class tst_clock_set_back : public QObject
+class TestClockSetBack : public QObject
 {
     Q_OBJECT
 
@@ -93,5 +93,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_clock_set_back)
+QTEST_MAIN(TestClockSetBack)
 #include "tst_clock_set_back.moc"

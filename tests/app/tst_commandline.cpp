@@ -6,7 +6,7 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_commandline : public QObject
+class TestCommandLine : public QObject
 {
     Q_OBJECT
 
@@ -104,5 +104,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_commandline)
+QTEST_GUILESS_MAIN(TestCommandLine)
 #include "tst_commandline.moc"

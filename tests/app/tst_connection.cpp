@@ -6,9 +6,10 @@
 #include "dialogs/connect_dlg.h"
 #include "dialogs/smoothing_dlg.h"
 #include "sim/serialsession.h"
-#include "tests/dialogs/settingshome.h"
 #include "tests/support/fakeadapter.h"
 #include "tests/support/pty.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/shownwindow.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -27,7 +28,7 @@ using namespace Qt::StringLiterals;
 
 // The connection dialog as the main window has it, with a pseudo-terminal for a port and a frame
 // of the test's for USB.
-class tst_connection : public QObject
+class TestConnection : public QObject
 {
     Q_OBJECT
 
@@ -44,9 +45,8 @@ private:
 
     void makeWindow()
     {
-        window = std::make_unique<MainWindow>(frame);
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        window = shownWindow(frame);
+        QVERIFY(window);
         dialog = window->findChild<connect_dlg *>();
         QVERIFY(dialog);
     }
@@ -474,5 +474,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_connection)
+QTEST_MAIN(TestConnection)
 #include "tst_connection.moc"

@@ -3,7 +3,6 @@
 // Both diagnostic screens on a simulated frame, as a technician uses them.
 
 #include "app/mainwindow.h"
-#include "config/xml_class.h"
 #include "dialogs/advset_dlg.h"
 #include "dialogs/lightcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
@@ -12,6 +11,8 @@
 #include "dialogs/useradv_dlg.h"
 #include "resources/resources.h"
 #include "sim/sim_adapter.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/signalcurves.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -23,7 +24,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSlider>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -68,12 +68,12 @@ protected:
 
 } // namespace
 
-class tst_diagnostics : public QObject
+class TestDiagnostics : public QObject
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<SettingsHome> home;
     std::shared_ptr<sim::SimAdapter> frame;
     std::unique_ptr<MainWindow> window;
 
@@ -89,15 +89,6 @@ private:
     Widget *the() const
     {
         return window->findChild<Widget *>();
-    }
-    template <typename Widget = QPushButton>
-    Widget *in(const QWidget *parent, const char *name) const
-    {
-        return parent->findChild<Widget *>(QString::fromLatin1(name));
-    }
-    void press(const QWidget *parent, const char *button) const
-    {
-        QTest::mouseClick(in(parent, button), Qt::LeftButton);
     }
     QString field(const char *name) const
     {
@@ -133,17 +124,6 @@ private:
         });
         return seen.get();
     }
-    // How many pixels of the plot have a colour.
-    static int pixels(const QWidget *shown, QColor colour)
-    {
-        const QImage image = const_cast<QWidget *>(shown)->grab(QRect(70, 50, 880, 490)).toImage();
-        int count = 0;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x)
-                count += image.pixelColor(x, y) == colour ? 1 : 0;
-        }
-        return count;
-    }
 
 private slots:
     void initTestCase()
@@ -153,16 +133,13 @@ private slots:
     }
     void init()
     {
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
-        QVERIFY(QDir::setCurrent(home->path()));
+        home = std::make_unique<SettingsHome>();
+        QVERIFY(QDir::setCurrent(home->folder()));
     }
     void cleanup()
     {
         window.reset();
         frame.reset();
-        XML_CLASS::useHome(QString());
         QDir::setCurrent(QDir::rootPath());
         home.reset();
     }
@@ -270,8 +247,8 @@ private slots:
         auto *test = the<test_win>();
         test->show();
         press(test, button.constData());
-        QTRY_VERIFY(pixels(test, drawn) > 100);
-        QCOMPARE(pixels(test, other), 0);
+        QTRY_VERIFY(pixelsOfCurves(test, drawn) > 100);
+        QCOMPARE(pixelsOfCurves(test, other), 0);
     }
 
     void a_continuous_test_draws_both_axes_until_it_is_stopped()
@@ -280,7 +257,8 @@ private slots:
         auto *test = the<test_win>();
         test->show();
         press(test, "ALL_btn");
-        QTRY_VERIFY(pixels(test, Qt::darkGreen) > 100 && pixels(test, Qt::darkRed) > 100);
+        QTRY_VERIFY(pixelsOfCurves(test, Qt::darkGreen) > 100 &&
+                    pixelsOfCurves(test, Qt::darkRed) > 100);
         press(test, "ALL_btn");
         QCOMPARE(in(test, "ALL_btn")->text(), u"All Test"_s);
         QVERIFY(in(test, "Xbtn")->isEnabled());
@@ -328,7 +306,8 @@ private slots:
         auto *test = the<test_win>();
         test->show();
         press(test, "ALL_btn");
-        QTRY_VERIFY(pixels(test, Qt::darkGreen) > 100 && pixels(test, Qt::darkRed) > 100);
+        QTRY_VERIFY(pixelsOfCurves(test, Qt::darkGreen) > 100 &&
+                    pixelsOfCurves(test, Qt::darkRed) > 100);
         QVERIFY(hasEnd(*x, 495) && hasEnd(*y, 330));
         press(test, "ALL_btn");
         test->hide();
@@ -362,7 +341,8 @@ private slots:
         other.start(10);
         QTRY_VERIFY(paintings.count >= 5);
         QTRY_VERIFY(turns >= 20);
-        QTRY_VERIFY(pixels(test, Qt::darkGreen) > 100 && pixels(test, Qt::darkRed) > 100);
+        QTRY_VERIFY(pixelsOfCurves(test, Qt::darkGreen) > 100 &&
+                    pixelsOfCurves(test, Qt::darkRed) > 100);
         press(test, "ALL_btn");
         QCOMPARE(in(test, "ALL_btn")->text(), u"All Test"_s);
     }
@@ -373,7 +353,7 @@ private slots:
         auto *test = the<test_win>();
         test->show();
         press(test, "ALL_btn");
-        QTRY_VERIFY(pixels(test, Qt::darkRed) > 100);
+        QTRY_VERIFY(pixelsOfCurves(test, Qt::darkRed) > 100);
         frame->unplug();
         window->OnDeviceRemoved();
         QVERIFY(!test->isVisible());
@@ -386,9 +366,10 @@ private slots:
         frame->plug();
         QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
         test->show();
-        QCOMPARE(pixels(test, Qt::darkRed), 0);
+        QCOMPARE(pixelsOfCurves(test, Qt::darkRed), 0);
         press(test, "ALL_btn");
-        QTRY_VERIFY(pixels(test, Qt::darkGreen) > 100 && pixels(test, Qt::darkRed) > 100);
+        QTRY_VERIFY(pixelsOfCurves(test, Qt::darkGreen) > 100 &&
+                    pixelsOfCurves(test, Qt::darkRed) > 100);
     }
 
     // Ten minutes, as the frame and the window live them: a report every 67 ms, a request every
@@ -585,5 +566,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_diagnostics)
+QTEST_MAIN(TestDiagnostics)
 #include "tst_diagnostics.moc"

@@ -3,28 +3,22 @@
 // What holds in every window of the tool: what is told to assistive tools, and what can be read
 // on a light and on a dark desktop.
 
-#include "app/mainwindow.h"
-#include "config/xml_class.h"
-#include "dialogs/advconnect_dlg.h"
-#include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
-#include "dialogs/calibrationcheck_dlg.h"
-#include "dialogs/lightcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/readable.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/test_win.h"
-#include "dialogs/tryout_dlg.h"
 #include "resources/resources.h"
 #include "resources/translations.h"
-#include "tests/support/fakeadapter.h"
+#include "tests/support/allwindows.h"
 #include "tests/support/frames.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/widgets.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
-#include <QDir>
 #include <QGroupBox>
 #include <QHash>
 #include <QLabel>
@@ -36,7 +30,6 @@
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
 #include <QStyleOptionGroupBox>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -87,9 +80,11 @@ QString spokenName(QWidget *widget)
     return interface->text(QAccessible::Name);
 }
 
-// Whole words of it.
-bool beginsWith(const QString &name, const QString &text)
+// Whole words of it, but for an accelerator behind the text.
+bool beginsWith(QString name, const QString &text)
 {
+    static const QRegularExpression behind(u"\\([A-Z]\\)"_s);
+    name.remove(behind);
     return name.startsWith(text) &&
            (name.size() == text.size() || !name.at(text.size()).isLetterOrNumber());
 }
@@ -175,37 +170,20 @@ QPalette blackPalette()
 
 } // namespace
 
-class tst_every_window : public QObject
+class TestEveryWindow : public QObject
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> home;
-    std::unique_ptr<MainWindow> main;
-    std::unique_ptr<CalEnd_dlg> question;
-    std::unique_ptr<advconnect_dlg> tuio;
-    std::unique_ptr<LightCheck_dlg> lightCheck;
+    std::unique_ptr<SettingsHome> home;
+    std::optional<AllWindows> all;
 
     void open()
     {
-        auto frame = std::make_shared<FakeAdapter>();
-        frame->present = true;
-        main = std::make_unique<MainWindow>(frame);
-        question = std::make_unique<CalEnd_dlg>();
-        tuio = std::make_unique<advconnect_dlg>();
-        lightCheck = std::make_unique<LightCheck_dlg>();
-        new TryOut_dlg(main.get());
+        all.emplace();
         // They have their words, or fit them to their place, when they come up.
-        (new CalibrationCheck_dlg(main.get()))->show();
-        main->findChild<Rotation_dlg *>()->show();
-    }
-    static QWidgetList windows()
-    {
-        QWidgetList all;
-        for (QWidget *window : QApplication::topLevelWidgets())
-            if (window->inherits("QDialog") || window->inherits("QMainWindow"))
-                all.append(window);
-        return all;
+        all->calibrationCheck.show();
+        all->main.findChild<Rotation_dlg *>()->show();
     }
     static QWidgetList shownIn(const QWidget *window)
     {
@@ -218,7 +196,7 @@ private:
     // Everything that comes and goes is there, with words.
     static void fillIn()
     {
-        for (const QWidget *window : windows()) {
+        for (const QWidget *window : windowsOfTool()) {
             for (const QString &name : {u"notice"_s, u"noticeLab"_s, u"L1_lab"_s}) {
                 if (auto *label = window->findChild<QLabel *>(name)) {
                     label->setText(u"Words"_s);
@@ -227,6 +205,8 @@ private:
             }
             for (QLineEdit *field : window->findChildren<QLineEdit *>())
                 field->setText(u"123"_s);
+            for (QPlainTextEdit *view : window->findChildren<QPlainTextEdit *>())
+                view->setPlainText(u"Words"_s);
             for (QPushButton *button : window->findChildren<QPushButton *>())
                 button->setEnabled(true);
         }
@@ -235,7 +215,7 @@ private:
     {
         int texts = 0;
         QStringList bad;
-        for (QWidget *window : windows()) {
+        for (QWidget *window : windowsOfTool()) {
             const QImage picture = window->grab().toImage();
             for (QWidget *widget : shownIn(window)) {
                 const auto *field = qobject_cast<QLineEdit *>(widget);
@@ -276,17 +256,12 @@ private slots:
     void init()
     {
         hidver = {};
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
+        home = std::make_unique<SettingsHome>();
     }
     void cleanup()
     {
-        main.reset();
-        question.reset();
-        tuio.reset();
-        lightCheck.reset();
-        XML_CLASS::useHome(QString());
+        all.reset();
+        home.reset();
         QApplication::setPalette(QPalette());
     }
 
@@ -303,7 +278,7 @@ private slots:
         open();
         int controls = 0;
         QStringList bad;
-        for (QWidget *window : windows()) {
+        for (QWidget *window : windowsOfTool()) {
             for (QWidget *widget : shownIn(window)) {
                 const QString text = visibleText(widget);
                 if (text.isEmpty())
@@ -327,7 +302,7 @@ private slots:
     {
         open();
         QStringList bad;
-        for (QWidget *window : windows())
+        for (QWidget *window : windowsOfTool())
             for (QWidget *widget : shownIn(window))
                 if ((widget->focusPolicy() & Qt::TabFocus) != 0 && spokenName(widget).isEmpty())
                     bad.append(nameOf(widget));
@@ -337,22 +312,22 @@ private slots:
     void the_status_is_spoken_as_it_is_seen()
     {
         open();
-        auto *status = main->findChild<QLabel *>(u"stalab"_s);
+        auto *status = all->main.findChild<QLabel *>(u"stalab"_s);
         QCOMPARE(spokenName(status), u"Already link equipment"_s);
-        main->UiWhenUncon();
+        all->main.UiWhenUncon();
         QCOMPARE(spokenName(status), u"Have not linked equipment"_s);
     }
 
     void a_text_that_changes_is_spoken_as_it_is_then()
     {
         open();
-        auto *all = main->findChild<test_win *>()->findChild<QPushButton *>(u"ALL_btn"_s);
-        all->click();
-        QCOMPARE(spokenName(all), u"Stop"_s);
-        all->click();
-        QCOMPARE(spokenName(all), u"All Test"_s);
-        question->ontimer();
-        QCOMPARE(spokenName(question->findChild<QPushButton *>(u"Nobtn"_s)), u"No = 9"_s);
+        auto *both = all->main.findChild<test_win *>()->findChild<QPushButton *>(u"ALL_btn"_s);
+        both->click();
+        QCOMPARE(spokenName(both), u"Stop"_s);
+        both->click();
+        QCOMPARE(spokenName(both), u"All Test"_s);
+        all->question.ontimer();
+        QCOMPARE(spokenName(all->question.findChild<QPushButton *>(u"Nobtn"_s)), u"No = 9"_s);
     }
 
     void every_text_reads_on_this_desktop_data()
@@ -387,7 +362,7 @@ private slots:
     {
         QApplication::setPalette(darkPalette());
         open();
-        for (QWidget *window : windows()) {
+        for (QWidget *window : windowsOfTool()) {
             for (QWidget *widget : shownIn(window)) {
                 if (visibleText(widget).isEmpty() || !widget->isEnabled())
                     continue;
@@ -408,7 +383,7 @@ private slots:
         QFETCH(const QPalette, palette);
         QApplication::setPalette(palette);
         open();
-        auto *window = main->findChild<test_win *>();
+        auto *window = all->main.findChild<test_win *>();
         const auto take = [window](const char *bytes) {
             Frame frame = deviceFrame(bytes);
             window->DoRecv03(frame.data());
@@ -443,7 +418,7 @@ private slots:
         QFETCH(const QPalette, palette);
         QApplication::setPalette(palette);
         open();
-        auto *window = main->findChild<LightSet_dlg *>();
+        auto *window = all->main.findChild<LightSet_dlg *>();
         const auto take = [window](const char *bytes) {
             Frame frame = deviceFrame(bytes);
             window->DoRecv03(frame.data());
@@ -478,5 +453,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_every_window)
+QTEST_MAIN(TestEveryWindow)
 #include "tst_every_window.moc"

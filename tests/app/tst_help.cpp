@@ -5,17 +5,18 @@
 #include "app/helpaction.h"
 #include "app/helpwindow.h"
 #include "app/mainwindow.h"
-#include "config/xml_class.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/rotation_dlg.h"
 #include "resources/resources.h"
 #include "sim/sim_adapter.h"
+#include "tests/support/hand.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/widgets.h"
 
 #include <QAccessible>
 #include <QApplication>
 #include <QDir>
 #include <QMessageBox>
-#include <QProcess>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTemporaryDir>
@@ -28,23 +29,17 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_help : public QObject
+class TestHelp : public QObject
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<SettingsHome> home;
     std::shared_ptr<sim::SimAdapter> frame;
     std::unique_ptr<MainWindow> main;
     std::unique_ptr<CalEnd_dlg> question;
 
-    static HelpWindow *manual()
-    {
-        for (QWidget *window : QApplication::topLevelWidgets())
-            if (auto *found = qobject_cast<HelpWindow *>(window))
-                return found;
-        return nullptr;
-    }
+    static HelpWindow *manual() { return topLevel<HelpWindow>(); }
     static QTextBrowser *browser() { return manual()->findChild<QTextBrowser *>(); }
     static QString shownPlace()
     {
@@ -99,9 +94,7 @@ private slots:
     }
     void init()
     {
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
+        home = std::make_unique<SettingsHome>();
         frame = std::make_shared<sim::SimAdapter>(
             sim::Profile(), sim::FaultPlan(),
             sim::SimOptions{.plugged = true, .paced = false, .clock = {}});
@@ -116,7 +109,7 @@ private slots:
         main.reset();
         QVERIFY(!manual());
         question.reset();
-        XML_CLASS::useHome(QString());
+        home.reset();
     }
 
     void nothing_of_it_is_there_before_it_is_asked_for() { QVERIFY(!manual()); }
@@ -229,7 +222,7 @@ private slots:
     {
         // As a person does it: the X server and the toolkit have their say.
         const auto type = [](const QStringList &keys) {
-            QCOMPARE(QProcess::execute(u"xdotool"_s, QStringList(u"key"_s) + keys), 0);
+            QVERIFY(hand::does(QStringList(u"key"_s) + keys));
         };
         action()->trigger();
         QVERIFY(QTest::qWaitForWindowActive(manual()));
@@ -302,5 +295,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_help)
+QTEST_MAIN(TestHelp)
 #include "tst_help.moc"

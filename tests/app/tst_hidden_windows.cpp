@@ -48,7 +48,7 @@ void say(LightSet_dlg &screen, UCHAR commandClass, UCHAR sub, std::initializer_l
 
 } // namespace
 
-class tst_hidden_windows : public QObject
+class TestHiddenWindows : public QObject
 {
     Q_OBJECT
 
@@ -69,7 +69,8 @@ private:
             show();
             QVERIFY(QTest::qWaitForWindowExposed(&window));
             QTest::qWait(50);
-            QVERIFY2(memoryKiB() - before > screenKiB, "its picture was not seen while it was there");
+            QVERIFY2(memoryKiB() - before > screenKiB,
+                     "its picture was not seen while it was there");
             window.hide();
             QTest::qWait(100);
             growth += memoryKiB() - before;
@@ -129,7 +130,7 @@ int main(int argc, char **argv)
     settleHeap();
     QApplication app(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    tst_hidden_windows tests;
+    TestHiddenWindows tests;
     return QTest::qExec(&tests, argc, argv);
 }
 

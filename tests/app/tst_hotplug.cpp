@@ -4,12 +4,11 @@
 // the kernel's.
 
 #include "app/mainwindow.h"
-#include "config/xml_class.h"
 #include "device/filedescriptor.h"
 #include "resources/resources.h"
 #include "tests/support/fakeadapter.h"
+#include "tests/support/settingshome.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -74,12 +73,12 @@ extern "C" ssize_t receive(int fd, void *buffer, size_t size, int flags)
     return -1;
 }
 
-class tst_hotplug : public QObject
+class TestHotplug : public QObject
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<SettingsHome> home;
     std::shared_ptr<FakeAdapter> frame;
     std::unique_ptr<MainWindow> window;
 
@@ -96,8 +95,7 @@ private slots:
     void initTestCase() { initResources(); }
     void init()
     {
-        home = std::make_unique<QTemporaryDir>();
-        XML_CLASS::useHome(home->path());
+        home = std::make_unique<SettingsHome>();
         frame = std::make_shared<FakeAdapter>();
         frame->present = false;
         window = std::make_unique<MainWindow>(frame);
@@ -109,6 +107,7 @@ private slots:
     {
         window.reset();
         frame.reset();
+        home.reset();
         watched = -1;
         kernel = FileDescriptor();
     }
@@ -150,5 +149,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_hotplug)
+QTEST_MAIN(TestHotplug)
 #include "tst_hotplug.moc"

@@ -3,30 +3,21 @@
 // Every window in every language: what is shown fits, is translated, and is reached by keys of its
 // own. Each run belongs to a desktop of its own: CMakeLists.txt gives its fonts and its scale.
 
-#include "app/mainwindow.h"
 #include "config/xml_class.h"
-#include "dialogs/advconnect_dlg.h"
-#include "dialogs/calend_dlg.h"
-#include "dialogs/calibration_dlg.h"
-#include "dialogs/calibrationcheck_dlg.h"
 #include "dialogs/fittext.h"
-#include "dialogs/lightcheck_dlg.h"
-#include "dialogs/supportfile_dlg.h"
-#include "dialogs/tryout_dlg.h"
 #include "resources/resources.h"
 #include "resources/translations.h"
-#include "tests/support/fakeadapter.h"
-#include "tests/support/frames.h"
+#include "tests/support/allwindows.h"
 #include "tests/support/overflow.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/widgets.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QDir>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -89,35 +80,21 @@ QChar acceleratorOf(const QString &text)
 
 } // namespace
 
-class tst_languages : public QObject
+class TestLanguages : public QObject
 {
     Q_OBJECT
 
 private:
     std::unique_ptr<Translations> translations;
-    std::unique_ptr<QTemporaryDir> home;
-    std::unique_ptr<MainWindow> main;
-    std::unique_ptr<CalEnd_dlg> question;
-    std::unique_ptr<advconnect_dlg> tuio;
-    std::unique_ptr<SupportFile_dlg> supportFile;
-    std::unique_ptr<LightCheck_dlg> lightCheck;
-    std::unique_ptr<TryOut_dlg> tryOut;
-    std::unique_ptr<CalibrationCheck_dlg> calibrationCheck;
+    std::unique_ptr<SettingsHome> home;
+    std::optional<AllWindows> all;
 
     // Some windows fit their words to their place when they come up.
     void open(const QString &language, bool shown)
     {
         translations = std::make_unique<Translations>(language);
-        auto frame = std::make_shared<FakeAdapter>();
-        frame->present = true;
-        main = std::make_unique<MainWindow>(frame);
-        question = std::make_unique<CalEnd_dlg>();
-        tuio = std::make_unique<advconnect_dlg>();
-        supportFile = std::make_unique<SupportFile_dlg>();
-        lightCheck = std::make_unique<LightCheck_dlg>();
-        tryOut = std::make_unique<TryOut_dlg>();
-        calibrationCheck = std::make_unique<CalibrationCheck_dlg>();
-        for (QWidget *window : windows()) {
+        all.emplace();
+        for (QWidget *window : windowsOfTool()) {
             if (!shown || window->inherits("Calibration_Dlg"))
                 continue;
             window->setAttribute(Qt::WA_DontShowOnScreen);
@@ -126,17 +103,9 @@ private:
         }
         QCoreApplication::processEvents();
     }
-    static QWidgetList windows()
-    {
-        QWidgetList all;
-        for (QWidget *window : QApplication::topLevelWidgets())
-            if (window->inherits("QDialog") || window->inherits("QMainWindow"))
-                all.append(window);
-        return all;
-    }
     static QWidget *windowCalled(const char *name)
     {
-        for (QWidget *window : windows())
+        for (QWidget *window : windowsOfTool())
             if (window->objectName() == QLatin1StringView(name))
                 return window;
         return nullptr;
@@ -166,21 +135,13 @@ private slots:
     void init()
     {
         hidver = {};
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
+        home = std::make_unique<SettingsHome>();
     }
     void cleanup()
     {
-        main.reset();
-        question.reset();
-        tuio.reset();
-        supportFile.reset();
-        lightCheck.reset();
-        tryOut.reset();
-        calibrationCheck.reset();
+        all.reset();
         translations.reset();
-        XML_CLASS::useHome(QString());
+        home.reset();
     }
 
     void every_text_fits_data() { addLanguages(); }
@@ -188,9 +149,9 @@ private slots:
     {
         QFETCH(const QString, language);
         open(language, true);
-        QVERIFY2(windows().size() >= 17, qPrintable(QString::number(windows().size())));
+        QVERIFY2(windowsOfTool().size() >= 17, qPrintable(QString::number(windowsOfTool().size())));
         QStringList bad;
-        for (QWidget *window : windows())
+        for (QWidget *window : windowsOfTool())
             bad += overflow::texts(*window);
         QVERIFY2(bad.isEmpty(), qPrintable(u'\n' + bad.join(u'\n')));
     }
@@ -237,17 +198,6 @@ private slots:
         QVERIFY2(bad.isEmpty(), qPrintable(u'\n' + bad.join(u'\n')));
     }
 
-    void a_text_that_is_too_long_would_be_noticed()
-    {
-        open(u"en"_s, true);
-        auto *ok = windowCalled("Rotation_dlg")->findChild<QPushButton *>(u"okbtn"_s);
-        ok->setText(u"A text that is longer than a button of this size takes"_s);
-        QCOMPARE(overflow::texts(*ok->window()).size(), 1);
-        auto *label = windowCalled("test_win")->findChild<QLabel *>(u"label"_s);
-        label->setText(u"A limit that runs below its field:"_s);
-        QCOMPARE(overflow::texts(*label->window()).size(), 1);
-    }
-
     void no_two_controls_of_a_window_have_one_accelerator_data() { addLanguages(); }
     void no_two_controls_of_a_window_have_one_accelerator()
     {
@@ -267,7 +217,7 @@ private slots:
                 seen += key;
             }
         };
-        for (const QWidget *window : windows()) {
+        for (const QWidget *window : windowsOfTool()) {
             QStringList texts;
             for (const QWidget *widget : window->findChildren<QWidget *>()) {
                 const auto *label = qobject_cast<const QLabel *>(widget);
@@ -305,7 +255,7 @@ private slots:
         QList<const QObject *> objects;
         for (const QWidget *widget : QApplication::allWidgets())
             objects.append(widget);
-        for (const QWidget *window : windows())
+        for (const QWidget *window : windowsOfTool())
             for (const QAction *action : window->findChildren<QAction *>())
                 objects.append(action);
         for (const QObject *object : objects) {
@@ -352,5 +302,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_languages)
+QTEST_MAIN(TestLanguages)
 #include "tst_languages.moc"

@@ -14,10 +14,13 @@
 #include "dialogs/version_dlg.h"
 #include "doctor/usbchecks.h"
 #include "resources/resources.h"
-#include "tests/dialogs/settingshome.h"
+#include "tests/support/calibrating.h"
 #include "tests/support/fakeadapter.h"
 #include "tests/support/farend.h"
 #include "tests/support/madeupmachine.h"
+#include "tests/support/openline.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/shownwindow.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -38,15 +41,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-Calibration_Dlg *calibrationScreen()
-{
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *screen = qobject_cast<Calibration_Dlg *>(widget))
-            return screen;
-    }
-    return nullptr;
-}
-
 // A calibration command on a serial line, which carries two bytes behind the header.
 QByteArray onLine(const char *sub)
 {
@@ -56,7 +50,7 @@ QByteArray onLine(const char *sub)
 
 } // namespace
 
-class tst_link_change : public QObject
+class TestLinkChange : public QObject
 {
     Q_OBJECT
 
@@ -88,16 +82,6 @@ private:
         frame->present = false;
         window->OnDeviceRemoved();
         QVERIFY(window->connectState() != MainWindow::UsbConnected);
-    }
-    // A line to which the window is connected, without what that sent.
-    std::unique_ptr<FarEnd> openLine()
-    {
-        auto line = std::make_unique<FarEnd>();
-        if (!window->OpenUart(line->node, {}))
-            qFatal("%s", qPrintable(window->uartProblem()));
-        if (line->take(33).size() != 33)
-            qFatal("not three baud commands");
-        return line;
     }
     // What comes at the far end while the window is at work.
     static QByteArray arrived(const FarEnd &line, qsizetype count)
@@ -131,9 +115,8 @@ private slots:
         home = std::make_unique<SettingsHome>();
         frame = std::make_shared<FakeAdapter>();
         frame->present = false;
-        window = std::make_unique<MainWindow>(frame);
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        window = shownWindow(frame);
+        QVERIFY(window);
     }
     void cleanup()
     {
@@ -146,7 +129,7 @@ private slots:
 
     void a_usb_frame_plugged_in_during_a_calibration_on_a_serial_line_inherits_nothing()
     {
-        const auto line = openLine();
+        const auto line = openLine(*window);
         QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
         QCOMPARE(line->take(8), onLine("00"));
         line->give(QByteArray::fromHex("51 56 FC 01 01 00 00 00"));
@@ -165,7 +148,7 @@ private slots:
 
     void closing_the_port_during_a_calibration_resets_the_frame_on_it()
     {
-        const auto line = openLine();
+        const auto line = openLine(*window);
         QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
         QCOMPARE(line->take(8), onLine("00"));
         window->CLoseUart();
@@ -176,7 +159,7 @@ private slots:
 
     void a_lost_line_ends_its_calibration()
     {
-        const auto line = openLine();
+        const auto line = openLine(*window);
         QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
         QCOMPARE(line->take(8), onLine("00"));
         line->fd = {};
@@ -193,7 +176,7 @@ private slots:
         plug();
         QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
         QTRY_VERIFY(frame->sentBytes(2).contains("01 00"));
-        const auto line = openLine();
+        const auto line = openLine(*window);
         QCOMPARE(frame->sentBytes(2).last(), QByteArray("01 06"));
         QVERIFY(!calibrationScreen()->isVisible());
         QCOMPARE(line->take(1, 100), QByteArray());
@@ -251,7 +234,7 @@ private slots:
 
     void what_was_said_over_a_serial_line_goes_with_it()
     {
-        const auto line = openLine();
+        const auto line = openLine(*window);
         line->give(QByteArray::fromHex("51 56 FC A7 82 02 00 03 00 00"));
         QTRY_COMPARE(text<Rotation_dlg>("Rotationlab"), u"270"_s);
         plug();
@@ -297,7 +280,7 @@ private slots:
 
     void closing_a_port_closes_no_dialog()
     {
-        const auto line = openLine();
+        const auto line = openLine(*window);
         const QSlider *level = editSmoothing();
         window->CLoseUart();
         QVERIFY(keepsTheEdit(level));
@@ -389,7 +372,7 @@ private slots:
         QCOMPARE(status->toolTip(), u"Linked by USB, at /dev/usb/fake."_s);
         QCOMPARE(status->accessibleDescription(), status->toolTip());
         unplug();
-        const auto line = openLine();
+        const auto line = openLine(*window);
         QCOMPARE(status->toolTip(), u"Linked over the serial port %1."_s.arg(line->node));
         line->fd = {};
         QTRY_VERIFY(status->toolTip().contains(u" is gone. "_s));
@@ -461,5 +444,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_link_change)
+QTEST_MAIN(TestLinkChange)
 #include "tst_link_change.moc"

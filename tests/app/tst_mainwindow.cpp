@@ -14,13 +14,17 @@
 #include "dialogs/useradv_dlg.h"
 #include "dialogs/version_dlg.h"
 #include "resources/resources.h"
+#include "tests/support/calibrating.h"
 #include "tests/support/capture.h"
 #include "tests/support/fakeadapter.h"
+#include "tests/support/hand.h"
 #include "tests/support/pty.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/shownwindow.h"
+#include "tests/support/widgets.h"
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QDir>
 #include <QEventLoop>
 #include <QGroupBox>
 #include <QLabel>
@@ -31,7 +35,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSlider>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -44,15 +47,6 @@ namespace {
 
 const QString Linked = u"Already link equipment"_s;
 const QString Unlinked = u"Have not linked equipment"_s;
-
-Calibration_Dlg *calibrationScreen()
-{
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *screen = qobject_cast<Calibration_Dlg *>(widget))
-            return screen;
-    }
-    return nullptr;
-}
 
 // What docks in the tray is a widget of the toolkit's own.
 QWidget *docked()
@@ -96,12 +90,12 @@ QStringList clippedTexts(const QWidget &window)
 
 } // namespace
 
-class tst_mainwindow : public QObject
+class TestMainWindow : public QObject
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<SettingsHome> home;
     std::shared_ptr<FakeAdapter> frame;
     std::unique_ptr<MainWindow> window;
 
@@ -175,19 +169,17 @@ private slots:
     {
         hidver = {};
         QGuiApplication::setQuitOnLastWindowClosed(false);
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
+        home = std::make_unique<SettingsHome>();
         frame = std::make_shared<FakeAdapter>();
         frame->present = false;
-        window = std::make_unique<MainWindow>(frame);
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        window = shownWindow(frame);
+        QVERIFY(window);
     }
     void cleanup()
     {
         window.reset();
         frame.reset();
+        home.reset();
         runAtMost(0ms); // a request to end that no event loop has taken lasts until the next one
     }
 
@@ -524,14 +516,12 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
         child("pushButton")->setFocus();
         // As a person does it: the X server and the toolkit have their say.
-        QStringList input{u"key"_s, key};
         if (key.isEmpty()) {
             const auto *at = child<QWidget>(clicked.toLatin1().constData());
-            const QPoint place = at->mapToGlobal(at->rect().center());
-            input = {u"mousemove"_s, QString::number(place.x()), QString::number(place.y()),
-                     u"click"_s, u"3"_s};
+            QVERIFY(hand::click(at->mapToGlobal(at->rect().center()), 3));
+        } else {
+            QVERIFY(hand::press(key));
         }
-        QCOMPARE(QProcess::execute(u"xdotool"_s, input), 0);
         QTRY_VERIFY(QApplication::activePopupWidget());
         const auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
         QVERIFY(menu);
@@ -597,14 +587,13 @@ private slots:
         QFETCH(const QString, opened);
         window->show();
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
-        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, u"shift+F10"_s}), 0);
+        QVERIFY(hand::press(u"shift+F10"_s));
         QTRY_VERIFY(QApplication::activePopupWidget());
-        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, key}), 0);
+        QVERIFY(hand::press(key));
         QTRY_VERIFY(window->findChild<QWidget *>(opened));
         QVERIFY(QTest::qWaitForWindowActive(window->findChild<QWidget *>(opened)));
         // The keyboard follows the window a moment later.
-        QTRY_VERIFY(QProcess::execute(u"xdotool"_s, {u"key"_s, u"Escape"_s}) == 0 &&
-                    !window->findChild<QWidget *>(opened)->isVisible());
+        QTRY_VERIFY(hand::press(u"Escape"_s) && !window->findChild<QWidget *>(opened)->isVisible());
     }
 
     void setting_in_the_menu_is_enabled_exactly_when_the_button_is()
@@ -1217,10 +1206,7 @@ private slots:
             QVERIFY(QTest::qWaitForWindowExposed(shown));
             const QPoint place(81, 92);
             QTest::qWait(200); // until the window manager has placed it
-            QCOMPARE(QProcess::execute(u"xdotool"_s,
-                                       {u"windowmove"_s, QString::number(shown->winId()),
-                                        QString::number(place.x()), QString::number(place.y())}),
-                     0);
+            QVERIFY(hand::move(shown->winId(), place));
             QTRY_COMPARE(shown->geometry().topLeft(), place);
             shown->close();
             QVERIFY(!shown->isVisible());
@@ -1234,9 +1220,8 @@ private slots:
     void a_window_without_an_icon_of_its_own_has_the_programs()
     {
         QVERIFY(!window->windowIcon().isNull());
-        for (const QWidget *other : QApplication::topLevelWidgets())
-            if (other->inherits("QDialog") || other->inherits("QMainWindow"))
-                QVERIFY2(!other->windowIcon().isNull(), qPrintable(other->objectName()));
+        for (const QWidget *other : windowsOfTool())
+            QVERIFY2(!other->windowIcon().isNull(), qPrintable(other->objectName()));
     }
 
     void a_simulated_frame_has_an_icon_of_its_own()
@@ -1486,5 +1471,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_mainwindow)
+QTEST_MAIN(TestMainWindow)
 #include "tst_mainwindow.moc"

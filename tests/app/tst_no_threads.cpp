@@ -5,8 +5,8 @@
 
 #include "app/mainwindow.h"
 #include "resources/resources.h"
-#include "tests/dialogs/settingshome.h"
 #include "tests/support/fakeadapter.h"
+#include "tests/support/settingshome.h"
 
 #include <QDir>
 #include <QFile>
@@ -54,7 +54,7 @@ extern "C" int pthread_create(pthread_t *thread, const pthread_attr_t *attribute
     return EAGAIN;
 }
 
-class tst_no_threads : public QObject
+class TestNoThreads : public QObject
 {
     Q_OBJECT
 
@@ -153,5 +153,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_no_threads)
+QTEST_MAIN(TestNoThreads)
 #include "tst_no_threads.moc"

@@ -1,22 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "app/mainwindow.h"
-#include "config/xml_class.h"
 #include "resources/resources.h"
 #include "tests/support/capture.h"
 #include "tests/support/fakeadapter.h"
+#include "tests/support/settingshome.h"
 
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QSystemTrayIcon>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
 
-class tst_no_tray : public QObject
+class TestNoTray : public QObject
 {
     Q_OBJECT
 
@@ -41,8 +40,7 @@ private slots:
     {
         QVERIFY(!QSystemTrayIcon::isSystemTrayAvailable());
         initResources();
-        const QTemporaryDir home;
-        XML_CLASS::useHome(home.path());
+        const SettingsHome home;
         MainWindow window(std::make_shared<FakeAdapter>());
         window.show();
         Capture errors(stderr);
@@ -67,8 +65,7 @@ private slots:
 
     void that_words_window_ends_the_program_too()
     {
-        const QTemporaryDir home;
-        XML_CLASS::useHome(home.path());
+        const SettingsHome home;
         MainWindow window(std::make_shared<FakeAdapter>());
         window.show();
         window.close();
@@ -81,5 +78,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_no_tray)
+QTEST_MAIN(TestNoTray)
 #include "tst_no_tray.moc"

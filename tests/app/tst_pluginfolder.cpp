@@ -22,7 +22,7 @@ constexpr uid_t Stranger = 65534;
 } // namespace
 
 // Every test has a working directory of its own, /tmp/<...>/place, in which "./plugins" is judged.
-class tst_PluginFolder : public QObject
+class TestPluginFolder : public QObject
 {
     Q_OBJECT
 
@@ -61,7 +61,7 @@ private:
     QString startedIn;
 };
 
-void tst_PluginFolder::init()
+void TestPluginFolder::init()
 {
     startedIn = QDir::currentPath();
     umask(022);
@@ -71,39 +71,39 @@ void tst_PluginFolder::init()
     QVERIFY(QDir::setCurrent(path(u"place"_s)));
 }
 
-void tst_PluginFolder::cleanup()
+void TestPluginFolder::cleanup()
 {
     QVERIFY(QDir::setCurrent(startedIn));
     base.reset();
 }
 
-void tst_PluginFolder::makeFolder(const QString &name) const
+void TestPluginFolder::makeFolder(const QString &name) const
 {
     QVERIFY(QDir().mkpath(path(name)));
 }
 
-void tst_PluginFolder::makeFile(const QString &name) const
+void TestPluginFolder::makeFile(const QString &name) const
 {
     QFile file(path(name));
     QVERIFY(file.open(QIODevice::WriteOnly));
 }
 
-void tst_PluginFolder::makeLink(const QString &target, const QString &name) const
+void TestPluginFolder::makeLink(const QString &target, const QString &name) const
 {
     QVERIFY(QFile::link(target, path(name)));
 }
 
-void tst_PluginFolder::setMode(const QString &name, mode_t mode) const
+void TestPluginFolder::setMode(const QString &name, mode_t mode) const
 {
     QCOMPARE(chmod(path(name).toLocal8Bit().constData(), mode), 0);
 }
 
-bool tst_PluginFolder::giveAway(const QString &name) const
+bool TestPluginFolder::giveAway(const QString &name) const
 {
     return lchown(path(name).toLocal8Bit().constData(), Stranger, Stranger) == 0;
 }
 
-void tst_PluginFolder::no_folder_is_no_problem()
+void TestPluginFolder::no_folder_is_no_problem()
 {
     QCOMPARE(pluginFolderProblem(u"./plugins"_s), QString());
     // Not even where others could make one: Qt ignores what is not there.
@@ -111,7 +111,7 @@ void tst_PluginFolder::no_folder_is_no_problem()
     QCOMPARE(pluginFolderProblem(u"./plugins"_s), QString());
 }
 
-void tst_PluginFolder::a_folder_of_this_user_is_added()
+void TestPluginFolder::a_folder_of_this_user_is_added()
 {
     makeFolder(u"place/plugins/platforms"_s);
     makeFile(u"place/plugins/platforms/libqx.so"_s);
@@ -119,7 +119,7 @@ void tst_PluginFolder::a_folder_of_this_user_is_added()
     QCOMPARE(pluginFolderProblem(path(u"place/plugins"_s)), QString());
 }
 
-void tst_PluginFolder::a_folder_that_others_can_write_is_left_out_data()
+void TestPluginFolder::a_folder_that_others_can_write_is_left_out_data()
 {
     QTest::addColumn<QString>("loose");
     QTest::addColumn<uint>("mode");
@@ -133,7 +133,7 @@ void tst_PluginFolder::a_folder_that_others_can_write_is_left_out_data()
     }
 }
 
-void tst_PluginFolder::a_folder_that_others_can_write_is_left_out()
+void TestPluginFolder::a_folder_that_others_can_write_is_left_out()
 {
     QFETCH(QString, loose);
     QFETCH(uint, mode);
@@ -149,7 +149,7 @@ void tst_PluginFolder::a_folder_that_others_can_write_is_left_out()
     QCOMPARE(pluginFolderProblem(u"./plugins"_s), QString());
 }
 
-void tst_PluginFolder::a_folder_of_another_user_is_left_out_data()
+void TestPluginFolder::a_folder_of_another_user_is_left_out_data()
 {
     QTest::addColumn<QString>("foreign");
     QTest::newRow("above") << u"place"_s;
@@ -158,7 +158,7 @@ void tst_PluginFolder::a_folder_of_another_user_is_left_out_data()
     QTest::newRow("file inside") << u"place/plugins/platforms/libqx.so"_s;
 }
 
-void tst_PluginFolder::a_folder_of_another_user_is_left_out()
+void TestPluginFolder::a_folder_of_another_user_is_left_out()
 {
     QFETCH(QString, foreign);
     makeFolder(u"place/plugins/platforms"_s);
@@ -168,7 +168,7 @@ void tst_PluginFolder::a_folder_of_another_user_is_left_out()
     QVERIFY2(problem.contains(path(foreign) + u" belongs to user "_s), qPrintable(problem));
 }
 
-void tst_PluginFolder::a_sticky_folder_above_is_fine_while_the_entry_is_ours()
+void TestPluginFolder::a_sticky_folder_above_is_fine_while_the_entry_is_ours()
 {
     makeFolder(u"place/plugins"_s);
     setMode(u"place"_s, 01777);
@@ -177,7 +177,7 @@ void tst_PluginFolder::a_sticky_folder_above_is_fine_while_the_entry_is_ours()
     QVERIFY(!pluginFolderProblem(u"./plugins"_s).isEmpty());
 }
 
-void tst_PluginFolder::a_sticky_folder_above_is_no_excuse_for_a_foreign_entry()
+void TestPluginFolder::a_sticky_folder_above_is_no_excuse_for_a_foreign_entry()
 {
     makeFolder(u"place/mine"_s);
     makeLink(u"mine"_s, u"place/plugins"_s);
@@ -189,7 +189,7 @@ void tst_PluginFolder::a_sticky_folder_above_is_no_excuse_for_a_foreign_entry()
     QVERIFY2(problem.contains(u"place/plugins belongs to user "_s), qPrintable(problem));
 }
 
-void tst_PluginFolder::a_sticky_folder_inside_is_not_fine()
+void TestPluginFolder::a_sticky_folder_inside_is_not_fine()
 {
     makeFolder(u"place/plugins/platforms"_s);
     setMode(u"place/plugins/platforms"_s, 01777);
@@ -198,7 +198,7 @@ void tst_PluginFolder::a_sticky_folder_inside_is_not_fine()
              qPrintable(problem));
 }
 
-void tst_PluginFolder::a_link_is_judged_by_where_it_leads_data()
+void TestPluginFolder::a_link_is_judged_by_where_it_leads_data()
 {
     QTest::addColumn<QString>("link");
     QTest::addColumn<QString>("target");
@@ -215,7 +215,7 @@ void tst_PluginFolder::a_link_is_judged_by_where_it_leads_data()
     QTest::newRow("through a link") << u"place/plugins/x.so"_s << u"@/alias/x.so"_s << u"far"_s;
 }
 
-void tst_PluginFolder::a_link_is_judged_by_where_it_leads()
+void TestPluginFolder::a_link_is_judged_by_where_it_leads()
 {
     QFETCH(QString, link);
     QFETCH(QString, target);
@@ -233,7 +233,7 @@ void tst_PluginFolder::a_link_is_judged_by_where_it_leads()
              qPrintable(problem));
 }
 
-void tst_PluginFolder::a_link_to_nothing_is_left_out_where_others_could_put_something()
+void TestPluginFolder::a_link_to_nothing_is_left_out_where_others_could_put_something()
 {
     makeFolder(u"place/plugins"_s);
     makeFolder(u"far"_s);
@@ -244,7 +244,7 @@ void tst_PluginFolder::a_link_to_nothing_is_left_out_where_others_could_put_some
     QVERIFY2(problem.contains(u"everybody can write to "_s + path(u"far"_s)), qPrintable(problem));
 }
 
-void tst_PluginFolder::links_in_a_circle_end()
+void TestPluginFolder::links_in_a_circle_end()
 {
     makeFolder(u"place/plugins/a"_s);
     makeLink(u"../a"_s, u"place/plugins/a/again"_s);
@@ -256,7 +256,7 @@ void tst_PluginFolder::links_in_a_circle_end()
     QVERIFY2(problem.contains(u"cannot be followed"), qPrintable(problem));
 }
 
-void tst_PluginFolder::a_huge_folder_is_left_out()
+void TestPluginFolder::a_huge_folder_is_left_out()
 {
     makeFolder(u"place/plugins"_s);
     for (int i = 0; i < 5000; i++)
@@ -271,7 +271,7 @@ void tst_PluginFolder::a_huge_folder_is_left_out()
     QVERIFY(pluginFolderProblem(u"./plugins"_s).contains(path(u"place/plugins/3999"_s)));
 }
 
-void tst_PluginFolder::a_folder_that_cannot_be_listed_is_left_out()
+void TestPluginFolder::a_folder_that_cannot_be_listed_is_left_out()
 {
     if (geteuid() != 0)
         QFAIL("needs root, to become a user that may not list a folder");
@@ -286,7 +286,7 @@ void tst_PluginFolder::a_folder_that_cannot_be_listed_is_left_out()
              qPrintable(problem));
 }
 
-void tst_PluginFolder::a_file_name_cannot_steer_the_terminal()
+void TestPluginFolder::a_file_name_cannot_steer_the_terminal()
 {
     makeFolder(u"place/plugins"_s);
     makeFile(u"place/plugins/\x1b[2Jx\n.so"_s);
@@ -297,7 +297,7 @@ void tst_PluginFolder::a_file_name_cannot_steer_the_terminal()
     QVERIFY(!problem.contains(u'\n'));
 }
 
-void tst_PluginFolder::what_is_added_outlives_the_start_of_the_application()
+void TestPluginFolder::what_is_added_outlives_the_start_of_the_application()
 {
     makeFolder(u"place/plugins"_s);
     QVERIFY(!QCoreApplication::libraryPaths().contains(path(u"place/plugins"_s)));
@@ -311,7 +311,7 @@ void tst_PluginFolder::what_is_added_outlives_the_start_of_the_application()
     QCoreApplication::removeLibraryPath(path(u"place/plugins"_s));
 }
 
-void tst_PluginFolder::what_is_left_out_is_not_added()
+void TestPluginFolder::what_is_left_out_is_not_added()
 {
     makeFolder(u"place/plugins"_s);
     setMode(u"place/plugins"_s, 0777);
@@ -327,7 +327,7 @@ void tst_PluginFolder::what_is_left_out_is_not_added()
 // Plug-in folders are judged before there is an application, so this test runs without one.
 int main(int argc, char **argv)
 {
-    tst_PluginFolder test;
+    TestPluginFolder test;
     return QTest::qExec(&test, argc, argv);
 }
 

@@ -68,7 +68,7 @@ struct Result
 
 } // namespace
 
-class tst_program : public QObject
+class TestProgram : public QObject
 {
     Q_OBJECT
 
@@ -514,5 +514,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_program)
+QTEST_GUILESS_MAIN(TestProgram)
 #include "tst_program.moc"

@@ -156,7 +156,7 @@ qint64 processorTime(qint64 pid)
 
 } // namespace
 
-class tst_QtSingleApplication : public QObject
+class TestQtSingleApplication : public QObject
 {
     Q_OBJECT
 
@@ -222,7 +222,7 @@ private:
     QProcessEnvironment environment;
 };
 
-void tst_QtSingleApplication::init()
+void TestQtSingleApplication::init()
 {
     umask(022);
     // Other users must be able to start the program from here.
@@ -244,7 +244,7 @@ void tst_QtSingleApplication::init()
     environment.remove(u"XDG_CACHE_HOME"_s);
 }
 
-void tst_QtSingleApplication::cleanup()
+void TestQtSingleApplication::cleanup()
 {
     for (const uid_t user : {geteuid(), Stranger}) {
         if (!QFile::remove(temporary(user))) // a file or a link
@@ -254,7 +254,7 @@ void tst_QtSingleApplication::cleanup()
     QVERIFY(QDir(u"/tmp"_s).entryList({id + u'*'}, QDir::AllEntries | QDir::System).isEmpty());
 }
 
-void tst_QtSingleApplication::the_first_stays_and_the_second_hands_over()
+void TestQtSingleApplication::the_first_stays_and_the_second_hands_over()
 {
     const auto first = start({u"serve"_s});
     QCOMPARE(first->line(), u"first"_s);
@@ -267,7 +267,7 @@ void tst_QtSingleApplication::the_first_stays_and_the_second_hands_over()
     QVERIFY(first->runs());
 }
 
-void tst_QtSingleApplication::a_start_that_only_sends_never_becomes_the_first()
+void TestQtSingleApplication::a_start_that_only_sends_never_becomes_the_first()
 {
     const auto sender = start({u"send"_s, u"-C"_s, u"5000"_s});
     const QString line = sender->line();
@@ -278,7 +278,7 @@ void tst_QtSingleApplication::a_start_that_only_sends_never_becomes_the_first()
              QStringList());
 }
 
-void tst_QtSingleApplication::a_message_arrives_as_it_is_data()
+void TestQtSingleApplication::a_message_arrives_as_it_is_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("show") << u"-W"_s;
@@ -287,7 +287,7 @@ void tst_QtSingleApplication::a_message_arrives_as_it_is_data()
     QTest::newRow("other scripts") << u"Größe 触摸 \U0001F446"_s;
 }
 
-void tst_QtSingleApplication::a_message_arrives_as_it_is()
+void TestQtSingleApplication::a_message_arrives_as_it_is()
 {
     QFETCH(QString, text);
     const auto first = start({u"serve"_s});
@@ -302,7 +302,7 @@ void tst_QtSingleApplication::a_message_arrives_as_it_is()
     QCOMPARE(first->result(), 0);
 }
 
-void tst_QtSingleApplication::a_message_may_be_long_data()
+void TestQtSingleApplication::a_message_may_be_long_data()
 {
     QTest::addColumn<int>("bytes");
     QTest::newRow("64 KiB") << 65536;
@@ -311,7 +311,7 @@ void tst_QtSingleApplication::a_message_may_be_long_data()
     QTest::newRow("1 MiB") << 1048576;
 }
 
-void tst_QtSingleApplication::a_message_may_be_long()
+void TestQtSingleApplication::a_message_may_be_long()
 {
     QFETCH(int, bytes);
     const auto first = start({u"serve"_s});
@@ -323,7 +323,7 @@ void tst_QtSingleApplication::a_message_may_be_long()
     QCOMPARE(first->line(), u"got %1 %2"_s.arg(bytes).arg(QString::fromLatin1(sum)));
 }
 
-void tst_QtSingleApplication::a_message_beyond_the_bound_is_not_sent()
+void TestQtSingleApplication::a_message_beyond_the_bound_is_not_sent()
 {
     const auto first = start({u"serve"_s});
     QCOMPARE(first->line(), u"first"_s);
@@ -339,7 +339,7 @@ void tst_QtSingleApplication::a_message_beyond_the_bound_is_not_sent()
     QCOMPARE(first->line(300), QString());
 }
 
-void tst_QtSingleApplication::two_builds_of_a_program_find_each_other()
+void TestQtSingleApplication::two_builds_of_a_program_find_each_other()
 {
     const QString other = home->filePath(u"elsewhere/probe"_s);
     QVERIFY(QDir(home->path()).mkdir(u"elsewhere"_s));
@@ -356,7 +356,7 @@ void tst_QtSingleApplication::two_builds_of_a_program_find_each_other()
     QCOMPARE(stranger.line(), u"first"_s);
 }
 
-void tst_QtSingleApplication::programs_of_other_names_do_not_meet_data()
+void TestQtSingleApplication::programs_of_other_names_do_not_meet_data()
 {
     QTest::addColumn<QString>("one");
     QTest::addColumn<QString>("other");
@@ -368,7 +368,7 @@ void tst_QtSingleApplication::programs_of_other_names_do_not_meet_data()
     QTest::newRow("long") << QString(300, u'x') << QString(301, u'x');
 }
 
-void tst_QtSingleApplication::programs_of_other_names_do_not_meet()
+void TestQtSingleApplication::programs_of_other_names_do_not_meet()
 {
     QFETCH(QString, one);
     QFETCH(QString, other);
@@ -385,7 +385,7 @@ void tst_QtSingleApplication::programs_of_other_names_do_not_meet()
              4);
 }
 
-void tst_QtSingleApplication::the_owner_does_not_send_to_itself()
+void TestQtSingleApplication::the_owner_does_not_send_to_itself()
 {
     const auto owner = start({u"self"_s});
     const QString line = owner->line();
@@ -394,7 +394,7 @@ void tst_QtSingleApplication::the_owner_does_not_send_to_itself()
     QCOMPARE(owner->result(), 1);
 }
 
-void tst_QtSingleApplication::the_name_is_free_after_a_quit()
+void TestQtSingleApplication::the_name_is_free_after_a_quit()
 {
     for (int i = 0; i < 2; i++) {
         const auto first = start({u"serve"_s});
@@ -409,7 +409,7 @@ void tst_QtSingleApplication::the_name_is_free_after_a_quit()
     }
 }
 
-void tst_QtSingleApplication::an_end_that_begins_in_a_receiver_is_answered()
+void TestQtSingleApplication::an_end_that_begins_in_a_receiver_is_answered()
 {
     const auto first = start({u"serve"_s});
     QCOMPARE(first->line(), u"first"_s);
@@ -420,7 +420,7 @@ void tst_QtSingleApplication::an_end_that_begins_in_a_receiver_is_answered()
     QVERIFY(!QFile::exists(socketPath()));
 }
 
-void tst_QtSingleApplication::the_name_is_free_after_an_end_without_event_loop()
+void TestQtSingleApplication::the_name_is_free_after_an_end_without_event_loop()
 {
     for (int i = 0; i < 2; i++) {
         const auto asker = start({u"ask"_s});
@@ -431,7 +431,7 @@ void tst_QtSingleApplication::the_name_is_free_after_an_end_without_event_loop()
     }
 }
 
-void tst_QtSingleApplication::a_killed_owner_is_replaced()
+void TestQtSingleApplication::a_killed_owner_is_replaced()
 {
     for (int i = 0; i < 3; i++) {
         const auto first = start({u"serve"_s});
@@ -453,7 +453,7 @@ void tst_QtSingleApplication::a_killed_owner_is_replaced()
     QCOMPARE(next->line(), u"got -W"_s);
 }
 
-void tst_QtSingleApplication::a_lock_that_another_program_seems_to_hold_is_taken()
+void TestQtSingleApplication::a_lock_that_another_program_seems_to_hold_is_taken()
 {
     const auto first = start({u"serve"_s});
     QCOMPARE(first->line(), u"first"_s);
@@ -477,7 +477,7 @@ void tst_QtSingleApplication::a_lock_that_another_program_seems_to_hold_is_taken
     QCOMPARE(next->line(), u"first"_s);
 }
 
-void tst_QtSingleApplication::an_unreadable_lock_is_taken_in_the_end_data()
+void TestQtSingleApplication::an_unreadable_lock_is_taken_in_the_end_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("empty") << QByteArray();
@@ -485,7 +485,7 @@ void tst_QtSingleApplication::an_unreadable_lock_is_taken_in_the_end_data()
     QTest::newRow("text") << "power lost"_ba;
 }
 
-void tst_QtSingleApplication::an_unreadable_lock_is_taken_in_the_end()
+void TestQtSingleApplication::an_unreadable_lock_is_taken_in_the_end()
 {
     QFETCH(QByteArray, content);
     QFile lock(lockPath());
@@ -502,14 +502,14 @@ void tst_QtSingleApplication::an_unreadable_lock_is_taken_in_the_end()
     QCOMPARE(said, (QStringList{u"first"_s, u"sent"_s}));
 }
 
-void tst_QtSingleApplication::of_fifty_starts_one_stays_data()
+void TestQtSingleApplication::of_fifty_starts_one_stays_data()
 {
     QTest::addColumn<bool>("afterKill");
     QTest::newRow("fresh") << false;
     QTest::newRow("after a kill") << true;
 }
 
-void tst_QtSingleApplication::of_fifty_starts_one_stays()
+void TestQtSingleApplication::of_fifty_starts_one_stays()
 {
     QFETCH(bool, afterKill);
     if (afterKill) {
@@ -543,7 +543,7 @@ void tst_QtSingleApplication::of_fifty_starts_one_stays()
     QCOMPARE(first->line(200), QString());
 }
 
-void tst_QtSingleApplication::a_start_during_the_owners_shutdown_stays()
+void TestQtSingleApplication::a_start_during_the_owners_shutdown_stays()
 {
     const auto slow = start({u"linger"_s, u"3000"_s});
     QCOMPARE(slow->line(), u"first"_s);
@@ -561,7 +561,7 @@ void tst_QtSingleApplication::a_start_during_the_owners_shutdown_stays()
     QCOMPARE(next->line(), u"got -W"_s);
 }
 
-void tst_QtSingleApplication::a_stopped_owner_costs_the_sender_its_time_out()
+void TestQtSingleApplication::a_stopped_owner_costs_the_sender_its_time_out()
 {
     const auto first = start({u"serve"_s});
     QCOMPARE(first->line(), u"first"_s);
@@ -581,7 +581,7 @@ void tst_QtSingleApplication::a_stopped_owner_costs_the_sender_its_time_out()
     QCOMPARE(first->result(), 0);
 }
 
-void tst_QtSingleApplication::garbage_does_no_harm_data()
+void TestQtSingleApplication::garbage_does_no_harm_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("text") << "GET / HTTP/1.1\r\n\r\n"_ba;
@@ -595,7 +595,7 @@ void tst_QtSingleApplication::garbage_does_no_harm_data()
     QTest::newRow("a million bytes") << QByteArray(1000000, 'q');
 }
 
-void tst_QtSingleApplication::garbage_does_no_harm()
+void TestQtSingleApplication::garbage_does_no_harm()
 {
     QFETCH(QByteArray, bytes);
     const auto first = start({u"serve"_s});
@@ -616,7 +616,7 @@ void tst_QtSingleApplication::garbage_does_no_harm()
     QVERIFY(first->runs());
 }
 
-void tst_QtSingleApplication::a_message_in_pieces_is_whole()
+void TestQtSingleApplication::a_message_in_pieces_is_whole()
 {
     const auto first = start({u"serve"_s});
     QCOMPARE(first->line(), u"first"_s);
@@ -629,7 +629,7 @@ void tst_QtSingleApplication::a_message_in_pieces_is_whole()
     QCOMPARE(first->line(), u"got \uFEFFpiece by piece"_s);
 }
 
-void tst_QtSingleApplication::a_silent_peer_is_dropped()
+void TestQtSingleApplication::a_silent_peer_is_dropped()
 {
     const auto first = start({u"serve"_s});
     QCOMPARE(first->line(), u"first"_s);
@@ -643,7 +643,7 @@ void tst_QtSingleApplication::a_silent_peer_is_dropped()
     QCOMPARE(silent.answer(6000), QByteArray());
 }
 
-void tst_QtSingleApplication::a_half_message_is_dropped_data()
+void TestQtSingleApplication::a_half_message_is_dropped_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<bool>("vanishes");
@@ -655,7 +655,7 @@ void tst_QtSingleApplication::a_half_message_is_dropped_data()
     }
 }
 
-void tst_QtSingleApplication::a_half_message_is_dropped()
+void TestQtSingleApplication::a_half_message_is_dropped()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(bool, vanishes);
@@ -673,7 +673,7 @@ void tst_QtSingleApplication::a_half_message_is_dropped()
     QVERIFY(first->runs());
 }
 
-void tst_QtSingleApplication::many_silent_peers_keep_nobody_out()
+void TestQtSingleApplication::many_silent_peers_keep_nobody_out()
 {
     const auto first = start({u"serve"_s});
     QCOMPARE(first->line(), u"first"_s);
@@ -696,7 +696,7 @@ void tst_QtSingleApplication::many_silent_peers_keep_nobody_out()
     QVERIFY(first->runs());
 }
 
-void tst_QtSingleApplication::another_user_neither_connects_nor_takes_the_name()
+void TestQtSingleApplication::another_user_neither_connects_nor_takes_the_name()
 {
     if (geteuid() != 0)
         QFAIL("needs root, to start the program as another user");
@@ -720,7 +720,7 @@ void tst_QtSingleApplication::another_user_neither_connects_nor_takes_the_name()
     QCOMPARE(first->line(), u"got -W"_s);
 }
 
-void tst_QtSingleApplication::another_user_is_turned_away_even_behind_an_open_door()
+void TestQtSingleApplication::another_user_is_turned_away_even_behind_an_open_door()
 {
     if (geteuid() != 0)
         QFAIL("needs root, to become another user");
@@ -738,7 +738,7 @@ void tst_QtSingleApplication::another_user_is_turned_away_even_behind_an_open_do
     QCOMPARE(first->line(200), QString());
 }
 
-void tst_QtSingleApplication::without_a_run_time_folder_starts_meet_in_the_temporary_folder()
+void TestQtSingleApplication::without_a_run_time_folder_starts_meet_in_the_temporary_folder()
 {
     environment.remove(u"XDG_RUNTIME_DIR"_s);
     const auto first = start({u"serve"_s});
@@ -752,7 +752,7 @@ void tst_QtSingleApplication::without_a_run_time_folder_starts_meet_in_the_tempo
     QCOMPARE(second->complaint(), QString());
 }
 
-void tst_QtSingleApplication::a_folder_that_is_not_this_users_alone_is_left_alone_data()
+void TestQtSingleApplication::a_folder_that_is_not_this_users_alone_is_left_alone_data()
 {
     QTest::addColumn<QString>("what");
     QTest::addColumn<QString>("complaint");
@@ -762,7 +762,7 @@ void tst_QtSingleApplication::a_folder_that_is_not_this_users_alone_is_left_alon
     QTest::newRow("file") << u"file"_s << u"it is not a folder"_s;
 }
 
-void tst_QtSingleApplication::a_folder_that_is_not_this_users_alone_is_left_alone()
+void TestQtSingleApplication::a_folder_that_is_not_this_users_alone_is_left_alone()
 {
     QFETCH(QString, what);
     QFETCH(QString, complaint);
@@ -796,7 +796,7 @@ void tst_QtSingleApplication::a_folder_that_is_not_this_users_alone_is_left_alon
     QVERIFY(QFile::exists(place + u'/' + id + u".socket"_s));
 }
 
-void tst_QtSingleApplication::a_run_time_folder_that_will_not_do_is_left_alone_data()
+void TestQtSingleApplication::a_run_time_folder_that_will_not_do_is_left_alone_data()
 {
     QTest::addColumn<QString>("folder");
     QTest::addColumn<QString>("complaint");
@@ -807,7 +807,7 @@ void tst_QtSingleApplication::a_run_time_folder_that_will_not_do_is_left_alone_d
     QTest::newRow("long") << u"@/run/"_s + QString(90, u'l') << u"its name is too long"_s;
 }
 
-void tst_QtSingleApplication::a_run_time_folder_that_will_not_do_is_left_alone()
+void TestQtSingleApplication::a_run_time_folder_that_will_not_do_is_left_alone()
 {
     QFETCH(QString, folder);
     QFETCH(QString, complaint);
@@ -824,7 +824,7 @@ void tst_QtSingleApplication::a_run_time_folder_that_will_not_do_is_left_alone()
     QVERIFY2(complaint.isEmpty() ? said.isEmpty() : said.contains(complaint), qPrintable(said));
 }
 
-void tst_QtSingleApplication::without_any_safe_place_the_program_runs_and_says_so()
+void TestQtSingleApplication::without_any_safe_place_the_program_runs_and_says_so()
 {
     environment.remove(u"XDG_RUNTIME_DIR"_s);
     environment.insert(u"HOME"_s, u"/proc/nowhere"_s);
@@ -840,5 +840,5 @@ void tst_QtSingleApplication::without_any_safe_place_the_program_runs_and_says_s
     QVERIFY(sender->line().startsWith(u"failed"));
 }
 
-QTEST_GUILESS_MAIN(tst_QtSingleApplication)
+QTEST_GUILESS_MAIN(TestQtSingleApplication)
 #include "tst_qtsingleapplication.moc"

@@ -32,7 +32,7 @@ const QByteArray Padding = "DEVPATH=/devices/pci0000:00/usb1/1-1";
 
 } // namespace
 
-class tst_readhotplug : public QObject
+class TestReadHotplug : public QObject
 {
     Q_OBJECT
 
@@ -241,5 +241,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_readhotplug)
+QTEST_GUILESS_MAIN(TestReadHotplug)
 #include "tst_readhotplug.moc"

@@ -68,7 +68,7 @@ void whenOpen(const std::function<void(Dialog *)> &action)
 
 } // namespace
 
-class tst_record : public QObject
+class TestRecord : public QObject
 {
     Q_OBJECT
 
@@ -217,5 +217,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_record)
+QTEST_MAIN(TestRecord)
 #include "tst_record.moc"

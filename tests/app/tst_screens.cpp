@@ -5,7 +5,9 @@
 #include "app/mainwindow.h"
 #include "dialogs/calibration_dlg.h"
 #include "resources/resources.h"
+#include "tests/support/calibrating.h"
 #include "tests/support/fakeadapter.h"
+#include "tests/support/photograph.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -14,46 +16,11 @@
 #include <QTest>
 #include <QWindow>
 
-#include <xcb/xcb.h>
-
 #include <memory>
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-// The screen as the X server has it, in native pixels.
-QImage photograph(QRect native)
-{
-    auto *x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
-    xcb_connection_t *connection = x11->connection();
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> reply(
-        xcb_get_image_reply(connection,
-                            xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root,
-                                          qint16(native.x()), qint16(native.y()),
-                                          quint16(native.width()), quint16(native.height()), ~0u),
-                            nullptr),
-        &std::free);
-    if (!reply)
-        return {};
-    return QImage(xcb_get_image_data(reply.get()), native.width(), native.height(),
-                  QImage::Format_RGB32)
-        .copy();
-}
-
-Calibration_Dlg *calibrationScreen()
-{
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *screen = qobject_cast<Calibration_Dlg *>(widget))
-            return screen;
-    }
-    return nullptr;
-}
-
-} // namespace
-
-class tst_screens : public QObject
+class TestScreens : public QObject
 {
     Q_OBJECT
 
@@ -157,5 +124,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_screens)
+QTEST_MAIN(TestScreens)
 #include "tst_screens.moc"

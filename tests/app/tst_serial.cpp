@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "app/mainwindow.h"
-#include "config/xml_class.h"
 #include "device/posix_qextserialport.h"
 #include "resources/resources.h"
 #include "tests/support/fakeadapter.h"
 #include "tests/support/farend.h"
+#include "tests/support/openline.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/shownwindow.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <dlfcn.h>
@@ -77,12 +77,12 @@ constexpr int SettleMs = 100;
 } // namespace
 
 // The serial link as the window runs it, with a pseudo-terminal for the line.
-class tst_serial : public QObject
+class TestSerial : public QObject
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<SettingsHome> home;
     std::shared_ptr<FakeAdapter> frame;
     std::unique_ptr<MainWindow> window;
     QByteArrayList frames; // what was received, in hexadecimal digits
@@ -98,30 +98,17 @@ private:
         memcpy(buffer, bytes.constData(), size_t(bytes.size()));
         emit window->Write03(buffer);
     }
-    // A line to which the window is connected, without what that sent.
-    std::unique_ptr<FarEnd> openLine(const PortSettings &settings = {})
-    {
-        auto line = std::make_unique<FarEnd>();
-        if (!window->OpenUart(line->node, settings))
-            qFatal("%s", qPrintable(window->uartProblem()));
-        if (line->take(33).size() != 33)
-            qFatal("not three baud commands");
-        return line;
-    }
 
 private slots:
     void initTestCase() { initResources(); }
     void init()
     {
         QGuiApplication::setQuitOnLastWindowClosed(false);
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
+        home = std::make_unique<SettingsHome>();
         frame = std::make_shared<FakeAdapter>();
         frame->present = false;
-        window = std::make_unique<MainWindow>(frame);
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        window = shownWindow(frame);
+        QVERIFY(window);
         frames.clear();
         connect(window.get(), &MainWindow::Recv03, this, [this](const UCHAR *bytes) {
             frames += QByteArray(reinterpret_cast<const char *>(bytes), 6 + bytes[3])
@@ -134,6 +121,7 @@ private slots:
         beforeSettingsChange = {};
         window.reset();
         frame.reset();
+        home.reset();
     }
 
     // Opening
@@ -178,7 +166,7 @@ private slots:
     void a_hang_up_under_a_usb_frame_changes_nothing_that_shows();
 };
 
-void tst_serial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_changes_data()
+void TestSerial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_changes_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<QByteArray>("command");
@@ -190,7 +178,7 @@ void tst_serial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_chan
     QTest::newRow("256000") << 21 << "51 56 00 B1 00 03 00 15 00 00 00"_ba << 256000;
 }
 
-void tst_serial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_changes()
+void TestSerial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_changes()
 {
     QFETCH(int, code);
     QFETCH(QByteArray, command);
@@ -220,9 +208,9 @@ void tst_serial::each_baud_command_leaves_at_its_own_rate_and_then_the_port_chan
     QCOMPARE(arrivals.last(), (std::pair{rate, "51 56 00 A3 00 00 00 00"_ba}));
 }
 
-void tst_serial::the_baud_commands_of_a_second_opening_leave_at_the_same_rates()
+void TestSerial::the_baud_commands_of_a_second_opening_leave_at_the_same_rates()
 {
-    const auto line = openLine({.BaudRate = BAUD256000});
+    const auto line = openLine(*window, {.BaudRate = BAUD256000});
     window->CLoseUart();
     QList<int> rates;
     const auto look = [&] {
@@ -237,10 +225,10 @@ void tst_serial::the_baud_commands_of_a_second_opening_leave_at_the_same_rates()
     QCOMPARE(int(line->settings().c_ospeed), 57600);
 }
 
-void tst_serial::a_second_opening_announces_the_rate_in_the_default_format()
+void TestSerial::a_second_opening_announces_the_rate_in_the_default_format()
 {
     const PortSettings twoStopBits{.StopBits = STOP_2};
-    const auto line = openLine(twoStopBits);
+    const auto line = openLine(*window, twoStopBits);
     QVERIFY(line->settings().c_cflag & CSTOPB);
     window->CLoseUart();
     int announced = 0;
@@ -257,7 +245,7 @@ void tst_serial::a_second_opening_announces_the_rate_in_the_default_format()
     QVERIFY(line->settings().c_cflag & CSTOPB);
 }
 
-void tst_serial::every_rate_is_set_or_refused_with_a_reason_data()
+void TestSerial::every_rate_is_set_or_refused_with_a_reason_data()
 {
     QTest::addColumn<int>("code");
     QTest::addColumn<int>("rate"); // 0: refused
@@ -270,11 +258,11 @@ void tst_serial::every_rate_is_set_or_refused_with_a_reason_data()
     QTest::newRow("number -1") << -1 << 0;
 }
 
-void tst_serial::every_rate_is_set_or_refused_with_a_reason()
+void TestSerial::every_rate_is_set_or_refused_with_a_reason()
 {
     QFETCH(int, code);
     QFETCH(int, rate);
-    const auto line = openLine({.BaudRate = BaudRateType(code)});
+    const auto line = openLine(*window, {.BaudRate = BaudRateType(code)});
     if (rate > 0) {
         QCOMPARE(window->uartProblem(), QString());
         QCOMPARE(int(line->settings().c_ospeed), rate);
@@ -287,7 +275,7 @@ void tst_serial::every_rate_is_set_or_refused_with_a_reason()
 }
 
 // A pseudo-terminal has eight data bits and no parity, whatever it is asked for, and says nothing.
-void tst_serial::every_character_format_is_set_or_refused_with_a_reason_data()
+void TestSerial::every_character_format_is_set_or_refused_with_a_reason_data()
 {
     QTest::addColumn<PortSettings>("settings");
     QTest::addColumn<QString>("problem"); // empty: set
@@ -314,11 +302,11 @@ void tst_serial::every_character_format_is_set_or_refused_with_a_reason_data()
         u"There is no stop bits setting number 3."_s);
 }
 
-void tst_serial::every_character_format_is_set_or_refused_with_a_reason()
+void TestSerial::every_character_format_is_set_or_refused_with_a_reason()
 {
     QFETCH(PortSettings, settings);
     QFETCH(QString, problem);
-    const auto line = openLine(settings);
+    const auto line = openLine(*window, settings);
     if (problem.isEmpty())
         QCOMPARE(window->uartProblem(), QString());
     QVERIFY2(window->uartProblem().contains(problem), qPrintable(window->uartProblem()));
@@ -328,7 +316,7 @@ void tst_serial::every_character_format_is_set_or_refused_with_a_reason()
     QVERIFY(deviceButtonsEnabled());
 }
 
-void tst_serial::data_bits_are_set_before_stop_bits_and_those_before_the_parity()
+void TestSerial::data_bits_are_set_before_stop_bits_and_those_before_the_parity()
 {
     FarEnd line;
     flagsAsked.clear();
@@ -347,18 +335,18 @@ void tst_serial::data_bits_are_set_before_stop_bits_and_those_before_the_parity(
     QVERIFY(parity > stopBits);
 }
 
-void tst_serial::several_refusals_are_all_told()
+void TestSerial::several_refusals_are_all_told()
 {
-    const auto line = openLine({.BaudRate = BaudRateType(40),
-                                .DataBits = DATA_7,
-                                .Parity = PAR_MARK,
-                                .StopBits = STOP_1_5});
+    const auto line = openLine(*window, {.BaudRate = BaudRateType(40),
+                                         .DataBits = DATA_7,
+                                         .Parity = PAR_MARK,
+                                         .StopBits = STOP_1_5});
     for (const QString &part : {u"no baud rate number 40"_s, u"7 data bits"_s, u"1.5 stop bits"_s,
                                 u"does not do this parity"_s})
         QVERIFY2(window->uartProblem().contains(part), qPrintable(window->uartProblem()));
 }
 
-void tst_serial::a_line_that_takes_no_bytes_gets_no_command_at_a_wrong_rate()
+void TestSerial::a_line_that_takes_no_bytes_gets_no_command_at_a_wrong_rate()
 {
     FarEnd line;
     const FileDescriptor other(
@@ -383,7 +371,7 @@ void tst_serial::a_line_that_takes_no_bytes_gets_no_command_at_a_wrong_rate()
     QCOMPARE(bytes, QByteArray::fromHex("51 56 00 B1 00 03 00 15 00 00 00"));
 }
 
-void tst_serial::a_failed_opening_says_why_data()
+void TestSerial::a_failed_opening_says_why_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("problem");
@@ -397,7 +385,7 @@ void tst_serial::a_failed_opening_says_why_data()
         << u"/etc/passwd is not a serial port. Choose a name such as ttyUSB0."_s;
 }
 
-void tst_serial::a_failed_opening_says_why()
+void TestSerial::a_failed_opening_says_why()
 {
     QFETCH(QString, name);
     QFETCH(QString, problem);
@@ -407,11 +395,11 @@ void tst_serial::a_failed_opening_says_why()
     QVERIFY(!deviceButtonsEnabled());
 }
 
-void tst_serial::a_good_opening_forgets_the_last_problem()
+void TestSerial::a_good_opening_forgets_the_last_problem()
 {
     QVERIFY(!window->OpenUart(u"ttyQuorvel7"_s, {}));
     QVERIFY(!window->uartProblem().isEmpty());
-    const auto line = openLine();
+    const auto line = openLine(*window);
     QCOMPARE(window->uartProblem(), QString());
     // An open port is not opened twice, and says so.
     QVERIFY(!window->OpenUart(line->node, {}));
@@ -421,24 +409,24 @@ void tst_serial::a_good_opening_forgets_the_last_problem()
     QCOMPARE(window->uartProblem(), QString());
 }
 
-void tst_serial::flow_control_and_time_out_are_not_applied()
+void TestSerial::flow_control_and_time_out_are_not_applied()
 {
-    const auto line = openLine({.FlowControl = FLOW_HARDWARE, .Timeout_Millisec = 9000});
+    const auto line = openLine(*window, {.FlowControl = FLOW_HARDWARE, .Timeout_Millisec = 9000});
     QVERIFY(!(line->settings().c_cflag & CRTSCTS));
     QVERIFY(!(line->settings().c_iflag & IXON));
     QCOMPARE(window->uartProblem(), QString());
 }
 
-void tst_serial::a_whole_frame_in_one_piece_needs_no_further_byte()
+void TestSerial::a_whole_frame_in_one_piece_needs_no_further_byte()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     line->give(QByteArray::fromHex("51 56 FC A3 80 01 02 03 04"));
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 01 02 03 04"_ba}));
 }
 
-void tst_serial::a_frame_cut_anywhere_is_received()
+void TestSerial::a_frame_cut_anywhere_is_received()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     const QByteArray bytes = QByteArray::fromHex("51 56 FC A7 82 02 00 03 51 56");
     for (qsizetype cut = 1; cut < bytes.size(); cut++) {
         line->give(bytes.first(cut));
@@ -450,16 +438,16 @@ void tst_serial::a_frame_cut_anywhere_is_received()
     }
 }
 
-void tst_serial::two_frames_in_one_piece_are_both_received()
+void TestSerial::two_frames_in_one_piece_are_both_received()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     line->give(QByteArray::fromHex("51 56 FC A3 80 00 01 02 51 56 FC A7 82 02 00 03 00 00"));
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_ba, "FC A7 82 02 00 03 00 00"_ba}));
 }
 
-void tst_serial::noise_before_between_and_inside_frames_costs_no_other_frame()
+void TestSerial::noise_before_between_and_inside_frames_costs_no_other_frame()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     // Before and between.
     line->give(QByteArray::fromHex("00 56 51 00 51 56 FC A3 80 00 01 02 51 57 FF"
                                    "51 56 FC A3 80 00 03 04"));
@@ -473,17 +461,17 @@ void tst_serial::noise_before_between_and_inside_frames_costs_no_other_frame()
     QCOMPARE(frames.size(), 1);
 }
 
-void tst_serial::a_doubled_first_sync_byte_is_no_start()
+void TestSerial::a_doubled_first_sync_byte_is_no_start()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     line->give(QByteArray::fromHex("51 51 56 FC A3 80 00 01 02"));
     line->give(QByteArray::fromHex("51 56 FC A3 80 00 03 04"));
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 03 04"_ba}));
 }
 
-void tst_serial::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
+void TestSerial::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     line->give(QByteArray::fromHex("51 56 FC A3 80 00 01"));
     QTest::qWait(50);
     QCOMPARE(frames, QByteArrayList());
@@ -491,9 +479,9 @@ void tst_serial::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 00 01 02"_ba}));
 }
 
-void tst_serial::half_a_frame_waits_over_closing_and_opening()
+void TestSerial::half_a_frame_waits_over_closing_and_opening()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     line->give(QByteArray::fromHex("51 56 FC A3 80"));
     QTest::qWait(50);
     line->give(QByteArray::fromHex("02 AA"));
@@ -504,9 +492,9 @@ void tst_serial::half_a_frame_waits_over_closing_and_opening()
     QTRY_COMPARE(frames, (QByteArrayList{"FC A3 80 02 AA BB CC DD"_ba}));
 }
 
-void tst_serial::a_receiver_with_an_event_loop_of_its_own_gets_one_frame_at_a_time()
+void TestSerial::a_receiver_with_an_event_loop_of_its_own_gets_one_frame_at_a_time()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     int depth = 0;
     int deepest = 0;
     connect(window.get(), &MainWindow::Recv03, this, [&] {
@@ -523,9 +511,9 @@ void tst_serial::a_receiver_with_an_event_loop_of_its_own_gets_one_frame_at_a_ti
     QCOMPARE(deepest, 1);
 }
 
-void tst_serial::receiving_while_a_usb_frame_is_connected_hands_on_whole_frames()
+void TestSerial::receiving_while_a_usb_frame_is_connected_hands_on_whole_frames()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     frame->present = true;
     window->OnDeviceAdded();
     QCOMPARE(window->connectState(), MainWindow::UsbConnected);
@@ -533,7 +521,7 @@ void tst_serial::receiving_while_a_usb_frame_is_connected_hands_on_whole_frames(
     QTRY_VERIFY(frames.contains("FC A7 82 02 00 03 00 00"_ba));
 }
 
-void tst_serial::a_hang_up_closes_once_and_the_same_port_opens_again()
+void TestSerial::a_hang_up_closes_once_and_the_same_port_opens_again()
 {
     const QString name = home->filePath(u"ttyAdapter"_s);
     const auto *port = window->findChild<Posix_QextSerialPort *>();
@@ -565,7 +553,7 @@ void tst_serial::a_hang_up_closes_once_and_the_same_port_opens_again()
     }
 }
 
-void tst_serial::a_hang_up_while_opening_shows()
+void TestSerial::a_hang_up_while_opening_shows()
 {
     FarEnd line;
     beforeSettingsChange = [&] {
@@ -580,22 +568,22 @@ void tst_serial::a_hang_up_while_opening_shows()
     QVERIFY(!deviceButtonsEnabled());
 }
 
-void tst_serial::a_hang_up_in_the_middle_of_a_frame_keeps_the_beginning()
+void TestSerial::a_hang_up_in_the_middle_of_a_frame_keeps_the_beginning()
 {
-    auto line = openLine();
+    auto line = openLine(*window);
     line->give(QByteArray::fromHex("51 56 FC A3 80 00"));
     QTest::qWait(SettleMs);
     line.reset();
     QTRY_COMPARE(window->connectState(), MainWindow::SerialClosed);
-    line = openLine();
+    line = openLine(*window);
     // The header's bytes that had not been read are gone with the line, its sync bytes are not.
     line->give(QByteArray::fromHex("FC A7 82 00 01 02"));
     QTRY_COMPARE(frames, (QByteArrayList{"FC A7 82 00 01 02"_ba}));
 }
 
-void tst_serial::a_hang_up_costs_no_processor_time()
+void TestSerial::a_hang_up_costs_no_processor_time()
 {
-    auto line = openLine();
+    auto line = openLine(*window);
     line.reset();
     QTRY_COMPARE(window->connectState(), MainWindow::SerialClosed);
     const auto before = processorTime();
@@ -604,7 +592,7 @@ void tst_serial::a_hang_up_costs_no_processor_time()
     QVERIFY2(spent < 150ms, QByteArray::number(qint64(spent.count())));
 }
 
-void tst_serial::nothing_is_written_to_a_closed_port_data()
+void TestSerial::nothing_is_written_to_a_closed_port_data()
 {
     QTest::addColumn<int>("state");
     QTest::newRow("closed") << int(MainWindow::SerialClosed);
@@ -613,14 +601,14 @@ void tst_serial::nothing_is_written_to_a_closed_port_data()
     QTest::newRow("never open") << int(MainWindow::NotConnected);
 }
 
-void tst_serial::nothing_is_written_to_a_closed_port()
+void TestSerial::nothing_is_written_to_a_closed_port()
 {
     QFETCH(int, state);
     const QByteArray how = QTest::currentDataTag();
     const auto *port = window->findChild<Posix_QextSerialPort *>();
     std::unique_ptr<FarEnd> line;
     if (how == "closed" || how == "lost")
-        line = openLine();
+        line = openLine(*window);
     if (how == "closed")
         window->CLoseUart();
     if (how == "lost")
@@ -637,7 +625,7 @@ void tst_serial::nothing_is_written_to_a_closed_port()
         QCOMPARE(line->take(4096, SettleMs), QByteArray());
 }
 
-void tst_serial::closing_leaves_the_state_closed_whatever_it_was()
+void TestSerial::closing_leaves_the_state_closed_whatever_it_was()
 {
     QCOMPARE(window->connectState(), MainWindow::NotConnected);
     window->CLoseUart();
@@ -646,7 +634,7 @@ void tst_serial::closing_leaves_the_state_closed_whatever_it_was()
     QCOMPARE(window->connectState(), MainWindow::SerialFailed);
     window->CLoseUart();
     QCOMPARE(window->connectState(), MainWindow::SerialClosed);
-    const auto line = openLine();
+    const auto line = openLine(*window);
     window->CLoseUart();
     window->CLoseUart();
     QCOMPARE(window->connectState(), MainWindow::SerialClosed);
@@ -662,9 +650,9 @@ void tst_serial::closing_leaves_the_state_closed_whatever_it_was()
     QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected); // still plugged in
 }
 
-void tst_serial::a_hang_up_under_a_usb_frame_changes_nothing_that_shows()
+void TestSerial::a_hang_up_under_a_usb_frame_changes_nothing_that_shows()
 {
-    const auto line = openLine();
+    const auto line = openLine(*window);
     frame->present = true;
     window->OnDeviceAdded();
     QCOMPARE(window->connectState(), MainWindow::UsbConnected);
@@ -676,5 +664,5 @@ void tst_serial::a_hang_up_under_a_usb_frame_changes_nothing_that_shows()
     QCOMPARE(status(), u"Already link equipment"_s);
 }
 
-QTEST_MAIN(tst_serial)
+QTEST_MAIN(TestSerial)
 #include "tst_serial.moc"

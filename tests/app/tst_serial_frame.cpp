@@ -3,7 +3,6 @@
 // The whole tool on a simulated frame at a serial line, from the button to what the frame keeps.
 
 #include "app/mainwindow.h"
-#include "config/xml_class.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/lightset_dlg.h"
@@ -13,6 +12,10 @@
 #include "resources/resources.h"
 #include "sim/serialsession.h"
 #include "sim/sim_adapter.h"
+#include "tests/support/calibrating.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/signalcurves.h"
+#include "tests/support/targets.h"
 
 #include <QApplication>
 #include <QDir>
@@ -21,7 +24,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSlider>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -29,17 +31,6 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-
-const QPoint Targets[] = {{160, 100}, {1120, 100}, {1120, 700}, {160, 700}};
-
-Calibration_Dlg *calibrationScreen()
-{
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *screen = qobject_cast<Calibration_Dlg *>(widget))
-            return screen;
-    }
-    return nullptr;
-}
 
 PortSettings at(BaudRateType rate)
 {
@@ -51,12 +42,12 @@ PortSettings at(BaudRateType rate)
 } // namespace
 
 // The frame lives in the same event loop as the tool.
-class tst_serial_frame : public QObject
+class TestSerialFrame : public QObject
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<SettingsHome> home;
     QElapsedTimer clock;
     std::unique_ptr<sim::SerialSession> frame;
     std::unique_ptr<MainWindow> window;
@@ -99,15 +90,6 @@ private:
     {
         return window->findChild<Widget *>();
     }
-    template <typename Widget = QPushButton>
-    Widget *in(const QWidget *parent, const char *name) const
-    {
-        return parent->findChild<Widget *>(QString::fromLatin1(name));
-    }
-    void press(const QWidget *parent, const char *button) const
-    {
-        QTest::mouseClick(in(parent, button), Qt::LeftButton);
-    }
     QString field(const char *name) const
     {
         return in<QLineEdit>(the<LightSet_dlg>(), name)->text();
@@ -124,17 +106,6 @@ private:
             QVERIFY(frame->touch(Targets[i]));
         }
     }
-    // How many pixels of the plot have a colour.
-    static int pixels(test_win *shown, QColor colour)
-    {
-        const QImage image = shown->grab(QRect(70, 50, 880, 490)).toImage();
-        int count = 0;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x)
-                count += image.pixelColor(x, y) == colour ? 1 : 0;
-        }
-        return count;
-    }
 
 private slots:
     void initTestCase()
@@ -144,10 +115,8 @@ private slots:
     }
     void init()
     {
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
-        QVERIFY(QDir::setCurrent(home->path()));
+        home = std::make_unique<SettingsHome>();
+        QVERIFY(QDir::setCurrent(home->folder()));
         clock.start();
         log.clear();
     }
@@ -155,7 +124,6 @@ private slots:
     {
         window.reset();
         frame.reset();
-        XML_CLASS::useHome(QString());
         QDir::setCurrent(QDir::rootPath());
         home.reset();
     }
@@ -192,20 +160,12 @@ private slots:
     void four_touches_and_yes_calibrate_the_frame()
     {
         start();
-        int asked = 0;
-        QTimer answer;
-        connect(&answer, &QTimer::timeout, this, [&] {
-            if (auto *question = qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget())) {
-                ++asked;
-                press(question, "pushButton");
-            }
-        });
-        answer.start(20);
+        const Answer answer(true);
         calibrate();
         // The check is cut behind the left edge, so the frame goes by the touches.
         QTRY_VERIFY2(stateHas(u" kept=1 kept-deviation=0,0 kept-screen=0,0,0,0,0,0 "_s),
                      qPrintable(frame->state()));
-        QCOMPARE(asked, 1);
+        QCOMPARE(answer.asked, 1);
         QVERIFY(!calibrationScreen()->isVisible());
         QVERIFY(stateHas(u" unknown=0 "_s));
     }
@@ -241,7 +201,8 @@ private slots:
         auto *test = the<test_win>();
         test->show();
         press(test, "ALL_btn");
-        QTRY_VERIFY(pixels(test, Qt::darkGreen) > 100 && pixels(test, Qt::darkRed) > 100);
+        QTRY_VERIFY(pixelsOfCurves(test, Qt::darkGreen) > 100 &&
+                    pixelsOfCurves(test, Qt::darkRed) > 100);
         press(test, "ALL_btn");
         QVERIFY(logHas(u"frame > host"_s));
     }
@@ -299,5 +260,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_serial_frame)
+QTEST_MAIN(TestSerialFrame)
 #include "tst_serial_frame.moc"

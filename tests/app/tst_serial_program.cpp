@@ -20,7 +20,7 @@ bool showsLights()
 
 } // namespace
 
-class tst_serial_program : public QObject
+class TestSerialProgram : public QObject
 {
     Q_OBJECT
 
@@ -128,11 +128,7 @@ private slots:
         QVERIFY(inTime(showsLights));
         QVERIFY(clickUntilHeard(*frame, XLight47, "host > frame  light X 47: read"));
         QVERIFY(inTime([this] { return frame->heard("frame > host  light X 47:") > 0; }));
-        QCOMPARE(QProcess::execute(u"xdotool"_s,
-                                   {u"mousemove"_s, QString::number(PlusButton.x()),
-                                    QString::number(PlusButton.y()), u"click"_s, u"--repeat"_s,
-                                    u"30"_s, u"--delay"_s, u"30"_s, u"1"_s}),
-                 0);
+        QVERIFY(mouse(PlusButton, u"click --repeat 30 --delay 30 1"_s));
         QVERIFY(inTime(
             [this] { return frame->heard("frame > host  light X 47: on, offset 30,") > 0; }));
         QVERIFY(
@@ -234,5 +230,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_serial_program)
+QTEST_MAIN(TestSerialProgram)
 #include "tst_serial_program.moc"

@@ -4,7 +4,6 @@
 
 #include "app/demo.h"
 #include "app/mainwindow.h"
-#include "config/xml_class.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/rotation_dlg.h"
@@ -12,13 +11,15 @@
 #include "dialogs/version_dlg.h"
 #include "resources/resources.h"
 #include "sim/sim_adapter.h"
+#include "tests/support/calibrating.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/shownwindow.h"
+#include "tests/support/targets.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QLabel>
 #include <QPushButton>
 #include <QSlider>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -27,50 +28,12 @@
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-namespace {
-
-Calibration_Dlg *calibrationScreen()
-{
-    for (QWidget *widget : QApplication::topLevelWidgets()) {
-        if (auto *screen = qobject_cast<Calibration_Dlg *>(widget))
-            return screen;
-    }
-    return nullptr;
-}
-
-const QPoint Targets[] = {{160, 100}, {1120, 100}, {1120, 700}, {160, 700}};
-
-// Presses a button of the question when it comes up; it runs an event loop of its own.
-class Answer : public QObject
-{
-public:
-    explicit Answer(QString buttonName)
-        : button(std::move(buttonName))
-    {
-        startTimer(20);
-    }
-    int asked = 0;
-
-protected:
-    void timerEvent(QTimerEvent *) override
-    {
-        if (auto *question = qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget())) {
-            ++asked;
-            QTest::mouseClick(question->findChild<QPushButton *>(button), Qt::LeftButton);
-        }
-    }
-
-private:
-    QString button;
-};
-
-} // namespace
-
-class tst_simulated : public QObject
+class TestSimulated : public QObject
 {
     Q_OBJECT
 
 private:
+    std::optional<SettingsHome> home; // of one test
     std::shared_ptr<sim::SimAdapter> frame;
     std::unique_ptr<MainWindow> window;
 
@@ -80,9 +43,8 @@ private:
         const auto plan = sim::FaultPlan::parse(faults, u"plan"_s, &problem);
         QVERIFY2(plan, qPrintable(problem));
         frame = std::make_shared<sim::SimAdapter>(profile, *plan);
-        window = std::make_unique<MainWindow>(frame);
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        window = shownWindow(frame);
+        QVERIFY(window);
         QCOMPARE(window->connectState(), MainWindow::UsbConnected);
     }
     void beginCalibration()
@@ -126,14 +88,14 @@ private slots:
     {
         window.reset();
         frame.reset();
-        XML_CLASS::useHome(QString());
+        home.reset();
     }
 
     void four_touches_and_yes_calibrate_the_frame()
     {
         start();
         beginCalibration();
-        Answer answer(u"pushButton"_s);
+        Answer answer(true);
         touchTargets(4);
         QTRY_VERIFY(kept());
         QCOMPARE(answer.asked, 1);
@@ -146,7 +108,7 @@ private slots:
     {
         start();
         beginCalibration();
-        Answer answer(u"Nobtn"_s);
+        Answer answer(false);
         touchTargets(4, QPoint(40, 40));
         QTRY_COMPARE(answer.asked, 1);
         QTest::qWait(200);
@@ -159,7 +121,7 @@ private slots:
         start();
         for (int round = 0; round < 2; ++round) {
             beginCalibration();
-            Answer answer(u"pushButton"_s);
+            Answer answer(true);
             touchTargets(4, QPoint(round * 26, 0));
             QTRY_COMPARE(answer.asked, 1);
             QTRY_VERIFY(kept() && kept()->deviationX == 2 * round);
@@ -182,7 +144,7 @@ private slots:
         QCOMPARE(step(), 0);
 
         beginCalibration();
-        Answer answer(u"pushButton"_s);
+        Answer answer(true);
         touchTargets(4);
         QTRY_VERIFY(kept());
     }
@@ -202,7 +164,7 @@ private slots:
     {
         start({}, u"at 12 late 200ms\nat 25 repeat\nat 40 torn\nat 55 late 300ms\n"_s);
         beginCalibration();
-        Answer answer(u"pushButton"_s);
+        Answer answer(true);
         touchTargets(4);
         QTRY_VERIFY(kept());
     }
@@ -266,9 +228,7 @@ private slots:
         };
         const auto dialog = [this] { return window->findChild<useradv_dlg *>(); };
         const auto slider = [&dialog] { return dialog()->findChild<QSlider *>(u"rbspeed"_s); };
-        const QTemporaryDir home;
-        QVERIFY(QDir(home.path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home.path());
+        home.emplace();
         start();
         QTRY_COMPARE(gestures(), (command::Gestures{1, 1, 1500, 3, 1, 2}));
         dialog()->show();
@@ -288,13 +248,7 @@ private slots:
         QTRY_COMPARE(gestures(), longer);
         QCOMPARE(slider()->value(), 2000);
 
-        QFile file(home.filePath(u".config/ForQuorvel"_s));
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        const QByteArray edited = file.readAll().replace("<RB_DURATION>2000<", "<RB_DURATION>500<");
-        file.resize(0);
-        file.seek(0);
-        file.write(edited);
-        file.close();
+        home->edit("RB_DURATION", "500");
         dialog()->show();
         QCOMPARE(slider()->value(), 500);
         dialog()->close();
@@ -357,7 +311,7 @@ private slots:
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
         beginCalibration();
-        Answer answer(u"pushButton"_s);
+        Answer answer(true);
         for (int i = 0; i < 4; ++i) {
             QTRY_COMPARE(step(), i + 1);
             QTest::mouseClick(calibrationScreen(), Qt::LeftButton, {}, Targets[i]);
@@ -373,5 +327,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_simulated)
+QTEST_MAIN(TestSimulated)
 #include "tst_simulated.moc"

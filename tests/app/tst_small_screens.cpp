@@ -3,23 +3,17 @@
 // On small screens every control of every window can be reached. Each run belongs to a desktop of
 // its own: CMakeLists.txt gives the screen.
 
-#include "app/mainwindow.h"
-#include "config/xml_class.h"
-#include "dialogs/calend_dlg.h"
-#include "dialogs/calibrationcheck_dlg.h"
-#include "dialogs/lightcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/present.h"
 #include "dialogs/test_win.h"
-#include "dialogs/tryout_dlg.h"
 #include "dialogs/useradv_dlg.h"
 #include "resources/resources.h"
-#include "tests/support/fakeadapter.h"
-#include "tests/support/frames.h"
+#include "tests/support/allwindows.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/widgets.h"
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QDir>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -27,7 +21,6 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -37,15 +30,13 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_small_screens : public QObject
+class TestSmallScreens : public QObject
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> home;
-    std::unique_ptr<MainWindow> main;
-    std::unique_ptr<CalEnd_dlg> question;
-    std::unique_ptr<LightCheck_dlg> lightCheck;
+    std::unique_ptr<SettingsHome> home;
+    std::optional<AllWindows> all;
 
     static QRect room() { return QGuiApplication::primaryScreen()->availableGeometry(); }
     static QList<QScrollBar *> barsIn(const QWidget *window)
@@ -137,33 +128,23 @@ private slots:
     }
     void init()
     {
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
-        auto frame = std::make_shared<FakeAdapter>();
-        frame->present = true;
-        main = std::make_unique<MainWindow>(frame);
-        main->show();
-        QVERIFY(QTest::qWaitForWindowActive(main.get()));
+        home = std::make_unique<SettingsHome>();
+        all.emplace();
+        all->main.show();
+        QVERIFY(QTest::qWaitForWindowActive(&all->main));
     }
     void cleanup()
     {
-        main.reset();
-        question.reset();
-        lightCheck.reset();
+        all.reset();
+        home.reset();
     }
 
     void every_control_can_be_reached()
     {
-        question = std::make_unique<CalEnd_dlg>();
-        lightCheck = std::make_unique<LightCheck_dlg>();
-        new TryOut_dlg(main.get());
-        new CalibrationCheck_dlg(main.get());
         QStringList bad;
         int windows = 0;
-        for (QWidget *window : QApplication::topLevelWidgets()) {
-            const bool isOurs = window->inherits("QDialog") || window->inherits("QMainWindow");
-            if (!isOurs || window->inherits("Calibration_Dlg"))
+        for (QWidget *window : windowsOfTool()) {
+            if (window->inherits("Calibration_Dlg") || window == &all->supportFile)
                 continue;
             ++windows;
             present(window);
@@ -178,7 +159,7 @@ private slots:
                                    .arg(size.height()));
             }
             bad += unreachable(window);
-            if (window != main.get())
+            if (window != &all->main)
                 window->close();
         }
         QVERIFY2(bad.isEmpty(), qPrintable(bad.join(u'\n')));
@@ -187,7 +168,7 @@ private slots:
 
     void the_keyboard_brings_into_view_what_it_reaches()
     {
-        auto *window = main->findChild<test_win *>();
+        auto *window = all->main.findChild<test_win *>();
         present(window);
         // Its parent's being active counts for the toolkit.
         QTRY_COMPARE(QApplication::activeWindow(), window);
@@ -206,7 +187,7 @@ private slots:
 
     void the_picture_scrolls_with_its_window()
     {
-        auto *window = main->findChild<test_win *>();
+        auto *window = all->main.findChild<test_win *>();
         present(window);
         QVERIFY(QTest::qWaitForWindowActive(window));
         const QPoint before = window->findChild<QPushButton *>(u"Xbtn"_s)->pos();
@@ -232,7 +213,7 @@ private slots:
 
     void the_wheel_scrolls()
     {
-        auto *window = main->findChild<test_win *>();
+        auto *window = all->main.findChild<test_win *>();
         present(window);
         QVERIFY(QTest::qWaitForWindowActive(window));
         const QScrollBar *bar = barsIn(window).last();
@@ -253,7 +234,7 @@ private slots:
 
     void the_panel_of_the_lights_keeps_inside_the_screen()
     {
-        auto *window = main->findChild<LightSet_dlg *>();
+        auto *window = all->main.findChild<LightSet_dlg *>();
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window));
         QTRY_COMPARE(window->size(), window->screen()->size());
@@ -264,5 +245,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_small_screens)
+QTEST_MAIN(TestSmallScreens)
 #include "tst_small_screens.moc"

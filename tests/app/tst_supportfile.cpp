@@ -2,28 +2,28 @@
 
 #include "app/mainwindow.h"
 #include "app/supportfileaction.h"
-#include "config/xml_class.h"
 #include "dialogs/supportfile_dlg.h"
 #include "resources/resources.h"
 #include "resources/translations.h"
 #include "sim/sim_adapter.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/shownwindow.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QListWidget>
 #include <QMenu>
 #include <QPlainTextEdit>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
 // The support file as the window gathers and shows it.
-class tst_supportfile : public QObject
+class TestSupportFile : public QObject
 {
     Q_OBJECT
 
-    std::unique_ptr<QTemporaryDir> home;
+private:
+    std::unique_ptr<SettingsHome> home;
     std::shared_ptr<sim::SimAdapter> frame;
     std::unique_ptr<MainWindow> window;
 
@@ -44,20 +44,18 @@ private slots:
     void init()
     {
         QGuiApplication::setQuitOnLastWindowClosed(false);
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
+        home = std::make_unique<SettingsHome>();
         frame = std::make_shared<sim::SimAdapter>(
             sim::Profile(), sim::FaultPlan(),
             sim::SimOptions{.plugged = false, .paced = false, .clock = {}});
-        window = std::make_unique<MainWindow>(frame);
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        window = shownWindow(frame);
+        QVERIFY(window);
     }
     void cleanup()
     {
         window.reset();
         frame.reset();
+        home.reset();
     }
 
     void the_menu_shows_what_would_be_written()
@@ -113,5 +111,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_supportfile)
+QTEST_MAIN(TestSupportFile)
 #include "tst_supportfile.moc"

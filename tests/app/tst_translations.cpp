@@ -21,7 +21,7 @@ QString packets(int lost)
 
 } // namespace
 
-class tst_translations : public QObject
+class TestTranslations : public QObject
 {
     Q_OBJECT
 
@@ -162,7 +162,7 @@ int main(int argc, char **argv)
         std::fputs(qUtf8Printable(QCoreApplication::translate("lights", "healthy")), stdout);
         return 0;
     }
-    tst_translations test;
+    TestTranslations test;
     return QTest::qExec(&test, argc, argv);
 }
 #include "tst_translations.moc"

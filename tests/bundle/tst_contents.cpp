@@ -42,10 +42,11 @@ QString textOf(const QList<Entry> &entries, const QString &name)
 
 } // namespace
 
-class tst_contents : public QObject
+class TestContents : public QObject
 {
     Q_OBJECT
 
+private:
     std::unique_ptr<MadeUpMachine> machine;
     std::optional<doctor::Examination> examination;
     bundle::Sources sources;
@@ -154,5 +155,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_contents)
+QTEST_GUILESS_MAIN(TestContents)
 #include "tst_contents.moc"

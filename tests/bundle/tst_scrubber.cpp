@@ -34,7 +34,7 @@ struct Planted
 
 } // namespace
 
-class tst_scrubber : public QObject
+class TestScrubber : public QObject
 {
     Q_OBJECT
 
@@ -92,5 +92,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_scrubber)
+QTEST_GUILESS_MAIN(TestScrubber)
 #include "tst_scrubber.moc"

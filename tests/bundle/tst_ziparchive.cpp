@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "bundle/ziparchive.h"
+#include "tests/support/files.h"
 #include "tests/support/smalldisk.h"
 
 #include <QDir>
@@ -26,12 +27,6 @@ QList<Entry> entries()
             {u"empty.txt"_s, {}, {}, {}}};
 }
 
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
-}
-
 // Another program's idea of an archive.
 bool unpack(const QString &archive, const QString &folder)
 {
@@ -40,10 +35,11 @@ bool unpack(const QString &archive, const QString &folder)
 
 } // namespace
 
-class tst_ziparchive : public QObject
+class TestZipArchive : public QObject
 {
     Q_OBJECT
 
+private:
     std::unique_ptr<QTemporaryDir> folder;
     QString path;
 
@@ -110,5 +106,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ziparchive)
+QTEST_GUILESS_MAIN(TestZipArchive)
 #include "tst_ziparchive.moc"

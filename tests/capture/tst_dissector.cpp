@@ -3,6 +3,7 @@
 // What tshark, an ordinary capture tool, reads in a recording with the dissector that is installed
 // with the package. Packets and values are typed by hand.
 
+#include "tests/support/files.h"
 #include "tests/support/typedrecording.h"
 
 #include <QFile>
@@ -82,11 +83,6 @@ public:
         }
         words = process.readAllStandardError();
         return process.exitCode() == 0 ? process.readAllStandardOutput() : QByteArray();
-    }
-    static QByteArray contentOf(const QString &path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
     QByteArray words;
@@ -214,7 +210,7 @@ QString joined(const QStringList &fields)
 
 } // namespace
 
-class tst_dissector : public QObject
+class TestDissector : public QObject
 {
     Q_OBJECT
 
@@ -293,7 +289,7 @@ private slots:
     {
         Tshark tshark;
         const QByteArray told = tshark.run(
-            Tshark::contentOf(QStringLiteral(RECORDINGS "/calibration.pcap")),
+            contentOf(QStringLiteral(RECORDINGS "/calibration.pcap")),
             {u"-T"_s, u"fields"_s, u"-E"_s, u"separator=|"_s, u"-e"_s, u"quorvel.kind"_s, u"-e"_s,
              u"quorvel.link"_s, u"-e"_s, u"quorvel.result"_s, u"-e"_s, u"quorvel.command"_s});
         QCOMPARE(told, "2|2||\n"
@@ -332,5 +328,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_dissector)
+QTEST_GUILESS_MAIN(TestDissector)
 #include "tst_dissector.moc"

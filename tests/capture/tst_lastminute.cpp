@@ -31,7 +31,7 @@ bool isRotation(const Record &record)
 
 } // namespace
 
-class tst_lastminute : public QObject
+class TestLastMinute : public QObject
 {
     Q_OBJECT
 
@@ -106,5 +106,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_lastminute)
+QTEST_GUILESS_MAIN(TestLastMinute)
 #include "tst_lastminute.moc"

@@ -68,7 +68,7 @@ QStringList told(const QString &path)
 
 } // namespace
 
-class tst_recorder : public QObject
+class TestRecorder : public QObject
 {
     Q_OBJECT
 
@@ -328,5 +328,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_recorder)
+QTEST_GUILESS_MAIN(TestRecorder)
 #include "tst_recorder.moc"

@@ -2,6 +2,7 @@
 
 #include "capture/reader.h"
 #include "capture/writer.h"
+#include "tests/support/files.h"
 #include "tests/support/smalldisk.h"
 #include "tests/support/typedrecording.h"
 
@@ -54,7 +55,7 @@ const QByteArray RotationQuery =
 
 } // namespace
 
-class tst_recording : public QObject
+class TestRecording : public QObject
 {
     Q_OBJECT
 
@@ -62,17 +63,8 @@ private:
     std::unique_ptr<QTemporaryDir> place;
     QString path;
 
-    QByteArray content() const
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-    }
-    void fill(const QByteArray &bytes) const
-    {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), bytes.size());
-    }
+    QByteArray content() const { return contentOf(path); }
+    void fill(const QByteArray &bytes) const { writeFile(path, bytes); }
     std::unique_ptr<Writer> writer() const
     {
         QString problem;
@@ -356,5 +348,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_recording)
+QTEST_GUILESS_MAIN(TestRecording)
 #include "tst_recording.moc"

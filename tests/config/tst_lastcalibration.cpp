@@ -17,7 +17,7 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_lastcalibration : public QObject
+class TestLastCalibration : public QObject
 {
     Q_OBJECT
 
@@ -176,5 +176,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_lastcalibration)
+QTEST_GUILESS_MAIN(TestLastCalibration)
 #include "tst_lastcalibration.moc"

@@ -2,6 +2,7 @@
 
 #include "device/filedescriptor.h"
 #include "documents.h"
+#include "tests/support/files.h"
 #include "words.h"
 
 #include <QDir>
@@ -43,7 +44,7 @@ QStringList linesOf(const QByteArray &bytes)
 } // namespace
 
 // The store in surroundings that are really troublesome, in a process of its own that sees them.
-class tst_settings_file_trouble : public QObject
+class TestSettingsFileTrouble : public QObject
 {
     Q_OBJECT
 
@@ -55,16 +56,7 @@ private:
         return QFile::encodeName(home->filePath(name));
     }
     QString path() const { return home->filePath(u".config/ForQuorvel"_s); }
-    void put(const QString &where, const QByteArray &bytes) const
-    {
-        QFile file(where);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    }
-    QByteArray content() const
-    {
-        QFile file(path());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray content() const { return contentOf(path(), {}); }
 
     void run(const QStringList &arguments, Result &result, const QString &rules = {}) const
     {
@@ -154,7 +146,7 @@ private slots:
 
     void a_file_that_another_program_locks_is_used_all_the_same()
     {
-        again = [this] { put(path(), OtherFile); };
+        again = [this] { writeFile(path(), OtherFile); };
         again();
         const FileDescriptor lock(
             ::open(encoded(u".config/ForQuorvel"_s).constData(), O_RDWR | O_CLOEXEC));
@@ -164,7 +156,7 @@ private slots:
 
     void a_file_that_another_program_writes_is_used_all_the_same()
     {
-        again = [this] { put(path(), OtherFile); };
+        again = [this] { writeFile(path(), OtherFile); };
         again();
         const FileDescriptor writer(
             ::open(encoded(u".config/ForQuorvel"_s).constData(), O_WRONLY | O_APPEND | O_CLOEXEC));
@@ -174,7 +166,7 @@ private slots:
 
     void what_another_program_has_written_so_far_counts()
     {
-        again = [this] { put(path(), "<data><setting><RB_RAN>4</RB_RAN><DB_RAN>2"); };
+        again = [this] { writeFile(path(), "<data><setting><RB_RAN>4</RB_RAN><DB_RAN>2"); };
         again();
         expect({u"read"_s}, {u"'' '' / 0 0 0 4 0 0 0 0 / 0 0 / 0 0 0 '' 0 0 0 0 0 0"_s}, {});
     }
@@ -234,7 +226,7 @@ private slots:
             QVERIFY(::symlink("none/none", there.constData()) == 0);
         } else {
             QVERIFY(QDir(home->path()).rmdir(u".config"_s));
-            put(home->filePath(u".config"_s), "mine");
+            writeFile(home->filePath(u".config"_s), "mine");
         }
         using Stat = struct stat;
         const QByteArray first = kind == "config file"_L1 ? encoded(u".config"_s) : there;
@@ -257,9 +249,9 @@ private slots:
 
     void a_link_to_the_file_stays_a_link()
     {
-        put(home->filePath(u"elsewhere"_s), OtherFile);
+        writeFile(home->filePath(u"elsewhere"_s), OtherFile);
         QVERIFY(::symlink("../elsewhere", encoded(u".config/ForQuorvel"_s).constData()) == 0);
-        again = [this] { put(home->filePath(u"elsewhere"_s), OtherFile); };
+        again = [this] { writeFile(home->filePath(u"elsewhere"_s), OtherFile); };
         expect({u"write"_s, u"read"_s}, {OtherWithSmoothing}, {});
         QVERIFY(QFileInfo(path()).isSymLink());
     }
@@ -274,7 +266,7 @@ private slots:
 
     void a_file_that_may_be_read_but_not_written_is_read()
     {
-        put(path(), OtherFile);
+        writeFile(path(), OtherFile);
         QVERIFY(::chmod(encoded(u".config/ForQuorvel"_s).constData(), 0444) == 0);
         handOver({u""_s, u".config"_s, u".config/ForQuorvel"_s});
         expect(asUser() << u"read"_s << u"write"_s << u"read"_s, {OtherWords, OtherWords},
@@ -284,7 +276,7 @@ private slots:
 
     void a_file_that_may_neither_be_read_nor_written_stays_as_it_is()
     {
-        put(path(), OtherFile);
+        writeFile(path(), OtherFile);
         QVERIFY(::chmod(encoded(u".config/ForQuorvel"_s).constData(), 0) == 0);
         handOver({u""_s, u".config"_s, u".config/ForQuorvel"_s});
         const QStringList each = {u"cannot read {}: Permission denied"_s,
@@ -300,7 +292,7 @@ private slots:
     // Unreadable is as good as missing: the defaults are written, though nobody can read them.
     void a_file_that_may_only_be_written_gets_the_defaults()
     {
-        put(path(), OtherFile);
+        writeFile(path(), OtherFile);
         QVERIFY(::chmod(encoded(u".config/ForQuorvel"_s).constData(), 0200) == 0);
         handOver({u""_s, u".config"_s, u".config/ForQuorvel"_s});
         QStringList complaints;
@@ -313,7 +305,7 @@ private slots:
 
     void a_config_that_may_not_be_entered_reads_as_nothing()
     {
-        put(path(), OtherFile);
+        writeFile(path(), OtherFile);
         handOver({u""_s, u".config"_s, u".config/ForQuorvel"_s});
         QVERIFY(::chmod(encoded(u".config"_s).constData(), 0) == 0);
         QStringList complaints;
@@ -385,5 +377,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_settings_file_trouble)
+QTEST_GUILESS_MAIN(TestSettingsFileTrouble)
 #include "tst_settings_file_trouble.moc"

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "config/windowplaces.h"
-#include "config/xml_class.h"
+#include "tests/support/files.h"
+#include "tests/support/settingshome.h"
 
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <optional>
@@ -17,14 +17,11 @@ class TestWindowPlaces : public QObject
 {
     Q_OBJECT
 
-    std::optional<QTemporaryDir> home;
+private:
+    std::optional<SettingsHome> home;
 
     QString path() const { return home->filePath(u".config/ForQuorvel-windows"_s); }
-    QByteArray text() const
-    {
-        QFile file(path());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray text() const { return contentOf(path(), {}); }
     bool write(const QByteArray &content) const
     {
         QFile file(path());
@@ -32,14 +29,8 @@ class TestWindowPlaces : public QObject
     }
 
 private slots:
-    void init()
-    {
-        home.emplace();
-        QVERIFY(home->isValid());
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
-    }
-    void cleanup() { XML_CLASS::useHome(QString()); }
+    void init() { home.emplace(); }
+    void cleanup() { home.reset(); }
 
     void a_place_is_kept_beside_the_settings()
     {
@@ -115,9 +106,10 @@ private slots:
 
     void without_a_folder_for_settings_nothing_is_made()
     {
-        QVERIFY(QDir(home->path()).rmdir(u".config"_s));
+        QVERIFY(QDir(home->folder()).rmdir(u".config"_s));
         windowplaces::keep(u"MainWindow"_s, {1, 2});
-        QVERIFY(QDir(home->path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+        QVERIFY(
+            QDir(home->folder()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
     }
 };
 

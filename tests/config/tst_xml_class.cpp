@@ -3,6 +3,7 @@
 #include "config/xml_class.h"
 
 #include "documents.h"
+#include "tests/support/settingshome.h"
 #include "words.h"
 
 #include <QDir>
@@ -29,38 +30,20 @@ QString all(XML_CLASS &store)
 } // namespace
 
 // The store on a home directory of its own.
-class tst_xml_class : public QObject
+class TestXmlClass : public QObject
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<SettingsHome> home;
 
-    QString path() const { return home->filePath(u".config/ForQuorvel"_s); }
-    QByteArray content() const
-    {
-        QFile file(path());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-    void setContent(const QByteArray &bytes) const
-    {
-        QFile file(path());
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    }
+    QString path() const { return home->path(); }
+    QByteArray content() const { return home->content(); }
+    void setContent(const QByteArray &bytes) const { home->setContent(bytes); }
 
 private slots:
-    void init()
-    {
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(home->isValid());
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
-    }
-    void cleanup()
-    {
-        XML_CLASS::useHome(QString());
-        home.reset();
-    }
+    void init() { home = std::make_unique<SettingsHome>(); }
+    void cleanup() { home.reset(); }
 
     void constructing_a_store_touches_no_file()
     {
@@ -118,7 +101,7 @@ private slots:
     {
         XML_CLASS().read_setting();
         const auto every = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
-        QCOMPARE(QDir(home->path()).entryList(every), QStringList{u".config"_s});
+        QCOMPARE(QDir(home->folder()).entryList(every), QStringList{u".config"_s});
         QCOMPARE(QDir(home->filePath(u".config"_s)).entryList(every), QStringList{u"ForQuorvel"_s});
         QVERIFY(QFileInfo(path()).isFile());
     }
@@ -326,7 +309,7 @@ private slots:
         QTemporaryDir other;
         QVERIFY(QDir(other.path()).mkdir(u".config"_s));
         XML_CLASS store;
-        qputenv("HOME", QFile::encodeName(home->path()));
+        qputenv("HOME", QFile::encodeName(home->folder()));
         store.write_smoothing({0, 4});
         qputenv("HOME", QFile::encodeName(other.path()));
         const _SMOOTHING_DATA read = store.read_smoothing();
@@ -346,5 +329,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_xml_class)
+QTEST_GUILESS_MAIN(TestXmlClass)
 #include "tst_xml_class.moc"

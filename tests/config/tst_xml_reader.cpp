@@ -21,7 +21,7 @@ _XML_DATA read(xml_reader &reader, QByteArray document)
 
 } // namespace
 
-class tst_xml_reader : public QObject
+class TestXmlReader : public QObject
 {
     Q_OBJECT
 
@@ -411,5 +411,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_xml_reader)
+QTEST_GUILESS_MAIN(TestXmlReader)
 #include "tst_xml_reader.moc"

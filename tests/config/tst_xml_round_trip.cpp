@@ -4,11 +4,10 @@
 #include "config/XML_Writer.h"
 #include "config/xml_class.h"
 
+#include "tests/support/settingshome.h"
 #include "words.h"
 
 #include <QBuffer>
-#include <QDir>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
@@ -100,7 +99,7 @@ private:
 
 } // namespace
 
-class tst_xml_round_trip : public QObject
+class TestXmlRoundTrip : public QObject
 {
     Q_OBJECT
 
@@ -137,9 +136,7 @@ private slots:
 
     void any_record_goes_through_the_file_section_by_section()
     {
-        QTemporaryDir home;
-        QVERIFY(QDir(home.path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home.path());
+        const SettingsHome home;
         Maker maker(seed + 1);
         XML_CLASS writing;
         for (int i = 0; i < Records; ++i) {
@@ -155,9 +152,7 @@ private slots:
                                          QString::number(i), words(record), words(read))));
         }
     }
-
-    void cleanupTestCase() { XML_CLASS::useHome(QString()); }
 };
 
-QTEST_GUILESS_MAIN(tst_xml_round_trip)
+QTEST_GUILESS_MAIN(TestXmlRoundTrip)
 #include "tst_xml_round_trip.moc"

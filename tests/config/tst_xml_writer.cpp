@@ -31,7 +31,7 @@ QByteArray textOf(const QByteArray &element, const QByteArray &document)
 
 } // namespace
 
-class tst_xml_writer : public QObject
+class TestXmlWriter : public QObject
 {
     Q_OBJECT
 
@@ -139,5 +139,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_xml_writer)
+QTEST_GUILESS_MAIN(TestXmlWriter)
 #include "tst_xml_writer.moc"

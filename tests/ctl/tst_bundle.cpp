@@ -4,19 +4,20 @@
 #include "config/xml_class.h"
 #include "run.h"
 #include "tests/support/madeupmachine.h"
+#include "tests/support/settingshome.h"
 
 #include <QJsonArray>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-class tst_bundle : public QObject
+class TestBundle : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir home;
+private:
+    const SettingsHome home;
     MadeUpMachine machine;
 
     Outcome run(const QString &arguments, const Adapter &adapter)
@@ -29,8 +30,6 @@ class tst_bundle : public QObject
 private slots:
     void initTestCase()
     {
-        QVERIFY(QDir(home.path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home.path());
         XML_CLASS().read_setting(); // makes the file
     }
 
@@ -99,5 +98,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_bundle)
+QTEST_GUILESS_MAIN(TestBundle)
 #include "tst_bundle.moc"

@@ -8,11 +8,12 @@
 #include "noisyframe.h"
 #include "run.h"
 #include "tests/support/frames.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/targets.h"
 
 #include <QFile>
 #include <QJsonArray>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -23,9 +24,6 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
-
-// The corners' targets of a screen of 1280 x 800 at 0,0.
-const QList<QPoint> Targets = {{160, 100}, {1120, 100}, {1120, 700}, {160, 700}};
 
 sim::FaultPlan plan(const QString &text)
 {
@@ -91,9 +89,7 @@ private slots:
     void init()
     {
         hidver = {};
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
+        home.emplace();
     }
 
     // rotation
@@ -785,7 +781,7 @@ private:
         return sent;
     }
 
-    std::unique_ptr<QTemporaryDir> home;
+    std::optional<SettingsHome> home;
 };
 
 QTEST_GUILESS_MAIN(TestCommands)

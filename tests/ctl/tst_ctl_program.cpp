@@ -29,7 +29,7 @@ private slots:
     {
         home = std::make_unique<QTemporaryDir>();
         frame = std::make_unique<QProcess>();
-        frame->start(QStringLiteral(QUORVEL_SIM),
+        frame->start(QStringLiteral(QUORVEL_SIM_PROGRAM),
                      {u"serial"_s, u"--quit-at-end"_s, u"--link"_s, home->filePath(u"frame"_s)});
         QVERIFY(frame->waitForReadyRead(LongEnoughMs));
     }
@@ -139,7 +139,7 @@ private:
         environment.insert(u"QUORVELCTL_PORT"_s, home->filePath(u"frame"_s));
         environment.insert(u"HOME"_s, home->path());
         process.setProcessEnvironment(environment);
-        const QString program = QStringLiteral(QUORVELCTL);
+        const QString program = QStringLiteral(QUORVELCTL_PROGRAM);
         if (behind.isEmpty())
             process.start(program, arguments);
         else

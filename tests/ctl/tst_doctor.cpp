@@ -5,9 +5,9 @@
 #include "run.h"
 #include "tests/support/fakehiddev.h"
 #include "tests/support/madeupmachine.h"
+#include "tests/support/settingshome.h"
 
 #include <QJsonArray>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -34,17 +34,16 @@ QJsonObject findingOf(const QJsonObject &document, const QString &check)
 
 } // namespace
 
-class tst_doctor : public QObject
+class TestDoctor : public QObject
 {
     Q_OBJECT
 
-    QTemporaryDir home;
+private:
+    const SettingsHome home;
 
 private slots:
     void initTestCase()
     {
-        QVERIFY(QDir(home.path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home.path());
         XML_CLASS().read_setting(); // makes the file
     }
 
@@ -164,5 +163,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_doctor)
+QTEST_GUILESS_MAIN(TestDoctor)
 #include "tst_doctor.moc"

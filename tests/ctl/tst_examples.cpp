@@ -3,14 +3,13 @@
 // The examples of the manuals, run as they stand by the real program on a simulated frame, and its
 // documents compared with the schemas.
 
-#include "config/xml_class.h"
 #include "finger.h"
 #include "help.h"
+#include "tests/support/settingshome.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTimer>
 
 #include <array>
@@ -23,7 +22,7 @@ namespace {
 
 constexpr int LongEnoughMs = 30'000;
 
-QString contentOf(const QString &path)
+QString textOf(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
@@ -43,7 +42,7 @@ QStringList linesOfBlocks(const QString &text, const QString &pattern)
 
 QStringList examplesOfPage()
 {
-    return linesOfBlocks(contentOf(QStringLiteral(QUORVELCTL_PAGE)), u"^```sh\n(.*?)^```$"_s);
+    return linesOfBlocks(textOf(QStringLiteral(QUORVELCTL_PAGE)), u"^```sh\n(.*?)^```$"_s);
 }
 
 // The command alone, saying it in JSON.
@@ -54,7 +53,7 @@ QString withJson(const QString &example)
 
 QStringList examplesOfManual()
 {
-    QString manual = contentOf(QStringLiteral(QUORVELCTL_MANUAL));
+    QString manual = textOf(QStringLiteral(QUORVELCTL_MANUAL));
     QStringList lines = linesOfBlocks(manual.replace(u"\\-"_s, u"-"_s), u"^\\.EX\n(.*?)^\\.EE$"_s);
     lines.removeIf([](const QString &line) { return !line.startsWith(u"quorvelctl "_s); });
     return lines;
@@ -70,13 +69,11 @@ private slots:
     void init()
     {
         hidver = {};
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
+        home.emplace();
         // Where the examples find a recording and leave theirs.
-        QVERIFY(QDir::setCurrent(home->path()));
+        QVERIFY(QDir::setCurrent(home->folder()));
         QVERIFY(QFile::copy(QStringLiteral(RECORDINGS "/calibration.pcap"), u"traffic.pcap"_s));
-        frame.start(QStringLiteral(QUORVEL_SIM),
+        frame.start(QStringLiteral(QUORVEL_SIM_PROGRAM),
                     {u"serial"_s, u"--quit-at-end"_s, u"--link"_s, home->filePath(u"frame"_s)});
         QVERIFY(frame.waitForReadyRead(LongEnoughMs));
         // Somebody touches wherever a target may be.
@@ -181,9 +178,8 @@ private slots:
     void every_command_and_option_is_on_the_page_and_in_the_manual()
     {
         QFETCH(QString, command);
-        const QString page = contentOf(QStringLiteral(QUORVELCTL_PAGE));
-        const QString manual =
-            contentOf(QStringLiteral(QUORVELCTL_MANUAL)).replace(u"\\-"_s, u"-"_s);
+        const QString page = textOf(QStringLiteral(QUORVELCTL_PAGE));
+        const QString manual = textOf(QStringLiteral(QUORVELCTL_MANUAL)).replace(u"\\-"_s, u"-"_s);
         const QString section = u"^## %1\\b"_s.arg(command.section(u' ', 0, 0));
         const QString name =
             command.contains(u' ') ? u".*\\b%1\\b"_s.arg(command.section(u' ', 1)) : u""_s;
@@ -202,7 +198,7 @@ private:
         QProcess shell;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"QUORVELCTL_PORT"_s, home->filePath(u"frame"_s));
-        environment.insert(u"HOME"_s, home->path());
+        environment.insert(u"HOME"_s, home->folder());
         environment.insert(u"PATH"_s,
                            QStringLiteral(QUORVELCTL_FOLDER) + u':' + environment.value(u"PATH"_s));
         shell.setProcessEnvironment(environment);
@@ -247,7 +243,7 @@ private:
         return out;
     }
 
-    std::unique_ptr<QTemporaryDir> home;
+    std::optional<SettingsHome> home;
     QProcess frame;
     QTimer finger;
 };

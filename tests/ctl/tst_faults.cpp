@@ -6,16 +6,16 @@
 // A run mostly waits, so several run at once, each in a process of its own: this program, called
 // with a command and a fault plan, prints what became of it.
 
-#include "config/xml_class.h"
 #include "finger.h"
 #include "run.h"
 #include "steadyframe.h"
+#include "tests/support/settingshome.h"
+#include "tests/support/targets.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -33,7 +33,6 @@ constexpr int ShortTimeoutMs = 700; // where most runs end without an answer
 constexpr int UsualTimeoutMs = 3000;
 // Of the longest command with several answers, each at the last moment; on a busy machine.
 constexpr int LongestTimeouts = 10;
-const QList<QPoint> Targets = {{160, 100}, {1120, 100}, {1120, 700}, {160, 700}};
 
 // All that a command can set.
 QJsonObject stateOf(sim::SimAdapter &frame)
@@ -63,10 +62,8 @@ QJsonObject run(const QString &command, const QString &faults, int timeoutMs)
     if (!plan)
         return {{u"problem"_s, problem}};
     const auto frame = quickFrame({}, *plan);
-    const QTemporaryDir home;
-    QDir(home.path()).mkdir(u".config"_s);
-    XML_CLASS::useHome(home.path());
-    QDir::setCurrent(home.path());
+    const SettingsHome home;
+    QDir::setCurrent(home.folder());
     QElapsedTimer time;
     time.start();
     const Outcome outcome =
@@ -91,18 +88,16 @@ QString valueOf(const QString &state, const QString &name)
 // rate that it listens at first: on a busy machine it hears too late at which it is told another.
 QJsonObject runOnLine(const QString &command, const QString &faults, int timeoutMs)
 {
-    const QTemporaryDir home;
-    QDir(home.path()).mkdir(u".config"_s);
-    XML_CLASS::useHome(home.path());
-    QDir::setCurrent(home.path());
+    const SettingsHome home;
+    QDir::setCurrent(home.folder());
     const QString line = home.filePath(u"frame"_s);
     QFile plan(home.filePath(u"plan"_s));
     if (!plan.open(QIODevice::WriteOnly) || plan.write(faults.toUtf8()) < 0)
         return {};
     plan.close();
     QProcess frame;
-    frame.start(QStringLiteral(QUORVEL_SIM), {u"serial"_s, u"--quit-at-end"_s, u"--link"_s, line,
-                                              u"--faults"_s, plan.fileName()});
+    frame.start(QStringLiteral(QUORVEL_SIM_PROGRAM), {u"serial"_s, u"--quit-at-end"_s, u"--link"_s,
+                                                      line, u"--faults"_s, plan.fileName()});
     if (!frame.waitForReadyRead(UsualTimeoutMs))
         return {};
     QTimer finger;

@@ -33,7 +33,7 @@ sim::FaultPlan plan(const QString &text)
 
 } // namespace
 
-class tst_metrics : public QObject
+class TestMetrics : public QObject
 {
     Q_OBJECT
 
@@ -162,5 +162,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_metrics)
+QTEST_GUILESS_MAIN(TestMetrics)
 #include "tst_metrics.moc"

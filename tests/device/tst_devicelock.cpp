@@ -80,7 +80,7 @@ struct Node
 
 } // namespace
 
-class tst_devicelock : public QObject
+class TestDeviceLock : public QObject
 {
     Q_OBJECT
 
@@ -375,5 +375,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_devicelock)
+QTEST_GUILESS_MAIN(TestDeviceLock)
 #include "tst_devicelock.moc"

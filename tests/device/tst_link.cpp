@@ -101,7 +101,7 @@ struct Fake
 
 } // namespace
 
-class tst_link : public QObject
+class TestLink : public QObject
 {
     Q_OBJECT
 
@@ -710,5 +710,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_link)
+QTEST_GUILESS_MAIN(TestLink)
 #include "tst_link.moc"

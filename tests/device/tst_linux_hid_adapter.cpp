@@ -38,7 +38,7 @@ QStringList numbered(const QString &prefix, int count)
 
 } // namespace
 
-class tst_linux_hid_adapter : public QObject
+class TestLinuxHidAdapter : public QObject
 {
     Q_OBJECT
 
@@ -560,5 +560,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_linux_hid_adapter)
+QTEST_GUILESS_MAIN(TestLinuxHidAdapter)
 #include "tst_linux_hid_adapter.moc"

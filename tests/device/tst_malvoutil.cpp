@@ -6,7 +6,7 @@
 
 using MALVOUTIL::Buf_util;
 
-class tst_malvoutil : public QObject
+class TestMalvoUtil : public QObject
 {
     Q_OBJECT
 
@@ -38,5 +38,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_malvoutil)
+QTEST_GUILESS_MAIN(TestMalvoUtil)
 #include "tst_malvoutil.moc"

@@ -9,7 +9,7 @@
 
 using namespace std::chrono_literals;
 
-class tst_pacing : public QObject
+class TestPacing : public QObject
 {
     Q_OBJECT
 
@@ -41,5 +41,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_pacing)
+QTEST_GUILESS_MAIN(TestPacing)
 #include "tst_pacing.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "device/plainfile.h"
+#include "tests/support/files.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,9 +16,10 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_plainfile : public QObject
+class TestPlainFile : public QObject
 {
     Q_OBJECT
+
 private slots:
     void init()
     {
@@ -98,14 +100,10 @@ private slots:
 
 private:
     QString at(const QString &name) const { return folder->filePath(name); }
-    QByteArray content(const QString &name) const
-    {
-        QFile file(at(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray content(const QString &name) const { return contentOf(at(name), {}); }
 
     std::unique_ptr<QTemporaryDir> folder;
 };
 
-QTEST_GUILESS_MAIN(tst_plainfile)
+QTEST_GUILESS_MAIN(TestPlainFile)
 #include "tst_plainfile.moc"

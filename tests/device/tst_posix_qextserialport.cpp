@@ -33,7 +33,7 @@ qint64 write(Posix_QextSerialPort &port, const QByteArray &bytes)
 
 } // namespace
 
-class tst_Posix_QextSerialPort : public QObject
+class TestPosixQextSerialPort : public QObject
 {
     Q_OBJECT
 
@@ -85,7 +85,7 @@ private slots:
     void a_port_opens_again_after_a_hang_up();
 };
 
-void tst_Posix_QextSerialPort::every_number_names_its_rate_data()
+void TestPosixQextSerialPort::every_number_names_its_rate_data()
 {
     QTest::addColumn<int>("number");
     QTest::addColumn<int>("rate");
@@ -96,7 +96,7 @@ void tst_Posix_QextSerialPort::every_number_names_its_rate_data()
         QTest::addRow("%d", rates[unsigned(number)]) << number << rates[unsigned(number)];
 }
 
-void tst_Posix_QextSerialPort::every_number_names_its_rate()
+void TestPosixQextSerialPort::every_number_names_its_rate()
 {
     QFETCH(int, number);
     QFETCH(int, rate);
@@ -111,14 +111,14 @@ void tst_Posix_QextSerialPort::every_number_names_its_rate()
     QCOMPARE(int(far.settings().c_ispeed), rate);
 }
 
-void tst_Posix_QextSerialPort::a_number_out_of_the_list_names_no_rate()
+void TestPosixQextSerialPort::a_number_out_of_the_list_names_no_rate()
 {
     QCOMPARE(bitsPerSecond(BaudRateType(-1)), 0);
     QCOMPARE(bitsPerSecond(BaudRateType(22)), 0);
     QCOMPARE(bitsPerSecond(BaudRateType(9600)), 0);
 }
 
-void tst_Posix_QextSerialPort::a_new_port_is_closed_and_empty()
+void TestPosixQextSerialPort::a_new_port_is_closed_and_empty()
 {
     Posix_QextSerialPort port(u"COM1"_s, {});
     QVERIFY(!port.isOpen());
@@ -129,7 +129,7 @@ void tst_Posix_QextSerialPort::a_new_port_is_closed_and_empty()
     QCOMPARE(port.errorString(), QString());
 }
 
-void tst_Posix_QextSerialPort::an_absolute_and_a_bare_name_open_the_same_port()
+void TestPosixQextSerialPort::an_absolute_and_a_bare_name_open_the_same_port()
 {
     FarEnd far;
     QVERIFY(far.node.startsWith(u"/dev/"));
@@ -143,7 +143,7 @@ void tst_Posix_QextSerialPort::an_absolute_and_a_bare_name_open_the_same_port()
     }
 }
 
-void tst_Posix_QextSerialPort::a_rate_set_before_open_is_in_force()
+void TestPosixQextSerialPort::a_rate_set_before_open_is_in_force()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BAUD57600, .StopBits = STOP_2});
@@ -157,7 +157,7 @@ void tst_Posix_QextSerialPort::a_rate_set_before_open_is_in_force()
     QVERIFY(far.settings().c_cflag & CSTOPB);
 }
 
-void tst_Posix_QextSerialPort::bytes_travel_both_ways()
+void TestPosixQextSerialPort::bytes_travel_both_ways()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BAUD115200});
@@ -178,14 +178,14 @@ void tst_Posix_QextSerialPort::bytes_travel_both_ways()
     QCOMPARE(read(port, 1), QByteArray());
 }
 
-void tst_Posix_QextSerialPort::bytes_are_told_in_both_query_modes_data()
+void TestPosixQextSerialPort::bytes_are_told_in_both_query_modes_data()
 {
     QTest::addColumn<Posix_QextSerialPort::QueryMode>("mode");
     QTest::newRow("polling") << Posix_QextSerialPort::Polling;
     QTest::newRow("event driven") << Posix_QextSerialPort::EventDriven;
 }
 
-void tst_Posix_QextSerialPort::bytes_are_told_in_both_query_modes()
+void TestPosixQextSerialPort::bytes_are_told_in_both_query_modes()
 {
     QFETCH(Posix_QextSerialPort::QueryMode, mode);
     FarEnd far;
@@ -197,7 +197,7 @@ void tst_Posix_QextSerialPort::bytes_are_told_in_both_query_modes()
     QCOMPARE(port.size(), 1);
 }
 
-void tst_Posix_QextSerialPort::bytes_that_remain_are_told_again_while_some_are_read()
+void TestPosixQextSerialPort::bytes_that_remain_are_told_again_while_some_are_read()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -213,7 +213,7 @@ void tst_Posix_QextSerialPort::bytes_that_remain_are_told_again_while_some_are_r
     QCOMPARE(sizes, (QList<qint64>{7, 5, 3, 1}));
 }
 
-void tst_Posix_QextSerialPort::bytes_that_nobody_reads_are_told_once()
+void TestPosixQextSerialPort::bytes_that_nobody_reads_are_told_once()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -228,7 +228,7 @@ void tst_Posix_QextSerialPort::bytes_that_nobody_reads_are_told_once()
     QCOMPARE(port.size(), 4);
 }
 
-void tst_Posix_QextSerialPort::bytes_are_never_told_inside_a_setter()
+void TestPosixQextSerialPort::bytes_are_never_told_inside_a_setter()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -246,7 +246,7 @@ void tst_Posix_QextSerialPort::bytes_are_never_told_inside_a_setter()
     QCOMPARE(toldInside, 0);
 }
 
-void tst_Posix_QextSerialPort::written_bytes_leave_without_an_event_loop()
+void TestPosixQextSerialPort::written_bytes_leave_without_an_event_loop()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -256,7 +256,7 @@ void tst_Posix_QextSerialPort::written_bytes_leave_without_an_event_loop()
 }
 
 // As the window does it: the same command at three rates, then the rate asked for.
-void tst_Posix_QextSerialPort::bytes_have_left_before_the_rate_changes()
+void TestPosixQextSerialPort::bytes_have_left_before_the_rate_changes()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -279,7 +279,7 @@ void tst_Posix_QextSerialPort::bytes_have_left_before_the_rate_changes()
     QCOMPARE(far.take(33), command + command + command);
 }
 
-void tst_Posix_QextSerialPort::a_rate_waits_for_a_slow_reader()
+void TestPosixQextSerialPort::a_rate_waits_for_a_slow_reader()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 4000});
@@ -312,7 +312,7 @@ void tst_Posix_QextSerialPort::a_rate_waits_for_a_slow_reader()
              QByteArray::number(takenWhenRateChanged));
 }
 
-void tst_Posix_QextSerialPort::bytes_have_left_before_the_port_closes()
+void TestPosixQextSerialPort::bytes_have_left_before_the_port_closes()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 2000});
@@ -327,7 +327,7 @@ void tst_Posix_QextSerialPort::bytes_have_left_before_the_port_closes()
     QVERIFY(!port.isOpen());
 }
 
-void tst_Posix_QextSerialPort::a_line_that_takes_nothing_keeps_its_rate()
+void TestPosixQextSerialPort::a_line_that_takes_nothing_keeps_its_rate()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 100});
@@ -344,7 +344,7 @@ void tst_Posix_QextSerialPort::a_line_that_takes_nothing_keeps_its_rate()
     QVERIFY(port.isOpen());
 }
 
-void tst_Posix_QextSerialPort::
+void TestPosixQextSerialPort::
     a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says_data()
 {
     QTest::addColumn<long>("timeout");
@@ -356,8 +356,7 @@ void tst_Posix_QextSerialPort::
     QTest::newRow("more than any window can wait") << 60'000L << qint64(2990) << qint64(4000);
 }
 
-void tst_Posix_QextSerialPort::
-    a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says()
+void TestPosixQextSerialPort::a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says()
 {
     QFETCH(const long, timeout);
     QFETCH(const qint64, atLeast);
@@ -375,7 +374,7 @@ void tst_Posix_QextSerialPort::
     QVERIFY2(waited >= atLeast && waited < lessThan, QByteArray::number(waited));
 }
 
-void tst_Posix_QextSerialPort::a_line_that_takes_nothing_is_waited_for_once()
+void TestPosixQextSerialPort::a_line_that_takes_nothing_is_waited_for_once()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000});
@@ -398,7 +397,7 @@ void tst_Posix_QextSerialPort::a_line_that_takes_nothing_is_waited_for_once()
     QVERIFY2(port.setBaudRate(BAUD57600), qPrintable(port.errorString()));
 }
 
-void tst_Posix_QextSerialPort::a_line_that_takes_nothing_for_long_is_not_gone()
+void TestPosixQextSerialPort::a_line_that_takes_nothing_for_long_is_not_gone()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000});
@@ -417,7 +416,7 @@ void tst_Posix_QextSerialPort::a_line_that_takes_nothing_for_long_is_not_gone()
                  Posix_QextSerialPort::MaxWaiting);
 }
 
-void tst_Posix_QextSerialPort::a_line_that_goes_on_is_waited_for_again()
+void TestPosixQextSerialPort::a_line_that_goes_on_is_waited_for_again()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 100});
@@ -436,7 +435,7 @@ void tst_Posix_QextSerialPort::a_line_that_goes_on_is_waited_for_again()
     QVERIFY2(set, qPrintable(port.errorString()));
 }
 
-void tst_Posix_QextSerialPort::a_line_that_takes_nothing_is_closed_soon()
+void TestPosixQextSerialPort::a_line_that_takes_nothing_is_closed_soon()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 100});
@@ -450,7 +449,7 @@ void tst_Posix_QextSerialPort::a_line_that_takes_nothing_is_closed_soon()
              QByteArray::number(clock.elapsed()));
 }
 
-void tst_Posix_QextSerialPort::writing_to_a_line_that_takes_nothing_ends()
+void TestPosixQextSerialPort::writing_to_a_line_that_takes_nothing_ends()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 0});
@@ -466,7 +465,7 @@ void tst_Posix_QextSerialPort::writing_to_a_line_that_takes_nothing_ends()
     QVERIFY(port.isOpen());
 }
 
-void tst_Posix_QextSerialPort::a_full_line_goes_on_when_its_reader_does()
+void TestPosixQextSerialPort::a_full_line_goes_on_when_its_reader_does()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000});
@@ -492,7 +491,7 @@ void tst_Posix_QextSerialPort::a_full_line_goes_on_when_its_reader_does()
     QCOMPARE(hungUp.count(), 0);
 }
 
-void tst_Posix_QextSerialPort::unread_bytes_are_kept_up_to_a_bound()
+void TestPosixQextSerialPort::unread_bytes_are_kept_up_to_a_bound()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -518,7 +517,7 @@ void tst_Posix_QextSerialPort::unread_bytes_are_kept_up_to_a_bound()
     QTRY_COMPARE(got, given);
 }
 
-void tst_Posix_QextSerialPort::what_cannot_be_set_is_refused_with_a_reason_data()
+void TestPosixQextSerialPort::what_cannot_be_set_is_refused_with_a_reason_data()
 {
     using Port = Posix_QextSerialPort;
     QTest::addColumn<std::function<bool(Port &)>>("set");
@@ -549,7 +548,7 @@ void tst_Posix_QextSerialPort::what_cannot_be_set_is_refused_with_a_reason_data(
         "time-out -1", [](Port &p) { return p.setTimeout(-1); }, u"time-out of -1 ms cannot be"_s);
 }
 
-void tst_Posix_QextSerialPort::what_cannot_be_set_is_refused_with_a_reason()
+void TestPosixQextSerialPort::what_cannot_be_set_is_refused_with_a_reason()
 {
     QFETCH(std::function<bool(Posix_QextSerialPort &)>, set);
     QFETCH(QString, reason);
@@ -568,7 +567,7 @@ void tst_Posix_QextSerialPort::what_cannot_be_set_is_refused_with_a_reason()
     QCOMPARE(far.settings().c_iflag, before.c_iflag);
 }
 
-void tst_Posix_QextSerialPort::two_stop_bits_after_five_data_bits_are_refused()
+void TestPosixQextSerialPort::two_stop_bits_after_five_data_bits_are_refused()
 {
     Posix_QextSerialPort port(u"ttyS0"_s, {});
     QVERIFY(port.setDataBits(DATA_5));
@@ -581,7 +580,7 @@ void tst_Posix_QextSerialPort::two_stop_bits_after_five_data_bits_are_refused()
 }
 
 // A pseudo-terminal always has eight bits and no parity, and reports success nevertheless.
-void tst_Posix_QextSerialPort::a_setting_that_the_port_drops_is_refused()
+void TestPosixQextSerialPort::a_setting_that_the_port_drops_is_refused()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -607,7 +606,7 @@ void tst_Posix_QextSerialPort::a_setting_that_the_port_drops_is_refused()
     QCOMPARE(port.errorString(), QString());
 }
 
-void tst_Posix_QextSerialPort::settings_that_the_port_drops_at_open_are_named()
+void TestPosixQextSerialPort::settings_that_the_port_drops_at_open_are_named()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.DataBits = DATA_7, .Parity = PAR_EVEN});
@@ -620,7 +619,7 @@ void tst_Posix_QextSerialPort::settings_that_the_port_drops_at_open_are_named()
     QVERIFY2(port.setStopBits(STOP_2), qPrintable(port.errorString()));
 }
 
-void tst_Posix_QextSerialPort::stop_bits_and_flow_control_reach_the_port()
+void TestPosixQextSerialPort::stop_bits_and_flow_control_reach_the_port()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -640,7 +639,7 @@ void tst_Posix_QextSerialPort::stop_bits_and_flow_control_reach_the_port()
     QVERIFY(!(far.settings().c_iflag & IXON));
 }
 
-void tst_Posix_QextSerialPort::settings_of_no_meaning_leave_the_defaults()
+void TestPosixQextSerialPort::settings_of_no_meaning_leave_the_defaults()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BaudRateType(99),
@@ -654,7 +653,7 @@ void tst_Posix_QextSerialPort::settings_of_no_meaning_leave_the_defaults()
     QCOMPARE(far.settings().c_cflag & tcflag_t(CSIZE | PARENB | CSTOPB | CRTSCTS), tcflag_t(CS8));
 }
 
-void tst_Posix_QextSerialPort::an_absent_port_is_refused_with_a_reason_data()
+void TestPosixQextSerialPort::an_absent_port_is_refused_with_a_reason_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("reason");
@@ -665,7 +664,7 @@ void tst_Posix_QextSerialPort::an_absent_port_is_refused_with_a_reason_data()
     QTest::newRow("directory") << u"/dev/pts"_s << u"/dev/pts cannot be opened"_s;
 }
 
-void tst_Posix_QextSerialPort::an_absent_port_is_refused_with_a_reason()
+void TestPosixQextSerialPort::an_absent_port_is_refused_with_a_reason()
 {
     QFETCH(QString, name);
     QFETCH(QString, reason);
@@ -675,7 +674,7 @@ void tst_Posix_QextSerialPort::an_absent_port_is_refused_with_a_reason()
     QVERIFY2(port.errorString().contains(reason), qPrintable(port.errorString()));
 }
 
-void tst_Posix_QextSerialPort::a_port_open_elsewhere_is_refused_with_a_reason()
+void TestPosixQextSerialPort::a_port_open_elsewhere_is_refused_with_a_reason()
 {
     FarEnd far;
     Posix_QextSerialPort first(far.node, {});
@@ -692,7 +691,7 @@ void tst_Posix_QextSerialPort::a_port_open_elsewhere_is_refused_with_a_reason()
     QCOMPARE(second.errorString(), QString());
 }
 
-void tst_Posix_QextSerialPort::a_port_of_another_user_is_refused_with_a_reason_data()
+void TestPosixQextSerialPort::a_port_of_another_user_is_refused_with_a_reason_data()
 {
     QTest::addColumn<uid_t>("owner");
     QTest::addColumn<gid_t>("group");
@@ -719,7 +718,7 @@ void tst_Posix_QextSerialPort::a_port_of_another_user_is_refused_with_a_reason_d
     QTest::newRow("a user and the group root may") << Daemon << gid_t(0) << 0660 << ofDaemon;
 }
 
-void tst_Posix_QextSerialPort::a_port_of_another_user_is_refused_with_a_reason()
+void TestPosixQextSerialPort::a_port_of_another_user_is_refused_with_a_reason()
 {
     QFETCH(const uid_t, owner);
     QFETCH(const gid_t, group);
@@ -749,7 +748,7 @@ void tst_Posix_QextSerialPort::a_port_of_another_user_is_refused_with_a_reason()
     QCOMPARE(said, reason.arg(far.node));
 }
 
-void tst_Posix_QextSerialPort::a_second_open_is_refused_and_changes_nothing()
+void TestPosixQextSerialPort::a_second_open_is_refused_and_changes_nothing()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -765,7 +764,7 @@ void tst_Posix_QextSerialPort::a_second_open_is_refused_and_changes_nothing()
     QVERIFY(port.errorString().contains(u"/dev/COM1"));
 }
 
-void tst_Posix_QextSerialPort::a_closed_port_takes_and_gives_nothing()
+void TestPosixQextSerialPort::a_closed_port_takes_and_gives_nothing()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -782,7 +781,7 @@ void tst_Posix_QextSerialPort::a_closed_port_takes_and_gives_nothing()
     QCOMPARE(far.waiting(), 0);
 }
 
-void tst_Posix_QextSerialPort::a_hang_up_closes_once_and_rests()
+void TestPosixQextSerialPort::a_hang_up_closes_once_and_rests()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -803,7 +802,7 @@ void tst_Posix_QextSerialPort::a_hang_up_closes_once_and_rests()
     QCOMPARE(write(port, "x"_ba), -1);
 }
 
-void tst_Posix_QextSerialPort::a_hang_up_is_told_at_once_to_who_asks()
+void TestPosixQextSerialPort::a_hang_up_is_told_at_once_to_who_asks()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -820,7 +819,7 @@ void tst_Posix_QextSerialPort::a_hang_up_is_told_at_once_to_who_asks()
     QCOMPARE(hungUp.count(), 1);
 }
 
-void tst_Posix_QextSerialPort::a_hang_up_seen_while_writing_closes_once()
+void TestPosixQextSerialPort::a_hang_up_seen_while_writing_closes_once()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
@@ -840,7 +839,7 @@ void tst_Posix_QextSerialPort::a_hang_up_seen_while_writing_closes_once()
     QVERIFY(!port.isOpen());
 }
 
-void tst_Posix_QextSerialPort::a_port_reopened_before_its_hang_up_is_told_stays_open()
+void TestPosixQextSerialPort::a_port_reopened_before_its_hang_up_is_told_stays_open()
 {
     FarEnd lost;
     FarEnd fresh;
@@ -859,7 +858,7 @@ void tst_Posix_QextSerialPort::a_port_reopened_before_its_hang_up_is_told_stays_
     QCOMPARE(fresh.take(5), "fresh"_ba);
 }
 
-void tst_Posix_QextSerialPort::a_port_opens_again_after_a_hang_up()
+void TestPosixQextSerialPort::a_port_opens_again_after_a_hang_up()
 {
     FarEnd far;
     Posix_QextSerialPort port(far.node, {.BaudRate = BAUD19200});
@@ -877,5 +876,5 @@ void tst_Posix_QextSerialPort::a_port_opens_again_after_a_hang_up()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_Posix_QextSerialPort)
+QTEST_GUILESS_MAIN(TestPosixQextSerialPort)
 #include "tst_posix_qextserialport.moc"

@@ -50,7 +50,7 @@ void others(const char *typed)
 
 } // namespace
 
-class tst_records : public QObject
+class TestRecords : public QObject
 {
     Q_OBJECT
 
@@ -194,5 +194,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_records)
+QTEST_GUILESS_MAIN(TestRecords)
 #include "tst_records.moc"

@@ -26,7 +26,7 @@ const ReportNews::Answer AboutLight7{0xA2, 0x87, {1, 7, 0}, 3};
 
 } // namespace
 
-class tst_reportnews : public QObject
+class TestReportNews : public QObject
 {
     Q_OBJECT
 
@@ -96,5 +96,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_reportnews)
+QTEST_GUILESS_MAIN(TestReportNews)
 #include "tst_reportnews.moc"

@@ -39,7 +39,7 @@ protected:
     }
 };
 
-class tst_stoppablethread : public QObject
+class TestStoppableThread : public QObject
 {
     Q_OBJECT
 
@@ -86,5 +86,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_stoppablethread)
+QTEST_GUILESS_MAIN(TestStoppableThread)
 #include "tst_stoppablethread.moc"

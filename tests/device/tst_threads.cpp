@@ -50,7 +50,7 @@ public:
 
 } // namespace
 
-class tst_threads : public QObject
+class TestThreads : public QObject
 {
     Q_OBJECT
 
@@ -434,5 +434,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_threads)
+QTEST_GUILESS_MAIN(TestThreads)
 #include "tst_threads.moc"

@@ -67,7 +67,7 @@ QByteArrayList framesOf(const QByteArrayList &pieces,
 
 } // namespace
 
-class tst_UartReceiver : public QObject
+class TestUartReceiver : public QObject
 {
     Q_OBJECT
 
@@ -92,7 +92,7 @@ private slots:
     void after_a_reset_a_frame_begins_anew();
 };
 
-void tst_UartReceiver::the_right_frames_are_found_among_noise_data()
+void TestUartReceiver::the_right_frames_are_found_among_noise_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QByteArrayList>("frames");
@@ -134,7 +134,7 @@ void tst_UartReceiver::the_right_frames_are_found_among_noise_data()
     row("a length of no frame, a frame at once", "51 56 FC A3 80 FF 51 56 FC A3 80 00 00 00", none);
 }
 
-void tst_UartReceiver::the_right_frames_are_found_among_noise()
+void TestUartReceiver::the_right_frames_are_found_among_noise()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QByteArrayList, frames);
@@ -145,7 +145,7 @@ void tst_UartReceiver::the_right_frames_are_found_among_noise()
     QCOMPARE(framesOf(single), frames);
 }
 
-void tst_UartReceiver::a_frame_cut_anywhere_is_the_same_frame()
+void TestUartReceiver::a_frame_cut_anywhere_is_the_same_frame()
 {
     const QByteArray bytes = hex("51 56 FC A7 82 02 00 03 51 56");
     const QByteArrayList expected = {"FC A7 82 02 00 03 51 56"_ba};
@@ -157,7 +157,7 @@ void tst_UartReceiver::a_frame_cut_anywhere_is_the_same_frame()
     }
 }
 
-void tst_UartReceiver::frames_that_arrive_byte_by_byte_are_found()
+void TestUartReceiver::frames_that_arrive_byte_by_byte_are_found()
 {
     UartReceiver receiver;
     Line line;
@@ -171,7 +171,7 @@ void tst_UartReceiver::frames_that_arrive_byte_by_byte_are_found()
     QCOMPARE(foundAt, (QList<qsizetype>{7, 16}));
 }
 
-void tst_UartReceiver::a_whole_frame_needs_no_further_byte()
+void TestUartReceiver::a_whole_frame_needs_no_further_byte()
 {
     UartReceiver receiver;
     Line line{.bytes = hex("51 56 FC A3 80 00 00 00")};
@@ -179,7 +179,7 @@ void tst_UartReceiver::a_whole_frame_needs_no_further_byte()
     QCOMPARE(line.size(), 0);
 }
 
-void tst_UartReceiver::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
+void TestUartReceiver::a_frame_without_payload_has_six_bytes_behind_the_sync_pair()
 {
     UartReceiver receiver;
     Line line{.bytes = hex("51 56 FC A3 80 00 AA")};
@@ -190,7 +190,7 @@ void tst_UartReceiver::a_frame_without_payload_has_six_bytes_behind_the_sync_pai
 }
 
 // 66 bytes behind the sync pair, more than any frame has that a device sends over USB.
-void tst_UartReceiver::the_longest_frame_fills_the_buffer()
+void TestUartReceiver::the_longest_frame_fills_the_buffer()
 {
     QByteArray frame = hex("FC A5 81 3C");
     for (int i = 0; i < 62; i++)
@@ -198,7 +198,7 @@ void tst_UartReceiver::the_longest_frame_fills_the_buffer()
     QCOMPARE(framesOf({hex("51 56") + frame}), QByteArrayList{frame.toHex(' ').toUpper()});
 }
 
-void tst_UartReceiver::each_step_does_one_thing()
+void TestUartReceiver::each_step_does_one_thing()
 {
     using Outcome = UartReceiver::Outcome;
     UartReceiver receiver;
@@ -214,7 +214,7 @@ void tst_UartReceiver::each_step_does_one_thing()
     }
 }
 
-void tst_UartReceiver::a_step_without_bytes_changes_nothing()
+void TestUartReceiver::a_step_without_bytes_changes_nothing()
 {
     UartReceiver receiver;
     Line line;
@@ -228,7 +228,7 @@ void tst_UartReceiver::a_step_without_bytes_changes_nothing()
     QCOMPARE(frames, (QByteArrayList{"FC A3 80 01 02 03 04"_ba}));
 }
 
-void tst_UartReceiver::a_short_read_of_a_sync_byte_begins_anew()
+void TestUartReceiver::a_short_read_of_a_sync_byte_begins_anew()
 {
     UartReceiver receiver;
     Line line{.bytes = hex("51")};
@@ -241,7 +241,7 @@ void tst_UartReceiver::a_short_read_of_a_sync_byte_begins_anew()
     QCOMPARE(framesOf(receiver, line).size(), 1);
 }
 
-void tst_UartReceiver::a_short_read_of_a_header_begins_anew()
+void TestUartReceiver::a_short_read_of_a_header_begins_anew()
 {
     UartReceiver receiver;
     Line line{.bytes = hex("51 56")};
@@ -252,7 +252,7 @@ void tst_UartReceiver::a_short_read_of_a_header_begins_anew()
     QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 00 00 00"_ba}));
 }
 
-void tst_UartReceiver::a_short_read_of_a_body_waits()
+void TestUartReceiver::a_short_read_of_a_body_waits()
 {
     UartReceiver receiver;
     Line line{.bytes = hex("51 56 FC A3 80 01 AA")};
@@ -263,7 +263,7 @@ void tst_UartReceiver::a_short_read_of_a_body_waits()
     QCOMPARE(framesOf(receiver, line), (QByteArrayList{"FC A3 80 01 AA DD EE"_ba}));
 }
 
-void tst_UartReceiver::the_frames_of_a_host_are_found_data()
+void TestUartReceiver::the_frames_of_a_host_are_found_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QByteArrayList>("frames");
@@ -284,7 +284,7 @@ void tst_UartReceiver::the_frames_of_a_host_are_found_data()
         {"00 01 05 03 00 00 00 80 07"_ba});
 }
 
-void tst_UartReceiver::the_frames_of_a_host_are_found()
+void TestUartReceiver::the_frames_of_a_host_are_found()
 {
     QFETCH(const QByteArray, bytes);
     QFETCH(const QByteArrayList, frames);
@@ -293,7 +293,7 @@ void tst_UartReceiver::the_frames_of_a_host_are_found()
         QCOMPARE(framesOf({bytes.left(cut), bytes.mid(cut)}, UartReceiver::Sender::Host), frames);
 }
 
-void tst_UartReceiver::no_frame_of_a_host_is_longer_than_64_bytes_data()
+void TestUartReceiver::no_frame_of_a_host_is_longer_than_64_bytes_data()
 {
     QTest::addColumn<QByteArray>("begin");
     QTest::newRow("the greatest length that fits") << "00 01 05 3A"_ba;
@@ -303,7 +303,7 @@ void tst_UartReceiver::no_frame_of_a_host_is_longer_than_64_bytes_data()
     QTest::newRow("the greatest") << "00 01 05 FF"_ba;
 }
 
-void tst_UartReceiver::no_frame_of_a_host_is_longer_than_64_bytes()
+void TestUartReceiver::no_frame_of_a_host_is_longer_than_64_bytes()
 {
     QFETCH(const QByteArray, begin);
     QByteArray frame = hex(begin.constData());
@@ -314,7 +314,7 @@ void tst_UartReceiver::no_frame_of_a_host_is_longer_than_64_bytes()
              (QByteArrayList{frame.toHex(' ').toUpper(), "00 A3 00 00 00 00"_ba}));
 }
 
-void tst_UartReceiver::after_a_reset_a_frame_begins_anew_data()
+void TestUartReceiver::after_a_reset_a_frame_begins_anew_data()
 {
     QTest::addColumn<QByteArray>("begun");
     QTest::newRow("nothing") << QByteArray();
@@ -323,7 +323,7 @@ void tst_UartReceiver::after_a_reset_a_frame_begins_anew_data()
     QTest::newRow("a header") << "51 56 00 A7 00 02 00"_ba;
 }
 
-void tst_UartReceiver::after_a_reset_a_frame_begins_anew()
+void TestUartReceiver::after_a_reset_a_frame_begins_anew()
 {
     QFETCH(const QByteArray, begun);
     UartReceiver receiver(UartReceiver::Sender::Host);
@@ -336,5 +336,5 @@ void tst_UartReceiver::after_a_reset_a_frame_begins_anew()
     QCOMPARE(framesOf(receiver, line), (QByteArrayList{"00 A3 00 00 00 00"_ba}));
 }
 
-QTEST_APPLESS_MAIN(tst_UartReceiver)
+QTEST_APPLESS_MAIN(TestUartReceiver)
 #include "tst_uartreceiver.moc"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "dialogs/advconnect_dlg.h"
-#include "tests/dialogs/clipped.h"
-#include "tests/dialogs/settingshome.h"
+#include "tests/support/clipped.h"
+#include "tests/support/settingshome.h"
 
 #include <QComboBox>
 #include <QDirIterator>
@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 static_assert(std::is_default_constructible_v<advconnect_dlg>);
 
-class tst_advconnect_dlg : public QObject
+class TestAdvConnectDlg : public QObject
 {
     Q_OBJECT
 
@@ -102,5 +102,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_advconnect_dlg)
+QTEST_MAIN(TestAdvConnectDlg)
 #include "tst_advconnect_dlg.moc"

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 static_assert(std::is_default_constructible_v<advset_dlg>);
 
-class tst_advset_dlg : public QObject
+class TestAdvSetDlg : public QObject
 {
     Q_OBJECT
 
@@ -202,5 +202,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_advset_dlg)
+QTEST_MAIN(TestAdvSetDlg)
 #include "tst_advset_dlg.moc"

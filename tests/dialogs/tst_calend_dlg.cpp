@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 static_assert(std::is_default_constructible_v<CalEnd_dlg>);
 
-class tst_calend_dlg : public QObject
+class TestCalEndDlg : public QObject
 {
     Q_OBJECT
 
@@ -192,5 +192,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_calend_dlg)
+QTEST_MAIN(TestCalEndDlg)
 #include "tst_calend_dlg.moc"

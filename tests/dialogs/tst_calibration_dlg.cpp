@@ -2,12 +2,13 @@
 
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
-#include "tests/dialogs/hides.h"
+#include "tests/support/calibrating.h"
 #include "tests/support/capture.h"
+#include "tests/support/hand.h"
+#include "tests/support/hides.h"
 
 #include <QApplication>
 #include <QPainter>
-#include <QProcess>
 #include <QPushButton>
 #include <QScreen>
 #include <QShowEvent>
@@ -87,34 +88,9 @@ QImage expectedPicture(QSize size, QPoint target, int outer, int middle, int inn
     return picture.toImage().convertToFormat(QImage::Format_RGB32);
 }
 
-// Answers the question as soon as it is asked.
-class Answer : public QObject
-{
-public:
-    explicit Answer(bool yes)
-    {
-        startTimer(10);
-        button = yes ? u"pushButton"_s : u"Nobtn"_s;
-    }
-    int asked = 0;
-
-protected:
-    void timerEvent(QTimerEvent *) override
-    {
-        auto *question = qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget());
-        if (!question)
-            return;
-        ++asked;
-        QTest::mouseClick(question->findChild<QPushButton *>(button), Qt::LeftButton);
-    }
-
-private:
-    QString button;
-};
-
 } // namespace
 
-class tst_calibration_dlg : public QObject
+class TestCalibrationDlg : public QObject
 {
     Q_OBJECT
 
@@ -536,7 +512,7 @@ private slots:
         QSpontaneKeyEvent::setSpontaneous(&back);
         qApp->notify(screen.get(), &back);
         for (const QString &workspace : {u"1"_s, u"0"_s}) {
-            QCOMPARE(QProcess::execute(u"xdotool"_s, {u"set_desktop"_s, workspace}), 0);
+            QVERIFY(hand::does({u"set_desktop"_s, workspace}));
             QTest::qWait(200);
         }
         QCOMPARE(sent->take(), QByteArrayList());
@@ -702,5 +678,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_calibration_dlg)
+QTEST_MAIN(TestCalibrationDlg)
 #include "tst_calibration_dlg.moc"

@@ -2,9 +2,9 @@
 
 #include "dialogs/calend_dlg.h"
 #include "dialogs/calibration_dlg.h"
+#include "tests/support/hand.h"
 
 #include <QApplication>
-#include <QProcess>
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
@@ -12,7 +12,7 @@
 using namespace Qt::StringLiterals;
 
 // Each function has a desktop of its own, see CMakeLists.txt.
-class tst_calibration_screens : public QObject
+class TestCalibrationScreens : public QObject
 {
     Q_OBJECT
 
@@ -44,7 +44,7 @@ private slots:
         QCOMPARE(window.geometry(), QGuiApplication::primaryScreen()->geometry());
         QVERIFY(QTest::qWaitForWindowActive(&window));
         // As from the keyboard, to whatever window has it.
-        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, u"Escape"_s}), 0);
+        QVERIFY(hand::press(u"Escape"_s));
         QTRY_VERIFY(!window.isVisible());
         QCOMPARE(sent, QByteArrayList({"0", "6"}));
     }
@@ -125,5 +125,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_calibration_screens)
+QTEST_MAIN(TestCalibrationScreens)
 #include "tst_calibration_screens.moc"

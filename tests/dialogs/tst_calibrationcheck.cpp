@@ -6,10 +6,11 @@
 
 using Verdict = CalibrationCheck::Verdict;
 
-class tst_calibrationcheck : public QObject
+class TestCalibrationCheck : public QObject
 {
     Q_OBJECT
 
+private:
     // Touches every cross, so far beside it.
     static void touchAll(CalibrationCheck &check, const QList<QPointF> &beside)
     {
@@ -163,5 +164,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_calibrationcheck)
+QTEST_APPLESS_MAIN(TestCalibrationCheck)
 #include "tst_calibrationcheck.moc"

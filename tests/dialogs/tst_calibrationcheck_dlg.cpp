@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "dialogs/calibrationcheck_dlg.h"
+#include "tests/support/hand.h"
 
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPointingDevice>
-#include <QProcess>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
@@ -16,10 +16,11 @@
 using namespace Qt::StringLiterals;
 
 // On a screen of 1280 x 800 at scale 1, of 338 x 211 mm.
-class tst_calibrationcheck_dlg : public QObject
+class TestCalibrationCheckDlg : public QObject
 {
     Q_OBJECT
 
+private:
     std::unique_ptr<CalibrationCheck_dlg> page;
     const std::unique_ptr<QPointingDevice> screen{QTest::createTouchDevice()};
 
@@ -36,9 +37,7 @@ class tst_calibrationcheck_dlg : public QObject
         // A press is lost while the window manager is still busy with the window; and one that
         // follows another at once does not count.
         QTest::qWait(310);
-        QStringList words{u"mousemove"_s, QString::number(at.x()), QString::number(at.y())};
-        words += does.split(u' ', Qt::SkipEmptyParts);
-        QCOMPARE(QProcess::execute(u"xdotool"_s, words), 0);
+        QVERIFY(hand::mouse(at, does));
     }
     void touch(QPoint at)
     {
@@ -170,7 +169,7 @@ private slots:
     void escape_leaves_at_any_time_and_the_next_showing_begins_anew()
     {
         touch({50, 50});
-        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, u"Escape"_s}), 0);
+        QVERIFY(hand::press(u"Escape"_s));
         QTRY_VERIFY(!page->isVisible());
         page->show();
         QVERIFY(QTest::qWaitForWindowActive(page.get()));
@@ -223,5 +222,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_calibrationcheck_dlg)
+QTEST_MAIN(TestCalibrationCheckDlg)
 #include "tst_calibrationcheck_dlg.moc"

@@ -3,26 +3,21 @@
 // Each function here belongs to a desktop of its own: CMakeLists.txt names it and the screens.
 
 #include "dialogs/calibrationcheck_dlg.h"
+#include "tests/support/hand.h"
 
 #include <QGuiApplication>
 #include <QLabel>
-#include <QProcess>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-class tst_calibrationcheck_screens : public QObject
+class TestCalibrationCheckScreens : public QObject
 {
     Q_OBJECT
 
-    static void mouse(QPoint native)
-    {
-        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"mousemove"_s, QString::number(native.x()),
-                                                  QString::number(native.y()), u"click"_s, u"1"_s}),
-                 0);
-    }
+private:
     static void show(CalibrationCheck_dlg &page)
     {
         page.show();
@@ -51,7 +46,7 @@ class tst_calibrationcheck_screens : public QObject
         for (int number = 0; number < CalibrationCheck::Crosses; ++number) {
             QVERIFY2(isClear(), qPrintable(QString::number(number)));
             QVERIFY(page.rect().contains(panel->geometry()));
-            mouse(page.check().cross(number));
+            QVERIFY(hand::click(page.check().cross(number)));
             QTRY_COMPARE(page.check().asked(), number + 1);
             QTest::qWait(310);
         }
@@ -86,7 +81,7 @@ private slots:
             QCOMPARE(picture.pixelColor(cross + QPoint(16, -aside)) == ink, isInk);
         }
         // A mouse is told of in whole pixels of the desktop.
-        mouse(cross + QPoint(11, 0));
+        QVERIFY(hand::click(cross + QPoint(11, 0)));
         QTRY_COMPARE(page.check().asked(), 1);
         QVERIFY2(qAbs(page.check().distance(0) - 11) <= 1.5,
                  qPrintable(QString::number(page.check().distance(0))));
@@ -110,7 +105,8 @@ private slots:
             show(page);
             QCOMPARE(page.geometry(), wanted->geometry());
             QCOMPARE(page.check().size(), wanted->geometry().size());
-            mouse(wanted->geometry().topLeft() + page.check().cross(0) + QPoint(0, 2));
+            QVERIFY(
+                hand::click(wanted->geometry().topLeft() + page.check().cross(0) + QPoint(0, 2)));
             QTRY_COMPARE(page.check().asked(), 1);
             QCOMPARE(page.check().distance(0), 2.0);
             page.close();
@@ -123,10 +119,10 @@ private slots:
     {
         CalibrationCheck_dlg page;
         show(page);
-        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, u"Escape"_s}), 0);
+        QVERIFY(hand::press(u"Escape"_s));
         QTRY_VERIFY(!page.isVisible());
     }
 };
 
-QTEST_MAIN(tst_calibrationcheck_screens)
+QTEST_MAIN(TestCalibrationCheckScreens)
 #include "tst_calibrationcheck_screens.moc"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "dialogs/connect_dlg.h"
-#include "tests/dialogs/clipped.h"
-#include "tests/dialogs/settingshome.h"
+#include "tests/support/clipped.h"
+#include "tests/support/settingshome.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -27,7 +27,7 @@ Q_DECLARE_METATYPE(PortSettings)
 using Link = connect_dlg::Link;
 
 // The dialog on a home directory of its own and a system with two ports.
-class tst_connect_dlg : public QObject
+class TestConnectDlg : public QObject
 {
     Q_OBJECT
 
@@ -876,5 +876,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_connect_dlg)
+QTEST_MAIN(TestConnectDlg)
 #include "tst_connect_dlg.moc"

@@ -5,6 +5,7 @@
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/test_win.h"
 #include "sim/firmware.h"
+#include "tests/support/widgets.h"
 
 #include <QAction>
 #include <QApplication>
@@ -160,7 +161,7 @@ private:
 
 } // namespace
 
-class tst_diagnostics_link : public QObject
+class TestDiagnosticsLink : public QObject
 {
     Q_OBJECT
 
@@ -179,15 +180,6 @@ private:
         lights = new LightSet_dlg(parent.get());
         link->attach(test);
         link->attach(lights);
-    }
-    template <typename Widget = QPushButton>
-    static Widget *in(const QWidget *window, const char *name)
-    {
-        return window->findChild<Widget *>(QString::fromLatin1(name));
-    }
-    static void press(const QWidget *window, const char *button)
-    {
-        QTest::mouseClick(in(window, button), Qt::LeftButton);
     }
     QString field(const char *name) const { return in<QLineEdit>(lights, name)->text(); }
     static QString notice(const QWidget *window)
@@ -561,5 +553,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_diagnostics_link)
+QTEST_MAIN(TestDiagnosticsLink)
 #include "tst_diagnostics_link.moc"

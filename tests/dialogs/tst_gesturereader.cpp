@@ -16,10 +16,11 @@ using enum With;
 
 } // namespace
 
-class tst_gesturereader : public QObject
+class TestGestureReader : public QObject
 {
     Q_OBJECT
 
+private:
     GestureReader reader{Limits};
     QList<Gesture> seen;
 
@@ -304,5 +305,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(tst_gesturereader)
+QTEST_APPLESS_MAIN(TestGestureReader)
 #include "tst_gesturereader.moc"

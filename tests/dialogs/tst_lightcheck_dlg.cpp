@@ -93,10 +93,11 @@ private:
 
 } // namespace
 
-class tst_lightcheck_dlg : public QObject
+class TestLightCheckDlg : public QObject
 {
     Q_OBJECT
 
+private:
     std::unique_ptr<QTemporaryDir> folder;
     std::unique_ptr<QWidget> parent;
     std::unique_ptr<QuickLink> link;
@@ -495,5 +496,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_lightcheck_dlg)
+QTEST_MAIN(TestLightCheckDlg)
 #include "tst_lightcheck_dlg.moc"

@@ -80,7 +80,7 @@ QByteArray firstDifference(const QImage &shown, const QImage &expected)
 
 } // namespace
 
-class tst_lightplot : public QObject
+class TestLightPlot : public QObject
 {
     Q_OBJECT
 
@@ -540,5 +540,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_lightplot)
+QTEST_MAIN(TestLightPlot)
 #include "tst_lightplot.moc"

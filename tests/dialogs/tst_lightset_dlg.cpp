@@ -95,7 +95,7 @@ QStringList clippedTexts(const QWidget &window)
 
 } // namespace
 
-class tst_lightset_dlg : public QObject
+class TestLightSetDlg : public QObject
 {
     Q_OBJECT
 
@@ -1464,5 +1464,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_lightset_dlg)
+QTEST_MAIN(TestLightSetDlg)
 #include "tst_lightset_dlg.moc"

@@ -3,6 +3,8 @@
 // Each function here belongs to a desktop of its own: CMakeLists.txt names it and the screens.
 
 #include "dialogs/lightset_dlg.h"
+#include "tests/support/hand.h"
+#include "tests/support/photograph.h"
 #include "tests/support/plainlights.h"
 
 #include <QApplication>
@@ -14,8 +16,6 @@
 #include <QTest>
 #include <QTimer>
 
-#include <xcb/xcb.h>
-
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -26,26 +26,6 @@ namespace {
 
 constexpr int LightsX = 96;
 constexpr int LightsY = 54;
-
-// The screen as the X server has it, in native pixels.
-QImage photograph(QRect native)
-{
-    auto *x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
-    xcb_connection_t *connection = x11->connection();
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
-    std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> reply(
-        xcb_get_image_reply(connection,
-                            xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, root,
-                                          qint16(native.x()), qint16(native.y()),
-                                          quint16(native.width()), quint16(native.height()), ~0u),
-                            nullptr),
-        &std::free);
-    if (!reply)
-        return {};
-    return QImage(xcb_get_image_data(reply.get()), native.width(), native.height(),
-                  QImage::Format_RGB32)
-        .copy();
-}
 
 int adcX(int i)
 {
@@ -104,7 +84,7 @@ QString chosen(const LightSet_dlg &screen)
 
 } // namespace
 
-class tst_lightset_screens : public QObject
+class TestLightSetScreens : public QObject
 {
     Q_OBJECT
 
@@ -243,7 +223,7 @@ private slots:
         present(screen);
         QVERIFY(QTest::qWaitForWindowActive(&screen));
         // As from the keyboard, to whatever window has it.
-        QCOMPARE(QProcess::execute(u"xdotool"_s, {u"key"_s, u"Escape"_s}), 0);
+        QVERIFY(hand::press(u"Escape"_s));
         QTRY_VERIFY(!screen.isVisible());
     }
 
@@ -263,5 +243,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_lightset_screens)
+QTEST_MAIN(TestLightSetScreens)
 #include "tst_lightset_screens.moc"

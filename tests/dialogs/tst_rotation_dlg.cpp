@@ -39,7 +39,7 @@ const QByteArray FirmwareReply = frame("FC A3 80 0E 00 02");
 
 } // namespace
 
-class tst_rotation_dlg : public QObject
+class TestRotationDlg : public QObject
 {
     Q_OBJECT
 
@@ -624,5 +624,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_rotation_dlg)
+QTEST_MAIN(TestRotationDlg)
 #include "tst_rotation_dlg.moc"

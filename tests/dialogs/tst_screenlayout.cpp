@@ -4,7 +4,7 @@
 
 #include <QTest>
 
-class tst_screenlayout : public QObject
+class TestScreenLayout : public QObject
 {
     Q_OBJECT
 
@@ -34,5 +34,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_screenlayout)
+QTEST_MAIN(TestScreenLayout)
 #include "tst_screenlayout.moc"

@@ -2,9 +2,9 @@
 
 #include "dialogs/setting_dlg.h"
 #include "dialogs/useradv_dlg.h"
-#include "tests/dialogs/clipped.h"
-#include "tests/dialogs/hides.h"
-#include "tests/dialogs/settingshome.h"
+#include "tests/support/clipped.h"
+#include "tests/support/hides.h"
+#include "tests/support/settingshome.h"
 
 #include <QGroupBox>
 #include <QLabel>
@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 static_assert(std::is_default_constructible_v<Setting_dlg>);
 
-class tst_setting_dlg : public QObject
+class TestSettingDlg : public QObject
 {
     Q_OBJECT
 
@@ -110,33 +110,6 @@ private slots:
         }
         child<QLabel>(u"EnvironmentLab"_s)->setText(u"Sunshine"_s);
         QCOMPARE(clipped(*dialog), QStringList());
-    }
-
-    void clipped_texts_would_be_noticed_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QRect>("shrunk");
-        QTest::newRow("label too narrow") << u"label_7"_s << QRect(10, 22, 150, 18);
-        QTest::newRow("label too low") << u"label_7"_s << QRect(10, 22, 292, 9);
-        QTest::newRow("button too narrow") << u"Percussionbtn"_s << QRect(10, 74, 50, 26);
-        QTest::newRow("button too low") << u"Percussionbtn"_s << QRect(10, 74, 142, 12);
-        QTest::newRow("group too narrow") << u"groupBox_3"_s << QRect(10, 134, 20, 126);
-        QTest::newRow("outside") << u"applybtn"_s << QRect(280, 269, 70, 28);
-    }
-    void clipped_texts_would_be_noticed()
-    {
-        QFETCH(const QString, name);
-        QFETCH(const QRect, shrunk);
-        open();
-        child<QWidget>(name)->setGeometry(shrunk);
-        QVERIFY(clipped(*dialog).contains(name));
-    }
-
-    void widgets_that_overlap_would_be_noticed()
-    {
-        open();
-        child(u"okbtn"_s)->move(200, 274);
-        QCOMPARE(clipped(*dialog), QStringList({u"okbtn"_s, u"canbtn"_s, u"applybtn"_s}));
     }
 
     void the_tab_key_goes_from_top_to_bottom()
@@ -491,5 +464,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_setting_dlg)
+QTEST_MAIN(TestSettingDlg)
 #include "tst_setting_dlg.moc"

@@ -9,7 +9,7 @@
 #include "dialogs/smoothing_dlg.h"
 #include "dialogs/test_win.h"
 #include "dialogs/useradv_dlg.h"
-#include "settingshome.h"
+#include "tests/support/settingshome.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -53,7 +53,7 @@ void tellAgain(QWidget &window)
 } // namespace
 
 // That a window is hidden is told in more than one way, and more than once.
-class tst_showing : public QObject
+class TestShowing : public QObject
 {
     Q_OBJECT
 
@@ -175,5 +175,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_showing)
+QTEST_MAIN(TestShowing)
 #include "tst_showing.moc"

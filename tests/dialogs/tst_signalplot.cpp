@@ -48,7 +48,7 @@ QList<QPoint> flat(int count, int y)
 
 Q_DECLARE_METATYPE(QList<Curve>)
 
-class tst_signalplot : public QObject
+class TestSignalPlot : public QObject
 {
     Q_OBJECT
 
@@ -201,5 +201,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_signalplot)
+QTEST_MAIN(TestSignalPlot)
 #include "tst_signalplot.moc"

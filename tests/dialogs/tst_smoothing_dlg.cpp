@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "dialogs/smoothing_dlg.h"
+#include "tests/support/settingshome.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -11,7 +12,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSlider>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -21,12 +21,12 @@ using namespace Qt::StringLiterals;
 static_assert(std::is_default_constructible_v<smoothing_dlg>);
 
 // The dialog on a home directory of its own.
-class tst_smoothing_dlg : public QObject
+class TestSmoothingDlg : public QObject
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<SettingsHome> home;
 
     template <typename Widget = QPushButton>
     static Widget *child(const smoothing_dlg &dialog, const char *name)
@@ -47,17 +47,8 @@ private:
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
     }
-    void writeFile(const QByteArray &content) const
-    {
-        QFile file(home->filePath(u".config/ForQuorvel"_s));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(content), content.size());
-    }
-    QByteArray content() const
-    {
-        QFile file(home->filePath(u".config/ForQuorvel"_s));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    void writeFile(const QByteArray &content) const { home->setContent(content); }
+    QByteArray content() const { return home->content(); }
     static QByteArray smoothingFile(const char *enabled, const char *smoothingLevel)
     {
         return QByteArray("<data><smoothing><SMO_EN>") + enabled + "</SMO_EN><SMO_LV>" +
@@ -65,18 +56,8 @@ private:
     }
 
 private slots:
-    void init()
-    {
-        home = std::make_unique<QTemporaryDir>();
-        QVERIFY(home->isValid());
-        QVERIFY(QDir(home->path()).mkdir(u".config"_s));
-        XML_CLASS::useHome(home->path());
-    }
-    void cleanup()
-    {
-        XML_CLASS::useHome(QString());
-        home.reset();
-    }
+    void init() { home = std::make_unique<SettingsHome>(); }
+    void cleanup() { home.reset(); }
 
     void the_form_is_as_drawn()
     {
@@ -378,12 +359,11 @@ private slots:
         press(dialog, "pushButton");
         appear(dialog);
         QCOMPARE(notice->text(), QString());
-        QVERIFY(QDir(home->filePath(u".config"_s)).removeRecursively());
+        home->removeConfigDirectory();
         press(dialog, "pushButton");
         QVERIFY(!dialog.isVisible());
         appear(dialog);
-        QCOMPARE(notice->text(),
-                 u"Not kept: cannot write "_s + home->filePath(u".config/ForQuorvel"_s));
+        QCOMPARE(notice->text(), u"Not kept: cannot write "_s + home->path());
         press(dialog, "pushButton_4");
         QCOMPARE(notice->text(), QString());
     }
@@ -419,5 +399,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_smoothing_dlg)
+QTEST_MAIN(TestSmoothingDlg)
 #include "tst_smoothing_dlg.moc"

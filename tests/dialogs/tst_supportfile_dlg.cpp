@@ -13,10 +13,11 @@
 
 using namespace Qt::StringLiterals;
 
-class tst_supportfile_dlg : public QObject
+class TestSupportFileDlg : public QObject
 {
     Q_OBJECT
 
+private:
     std::unique_ptr<SupportFile_dlg> dialog;
 
     template <typename Widget>
@@ -90,5 +91,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_supportfile_dlg)
+QTEST_MAIN(TestSupportFileDlg)
 #include "tst_supportfile_dlg.moc"

@@ -196,7 +196,7 @@ QStringList clippedTexts(const QWidget &window)
 
 } // namespace
 
-class tst_test_win : public QObject
+class TestTestWin : public QObject
 {
     Q_OBJECT
 
@@ -1753,5 +1753,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_test_win)
+QTEST_MAIN(TestTestWin)
 #include "tst_test_win.moc"

@@ -2,12 +2,12 @@
 
 #include "dialogs/gesturefield.h"
 #include "dialogs/tryout_dlg.h"
+#include "tests/support/hand.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QListWidget>
 #include <QPointingDevice>
-#include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
@@ -19,10 +19,11 @@ using namespace Qt::StringLiterals;
 using Kind = Gesture::Kind;
 
 // Fingers are made up by the toolkit; all that a mouse does comes from the X server.
-class tst_tryout_dlg : public QObject
+class TestTryOutDlg : public QObject
 {
     Q_OBJECT
 
+private:
     std::unique_ptr<TryOut_dlg> dialog;
     const std::unique_ptr<QPointingDevice> screen{QTest::createTouchDevice()};
 
@@ -46,10 +47,7 @@ class tst_tryout_dlg : public QObject
     {
         // A press is lost while the window manager is still busy with the window.
         QTest::qWait(200);
-        const QPoint place = field()->mapToGlobal(at);
-        QStringList words{u"mousemove"_s, QString::number(place.x()), QString::number(place.y())};
-        words += does.split(u' ', Qt::SkipEmptyParts);
-        QCOMPARE(QProcess::execute(u"xdotool"_s, words), 0);
+        QVERIFY(hand::mouse(field()->mapToGlobal(at), does));
     }
     // The numbers in what was told last, if its words are these.
     QList<int> numbers(const QString &words) const
@@ -288,5 +286,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_tryout_dlg)
+QTEST_MAIN(TestTryOutDlg)
 #include "tst_tryout_dlg.moc"

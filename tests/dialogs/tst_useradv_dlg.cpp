@@ -2,9 +2,9 @@
 
 #include "dialogs/advset_dlg.h"
 #include "dialogs/useradv_dlg.h"
-#include "tests/dialogs/clipped.h"
-#include "tests/dialogs/hides.h"
-#include "tests/dialogs/settingshome.h"
+#include "tests/support/clipped.h"
+#include "tests/support/hides.h"
+#include "tests/support/settingshome.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
@@ -35,7 +35,7 @@ QByteArray frame(const char *begin)
 
 } // namespace
 
-class tst_useradv_dlg : public QObject
+class TestUserAdvDlg : public QObject
 {
     Q_OBJECT
 
@@ -254,27 +254,6 @@ private slots:
     {
         open();
         QCOMPARE(clipped(*dialog), QStringList());
-    }
-
-    void clipped_texts_would_be_noticed_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QRect>("shrunk");
-        QTest::newRow("wrapped label too low") << u"label"_s << QRect(10, 22, 292, 20);
-        QTest::newRow("wrapped label too narrow") << u"label"_s << QRect(10, 22, 120, 36);
-        QTest::newRow("label too narrow") << u"label_4"_s << QRect(10, 84, 80, 28);
-        QTest::newRow("button too narrow") << u"pushButton_9"_s << QRect(258, 84, 38, 28);
-        QTest::newRow("check box too narrow") << u"checkBox_2"_s << QRect(10, 22, 180, 22);
-        QTest::newRow("check box too low") << u"checkBox_2"_s << QRect(10, 22, 292, 10);
-        QTest::newRow("group too narrow") << u"groupBox_3"_s << QRect(10, 304, 60, 88);
-    }
-    void clipped_texts_would_be_noticed()
-    {
-        QFETCH(const QString, name);
-        QFETCH(const QRect, shrunk);
-        open();
-        child<QWidget>(name)->setGeometry(shrunk);
-        QVERIFY(clipped(*dialog).contains(name));
     }
 
     void the_tab_key_goes_along_the_rows()
@@ -1075,5 +1054,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_useradv_dlg)
+QTEST_MAIN(TestUserAdvDlg)
 #include "tst_useradv_dlg.moc"

@@ -4,6 +4,7 @@
 
 #include "device/struct.h"
 #include "dialogs/fittext.h"
+#include "tests/support/files.h"
 
 #include <QClipboard>
 #include <QCloseEvent>
@@ -82,7 +83,7 @@ void collect(QtMsgType type, const QMessageLogContext &context, const QString &m
 
 } // namespace
 
-class tst_version_dlg : public QObject
+class TestVersionDlg : public QObject
 {
     Q_OBJECT
 
@@ -101,17 +102,6 @@ private:
         for (const char *name : {"label_3", "label_4", "label_5", "label_6"})
             texts.append(child(dialog, name)->text());
         return texts;
-    }
-    static void write(const QString &name, const QByteArray &content)
-    {
-        QFile file(name);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(content), content.size());
-    }
-    static QByteArray read(const QString &name)
-    {
-        QFile file(name);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
     }
     static QStringList backedUp()
     {
@@ -424,15 +414,15 @@ private slots:
 
     void the_files_of_the_working_directory_are_copied()
     {
-        write(u"one.bin"_s, "first");
-        write(u"two with blanks"_s, QByteArray("\0\xFF", 2));
-        write(u"empty"_s, "");
+        writeFile(u"one.bin"_s, "first");
+        writeFile(u"two with blanks"_s, QByteArray("\0\xFF", 2));
+        writeFile(u"empty"_s, "");
         update();
         QCOMPARE(backedUp(), QStringList({u"empty"_s, u"one.bin"_s, u"two with blanks"_s}));
-        QCOMPARE(read(u"backup/one.bin"_s), QByteArray("first"));
-        QCOMPARE(read(u"backup/two with blanks"_s), QByteArray("\0\xFF", 2));
-        QCOMPARE(read(u"backup/empty"_s), QByteArray());
-        QCOMPARE(read(u"one.bin"_s), QByteArray("first"));
+        QCOMPARE(contentOf(u"backup/one.bin"_s), QByteArray("first"));
+        QCOMPARE(contentOf(u"backup/two with blanks"_s), QByteArray("\0\xFF", 2));
+        QCOMPARE(contentOf(u"backup/empty"_s), QByteArray());
+        QCOMPARE(contentOf(u"one.bin"_s), QByteArray("first"));
     }
 
     void the_created_path_goes_to_the_debug_output_once()
@@ -447,19 +437,19 @@ private slots:
     void what_the_backup_has_is_left_as_it_is()
     {
         QVERIFY(QDir().mkdir(u"backup"_s));
-        write(u"backup/settings"_s, "old");
-        write(u"settings"_s, "new");
-        write(u"other"_s, "new too");
+        writeFile(u"backup/settings"_s, "old");
+        writeFile(u"settings"_s, "new");
+        writeFile(u"other"_s, "new too");
         update();
-        QCOMPARE(read(u"backup/settings"_s), QByteArray("old"));
-        QCOMPARE(read(u"backup/other"_s), QByteArray("new too"));
+        QCOMPARE(contentOf(u"backup/settings"_s), QByteArray("old"));
+        QCOMPARE(contentOf(u"backup/other"_s), QByteArray("new too"));
         QVERIFY(debugOutput.isEmpty());
     }
 
     void directories_and_the_backup_itself_are_not_copied()
     {
         QVERIFY(QDir().mkpath(u"folder/inner"_s));
-        write(u"folder/inside"_s, "inside");
+        writeFile(u"folder/inside"_s, "inside");
         QVERIFY(QFile::link(u"folder"_s, u"link to folder"_s));
         update();
         update();
@@ -468,8 +458,8 @@ private slots:
 
     void hidden_files_are_not_copied()
     {
-        write(u".hidden"_s, "hidden");
-        write(u"plain"_s, "plain");
+        writeFile(u".hidden"_s, "hidden");
+        writeFile(u"plain"_s, "plain");
         update();
         QCOMPARE(backedUp(), {u"plain"_s});
     }
@@ -481,17 +471,17 @@ private slots:
         QVERIFY(QFile::link(u"pipe"_s, u"link to pipe"_s));
         QVERIFY(QFile::link(u"/dev/zero"_s, u"link to device"_s));
         QVERIFY(QFile::link(u"nowhere"_s, u"broken link"_s));
-        write(u"file"_s, "content");
+        writeFile(u"file"_s, "content");
         QVERIFY(QFile::link(u"file"_s, u"link to file"_s));
         update();
         QCOMPARE(backedUp(), QStringList({u"file"_s, u"link to file"_s}));
-        QCOMPARE(read(u"backup/link to file"_s), QByteArray("content"));
+        QCOMPARE(contentOf(u"backup/link to file"_s), QByteArray("content"));
     }
 
     // In a folder of many users anybody can put one where the backup will be.
     void no_link_where_the_backup_goes_is_followed()
     {
-        write(u"a"_s, "first");
+        writeFile(u"a"_s, "first");
         QVERIFY(QDir().mkdir(u"elsewhere"_s));
         QVERIFY(QFile::link(u"elsewhere"_s, u"backup"_s));
         update();
@@ -506,7 +496,7 @@ private slots:
 
     void a_copy_has_the_permissions_of_its_file()
     {
-        write(u"a"_s, "first");
+        writeFile(u"a"_s, "first");
         QVERIFY(QFile::setPermissions(u"a"_s, QFile::ReadOwner | QFile::ExeOwner));
         update();
         QCOMPARE(QFile::permissions(u"backup/a"_s) &
@@ -516,9 +506,9 @@ private slots:
 
     void a_file_that_cannot_be_read_is_passed_over()
     {
-        write(u"a"_s, "first");
-        write(u"b"_s, "secret");
-        write(u"c"_s, "last");
+        writeFile(u"a"_s, "first");
+        writeFile(u"b"_s, "secret");
+        writeFile(u"c"_s, "last");
         QVERIFY(QFile::setPermissions(u"b"_s, {}));
         const OrdinaryUser user;
         QVERIFY(!QFile(u"b"_s).open(QIODevice::ReadOnly));
@@ -528,7 +518,7 @@ private slots:
 
     void a_directory_that_cannot_be_written_gets_no_backup()
     {
-        write(u"a"_s, "first");
+        writeFile(u"a"_s, "first");
         QVERIFY(QFile::setPermissions(u"."_s, QFile::ReadOwner | QFile::ExeOwner));
         const auto writable = qScopeGuard([] {
             QFile::setPermissions(u"."_s, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -544,10 +534,10 @@ private slots:
 
     void a_file_named_backup_stays_as_it_is()
     {
-        write(u"backup"_s, "a file");
-        write(u"a"_s, "first");
+        writeFile(u"backup"_s, "a file");
+        writeFile(u"a"_s, "first");
         update();
-        QCOMPARE(read(u"backup"_s), QByteArray("a file"));
+        QCOMPARE(contentOf(u"backup"_s), QByteArray("a file"));
         QVERIFY(debugOutput.isEmpty());
     }
 
@@ -563,7 +553,7 @@ private slots:
 
     void the_parent_is_hidden_and_closed_when_the_copies_are_there()
     {
-        write(u"one.bin"_s, "first");
+        writeFile(u"one.bin"_s, "first");
         Window window;
         window.show();
         const Version_Dlg dialog(&window);
@@ -575,5 +565,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_version_dlg)
+QTEST_MAIN(TestVersionDlg)
 #include "tst_version_dlg.moc"

@@ -2,7 +2,8 @@
 
 #include "config/windowplaces.h"
 #include "dialogs/windowplace.h"
-#include "settingshome.h"
+#include "tests/support/hand.h"
+#include "tests/support/settingshome.h"
 
 #include <QDialog>
 #include <QGuiApplication>
@@ -40,11 +41,9 @@ bool show(QWidget &window)
 // As a user does it.
 bool drag(const QWidget &window, QPoint place)
 {
-    return QProcess::execute(u"xdotool"_s,
-                             {u"windowmove"_s, QString::number(window.winId()),
-                              QString::number(place.x()), QString::number(place.y())}) == 0 &&
-           QTest::qWaitFor(
-               [&] { return window.pos() == place || window.geometry().topLeft() == place; });
+    return hand::move(window.winId(), place) && QTest::qWaitFor([&] {
+               return window.pos() == place || window.geometry().topLeft() == place;
+           });
 }
 
 bool isOnOneScreen(const QWidget &window)
@@ -58,10 +57,11 @@ bool isOnOneScreen(const QWidget &window)
 
 } // namespace
 
-class tst_windowplace : public QObject
+class TestWindowPlace : public QObject
 {
     Q_OBJECT
 
+private:
     std::unique_ptr<SettingsHome> home;
 
 private slots:
@@ -172,5 +172,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_windowplace)
+QTEST_MAIN(TestWindowPlace)
 #include "tst_windowplace.moc"

@@ -53,7 +53,7 @@ const QByteArray WholeFile = R"(<?xml version="1.0" encoding="UTF-8"?>
         QVERIFY2(made.verdict != Verdict::Trouble || !made.nextStep.isEmpty(), qPrintable(words)); \
     } while (false)
 
-class tst_checks : public QObject
+class TestChecks : public QObject
 {
     Q_OBJECT
 
@@ -459,5 +459,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_checks)
+QTEST_GUILESS_MAIN(TestChecks)
 #include "tst_checks.moc"

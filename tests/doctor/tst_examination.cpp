@@ -51,7 +51,7 @@ QStringList checksOf(const QList<Finding> &findings)
 
 } // namespace
 
-class tst_examination : public QObject
+class TestExamination : public QObject
 {
     Q_OBJECT
 
@@ -292,5 +292,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_examination)
+QTEST_GUILESS_MAIN(TestExamination)
 #include "tst_examination.moc"

@@ -2,7 +2,8 @@
 
 #pragma once
 
-#include <QFile>
+#include "tests/support/files.h"
+
 #include <QProcess>
 #include <QStringList>
 
@@ -49,9 +50,3 @@ public:
     }
     QProcess process;
 };
-
-inline QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}

@@ -38,7 +38,7 @@ const QString RotationTask = u"Turn the frame"_s;
 
 } // namespace
 
-class tst_ansible : public QObject
+class TestAnsible : public QObject
 {
     Q_OBJECT
 
@@ -138,13 +138,13 @@ private slots:
         QCOMPARE(outcomeOf(first, RotationTask), u"changed"_s);
         QCOMPARE(ofFrame(u"rotation"_s), u"1"_s);
         QVERIFY(ofFrame(u"gestures"_s).startsWith(u"1,1,2000,3,0"_s));
-        QVERIFY(contents(at(u"root/etc/udev/rules.d/70-quorvel.rules"_s)).contains("plugdev"));
-        QVERIFY(contents(at(u"root/etc/systemd/system/quorvel-metrics.service"_s))
+        QVERIFY(contentOf(at(u"root/etc/udev/rules.d/70-quorvel.rules"_s)).contains("plugdev"));
+        QVERIFY(contentOf(at(u"root/etc/systemd/system/quorvel-metrics.service"_s))
                     .contains("User=quorvel-metrics"));
         QVERIFY(QFile::exists(at(u"root/etc/systemd/system/quorvel-metrics.timer"_s)));
         QVERIFY(QFile::exists(at(u"root/etc/sysusers.d/quorvel-metrics.conf"_s)));
         QVERIFY(QFile::exists(at(u"root/etc/tmpfiles.d/quorvel-metrics.conf"_s)));
-        QVERIFY(contents(at(u"root/etc/default/quorvel-metrics"_s))
+        QVERIFY(contentOf(at(u"root/etc/default/quorvel-metrics"_s))
                     .contains("QUORVEL_METRICS_OPTIONS=\"--port " +
                               QFile::encodeName(at(u"frame"_s)) + "\"\n"));
 
@@ -216,5 +216,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_ansible)
+QTEST_GUILESS_MAIN(TestAnsible)
 #include "tst_ansible.moc"

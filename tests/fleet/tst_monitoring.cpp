@@ -51,7 +51,7 @@ QString ofMonitoring(const QString &file)
 
 } // namespace
 
-class tst_monitoring : public QObject
+class TestMonitoring : public QObject
 {
     Q_OBJECT
 
@@ -96,7 +96,7 @@ private slots:
     {
         for (int i = 0; i < 2; ++i) {
             const Ended checked =
-                run(u"promtool"_s, {u"check"_s, u"metrics"_s}, contents(metricsOf(i)));
+                run(u"promtool"_s, {u"check"_s, u"metrics"_s}, contentOf(metricsOf(i)));
             QVERIFY2(checked.code == 0, checked.err + checked.out);
             QCOMPARE(checked.err, QByteArray());
         }
@@ -117,11 +117,11 @@ private slots:
         // The last calibration is told once there was one, trouble while there is some.
         QSet<QString> told{u"quorvel_calibration_deviation_ratio"_s};
         const QRegularExpression name(u"\\bquorvel_[a-z_]+"_s);
-        auto found = name.globalMatch(QString::fromUtf8(contents(metricsOf(1))));
+        auto found = name.globalMatch(QString::fromUtf8(contentOf(metricsOf(1))));
         while (found.hasNext())
             told.insert(found.next().captured());
         for (const QString &file : {u"quorvel.rules.yml"_s, u"quorvel.json"_s}) {
-            const QByteArray text = contents(ofMonitoring(file));
+            const QByteArray text = contentOf(ofMonitoring(file));
             QVERIFY(!text.isEmpty());
             auto used = name.globalMatch(QString::fromUtf8(text));
             QVERIFY(used.hasNext());
@@ -134,9 +134,10 @@ private slots:
 
     void the_dashboard_has_a_question_in_every_panel()
     {
-        const QJsonArray panels = QJsonDocument::fromJson(contents(ofMonitoring(u"quorvel.json"_s)))
-                                      .object()[u"panels"_s]
-                                      .toArray();
+        const QJsonArray panels =
+            QJsonDocument::fromJson(contentOf(ofMonitoring(u"quorvel.json"_s)))
+                .object()[u"panels"_s]
+                .toArray();
         QVERIFY(!panels.isEmpty());
         for (const QJsonValue &panel : panels)
             QVERIFY2(!panel[u"targets"_s][0][u"expr"_s].toString().isEmpty(),
@@ -196,7 +197,7 @@ private slots:
         const Ended measured = measure(0);
         QCOMPARE(measured.code, 0);
         QVERIFY(!measured.err.isEmpty());
-        const QByteArray text = contents(metricsOf(0));
+        const QByteArray text = contentOf(metricsOf(0));
         QVERIFY2(text.contains("quorvel_frame_present{frame=\"" + QFile::encodeName(port(0)) +
                                "\"} 0\n"),
                  text);
@@ -204,5 +205,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_monitoring)
+QTEST_GUILESS_MAIN(TestMonitoring)
 #include "tst_monitoring.moc"

@@ -3,7 +3,7 @@
 #include "device/struct.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/version_dlg.h"
-#include "tests/support/outside.h"
+#include "tests/support/outsidetool.h"
 #include "udev.h"
 
 #include <QApplication>
@@ -506,9 +506,12 @@ void TestKernel::the_versions_are_those_of_the_frame()
               .P_NUM = 0x01234};
     Version_Dlg expected(nullptr);
     expected.show();
-    for (const auto &[label, text] : lines)
-        QCOMPARE(expected.findChild<QLabel *>(label)->text(), text);
-    const QRect place(10, 60, 171, 80);
+    QRect place;
+    for (const auto &[name, text] : lines) {
+        const auto *label = expected.findChild<QLabel *>(name);
+        QCOMPARE(label->text(), text);
+        place |= QRect(label->mapTo(&expected, QPoint()), label->size());
+    }
     const QImage told = drawn(expected, place);
     expected.hide();
 
@@ -768,7 +771,7 @@ int TestKernel::examine(bool byRoot, QByteArray &said)
     constexpr gid_t NoGroup = 65534;
     // Wherever the checkout lies, another user may go here.
     const QString program = u"/tmp/quorvelctl"_s;
-    if (!QFile::exists(program) && !QFile::copy(QStringLiteral(QUORVEL_CTL_PROGRAM), program))
+    if (!QFile::exists(program) && !QFile::copy(QStringLiteral(QUORVELCTL_PROGRAM), program))
         return -1;
     QProcess doctor;
     doctor.setProcessChannelMode(QProcess::MergedChannels);

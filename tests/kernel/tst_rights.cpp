@@ -159,9 +159,8 @@ void TestRights::initTestCase()
     QVERIFY(QDir().mkpath(u"/etc/skel/.config"_s));
     QVERIFY(makeUser(Member, {u"--groups"_s, u"plugdev"_s}));
     QVERIFY(makeUser(Stranger, {}));
-    for (const QString &file :
-         {QStringLiteral(QUORVEL_PROGRAM), QStringLiteral(QUORVEL_CTL_PROGRAM),
-          QStringLiteral(SURFACES), QStringLiteral(READER)})
+    for (const QString &file : {QStringLiteral(QUORVEL_PROGRAM), QStringLiteral(QUORVELCTL_PROGRAM),
+                                QStringLiteral(SURFACES), QStringLiteral(READER)})
         QVERIFY2(copyTo(Programs, file), qPrintable(file));
 }
 

@@ -15,7 +15,7 @@ constexpr int Frames = 200;
 } // namespace
 
 // The bars that the verdicts have to clear, on frames of which everything is known.
-class tst_evaluation : public QObject
+class TestEvaluation : public QObject
 {
     Q_OBJECT
 
@@ -91,5 +91,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_evaluation)
+QTEST_GUILESS_MAIN(TestEvaluation)
 #include "tst_evaluation.moc"

@@ -73,7 +73,7 @@ int unhealthy(const AxisVerdict &axis)
 
 } // namespace
 
-class tst_judge : public QObject
+class TestJudge : public QObject
 {
     Q_OBJECT
 
@@ -319,5 +319,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_judge)
+QTEST_GUILESS_MAIN(TestJudge)
 #include "tst_judge.moc"

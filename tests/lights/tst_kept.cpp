@@ -36,7 +36,7 @@ Measurement measured(int day, double weakest, const QString &unit = u"21-01234-1
 
 } // namespace
 
-class tst_kept : public QObject
+class TestKept : public QObject
 {
     Q_OBJECT
 
@@ -198,5 +198,5 @@ private:
     std::unique_ptr<QTemporaryDir> folder;
 };
 
-QTEST_GUILESS_MAIN(tst_kept)
+QTEST_GUILESS_MAIN(TestKept)
 #include "tst_kept.moc"

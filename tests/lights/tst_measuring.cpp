@@ -72,7 +72,7 @@ bool isPage(const Frame &frame, UCHAR axis, int first)
 
 } // namespace
 
-class tst_measuring : public QObject
+class TestMeasuring : public QObject
 {
     Q_OBJECT
 
@@ -244,5 +244,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_measuring)
+QTEST_GUILESS_MAIN(TestMeasuring)
 #include "tst_measuring.moc"

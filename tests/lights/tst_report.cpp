@@ -2,39 +2,17 @@
 
 #include "lights/judge.h"
 #include "lights/report.h"
+#include "tests/support/madeupreport.h"
 
 #include <QRegularExpression>
 #include <QSet>
 #include <QTest>
-#include <QTimeZone>
 #include <QXmlStreamReader>
 
 using namespace lights;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-Report reportOn(double weakest)
-{
-    Report report;
-    Measurement &measurement = report.measurement;
-    measurement.unit = {u"21-01234-1605"_s, u"Hall <left> & right"_s};
-    measurement.date = QDateTime(QDate(2026, 11, 21), QTime(20, 15), QTimeZone::utc());
-    for (AxisMeasurement *axis : {&measurement.x, &measurement.y}) {
-        axis->lights = axis == &measurement.x ? 64 : 40;
-        axis->pitch = 5;
-        for (int s = 0; s < 3; ++s)
-            axis->scans.emplace_back(size_t(axis->lights), 210.0F);
-    }
-    for (Scan &scan : measurement.x.scans) {
-        scan[20] = float(weakest);
-        for (size_t i = 40; weakest < 200 && i < 48; ++i)
-            scan[i] = 0;
-    }
-    report.verdicts = judge(measurement);
-    report.version = u"quorvelctl 3.0.1.0"_s;
-    return report;
-}
 
 // Elements of a page, which has to be well-formed; nothing else is read by everybody alike.
 struct Page
@@ -71,14 +49,14 @@ struct Page
 
 } // namespace
 
-class tst_report : public QObject
+class TestReport : public QObject
 {
     Q_OBJECT
 
 private slots:
     void a_page_is_whole_and_needs_nothing_else()
     {
-        const QByteArray html = toHtml(reportOn(100));
+        const QByteArray html = toHtml(madeUpReport(100));
         const Page page(html);
         QCOMPARE(page.problem, QString());
         for (const char *foreign : {"<script", "<link", "<img", "http:", "https:", "url("})
@@ -90,7 +68,7 @@ private slots:
 
     void it_says_who_when_and_what()
     {
-        const Page page(toHtml(reportOn(100)));
+        const Page page(toHtml(madeUpReport(100)));
         const QString words = page.texts[u"td"_s].join(u'\n');
         QVERIFY(words.contains(u"Hall <left> & right"_s));
         QVERIFY(words.contains(u"21-01234-1605"_s));
@@ -108,7 +86,7 @@ private slots:
 
     void a_healthy_frame_passes()
     {
-        const Page page(toHtml(reportOn(210)));
+        const Page page(toHtml(madeUpReport(210)));
         QCOMPARE(page.problem, QString());
         QVERIFY(page.texts[u"p"_s].contains(u"PASS"_s));
         QVERIFY(page.texts[u"p"_s].contains(u"Nothing was found."_s));
@@ -117,7 +95,7 @@ private slots:
 
     void whoever_does_not_see_it_is_told_what_there_is()
     {
-        const Page page(toHtml(reportOn(100)));
+        const Page page(toHtml(madeUpReport(100)));
         QCOMPARE(page.count[u"svg"_s], 3);
         QCOMPARE(page.attributes[u"svg role"_s], QStringList(3, u"img"_s));
         QCOMPARE(page.attributes[u"svg aria-label"_s].size(), 3);
@@ -132,7 +110,7 @@ private slots:
 
     void every_light_is_in_the_pictures_and_in_the_table()
     {
-        const Page page(toHtml(reportOn(100)));
+        const Page page(toHtml(madeUpReport(100)));
         const QStringList classes = page.attributes[u"rect class"_s];
         QCOMPARE(classes.count(u"healthy"_s), 2 * (64 + 40 - 9)); // at both edges
         QCOMPARE(classes.count(u"dead"_s), 2 * 8);
@@ -146,17 +124,18 @@ private slots:
 
     void a_comparison_has_its_own_part()
     {
-        Report report = reportOn(100);
-        report.baseline = reportOn(210).measurement;
+        Report report = madeUpReport(100);
+        report.baseline = madeUpReport(210).measurement;
         report.changes = changesSince(judge(*report.baseline), report.verdicts);
         report.trend = trendOf({*report.baseline, report.measurement});
         const Page page(toHtml(report));
         QVERIFY(page.texts[u"h2"_s].contains(u"Since it was in good order"_s));
         QVERIFY(page.texts[u"td"_s].contains(u"-52.4"_s));
-        QVERIFY(
-            !Page(toHtml(reportOn(100))).texts[u"h2"_s].contains(u"Since it was in good order"_s));
+        QVERIFY(!Page(toHtml(madeUpReport(100)))
+                     .texts[u"h2"_s]
+                     .contains(u"Since it was in good order"_s));
     }
 };
 
-QTEST_GUILESS_MAIN(tst_report)
+QTEST_GUILESS_MAIN(TestReport)
 #include "tst_report.moc"

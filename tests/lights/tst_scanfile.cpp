@@ -34,7 +34,7 @@ const QByteArray Title("Date,Time,X000,X001,X002,Y000,Y001,NG/PASS\n");
 
 } // namespace
 
-class tst_scanfile : public QObject
+class TestScanFile : public QObject
 {
     Q_OBJECT
 
@@ -270,5 +270,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_scanfile)
+QTEST_GUILESS_MAIN(TestScanFile)
 #include "tst_scanfile.moc"

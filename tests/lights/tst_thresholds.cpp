@@ -8,7 +8,7 @@
 using lights::Thresholds;
 using namespace Qt::StringLiterals;
 
-class tst_thresholds : public QObject
+class TestThresholds : public QObject
 {
     Q_OBJECT
 
@@ -80,5 +80,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_thresholds)
+QTEST_GUILESS_MAIN(TestThresholds)
 #include "tst_thresholds.moc"

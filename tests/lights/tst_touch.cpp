@@ -70,7 +70,7 @@ const TouchFault *claimAt(const std::vector<TouchFault> &claims, Axis axis, doub
 
 } // namespace
 
-class tst_touch : public QObject
+class TestTouch : public QObject
 {
     Q_OBJECT
 
@@ -215,5 +215,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_touch)
+QTEST_GUILESS_MAIN(TestTouch)
 #include "tst_touch.moc"

@@ -20,9 +20,10 @@ bool isLoaded(const QByteArray &library)
 
 } // namespace
 
-class tst_modules : public QObject
+class TestModules : public QObject
 {
     Q_OBJECT
+
 private slots:
     void what_is_loaded_is_found() { QVERIFY(isLoaded("libQt6Core")); }
 
@@ -70,5 +71,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_modules)
+QTEST_GUILESS_MAIN(TestModules)
 #include "tst_modules.moc"

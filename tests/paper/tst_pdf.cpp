@@ -6,6 +6,7 @@
 #include "lights/report.h"
 #include "paper/painted.h"
 #include "paper/pdf.h"
+#include "tests/support/madeupreport.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -15,34 +16,11 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimeZone>
 
 using namespace lights;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// Light 20 of X is weak, lights 40 to 47 are dark.
-Report reportOnFaults()
-{
-    Report report;
-    Measurement &measurement = report.measurement;
-    measurement.unit = {u"21-01234-1605"_s, u"Hall <left> & right"_s};
-    measurement.date = QDateTime(QDate(2026, 11, 21), QTime(20, 15), QTimeZone::utc());
-    for (AxisMeasurement *axis : {&measurement.x, &measurement.y}) {
-        axis->lights = axis == &measurement.x ? 64 : 40;
-        axis->pitch = 5;
-        for (int s = 0; s < 3; ++s)
-            axis->scans.emplace_back(size_t(axis->lights), 210.0F);
-    }
-    for (Scan &scan : measurement.x.scans) {
-        scan[20] = 100;
-        std::fill(scan.begin() + 40, scan.begin() + 48, 0.0F);
-    }
-    report.verdicts = judge(measurement);
-    report.version = u"quorvelctl 3.0.1.0"_s;
-    return report;
-}
 
 QByteArray output(const QString &program, const QStringList &arguments, const QByteArray &in = {})
 {
@@ -66,10 +44,11 @@ int count(const QImage &picture, QColor color)
 
 } // namespace
 
-class tst_pdf : public QObject
+class TestPdf : public QObject
 {
     Q_OBJECT
 
+private:
     QTemporaryDir folder;
 
     QString print(const QByteArray &html)
@@ -91,7 +70,7 @@ class tst_pdf : public QObject
 private slots:
     void a_viewer_reads_the_words_of_the_page()
     {
-        const QString pdf = print(toHtml(reportOnFaults()));
+        const QString pdf = print(toHtml(madeUpReport(100)));
         const QString words =
             QString::fromUtf8(output(u"pdftotext"_s, {u"-layout"_s, pdf, u"-"_s})).simplified();
         for (const QString &expected :
@@ -107,7 +86,7 @@ private slots:
 
     void a_viewer_shows_the_pictures()
     {
-        const QImage first = page(print(toHtml(reportOnFaults())), 1);
+        const QImage first = page(print(toHtml(madeUpReport(100))), 1);
         QCOMPARE(first.width(), 620); // 210 mm
         // Healthy lights, and the stretch of the broken board.
         QVERIFY(count(first, QColor(0x56, 0xB4, 0xE9)) > 500);
@@ -146,27 +125,27 @@ private slots:
 
     void a_program_prints_for_those_without_fonts()
     {
-        const QByteArray html = toHtml(reportOnFaults());
-        const QByteArray pdf = output(QStringLiteral(QUORVEL_PRINT), {}, html);
+        const QByteArray html = toHtml(madeUpReport(100));
+        const QByteArray pdf = output(QStringLiteral(QUORVEL_PRINT_PROGRAM), {}, html);
         QVERIFY(pdf.startsWith("%PDF-"));
         QVERIFY(pdf.trimmed().endsWith("%%EOF"));
-        QCOMPARE(output(QStringLiteral(QUORVEL_PRINT), {}, "no page"), QByteArray());
+        QCOMPARE(output(QStringLiteral(QUORVEL_PRINT_PROGRAM), {}, "no page"), QByteArray());
     }
 
     void the_command_line_writes_it()
     {
         QFile file(folder.filePath(u"scans.json"_s));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QJsonDocument(toJson(reportOnFaults())).toJson());
+        file.write(QJsonDocument(toJson(madeUpReport(100))).toJson());
         file.close();
         const QString pdf = folder.filePath(u"ctl.pdf"_s);
         const QByteArray said =
-            output(QStringLiteral(QUORVELCTL),
+            output(QStringLiteral(QUORVELCTL_PROGRAM),
                    {u"lights"_s, u"check"_s, u"--from"_s, file.fileName(), u"--report"_s, pdf});
         QVERIFY2(said.startsWith("SERVICE NEEDED"), said.constData());
         QVERIFY(output(u"pdftotext"_s, {pdf, u"-"_s}).contains("SERVICE NEEDED"));
     }
 };
 
-QTEST_MAIN(tst_pdf)
+QTEST_MAIN(TestPdf)
 #include "tst_pdf.moc"

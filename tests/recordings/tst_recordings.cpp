@@ -9,7 +9,7 @@
 using namespace Qt::StringLiterals;
 using namespace outside;
 
-class tst_recordings : public QObject
+class TestRecordings : public QObject
 {
     Q_OBJECT
 
@@ -69,5 +69,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(tst_recordings)
+QTEST_MAIN(TestRecordings)
 #include "tst_recordings.moc"

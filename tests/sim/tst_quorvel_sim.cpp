@@ -32,7 +32,7 @@ struct Outcome
 Outcome run(const QStringList &arguments, const QByteArray &input = {})
 {
     QProcess process;
-    process.start(QStringLiteral(QUORVEL_SIM), arguments);
+    process.start(QStringLiteral(QUORVEL_SIM_PROGRAM), arguments);
     process.write(input);
     process.closeWriteChannel();
     if (!process.waitForFinished(LongEnoughMs)) {
@@ -274,7 +274,7 @@ void TestQuorvelSim::a_serial_line_is_linked_answers_and_is_gone_at_the_end()
     QTemporaryDir home;
     const QString link = home.filePath(u"frame"_s);
     QProcess process;
-    process.start(QStringLiteral(QUORVEL_SIM), {u"serial"_s, u"--link"_s, link});
+    process.start(QStringLiteral(QUORVEL_SIM_PROGRAM), {u"serial"_s, u"--link"_s, link});
     QByteArray out;
     const auto says = [&](const char *words) {
         process.waitForReadyRead(10);
@@ -328,7 +328,8 @@ void TestQuorvelSim::a_recording_is_replayed_and_departures_are_told()
 
     const QString link = home.filePath(u"frame"_s);
     QProcess process;
-    process.start(QStringLiteral(QUORVEL_SIM), {u"replay"_s, file.fileName(), u"--link"_s, link});
+    process.start(QStringLiteral(QUORVEL_SIM_PROGRAM),
+                  {u"replay"_s, file.fileName(), u"--link"_s, link});
     QByteArray out;
     const auto says = [&](const char *words) {
         process.waitForReadyRead(10);
@@ -365,9 +366,10 @@ void TestQuorvelSim::a_recording_is_replayed_and_departures_are_told()
 
 void TestQuorvelSim::what_is_no_recording_is_refused()
 {
-    const Outcome outcome = run({u"replay"_s, QStringLiteral(QUORVEL_SIM)});
+    const Outcome outcome = run({u"replay"_s, QStringLiteral(QUORVEL_SIM_PROGRAM)});
     QCOMPARE(outcome.code, 2);
-    QVERIFY2(outcome.err.startsWith(QUORVEL_SIM ": is no capture file: "), outcome.err.constData());
+    QVERIFY2(outcome.err.startsWith(QUORVEL_SIM_PROGRAM ": is no capture file: "),
+             outcome.err.constData());
     QCOMPARE(outcome.out, "");
 }
 
@@ -426,7 +428,7 @@ void TestQuorvelSim::the_end_of_input_alone_ends_nothing_and_a_signal_does()
     QFETCH(int, signal);
 
     QProcess process;
-    process.start(QStringLiteral(QUORVEL_SIM), {u"usb"_s, u"--unplugged"_s});
+    process.start(QStringLiteral(QUORVEL_SIM_PROGRAM), {u"usb"_s, u"--unplugged"_s});
     process.write("wait 0\n");
     process.closeWriteChannel();
     QByteArray out;

@@ -107,7 +107,7 @@ struct Device
 
 } // namespace
 
-class tst_replay : public QObject
+class TestReplay : public QObject
 {
     Q_OBJECT
 
@@ -423,5 +423,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_replay)
+QTEST_GUILESS_MAIN(TestReplay)
 #include "tst_replay.moc"

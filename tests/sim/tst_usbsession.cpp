@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "sim/usbsession.h"
+#include "tests/support/files.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -11,23 +12,6 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using sim::Profile;
 using sim::UsbSession;
-
-namespace {
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-QByteArray read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-}
-
-} // namespace
 
 // A directory stands in for the controller. Unlike the kernel it does not keep the host's end of
 // the socket, so that the device soon finds itself alone.
@@ -59,10 +43,10 @@ void TestUsbSession::init()
 {
     profile = Profile();
     controller = std::make_unique<QTemporaryDir>();
-    write(controller->filePath(u"status"_s), "hub port sta spd dev      sockfd local_busid\n"
-                                             "hs  0003 004 000 00000000 000000 0-0\n");
-    write(controller->filePath(u"attach"_s), {});
-    write(controller->filePath(u"detach"_s), {});
+    writeFile(controller->filePath(u"status"_s), "hub port sta spd dev      sockfd local_busid\n"
+                                                 "hs  0003 004 000 00000000 000000 0-0\n");
+    writeFile(controller->filePath(u"attach"_s), {});
+    writeFile(controller->filePath(u"detach"_s), {});
 }
 
 void TestUsbSession::a_session_starts_unplugged()
@@ -71,8 +55,8 @@ void TestUsbSession::a_session_starts_unplugged()
     QVERIFY(!frame->plugged());
     QVERIFY(!frame->unplug());
     QVERIFY(!frame->touch({1, 1}));
-    QCOMPARE(read(controller->filePath(u"attach"_s)), "");
-    QCOMPARE(read(controller->filePath(u"detach"_s)), "");
+    QCOMPARE(contentOf(controller->filePath(u"attach"_s)), "");
+    QCOMPARE(contentOf(controller->filePath(u"detach"_s)), "");
 }
 
 void TestUsbSession::plugging_takes_a_port_and_unplugging_gives_it_back()
@@ -81,11 +65,11 @@ void TestUsbSession::plugging_takes_a_port_and_unplugging_gives_it_back()
     QSignalSpy logged(frame.get(), &UsbSession::logged);
     QCOMPARE(frame->plug(), QString());
     QCOMPARE(frame->port(), std::optional(3));
-    QVERIFY(read(controller->filePath(u"attach"_s)).startsWith("3 "));
+    QVERIFY(contentOf(controller->filePath(u"attach"_s)).startsWith("3 "));
     QCOMPARE(frame->plug(), u"it is plugged already"_s);
     QVERIFY(frame->touch({5, 6}));
     QVERIFY(frame->unplug());
-    QCOMPARE(read(controller->filePath(u"detach"_s)), "3");
+    QCOMPARE(contentOf(controller->filePath(u"detach"_s)), "3");
     QVERIFY(!frame->unplug());
     QStringList lines;
     for (const QList<QVariant> &call : logged)

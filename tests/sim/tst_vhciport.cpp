@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "sim/vhciport.h"
+#include "tests/support/files.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,19 +17,6 @@ using sim::VhciPort;
 namespace {
 
 constexpr auto Heading = "hub port sta spd dev      sockfd local_busid\n";
-
-void write(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
-
-QByteArray read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-}
 
 } // namespace
 
@@ -56,12 +44,12 @@ private:
 void TestVhciPort::init()
 {
     controller = std::make_unique<QTemporaryDir>();
-    write(path(u"status"_s), QByteArray(Heading) + "hs  0000 006 002 00010002 000005 1-1\n"
-                                                   "hs  0001 004 000 00000000 000000 0-0\n"
-                                                   "hs  0002 004 000 00000000 000000 0-0\n"
-                                                   "ss  0008 004 000 00000000 000000 0-0\n");
-    write(path(u"attach"_s), {});
-    write(path(u"detach"_s), {});
+    writeFile(path(u"status"_s), QByteArray(Heading) + "hs  0000 006 002 00010002 000005 1-1\n"
+                                                       "hs  0001 004 000 00000000 000000 0-0\n"
+                                                       "hs  0002 004 000 00000000 000000 0-0\n"
+                                                       "ss  0008 004 000 00000000 000000 0-0\n");
+    writeFile(path(u"attach"_s), {});
+    writeFile(path(u"detach"_s), {});
 }
 
 void TestVhciPort::the_first_free_full_speed_port_is_taken()
@@ -70,21 +58,21 @@ void TestVhciPort::the_first_free_full_speed_port_is_taken()
     QVERIFY(!port.number());
     QCOMPARE(port.attach(7), QString());
     QCOMPARE(port.number(), std::optional(1));
-    QCOMPARE(read(path(u"attach"_s)), "1 7 65538 2");
+    QCOMPARE(contentOf(path(u"attach"_s)), "1 7 65538 2");
 }
 
 void TestVhciPort::detaching_names_the_port_once()
 {
     VhciPort port(controller->path());
     port.detach();
-    QCOMPARE(read(path(u"detach"_s)), "");
+    QCOMPARE(contentOf(path(u"detach"_s)), "");
     port.attach(7);
     port.detach();
-    QCOMPARE(read(path(u"detach"_s)), "1");
+    QCOMPARE(contentOf(path(u"detach"_s)), "1");
     QVERIFY(!port.number());
-    write(path(u"detach"_s), {});
+    writeFile(path(u"detach"_s), {});
     port.detach();
-    QCOMPARE(read(path(u"detach"_s)), "");
+    QCOMPARE(contentOf(path(u"detach"_s)), "");
 }
 
 void TestVhciPort::a_port_that_goes_out_of_scope_is_detached()
@@ -93,7 +81,7 @@ void TestVhciPort::a_port_that_goes_out_of_scope_is_detached()
         VhciPort port(controller->path());
         port.attach(7);
     }
-    QCOMPARE(read(path(u"detach"_s)), "1");
+    QCOMPARE(contentOf(path(u"detach"_s)), "1");
 }
 
 void TestVhciPort::no_controller_says_what_to_load()
@@ -106,12 +94,12 @@ void TestVhciPort::no_controller_says_what_to_load()
 
 void TestVhciPort::no_free_port_says_so()
 {
-    write(path(u"status"_s), QByteArray(Heading) + "hs  0000 006 002 00010002 000005 1-1\n"
-                                                   "ss  0008 004 000 00000000 000000 0-0\n");
+    writeFile(path(u"status"_s), QByteArray(Heading) + "hs  0000 006 002 00010002 000005 1-1\n"
+                                                       "ss  0008 004 000 00000000 000000 0-0\n");
     VhciPort port(controller->path());
     QCOMPARE(port.attach(7),
              u"no port of the virtual host controller is free: unplug another virtual device"_s);
-    QCOMPARE(read(path(u"attach"_s)), "");
+    QCOMPARE(contentOf(path(u"attach"_s)), "");
 }
 
 void TestVhciPort::missing_rights_say_so()

@@ -2,11 +2,11 @@
 
 #pragma once
 
-// The real program and the simulated frame, seen and handled from outside: windows by title and
-// size, the mouse and the keyboard by the X server, the frame by lines. Needs QUORVEL_SIM_PROGRAM.
+// A program and the simulated frame, seen and handled from outside: windows by title and size, the
+// mouse and the keyboard by the X server, the frame by lines. Needs QUORVEL_SIM_PROGRAM.
 
-#include <QDir>
-#include <QFile>
+#include "tests/support/hand.h"
+
 #include <QGuiApplication>
 #include <QImage>
 #include <QPixmap>
@@ -15,7 +15,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -25,46 +24,12 @@
 namespace outside {
 
 using namespace Qt::StringLiterals;
+using namespace hand;
 
 // Emulated, and on a machine that may be busy.
 inline constexpr int PatienceMs = 30'000;
 // How long something that must not come is waited for.
 inline constexpr int SilenceMs = 1500;
-// Where things are in the tool's windows.
-inline constexpr QSize MainWindowSize(350, 272);
-inline constexpr QSize QuestionSize(421, 106);
-inline constexpr QPoint CalibrationButton(283, 77);
-inline constexpr QPoint RotationButton(296, 170);
-inline constexpr QPoint VersionButton(255, 234);
-inline constexpr QPoint ResetButton(85, 234);
-inline constexpr QPoint YesButton(130, 75);
-inline constexpr QRect StatusLine(12, 250, 326, 20);
-inline constexpr QSize UsageSize(332, 307);
-inline constexpr QPoint AdvanceButton(49, 283);
-inline constexpr QSize GesturesSize(332, 447);
-inline constexpr QPoint LongerButton(292, 100);
-inline constexpr QPoint ApplyButton(287, 420);
-inline constexpr QSize RotationSize(332, 166);
-inline constexpr QPoint Button270(270, 85);
-inline constexpr QRect RotationShown(170, 30, 71, 20);
-inline constexpr QPoint RotationOk(252, 143);
-inline constexpr QSize VersionSize(190, 180);
-inline constexpr QPoint DoubleClickRange(214, 268);
-inline constexpr QSize DiagnosticsSize(131, 148);
-inline constexpr QPoint TestButton(65, 32);
-inline constexpr QPoint LightsButton(65, 72);
-inline constexpr QSize SignalTestSize(1000, 650);
-inline constexpr QPoint AllTestButton(175, 605);
-inline constexpr QRect SignalPlot(70, 50, 880, 490);
-// On the light screen, which is the whole screen.
-inline constexpr QPoint XLight47(640, 760);
-inline constexpr QPoint MinAdcField(450, 110);
-inline constexpr QPoint SetButton(475, 261);
-inline constexpr QPoint SwitchButton(490, 340);
-inline constexpr QPoint PlusButton(435, 469);
-inline constexpr QPoint LightsExit(597, 480);
-inline constexpr int Targets = 4;
-
 inline bool within(int ms, const std::function<bool()> &condition)
 {
     return QTest::qWaitFor(condition, ms);
@@ -147,8 +112,7 @@ inline std::optional<Window> windowTitled(QByteArrayView title)
 
 inline bool bringToFront(const Window &window)
 {
-    return QProcess::execute(u"xdotool"_s,
-                             {u"windowactivate"_s, u"--sync"_s, QString::number(window.id)}) == 0;
+    return does({u"windowactivate"_s, u"--sync"_s, QString::number(window.id)});
 }
 
 inline QImage seen(const QRect &part)
@@ -169,58 +133,6 @@ inline bool isBlank(const QImage &image)
 inline QRect wholeScreen()
 {
     return QGuiApplication::primaryScreen()->geometry();
-}
-
-inline bool showsCalibration()
-{
-    return windowSized("MalvoTools", wholeScreen().size()).has_value();
-}
-
-inline std::optional<Window> question()
-{
-    return windowSized("MalvoTools", QuestionSize);
-}
-
-inline QPoint targetAt(int number)
-{
-    const int right = wholeScreen().width() / 8 * 7;
-    const int bottom = wholeScreen().height() / 8 * 7;
-    const int left = wholeScreen().width() / 8;
-    const int top = wholeScreen().height() / 8;
-    const std::array<QPoint, Targets> places{QPoint(left, top), QPoint(right, top),
-                                             QPoint(right, bottom), QPoint(left, bottom)};
-    return places.at(size_t(number));
-}
-
-// All four arms of a white cross on blue, between rings of 16 to 24 pixels and of 24 to 32.
-inline bool showsTarget(QPoint place)
-{
-    constexpr int Arm = 20;
-    constexpr int Beside = 46;
-    const QImage image = seen(QRect(place - QPoint(Beside, Beside), QSize(2 * Beside, 2 * Beside)));
-    const QPoint centre(Beside, Beside);
-    const auto isWhite = [&image](QPoint at) {
-        for (int dx = -2; dx <= 2; ++dx) {
-            if (qRed(image.pixel(at + QPoint(dx, 0))) > 200)
-                return true;
-        }
-        return false;
-    };
-    return isWhite(centre + QPoint(Arm, Arm)) && isWhite(centre + QPoint(-Arm, Arm)) &&
-           isWhite(centre + QPoint(Arm, -Arm)) && isWhite(centre + QPoint(-Arm, -Arm)) &&
-           image.pixelColor(0, Beside) == QColor(Qt::blue);
-}
-
-inline bool click(QPoint place, int button = 1)
-{
-    return QProcess::execute(u"xdotool"_s, {u"mousemove"_s, QString::number(place.x()),
-                                            QString::number(place.y()), u"click"_s,
-                                            QString::number(button)}) == 0;
-}
-
-inline bool press(const QString &key)
-{
-    return QProcess::execute(u"xdotool"_s, {u"key"_s, key}) == 0;
 }
 
 // A program whose words are kept.
@@ -297,88 +209,5 @@ private:
         return inTime([this, count] { return answers().size() >= count; });
     }
 };
-
-// Opens the calibration screen and touches the first targets, each when it is shown and the frame
-// waits for it. Touches come to the frame, as a finger's do, not to the mouse.
-inline QString touchTargets(
-    VirtualFrame &frame, QPoint mainWindow, int count,
-    const std::function<void(const QString &picture)> &seenTarget = [](const QString &) {})
-{
-    const auto asked = [&frame](int step) {
-        return frame.heard("host > frame  calibration: step " + QByteArray::number(step));
-    };
-    std::array<qsizetype, Targets> before{};
-    for (int target = 0; target < count; ++target)
-        before.at(size_t(target)) = asked(target + 1);
-    if (!click(mainWindow + CalibrationButton))
-        return u"the mouse could not be clicked"_s;
-    if (!inTime(showsCalibration))
-        return u"the calibration screen did not open"_s;
-    for (int target = 0; target < count; ++target) {
-        const QPoint place = targetAt(target);
-        if (!inTime([place] { return showsTarget(place); }))
-            return u"target %1 is not shown"_s.arg(target);
-        if (!inTime([&, target] { return asked(target + 1) > before.at(size_t(target)); }))
-            return u"the tool did not answer step %1"_s.arg(target + 1);
-        seenTarget(u"target-%1"_s.arg(target));
-        if (!frame.does("touch " + QByteArray::number(place.x()) + ' ' +
-                        QByteArray::number(place.y())))
-            return u"target %1 was not touched"_s.arg(target);
-    }
-    return {};
-}
-
-// Through the context menu of the main window and the usage dialog.
-inline QString openGestures(QPoint mainWindow)
-{
-    if (!click(mainWindow + StatusLine.center(), 3))
-        return u"the mouse could not be clicked"_s;
-    std::optional<Window> usage;
-    // The menu takes the key once it is there; the dialog does nothing with it.
-    if (!inTime([&usage] {
-            return (usage = windowSized("MalvoTools", UsageSize)) || !press(u"s"_s);
-        }) ||
-        !usage)
-        return u"the usage dialog did not open"_s;
-    if (!click(usage->geometry.topLeft() + AdvanceButton))
-        return u"the mouse could not be clicked"_s;
-    if (!inTime([] { return windowSized("Advanced Setting", GesturesSize).has_value(); }))
-        return u"the gesture dialog did not open"_s;
-    return {};
-}
-
-// From the gestures, by the key that opens the menu of the diagnostics.
-inline QString openDiagnostics(QPoint mainWindow)
-{
-    if (QString problem = openGestures(mainWindow); !problem.isEmpty())
-        return problem;
-    if (!click(windowSized("Advanced Setting", GesturesSize)->geometry.topLeft() +
-               DoubleClickRange))
-        return u"the mouse could not be clicked"_s;
-    if (!press(u"c"_s))
-        return u"the key could not be pressed"_s;
-    if (!inTime([] { return windowSized("MalvoTools", DiagnosticsSize).has_value(); }))
-        return u"the menu of the diagnostics did not open"_s;
-    return {};
-}
-
-// On the light screen a click does nothing until counts and light have been read.
-inline bool clickUntilHeard(const VirtualFrame &frame, QPoint place, const QByteArray &words)
-{
-    const auto heard = [&] { return frame.heard(words) > 0; };
-    return inTime([&] { return !click(place) || within(SilenceMs, heard); }) && heard();
-}
-
-// How many pixels of the signal test's plot have a colour.
-inline int plotted(const Window &test, QColor colour)
-{
-    const QImage plot = seen(SignalPlot.translated(test.geometry.topLeft()));
-    int count = 0;
-    for (int y = 0; y < plot.height(); ++y) {
-        for (int x = 0; x < plot.width(); ++x)
-            count += plot.pixelColor(x, y) == colour ? 1 : 0;
-    }
-    return count;
-}
 
 } // namespace outside

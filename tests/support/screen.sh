@@ -13,15 +13,10 @@ until_true() {
     done
 }
 
+not() { ! "$@"; }
+
 # until_false SECONDS COMMAND...
-until_false() {
-    local end=$((SECONDS + $1 + 1))
-    shift
-    while "$@"; do
-        [ "$SECONDS" -lt "$end" ] || return 1
-        sleep 0.05
-    done
-}
+until_false() { until_true "$1" not "${@:2}"; }
 
 # window_sized TITLE W H: prints the visible window with that title and inner size, give or take
 # the pixel by which scaled sizes are rounded.

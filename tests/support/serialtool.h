@@ -4,16 +4,12 @@
 
 // The real program, and a frame on a serial line that it is told to use.
 
-#include "tests/support/outside.h"
+#include "tests/support/outsidetool.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 
 namespace outside {
-
-inline constexpr QSize ConnectSize(400, 378);
-inline constexpr QPoint UartChoice(64, 73);
-inline constexpr QPoint PortField(174, 105);
-inline constexpr QPoint OpenButton(160, 203);
 
 // Needs QUORVEL_PROGRAM too. Each function returns what went wrong, or nothing.
 class SerialTool
@@ -47,7 +43,7 @@ public:
             return u"the connection dialog did not open"_s;
         const QPoint corner = dialog->geometry.topLeft();
         if (!click(corner + UartChoice) || !click(corner + PortField) || !press(u"ctrl+a"_s) ||
-            QProcess::execute(u"xdotool"_s, {u"type"_s, port()}) != 0)
+            !does({u"type"_s, port()}))
             return u"the port could not be chosen"_s;
         // On a busy machine the frame may look at the line too late, and take noise for a rate.
         const qsizetype before = frame.heard(Rate);

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "config/xml_class.h"
+#include "tests/support/files.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 // A home directory with the settings of this test alone.
@@ -22,12 +22,12 @@ public:
     SettingsHome &operator=(const SettingsHome &) = delete;
     ~SettingsHome() { XML_CLASS::useHome(QString()); }
 
-    QString path() const { return home.filePath(QStringLiteral(".config/ForQuorvel")); }
-    QByteArray content() const
-    {
-        QFile file(path());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QString folder() const { return home.path(); }
+    QString filePath(const QString &name) const { return home.filePath(name); }
+    // Of the settings, as is their content.
+    QString path() const { return filePath(QStringLiteral(".config/ForQuorvel")); }
+    QByteArray content() const { return contentOf(path(), {}); }
+    void setContent(const QByteArray &bytes) const { writeFile(path(), bytes); }
     // What one element of the file holds.
     QByteArray element(const QByteArray &name) const
     {
@@ -45,10 +45,7 @@ public:
         QByteArray text = content();
         if (!text.contains(old))
             qFatal("%s has no element %s", qPrintable(path()), name.constData());
-        text.replace(old, '<' + name + '>' + value + "</" + name + '>');
-        QFile file(path());
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-            qFatal("cannot edit %s", qPrintable(path()));
+        setContent(text.replace(old, '<' + name + '>' + value + "</" + name + '>'));
     }
     void removeConfigDirectory() const
     {

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QApplication>
+#include <QImage>
+#include <QPushButton>
+#include <QString>
+#include <QTest>
+#include <QWidget>
+
+// What a test looks for among the windows of the tool.
+
+// The first window of a class; nullptr without one.
+template <typename Window>
+Window *topLevel()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *found = qobject_cast<Window *>(widget))
+            return found;
+    }
+    return nullptr;
+}
+
+// All that a user knows as windows, shown or not.
+inline QWidgetList windowsOfTool()
+{
+    QWidgetList all;
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->inherits("QDialog") || window->inherits("QMainWindow"))
+            all.append(window);
+    }
+    return all;
+}
+
+template <typename Widget = QPushButton>
+Widget *in(const QWidget *parent, const char *name)
+{
+    return parent->findChild<Widget *>(QString::fromLatin1(name));
+}
+
+// A button, as a mouse does.
+inline void press(const QWidget *parent, const char *name)
+{
+    QTest::mouseClick(in(parent, name), Qt::LeftButton);
+}
+
+inline int pixelsOf(const QImage &image, QColor colour)
+{
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixelColor(x, y) == colour ? 1 : 0;
+    }
+    return count;
+}
