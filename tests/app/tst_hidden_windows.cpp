@@ -69,7 +69,8 @@ private:
             show();
             QVERIFY(QTest::qWaitForWindowExposed(&window));
             QTest::qWait(50);
-            QVERIFY2(memoryKiB() - before > screenKiB, "its picture was not seen while it was there");
+            QVERIFY2(memoryKiB() - before > screenKiB,
+                     "its picture was not seen while it was there");
             window.hide();
             QTest::qWait(100);
             growth += memoryKiB() - before;

@@ -47,15 +47,19 @@ public:
     {
         for (int target = first; target <= last; ++target) {
             const QPoint place = targetAt(target);
-            if (!inTime([place] { return showsTarget(place); }) ||
-                !inTime([&] { return said("calibration: step " + QByteArray::number(target + 1)); }))
+            if (!inTime([place] { return showsTarget(place); }) || !inTime([&] {
+                    return said("calibration: step " + QByteArray::number(target + 1));
+                }))
                 return u"target %1 is not shown"_s.arg(target);
             if (!click(place))
                 return u"target %1 cannot be clicked"_s.arg(target);
         }
         return {};
     }
-    bool opensCalibration() { return click(window + CalibrationButton) && inTime(showsCalibration); }
+    bool opensCalibration()
+    {
+        return click(window + CalibrationButton) && inTime(showsCalibration);
+    }
     // A calibration that is open, from this target to where it is kept.
     QString keepCalibration(int first = 0)
     {
@@ -70,7 +74,10 @@ public:
             return u"the calibration is not saved"_s;
         return {};
     }
-    bool said(const QByteArray &words) const { return tool.output.contains("host > frame  " + words); }
+    bool said(const QByteArray &words) const
+    {
+        return tool.output.contains("host > frame  " + words);
+    }
     bool endsWell()
     {
         Program second;
@@ -119,10 +126,9 @@ bool managesWindows()
 // Where the program's icon is in a tray; nothing without one.
 std::optional<QPoint> iconOf(const Program &tool)
 {
-    const QList<QByteArray> ids =
-        output(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--pid"_s,
-                              QString::number(tool.process.processId())})
-            .split('\n');
+    const QList<QByteArray> ids = output(u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--pid"_s,
+                                                        QString::number(tool.process.processId())})
+                                      .split('\n');
     for (const QByteArray &id : ids) {
         QRect place;
         for (const QByteArray &line :
@@ -163,14 +169,13 @@ private:
     bool startTray()
     {
         tray = std::make_unique<Part>();
-        return tray->start(u"trayer"_s,
-                           {u"--edge"_s, u"bottom"_s, u"--align"_s, u"right"_s, u"--widthtype"_s,
-                            u"request"_s, u"--height"_s, u"28"_s, u"--SetDockType"_s, u"true"_s},
-                           [] {
-                               return !output(u"xdotool"_s,
-                                              {u"search"_s, u"--class"_s, u"^trayer$"_s})
-                                           .isEmpty();
-                           });
+        return tray->start(
+            u"trayer"_s,
+            {u"--edge"_s, u"bottom"_s, u"--align"_s, u"right"_s, u"--widthtype"_s, u"request"_s,
+             u"--height"_s, u"28"_s, u"--SetDockType"_s, u"true"_s},
+            [] {
+                return !output(u"xdotool"_s, {u"search"_s, u"--class"_s, u"^trayer$"_s}).isEmpty();
+            });
     }
     static bool setDescriptors(const Program &tool, rlim_t most)
     {
@@ -260,9 +265,8 @@ private slots:
         QVERIFY(inTime([&] { return iconOf(demo.tool).has_value(); }));
         QVERIFY(inTime([&] {
             const auto icon = iconOf(demo.tool);
-            return icon && click(*icon) && within(1000, [] {
-                return windowTitled(Simulated).has_value();
-            });
+            return icon && click(*icon) &&
+                   within(1000, [] { return windowTitled(Simulated).has_value(); });
         }));
         QVERIFY(demo.endsWell());
     }
@@ -270,14 +274,12 @@ private slots:
     void the_message_bus_may_go()
     {
         Part bus;
-        bus.process.start(u"dbus-daemon"_s,
-                          {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
+        bus.process.start(u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--print-address"_s});
         QVERIFY(bus.process.waitForReadyRead());
         const QByteArray address = bus.process.readLine().trimmed();
         const QByteArray usual = qgetenv("DBUS_SESSION_BUS_ADDRESS");
         qputenv("DBUS_SESSION_BUS_ADDRESS", address);
-        const auto back =
-            qScopeGuard([&usual] { qputenv("DBUS_SESSION_BUS_ADDRESS", usual); });
+        const auto back = qScopeGuard([&usual] { qputenv("DBUS_SESSION_BUS_ADDRESS", usual); });
         Demo demo;
         QCOMPARE(demo.begin(), QString());
         const QString path = QString::fromLatin1(address.mid(address.indexOf('=') + 1));
@@ -309,9 +311,8 @@ private slots:
             QVERIFY(setDescriptors(serial.tool, next + room));
             const qsizetype rates = serial.frame.heard("host > frame  serial rate");
             QVERIFY2(inTime([&] {
-                         return click(dialog + OpenButton) && within(1000, [&] {
-                                    return serial.tool.errors.contains(NoRoom);
-                                });
+                         return click(dialog + OpenButton) &&
+                                within(1000, [&] { return serial.tool.errors.contains(NoRoom); });
                      }),
                      serial.tool.errors);
             QVERIFY2(!serial.tool.errors.contains("in use"), serial.tool.errors);
