@@ -125,10 +125,11 @@ bool Advice::isForRoom(int error)
 
 Advice Advice::noThread()
 {
-    return {AdviceWords::tr("A touch frame is there but cannot be read: this system has no room for "
-                            "another thread."),
-            AdviceWords::tr("End programs that are not needed. The frame is used as soon as there "
-                            "is room.")};
+    return {
+        AdviceWords::tr("A touch frame is there but cannot be read: this system has no room for "
+                        "another thread."),
+        AdviceWords::tr("End programs that are not needed. The frame is used as soon as there "
+                        "is room.")};
 }
 
 Advice Advice::portInUse(const QString &node, const DeviceUser &user)

@@ -23,8 +23,8 @@ public:
     explicit StoppableThread(std::chrono::milliseconds budget = StopBudget);
     ~StoppableThread() override;
 
-    // Nothing happens while it runs, also when it has been asked to end but has not ended yet. False
-    // when the system has no room for another thread.
+    // Nothing happens while it runs, also when it has been asked to end but has not ended yet.
+    // False when the system has no room for another thread.
     bool start(Priority priority = InheritPriority);
     virtual void terminate();
     // True when the thread has ended. One that is still busy after the budget is killed.

@@ -39,8 +39,9 @@ constexpr QPoint HintFromCentre(-200, 50);
 // The screen of that number, or the first one.
 CalibrationScreen areaOn(qsizetype number, const ScreenLayout &layout)
 {
-    QRect screen = layout.screens.size() == 1 ? QRect(QPoint(0, 0), layout.desktop)
-                                              : layout.screens.value(number, layout.screens.first());
+    QRect screen = layout.screens.size() == 1
+                       ? QRect(QPoint(0, 0), layout.desktop)
+                       : layout.screens.value(number, layout.screens.first());
     if (!layout.isEachForItself)
         return {screen, layout.desktop};
     screen.moveTo(0, 0);

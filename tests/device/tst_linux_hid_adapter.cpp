@@ -183,9 +183,10 @@ private slots:
         OP_HID_Adapter adapter(io);
         QVERIFY(!adapter.DoFindDev(u"col03"_s, true));
         QCOMPARE(adapter.LastProblem(), (NodeProblem{u"/dev/usb/hiddev0"_s, EMFILE}));
-        QCOMPARE(Advice::frameNotOpened(u"/dev/usb/hiddev0"_s, EMFILE).words(),
-                 u"/dev/usb/hiddev0, perhaps a touch frame, cannot be opened (Too many open files). "
-                 "Close windows and programs that are not needed, or start this one again."_s);
+        QCOMPARE(
+            Advice::frameNotOpened(u"/dev/usb/hiddev0"_s, EMFILE).words(),
+            u"/dev/usb/hiddev0, perhaps a touch frame, cannot be opened (Too many open files). "
+            "Close windows and programs that are not needed, or start this one again."_s);
 
         io.nodes["/dev/usb/hiddev0"].openError = 0;
         QVERIFY(adapter.DoFindDev(u"col03"_s, true));
