@@ -35,6 +35,8 @@ private slots:
         QTest::newRow("nothing") << u""_s;
         QTest::newRow("unknown command") << u"dance"_s;
         QTest::newRow("unknown option") << u"status --loud"_s;
+        QTest::newRow("no truth value") << u"status --wait=soon"_s;
+        QTest::newRow("no truth value for a program") << u"status --json=maybe"_s;
         QTest::newRow("both links") << u"status --usb /dev/usb/hiddev0 --port /dev/ttyS0"_s;
         QTest::newRow("rate without port") << u"status --rate 9600"_s;
         QTest::newRow("no rate of a frame") << u"status --port /dev/ttyS0 --rate 9601"_s;

@@ -93,9 +93,7 @@ void addOptions(CLI::App &app, Options &options)
         ->excludes(usb);
     addSeconds(app, "--timeout", "How long each answer of the frame may take, 3 if not given",
                [&options](std::chrono::milliseconds time) { options.timeout = time; });
-    app.add_flag_function(
-        "--wait", [&options](std::int64_t) { options.waitsForever = true; },
-        "Wait until a frame is plugged in");
+    app.add_flag("--wait", options.waitsForever, "Wait until a frame is plugged in");
     addSeconds(app, "--wait-at-most", "The same, but no longer than this",
                [&options](std::chrono::milliseconds time) { options.wait = time; });
     app.add_option_function<std::string>(
