@@ -229,7 +229,6 @@ void Calibration_Dlg::hideEvent(QHideEvent *)
     // What the device still says belongs to what is over.
     steps.forget();
     finishSession();
-    giveBack();
 }
 
 // Tells the device what becomes of the calibration.

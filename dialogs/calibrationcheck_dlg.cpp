@@ -90,10 +90,8 @@ void CalibrationCheck_dlg::showEvent(QShowEvent *)
 
 void CalibrationCheck_dlg::hideEvent(QHideEvent *)
 {
-    if (!showing.ends())
-        return;
-    untilLeft->stop();
-    giveBack();
+    if (showing.ends())
+        untilLeft->stop();
 }
 
 // It fills its screen a moment after it was shown, and a screen may change its size.

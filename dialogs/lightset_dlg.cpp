@@ -215,7 +215,6 @@ void LightSet_dlg::hideEvent(QHideEvent *)
     Ready = false;
     postponed = false;
     plot.dropPicture();
-    giveBack();
     if (const auto unsent = control.rest())
         askAbout(*unsent);
     GetADCData();

@@ -14,15 +14,3 @@ void WholeScreen::cover(const QRect &screen)
     // Without a window manager nobody else gives it the keyboard.
     activateWindow();
 }
-
-void WholeScreen::giveBack()
-{
-    // Behind the toolkit, which is still hiding it.
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (isHidden())
-                destroy();
-        },
-        Qt::QueuedConnection);
-}

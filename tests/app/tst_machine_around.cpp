@@ -254,6 +254,24 @@ private slots:
         QVERIFY(demo.endsWell());
     }
 
+    // Targets that are elsewhere would calibrate wrongly.
+    void every_showing_of_the_calibration_covers_the_whole_screen()
+    {
+        constexpr int Showings = 3;
+        Demo demo;
+        QCOMPARE(demo.begin(), QString());
+        for (int i = 0; i < Showings; ++i) {
+            QVERIFY(inTime([&] {
+                return click(demo.window + CalibrationButton) && within(1000, showsCalibration);
+            }));
+            QVERIFY2(inTime([] { return showsTarget(targetAt(0)); }),
+                     qPrintable(QString::number(i)));
+            QVERIFY(press(u"Escape"_s));
+            QVERIFY(inTime([] { return !showsCalibration(); }));
+        }
+        QVERIFY(demo.endsWell());
+    }
+
     void the_icon_goes_into_the_next_tray()
     {
         Demo demo;
