@@ -3,8 +3,8 @@
 #include "supportfile_dlg.h"
 
 #include "announce.h"
+#include "scrolled.h"
 #include "ui_supportfile_dlg.h"
-#include "windowplace.h"
 
 #include <QCoreApplication>
 #include <QFileDialog>
@@ -23,7 +23,7 @@ SupportFile_dlg::SupportFile_dlg(QWidget *parent)
     , ui(std::make_unique<Ui::SupportFile_dlg>())
 {
     ui->setupUi(this);
-    keepPlace(this);
+    keepWithinScreen(this);
     ui->splitter->setSizes({ListWidth, width() - ListWidth});
     ui->contentView->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
 }

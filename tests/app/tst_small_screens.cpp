@@ -144,7 +144,7 @@ private slots:
         QStringList bad;
         int windows = 0;
         for (QWidget *window : windowsOfTool()) {
-            if (window->inherits("Calibration_Dlg") || window == &all->supportFile)
+            if (window->inherits("Calibration_Dlg"))
                 continue;
             ++windows;
             present(window);
