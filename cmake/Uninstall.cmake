@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-# cmake -D BUILD=<folder> -P Uninstall.cmake: removes what was installed from there, below DESTDIR if
-# that is set, and the program's own folders where nothing else is left in them.
+# cmake -D BUILD=<folder> -D PREFIX=<folder> -P Uninstall.cmake: removes what was installed from BUILD to
+# PREFIX, below DESTDIR if that is set, and the program's own folders where nothing else is left in them.
 file(GLOB lists "${BUILD}/install_manifest*.txt")
 if(NOT lists)
     message(FATAL_ERROR "Nothing has been installed from ${BUILD}.")
@@ -12,9 +12,11 @@ foreach(list IN LISTS lists)
     foreach(name IN LISTS installed)
         set(path "$ENV{DESTDIR}${name}")
         cmake_path(GET path PARENT_PATH folder)
-        while(folder MATCHES "/quorvel")
+        cmake_path(RELATIVE_PATH folder BASE_DIRECTORY "$ENV{DESTDIR}${PREFIX}" OUTPUT_VARIABLE below)
+        while(below MATCHES "(^|/)quorvel")
             list(APPEND folders "${folder}")
             cmake_path(GET folder PARENT_PATH folder)
+            cmake_path(GET below PARENT_PATH below)
         endwhile()
         if(NOT EXISTS "${path}" AND NOT IS_SYMLINK "${path}")
             continue()
