@@ -54,10 +54,6 @@ Version_Dlg::Version_Dlg(QWidget *parent)
     setUI();
     ui->pushButton_upgrade->hide();
     ui->pushButton->move(OkPlace);
-    for (QLabel *line : lines()) {
-        line->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-        line->setFocusPolicy(Qt::StrongFocus);
-    }
     ui->pushButton->setFocus();
 }
 
@@ -86,6 +82,11 @@ void Version_Dlg::refresh()
 
 void Version_Dlg::showEvent(QShowEvent *event)
 {
+    // Not before: a label from which one copies takes a document's memory.
+    for (QLabel *line : lines()) {
+        line->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        line->setFocusPolicy(Qt::StrongFocus);
+    }
     showRecord();
     QDialog::showEvent(event);
 }
