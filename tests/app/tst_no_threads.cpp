@@ -65,9 +65,12 @@ private:
 
     QString hint() const { return window->findChild<QLabel *>(u"stalab"_s)->toolTip(); }
     QList<QByteArray> sent() const { return frame->sentBytes(2); }
-    // Of a frame that has just been linked.
-    void sendsWhatItSendsAtFirst()
+    // A frame is linked, and what is sent then is sent.
+    void linkFrame()
     {
+        window = std::make_unique<MainWindow>(frame);
+        frame->present = true;
+        window->OnDeviceAdded();
         QTRY_VERIFY(!sent().isEmpty());
         QTest::qWait(400);
         frame->forgetSent();
@@ -108,10 +111,7 @@ private slots:
 
     void commands_wait_for_the_thread_that_sends_them_and_keep_their_order()
     {
-        window = std::make_unique<MainWindow>(frame);
-        frame->present = true;
-        window->OnDeviceAdded();
-        sendsWhatItSendsAtFirst();
+        linkFrame();
         full = true;
         for (const UCHAR sub : {1, 2, 3}) {
             UCHAR command[64] = {0xFC, 0xA7, sub};
@@ -128,10 +128,7 @@ private slots:
 
     void the_end_does_not_wait_for_a_thread_that_cannot_be_made()
     {
-        window = std::make_unique<MainWindow>(frame);
-        frame->present = true;
-        window->OnDeviceAdded();
-        sendsWhatItSendsAtFirst();
+        linkFrame();
         full = true;
         UCHAR command[64] = {0xFC, 0xA7, 1};
         window->OnWrite03(command);
