@@ -211,6 +211,13 @@ private slots:
         QCOMPARE(shownPlace(), u"serial-line.html#the-window-connect"_s);
     }
 
+    void the_manual_has_the_size_of_a_page_within_the_screen()
+    {
+        action()->trigger();
+        QCOMPARE(manual()->size(),
+                 QSize(720, 560).boundedTo(main->screen()->availableSize() * 9 / 10));
+    }
+
     void f1_with_another_key_is_left_to_the_window()
     {
         QTest::keyClick(main.get(), Qt::Key_F1, Qt::ShiftModifier);

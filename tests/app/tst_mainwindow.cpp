@@ -1237,6 +1237,12 @@ private slots:
         window->setSimulated(QIcon(other));
         QVERIFY(shown() != before);
         QCOMPARE(window->windowTitle(), u"Quorvel (simulated touch frame)"_s);
+        // Windows that come later have it too.
+        const auto colour = [](const QIcon &icon) {
+            return icon.pixmap(22).toImage().pixelColor(1, 1);
+        };
+        QCOMPARE(colour(window->windowIcon()), QColor(Qt::magenta));
+        QCOMPARE(colour(QWidget().windowIcon()), QColor(Qt::magenta));
     }
 
     void the_trays_tool_tip_tells_whether_a_frame_is_linked()

@@ -206,6 +206,19 @@ private slots:
                                        gesture(Kind::HeldRightClick, 1510, 3, Mouse, true)}));
     }
 
+    void what_was_held_makes_one_right_click_only()
+    {
+        press(1000, {50, 50});
+        release(2500, {50, 50});
+        rightPress(2510, {50, 50});
+        rightRelease(2520, {50, 50});
+        rightPress(2540, {50, 50});
+        rightRelease(2560, {50, 50});
+        QCOMPARE(seen, QList<Gesture>({gesture(Kind::Hold, 1500, 0),
+                                       gesture(Kind::HeldRightClick, 1510, 0, Mouse, true),
+                                       gesture(Kind::RightClick, 20, 0)}));
+    }
+
     void a_right_click_of_a_mouse_is_one_of_its_own()
     {
         press(1000, {50, 50});
