@@ -676,6 +676,16 @@ private slots:
         std::copy(y.begin(), y.end(), screen->cal_y.begin());
         QCOMPARE(screen->GetDeviation(), deviation);
     }
+
+    // A screen may say that it is where it was.
+    void a_screen_that_stays_as_it_is_ends_nothing()
+    {
+        show();
+        QVERIFY(screen->isVisible());
+        emit screen->screen()->geometryChanged(screen->screen()->geometry());
+        emit screen->screen()->virtualGeometryChanged(screen->screen()->virtualGeometry());
+        QVERIFY(screen->isVisible());
+    }
 };
 
 QTEST_MAIN(TestCalibrationDlg)

@@ -220,6 +220,29 @@ private slots:
         touch({50, 50});
         QVERIFY(ink(1) > 2 * ink(2));
     }
+
+    // Where a hand does not hide them, and the edge does not cut them off.
+    void words_stand_below_the_upper_crosses_and_above_the_others()
+    {
+        const QImage picture = page->grab().toImage();
+        const QColor ground = picture.pixelColor(2, 2);
+        const auto isWritten = [&](int number, int from) {
+            const QPoint cross = page->check().cross(number);
+            for (int x = -8; x <= 8; ++x)
+                for (int y = from; y < from + 20; ++y)
+                    if (picture.pixelColor(cross + QPoint(x, y)) != ground)
+                        return true;
+            return false;
+        };
+        for (int number = 0; number < CalibrationCheck::Crosses; ++number) {
+            const QPoint cross = page->check().cross(number);
+            if (child<QWidget>("panel")->geometry().contains(cross + QPoint(0, 40)))
+                continue; // the panel with the task stands there
+            const bool isUpper = cross.y() < 800 / 3;
+            QVERIFY2(isWritten(number, 28) == isUpper, qPrintable(u"cross %1"_s.arg(number + 1)));
+            QVERIFY2(isWritten(number, -48) != isUpper, qPrintable(u"cross %1"_s.arg(number + 1)));
+        }
+    }
 };
 
 QTEST_MAIN(TestCalibrationCheckDlg)
