@@ -86,6 +86,15 @@ private slots:
         QCOMPARE(text(), QByteArray("connect_dlg 3 4\nMainWindow 5 6\n"));
     }
 
+    void the_farthest_place_that_display_servers_count_to_is_kept()
+    {
+        windowplaces::keep(u"MainWindow"_s, {32767, -32767});
+        QCOMPARE(windowplaces::of(u"MainWindow"_s), QPoint(32767, -32767));
+        windowplaces::keep(u"connect_dlg"_s, {32768, 0});
+        windowplaces::keep(u"useradv_dlg"_s, {0, -32768});
+        QCOMPARE(text(), QByteArray("MainWindow 32767 -32767\n"));
+    }
+
     void what_no_line_can_hold_is_not_kept()
     {
         for (const QString &name : {QString(), u"two words"_s, u"two\nlines"_s})
