@@ -12,6 +12,7 @@
 #include "tests/support/fakeadapter.h"
 #include "tests/support/farend.h"
 
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -44,6 +45,11 @@ public:
         connect(&link, &Link::stateChanged, this,
                 [this](const Link::State &state) { states.append(state); });
         connect(&link, &Link::aboutToEnd, this, [this](Link::End how) { ends.append(how); });
+        connect(&link, &Link::traffic, this, [this](const Traffic &traffic) {
+            if (traffic.result == Traffic::Result::Dropped)
+                dropped.append(
+                    QByteArray(reinterpret_cast<const char *>(&traffic.frame[1]), 2).toHex(' '));
+        });
     }
 
     // First lights of the X pages received, without repeats.
@@ -68,6 +74,7 @@ public:
     QByteArrayList frames;
     QList<Link::State> states;
     QList<Link::End> ends;
+    QByteArrayList dropped; // class and sub-command
 };
 
 void send(Link &link, const QByteArray &hex)
@@ -195,6 +202,37 @@ private slots:
         QTRY_VERIFY(!receiver.frames.isEmpty());
     }
 
+    void lost_messages_leave_a_frame_that_is_still_there_alone()
+    {
+        Fake fake;
+        fake.plug();
+        fake.link.eventsLost();
+        QCOMPARE(fake.link.kind(), Link::UsbConnected);
+        QVERIFY(fake.receiver.ends.isEmpty());
+        QCOMPARE(fake.adapter->closes.load(), 0);
+    }
+
+    void a_removal_that_is_told_ends_the_link_of_a_frame_that_is_there_again()
+    {
+        Fake fake;
+        fake.plug();
+        fake.link.deviceRemoved();
+        QCOMPARE(fake.link.kind(), Link::NotConnected);
+        QCOMPARE(fake.receiver.ends, QList({Link::End::DeviceGone}));
+        QCOMPARE(fake.adapter->closes.load(), 1);
+    }
+
+    void without_a_link_by_usb_a_look_for_a_removal_ends_and_opens_nothing()
+    {
+        Fake fake;
+        fake.adapter->present = true;
+        for (const bool force : {false, true})
+            fake.link.lookForRemoval(force);
+        QVERIFY(fake.adapter->searches.isEmpty());
+        QCOMPARE(fake.link.kind(), Link::NotConnected);
+        QVERIFY(fake.receiver.ends.isEmpty());
+    }
+
     void an_unplug_in_the_middle_of_a_stall_ends_the_stall()
     {
         QString problem;
@@ -255,11 +293,13 @@ private slots:
 
     void frames_sent_while_sending_go_out_in_order()
     {
+        QTest::failOnWarning(QRegularExpression(u"could not be sent"_s));
         Fake fake;
         fake.plug();
         for (const char *frame : {"00 A7 00", "00 A7 02", "00 A5 00"})
             send(fake.link, frame);
         QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02", "a5 00"}));
+        QTest::qWait(50); // the last is told of
     }
 
     void waiting_for_the_writer_burns_no_processor()
@@ -359,9 +399,11 @@ private slots:
         send(fake.link, "00 A7 00"); // with the writer
         for (int i = 0; i < 64; ++i)
             send(fake.link, "00 A7 02");
+        QCOMPARE(fake.receiver.dropped, QByteArrayList());
         QTest::ignoreMessage(QtWarningMsg,
                              "64 frames wait for the touch frame: one more is dropped");
         send(fake.link, "00 A5 00");
+        QCOMPARE(fake.receiver.dropped, QByteArrayList({"a5 00"}));
         fake.adapter->stallSends(false);
         QTRY_COMPARE_WITH_TIMEOUT(fake.adapter->sent().size(), 65, 20000);
         QTest::qWait(150);
@@ -381,6 +423,21 @@ private slots:
         fake.adapter->sendFails = false;
         send(fake.link, "00 A7 02");
         QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02"}));
+    }
+
+    void a_send_that_failed_is_not_told_when_its_frame_is_gone()
+    {
+        Fake fake;
+        fake.plug();
+        fake.adapter->sendFails = true;
+        send(fake.link, "00 A7 00");
+        // Without the event loop, in which it would be told.
+        while (fake.adapter->sent().isEmpty())
+            std::this_thread::sleep_for(1ms);
+        std::this_thread::sleep_for(50ms);
+        fake.unplug();
+        QTest::failOnWarning(QRegularExpression(u"could not be sent"_s));
+        QTest::qWait(50);
     }
 
     void what_became_of_a_frame_is_told_although_no_other_follows()
@@ -630,6 +687,31 @@ private slots:
         QCOMPARE(fake.link.openPort(), QString());
         QVERIFY2(fake.receiver.states.last().problem.contains(u" is gone. "_s),
                  qPrintable(fake.receiver.states.last().problem));
+    }
+
+    void a_look_for_a_removal_sees_a_lost_line_at_once()
+    {
+        FarEnd line;
+        Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        fake.link.lookForRemoval(true);
+        QCOMPARE(fake.link.kind(), Link::SerialOpen);
+        line.fd = {};
+        fake.link.lookForRemoval(false);
+        QCOMPARE(fake.link.kind(), Link::SerialClosed);
+        QCOMPARE(fake.receiver.ends, QList({Link::End::DeviceGone}));
+    }
+
+    void what_went_wrong_with_a_port_is_forgotten_when_a_frame_on_usb_comes()
+    {
+        Fake fake;
+        QVERIFY(!fake.link.openSerial(u"ttyQuorvel7"_s, {}));
+        QVERIFY(!fake.link.state().problem.isEmpty());
+        fake.plug();
+        QVERIFY(fake.link.state() == (Link::State{Link::UsbConnected, u"/dev/usb/fake"_s, {}}));
+        QCOMPARE(fake.link.serialProblem(), QString());
+        fake.unplug();
+        QVERIFY(fake.link.state() == (Link::State{Link::NotConnected, {}, {}}));
     }
 
     void a_problem_is_told_when_it_has_lasted()

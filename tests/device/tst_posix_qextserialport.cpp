@@ -11,7 +11,9 @@
 #include <grp.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <functional>
+#include <limits>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -52,6 +54,8 @@ private slots:
     void bytes_are_never_told_inside_a_setter();
     void written_bytes_leave_without_an_event_loop();
     void bytes_have_left_before_the_rate_changes();
+    void a_byte_is_waited_for_as_long_as_its_format_makes_it_data();
+    void a_byte_is_waited_for_as_long_as_its_format_makes_it();
     void a_rate_waits_for_a_slow_reader();
     void bytes_have_left_before_the_port_closes();
     void a_line_that_takes_nothing_keeps_its_rate();
@@ -61,6 +65,7 @@ private slots:
     void a_line_that_takes_nothing_for_long_is_not_gone();
     void a_line_that_goes_on_is_waited_for_again();
     void a_line_that_takes_nothing_is_closed_soon();
+    void no_more_than_16384_bytes_wait_for_a_line();
     void writing_to_a_line_that_takes_nothing_ends();
     void a_full_line_goes_on_when_its_reader_does();
     void unread_bytes_are_kept_up_to_a_bound();
@@ -279,6 +284,43 @@ void TestPosixQextSerialPort::bytes_have_left_before_the_rate_changes()
     QCOMPARE(far.take(33), command + command + command);
 }
 
+void TestPosixQextSerialPort::a_byte_is_waited_for_as_long_as_its_format_makes_it_data()
+{
+    QTest::addColumn<PortSettings>("format");
+    QTest::addColumn<int>("bits"); // with the start bit
+    QTest::newRow("5 data bits") << PortSettings{.DataBits = DATA_5} << 7;
+    QTest::newRow("8 data bits") << PortSettings{.DataBits = DATA_8} << 10;
+    QTest::newRow("a parity bit") << PortSettings{.Parity = PAR_EVEN} << 11;
+    QTest::newRow("2 stop bits") << PortSettings{.StopBits = STOP_2} << 11;
+    QTest::newRow("all of them") << PortSettings{.DataBits = DATA_7,
+                                                 .Parity = PAR_MARK,
+                                                 .StopBits = STOP_2}
+                                 << 11;
+}
+
+// A pseudo-terminal keeps neither data bits nor parity, but its port does.
+void TestPosixQextSerialPort::a_byte_is_waited_for_as_long_as_its_format_makes_it()
+{
+    QFETCH(const PortSettings, format);
+    QFETCH(const int, bits);
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, format);
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    const QByteArray bytes(192, 'x'); // a bit of each is 20 ms at 9600 baud
+    // The quickest of several: a busy machine makes any single one late.
+    qint64 quickest = std::numeric_limits<qint64>::max();
+    for (int i = 0; i < 3; i++) {
+        QVERIFY2(port.setBaudRate(BAUD9600), qPrintable(port.errorString()));
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(write(port, bytes), bytes.size());
+        QVERIFY2(port.setBaudRate(BAUD57600), qPrintable(port.errorString()));
+        quickest = std::min(quickest, clock.elapsed());
+        QCOMPARE(far.take(bytes.size()), bytes);
+    }
+    QVERIFY2(quickest >= bits * 20 && quickest < (bits + 1) * 20, QByteArray::number(quickest));
+}
+
 void TestPosixQextSerialPort::a_rate_waits_for_a_slow_reader()
 {
     FarEnd far;
@@ -347,24 +389,31 @@ void TestPosixQextSerialPort::a_line_that_takes_nothing_keeps_its_rate()
 void TestPosixQextSerialPort::
     a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says_data()
 {
-    QTest::addColumn<long>("timeout");
+    QTest::addColumn<PortSettings>("settings");
+    QTest::addColumn<long>("timeout"); // set later; -1: not
     QTest::addColumn<qint64>("atLeast");
     QTest::addColumn<qint64>("lessThan");
     // 16384 bytes of ten bits need 640 ms at 256000 baud by themselves.
-    QTest::newRow("none") << 0L << qint64(630) << qint64(1500);
-    QTest::newRow("a second and a half") << 1500L << qint64(2130) << qint64(2900);
-    QTest::newRow("more than any window can wait") << 60'000L << qint64(2990) << qint64(4000);
+    const PortSettings fast{.BaudRate = BAUD256000};
+    PortSettings patient = fast;
+    patient.Timeout_Millisec = 1500;
+    QTest::newRow("none") << patient << 0L << qint64(630) << qint64(1500);
+    QTest::newRow("a second and a half") << patient << -1L << qint64(2130) << qint64(2900);
+    QTest::newRow("more than any window can wait")
+        << fast << 60'000L << qint64(2990) << qint64(4000);
 }
 
 void TestPosixQextSerialPort::a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says()
 {
+    QFETCH(const PortSettings, settings);
     QFETCH(const long, timeout);
     QFETCH(const qint64, atLeast);
     QFETCH(const qint64, lessThan);
     FarEnd far;
-    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000});
+    Posix_QextSerialPort port(far.node, settings);
     QVERIFY(port.open(QIODevice::ReadWrite));
-    QVERIFY(port.setTimeout(timeout));
+    if (timeout >= 0)
+        QVERIFY(port.setTimeout(timeout));
     QElapsedTimer clock;
     clock.start();
     QCOMPARE(write(port, QByteArray(Posix_QextSerialPort::MaxWaiting, 'x')),
@@ -449,6 +498,17 @@ void TestPosixQextSerialPort::a_line_that_takes_nothing_is_closed_soon()
              QByteArray::number(clock.elapsed()));
 }
 
+void TestPosixQextSerialPort::no_more_than_16384_bytes_wait_for_a_line()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 0});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(write(port, QByteArray(16385, 'x')), -1);
+    QVERIFY2(port.errorString().contains(u"takes no more bytes"), qPrintable(port.errorString()));
+    QCOMPARE(far.waiting(), 0);
+    QCOMPARE(write(port, QByteArray(16384, 'x')), 16384);
+}
+
 void TestPosixQextSerialPort::writing_to_a_line_that_takes_nothing_ends()
 {
     FarEnd far;
@@ -507,8 +567,8 @@ void TestPosixQextSerialPort::unread_bytes_are_kept_up_to_a_bound()
         refused = n > 0 ? 0 : refused + 1;
         QTest::qWait(1);
     }
-    QVERIFY(given > Posix_QextSerialPort::MaxWaiting);
-    QCOMPARE(port.size(), Posix_QextSerialPort::MaxWaiting);
+    QVERIFY(given > 16384);
+    QCOMPARE(port.size(), 16384);
     // Reading makes room for the rest.
     qint64 got = 0;
     connect(&port, &Posix_QextSerialPort::readyRead, this,
