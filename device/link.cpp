@@ -273,7 +273,6 @@ void Link::closeSerial()
 
 void Link::closePort()
 {
-    portWish.reset();
     if (connect_sta == UsbConnected)
         serialLink->close();
     else
