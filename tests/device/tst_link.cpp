@@ -656,7 +656,7 @@ private slots:
         Fake fake;
         fake.plug();
         QVERIFY(!fake.link.openSerial(u"ttyQuorvel7"_s, {}));
-        QCOMPARE(fake.link.kind(), Link::UsbConnected);
+        QVERIFY(fake.link.state() == (Link::State{Link::UsbConnected, u"/dev/usb/fake"_s, {}}));
         QVERIFY(fake.receiver.ends.isEmpty());
         QVERIFY2(fake.link.serialProblem().contains(u"There is no serial port"_s),
                  qPrintable(fake.link.serialProblem()));
@@ -702,6 +702,16 @@ private slots:
         QCOMPARE(fake.receiver.ends, QList({Link::End::DeviceGone}));
     }
 
+    void a_good_opening_forgets_why_the_last_one_failed()
+    {
+        FarEnd line;
+        SerialLink serial;
+        QVERIFY(!serial.open(u"ttyQuorvel7"_s));
+        QVERIFY(!serial.problem().isEmpty());
+        QVERIFY(serial.open(line.node));
+        QCOMPARE(serial.problem(), QString());
+    }
+
     void what_went_wrong_with_a_port_is_forgotten_when_a_frame_on_usb_comes()
     {
         Fake fake;
@@ -712,6 +722,30 @@ private slots:
         QCOMPARE(fake.link.serialProblem(), QString());
         fake.unplug();
         QVERIFY(fake.link.state() == (Link::State{Link::NotConnected, {}, {}}));
+    }
+
+    void a_port_that_was_busy_is_waited_for_until_something_else_is_linked_or_wanted()
+    {
+        FarEnd line;
+        Posix_QextSerialPort other(line.node, {});
+        QVERIFY(other.open(QIODevice::ReadWrite));
+        Fake fake;
+        const auto waits = [&] {
+            return !fake.link.openSerial(line.node, {}) && fake.link.isInUse();
+        };
+        QVERIFY(waits());
+        fake.plug();
+        fake.unplug();
+        QVERIFY(!fake.link.isInUse());
+        QVERIFY(waits());
+        QVERIFY(!fake.link.openSerial(u"ttyQuorvel7"_s, {}));
+        QVERIFY(!fake.link.isInUse());
+        QVERIFY(waits());
+        fake.link.closeSerial();
+        QVERIFY(!fake.link.isInUse());
+        QVERIFY(waits());
+        fake.link.closePort();
+        QVERIFY(!fake.link.isInUse());
     }
 
     void a_problem_is_told_when_it_has_lasted()

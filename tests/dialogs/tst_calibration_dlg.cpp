@@ -137,6 +137,9 @@ private slots:
         screen->setPrimaryScr(0, oneScreen(1366, 768));
         QCOMPARE(list(screen->targetsX()), QList<int>({170, 1190, 1190, 170}));
         QCOMPARE(list(screen->targetsY()), QList<int>({96, 96, 672, 672}));
+        screen->setPrimaryScr(0, oneScreen(1680, 1050));
+        QCOMPARE(list(screen->targetsX()), QList<int>({210, 1470, 1470, 210}));
+        QCOMPARE(list(screen->targetsY()), QList<int>({131, 131, 917, 917}));
     }
 
     void a_second_screen_sends_its_place_and_the_whole_desktop()
@@ -258,6 +261,8 @@ private slots:
         // (|-2| + |3|) / 2 = 2
         QTest::newRow("signed, averaged and cut")
             << UCHAR(0xFE) << UCHAR(0x03) << QStringList({end, u"Calibration accuracy: 98%\n"_s});
+        QTest::newRow("both the other way")
+            << UCHAR(0xFD) << UCHAR(0xFB) << QStringList({end, u"Calibration accuracy: 96%\n"_s});
         QTest::newRow("5 is still good")
             << UCHAR(5) << UCHAR(6) << QStringList({end, u"Calibration accuracy: 95%\n"_s});
         QTest::newRow("6 is not") << UCHAR(6) << UCHAR(6) << QStringList({end});
