@@ -12,11 +12,13 @@
 #include "tests/support/fakeadapter.h"
 #include "tests/support/farend.h"
 
+#include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstring>
 #include <thread>
 
@@ -46,9 +48,11 @@ public:
                 [this](const Link::State &state) { states.append(state); });
         connect(&link, &Link::aboutToEnd, this, [this](Link::End how) { ends.append(how); });
         connect(&link, &Link::traffic, this, [this](const Traffic &traffic) {
+            const QByteArray bytes(reinterpret_cast<const char *>(&traffic.frame[1]), 2);
             if (traffic.result == Traffic::Result::Dropped)
-                dropped.append(
-                    QByteArray(reinterpret_cast<const char *>(&traffic.frame[1]), 2).toHex(' '));
+                dropped.append(bytes.toHex(' '));
+            else if (traffic.direction == Traffic::Direction::ToFrame)
+                sent.append(bytes.toHex(' '));
         });
     }
 
@@ -74,7 +78,8 @@ public:
     QByteArrayList frames;
     QList<Link::State> states;
     QList<Link::End> ends;
-    QByteArrayList dropped; // class and sub-command
+    QByteArrayList sent;    // class and sub-command, when it is known what became of it
+    QByteArrayList dropped; // likewise, either way
 };
 
 void send(Link &link, const QByteArray &hex)
@@ -83,6 +88,13 @@ void send(Link &link, const QByteArray &hex)
     Frame frame{};
     memcpy(frame.data(), bytes.constData(), size_t(bytes.size()));
     link.send(frame.data());
+}
+
+bool runsTimer(const Link &link)
+{
+    const auto timers = link.findChildren<QTimer *>(Qt::FindDirectChildrenOnly);
+    return std::any_of(timers.cbegin(), timers.cend(),
+                       [](auto *timer) { return timer->isActive(); });
 }
 
 // A fake frame and its link.
@@ -385,6 +397,9 @@ private slots:
         });
         fake.unplug();
         later.join();
+        // The first was with the device.
+        QCOMPARE(fake.receiver.sent, QByteArrayList({"a5 01"}));
+        QCOMPARE(fake.receiver.dropped, QByteArrayList({"a5 01", "a5 01"}));
         fake.adapter->forgetSent();
         fake.plug();
         QTest::qWait(200);
@@ -583,6 +598,44 @@ private slots:
         QVERIFY(!timer->isActive());
     }
 
+    void a_frame_whose_node_comes_late_is_found_without_a_start()
+    {
+        Fake fake;
+        fake.link.deviceAdded();
+        QTest::qWait(100);
+        QVERIFY(runsTimer(fake.link));
+        fake.adapter->present = true;
+        QTRY_COMPARE(fake.link.kind(), Link::UsbConnected);
+        QVERIFY(!runsTimer(fake.link));
+    }
+
+    void a_plug_without_a_node_is_looked_for_a_second_and_a_half()
+    {
+        Fake fake;
+        QElapsedTimer time;
+        time.start();
+        fake.link.deviceAdded();
+        QTRY_VERIFY(!runsTimer(fake.link));
+        QVERIFY(time.elapsed() >= 1400);
+        QCOMPARE(fake.adapter->searches.size(), 1 + 75);
+    }
+
+    void an_end_leaves_neither_a_port_nor_a_timer()
+    {
+        FarEnd line;
+        Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        fake.link.start();
+        fake.link.deviceAdded();
+        fake.link.end();
+        QVERIFY(!runsTimer(fake.link));
+        QCOMPARE(fake.link.kind(), Link::NotConnected);
+        QCOMPARE(fake.link.openPort(), QString());
+        QCOMPARE(fake.receiver.ends, QList({Link::End::Closed}));
+        fake.link.end();
+        QCOMPARE(fake.receiver.ends.size(), 1);
+    }
+
     void a_port_that_nobody_has_named_is_com1()
     {
         Fake fake;
@@ -746,6 +799,30 @@ private slots:
         QVERIFY(waits());
         fake.link.closePort();
         QVERIFY(!fake.link.isInUse());
+    }
+
+    void a_port_that_was_busy_is_opened_as_asked_when_it_is_free()
+    {
+        FarEnd line;
+        Posix_QextSerialPort other(line.node, {});
+        QVERIFY(other.open(QIODevice::ReadWrite));
+        Fake fake;
+        fake.link.start();
+        QVERIFY(!fake.link.openSerial(line.node, {.BaudRate = BAUD57600}));
+        QCOMPARE(fake.link.kind(), Link::SerialFailed);
+        other.close();
+        QTRY_COMPARE(fake.link.kind(), Link::SerialOpen);
+        QCOMPARE(int(line.settings().c_ospeed), 57600);
+        QVERIFY(!fake.link.isInUse());
+    }
+
+    void what_stays_as_it_is_is_told_once()
+    {
+        Fake fake;
+        fake.link.closeSerial();
+        fake.link.closeSerial();
+        QCOMPARE(fake.receiver.states.size(), 1);
+        QVERIFY(fake.receiver.states.first() == (Link::State{Link::SerialClosed, {}, {}}));
     }
 
     void a_problem_is_told_when_it_has_lasted()

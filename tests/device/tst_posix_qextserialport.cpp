@@ -385,9 +385,9 @@ void TestPosixQextSerialPort::a_byte_is_waited_for_as_long_as_its_format_makes_i
     Posix_QextSerialPort port(far.node, format);
     QVERIFY(port.open(QIODevice::ReadWrite));
     const QByteArray bytes(192, 'x'); // a bit of each is 20 ms at 9600 baud
-    // The quickest of several: a busy machine makes any single one late.
+    // More than once if need be: a busy machine makes any single one late.
     qint64 quickest = std::numeric_limits<qint64>::max();
-    for (int i = 0; i < 3; i++) {
+    for (int i = 0; i < 5 && quickest >= (bits + 1) * 20; i++) {
         QVERIFY2(port.setBaudRate(BAUD9600), qPrintable(port.errorString()));
         QElapsedTimer clock;
         clock.start();
