@@ -139,7 +139,6 @@ bool Link::lookForDevice()
     noteProblem();
     if (!found)
         return false;
-    retryTimer->stop();
     if (connect_sta == SerialOpen)
         finishLink(End::Replaced);
     // What went wrong with a port is no news any more.

@@ -224,6 +224,18 @@ private slots:
         QCOMPARE(fake.adapter->closes.load(), 0);
     }
 
+    void after_lost_messages_a_frame_that_came_is_linked_and_one_that_went_is_not()
+    {
+        Fake fake;
+        fake.adapter->present = true;
+        fake.link.eventsLost();
+        QCOMPARE(fake.link.kind(), Link::UsbConnected);
+        fake.adapter->present = false;
+        fake.link.eventsLost();
+        QCOMPARE(fake.link.kind(), Link::NotConnected);
+        QCOMPARE(fake.receiver.ends, QList({Link::End::DeviceGone}));
+    }
+
     void a_removal_that_is_told_ends_the_link_of_a_frame_that_is_there_again()
     {
         Fake fake;
@@ -294,11 +306,25 @@ private slots:
         link.start();
         QVERIFY(link.readVersion());
         QCOMPARE(hidver.VersionNumber, 0x3011u);
+        QVERIFY(link.lacksVersion());
         send(link, "00 A3 00");
         QTRY_COMPARE(hidver.SVNNUM, 0x003812u);
+        QVERIFY(!link.lacksVersion());
         link.end();
         QCOMPARE(hidver.VersionNumber, 0u);
         QCOMPARE(hidver.SVNNUM, 0u);
+        QVERIFY(!link.lacksVersion());
+    }
+
+    void an_older_frame_has_no_firmware_to_tell_of()
+    {
+        Fake fake;
+        fake.adapter->version = 0x2FFF;
+        fake.plug();
+        hidver.SVNNUM = hidver.CHECKSUM = hidver.P_FID = hidver.P_DATE = hidver.P_NUM = 7;
+        QVERIFY(!fake.link.readVersion());
+        QVERIFY(hidver == (HID_VER{.VendorID = 0x5156, .ProductID = 1, .VersionNumber = 0x2FFF}));
+        QVERIFY(!fake.link.lacksVersion());
     }
 
     // Sending
@@ -311,7 +337,7 @@ private slots:
         for (const char *frame : {"00 A7 00", "00 A7 02", "00 A5 00"})
             send(fake.link, frame);
         QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02", "a5 00"}));
-        QTest::qWait(50); // the last is told of
+        QTRY_COMPARE(fake.receiver.sent, QByteArrayList({"a7 00", "a7 02", "a5 00"}));
     }
 
     void waiting_for_the_writer_burns_no_processor()
@@ -404,6 +430,10 @@ private slots:
         fake.plug();
         QTest::qWait(200);
         QCOMPARE(fake.adapter->sentBytes(), QByteArrayList());
+        send(fake.link, "00 A7 00");
+        QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00"}));
+        QTest::qWait(100);
+        QCOMPARE(fake.adapter->sent().size(), 1);
     }
 
     void the_outbox_holds_64_frames_and_says_what_it_drops()
@@ -493,6 +523,7 @@ private slots:
         fake.link.end();
         later.join();
         QCOMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02", "a5 00"}));
+        QCOMPARE(fake.receiver.sent, QByteArrayList({"a7 00", "a7 02", "a5 00"}));
         QCOMPARE(fake.adapter->closes.load(), 1);
     }
 
@@ -724,9 +755,43 @@ private slots:
         fake.plug();
         QVERIFY(fake.link.openSerial(line.node, {}));
         QCOMPARE(fake.receiver.ends, QList({Link::End::Replaced}));
-        QCOMPARE(fake.link.kind(), Link::SerialOpen);
+        QVERIFY(fake.link.state() == (Link::State{Link::SerialOpen, line.node, {}}));
+        QVERIFY(fake.receiver.states.last() == fake.link.state());
         QCOMPARE(fake.adapter->closes.load(), 1);
         QCOMPARE(line.take(33).size(), 33);
+    }
+
+    void who_prefers_usb_leaves_the_port_for_a_frame_there()
+    {
+        FarEnd line;
+        Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        fake.adapter->present = true;
+        fake.link.useUsb();
+        QVERIFY(fake.link.state() == (Link::State{Link::UsbConnected, u"/dev/usb/fake"_s, {}}));
+        QCOMPARE(fake.link.openPort(), QString());
+        QCOMPARE(fake.receiver.ends, QList({Link::End::Closed}));
+    }
+
+    void a_closing_of_all_ends_the_link_by_usb_too()
+    {
+        Fake fake;
+        fake.plug();
+        fake.link.closeSerial();
+        QCOMPARE(fake.link.kind(), Link::SerialClosed);
+        QCOMPARE(fake.receiver.ends, QList({Link::End::Closed}));
+        QCOMPARE(fake.adapter->closes.load(), 1);
+    }
+
+    void a_frame_that_another_program_uses_is_told_until_one_is_linked()
+    {
+        Fake fake;
+        fake.adapter->setProblem({u"/dev/usb/hiddev3"_s, EBUSY});
+        QVERIFY(fake.link.isInUse());
+        QVERIFY(fake.link.usbProblem().contains(u"/dev/usb/hiddev3"_s));
+        fake.plug();
+        QVERIFY(!fake.link.isInUse());
+        QCOMPARE(fake.link.usbProblem(), QString());
     }
 
     void a_lost_line_closes_the_port_and_says_so()
@@ -830,9 +895,14 @@ private slots:
         Fake fake;
         fake.adapter->present = false;
         fake.adapter->setProblem({u"/dev/usb/hiddev3"_s, EACCES});
+        QElapsedTimer time;
+        time.start();
         fake.link.start();
         QVERIFY(fake.receiver.states.isEmpty());
         QTRY_VERIFY(!fake.receiver.states.isEmpty());
+        // At the first look after 400 ms.
+        QVERIFY(time.elapsed() >= 400);
+        QVERIFY(time.elapsed() < 1000);
         QVERIFY(fake.receiver.states.first().problem.contains(u"/dev/usb/hiddev3"_s));
         fake.adapter->setProblem({});
         QTRY_COMPARE(fake.receiver.states.size(), 2);
@@ -884,6 +954,22 @@ private slots:
             const auto number = UCHAR(later.frames[i][60]);
             QCOMPARE(int(number), i);
         }
+    }
+
+    void what_was_held_back_during_a_receivers_event_loop_goes_with_its_frame()
+    {
+        Fake fake;
+        bool once = false;
+        connect(&fake.link, &Link::received, &fake.receiver, [&] {
+            if (std::exchange(once, true))
+                return;
+            QTest::qWait(100);
+            fake.unplug();
+        });
+        fake.plug();
+        QTRY_COMPARE(fake.link.kind(), Link::NotConnected);
+        QTest::qWait(50);
+        QCOMPARE(fake.receiver.frames.size(), 1);
     }
 
     void a_version_reply_over_the_serial_line_changes_nothing()
