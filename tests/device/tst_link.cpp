@@ -51,6 +51,8 @@ public:
             const QByteArray bytes(reinterpret_cast<const char *>(&traffic.frame[1]), 2);
             if (traffic.result == Traffic::Result::Dropped)
                 dropped.append(bytes.toHex(' '));
+            else if (traffic.result == Traffic::Result::Failed)
+                failed.append(bytes.toHex(' '));
             else if (traffic.direction == Traffic::Direction::ToFrame)
                 sent.append(bytes.toHex(' '));
         });
@@ -78,8 +80,10 @@ public:
     QByteArrayList frames;
     QList<Link::State> states;
     QList<Link::End> ends;
-    QByteArrayList sent;    // class and sub-command, when it is known what became of it
-    QByteArrayList dropped; // likewise, either way
+    // Class and sub-command, when it is known what became of a frame.
+    QByteArrayList sent;
+    QByteArrayList failed;
+    QByteArrayList dropped;
 };
 
 void send(Link &link, const QByteArray &hex)
@@ -468,6 +472,8 @@ private slots:
         fake.adapter->sendFails = false;
         send(fake.link, "00 A7 02");
         QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02"}));
+        QTRY_COMPARE(fake.receiver.sent, QByteArrayList({"a7 02"}));
+        QCOMPARE(fake.receiver.failed, QByteArrayList({"a7 00"}));
     }
 
     void a_send_that_failed_is_not_told_when_its_frame_is_gone()
@@ -520,10 +526,13 @@ private slots:
             std::this_thread::sleep_for(100ms);
             fake.adapter->stallSends(false);
         });
+        QByteArrayList toldByTheEnd;
+        connect(&fake.link, &Link::ended, &fake.receiver,
+                [&] { toldByTheEnd = fake.receiver.sent; });
         fake.link.end();
         later.join();
         QCOMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02", "a5 00"}));
-        QCOMPARE(fake.receiver.sent, QByteArrayList({"a7 00", "a7 02", "a5 00"}));
+        QCOMPARE(toldByTheEnd, QByteArrayList({"a7 00", "a7 02", "a5 00"}));
         QCOMPARE(fake.adapter->closes.load(), 1);
     }
 
@@ -958,18 +967,22 @@ private slots:
 
     void what_was_held_back_during_a_receivers_event_loop_goes_with_its_frame()
     {
+        FarEnd line;
         Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        QCOMPARE(line.take(33).size(), 33);
         bool once = false;
         connect(&fake.link, &Link::received, &fake.receiver, [&] {
             if (std::exchange(once, true))
                 return;
-            QTest::qWait(100);
+            fake.plug();
+            QTest::qWait(200);
             fake.unplug();
         });
-        fake.plug();
-        QTRY_COMPARE(fake.link.kind(), Link::NotConnected);
+        line.give(QByteArray::fromHex("51 56 FC A7 82 02 00 03 00 00"));
+        QTRY_COMPARE(fake.receiver.ends, QList({Link::End::Replaced, Link::End::DeviceGone}));
         QTest::qWait(50);
-        QCOMPARE(fake.receiver.frames.size(), 1);
+        QCOMPARE(fake.receiver.heads(3), QByteArrayList({"FC A7 82"}));
     }
 
     void a_version_reply_over_the_serial_line_changes_nothing()
