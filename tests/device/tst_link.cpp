@@ -714,6 +714,7 @@ private slots:
         fake.plug();
         QCOMPARE(fake.receiver.ends, QList({Link::End::Replaced}));
         QCOMPARE(line.take(8), QByteArray::fromHex("51 56 00 01 06 00 00 00"));
+        QCOMPARE(fake.receiver.sent, QByteArrayList({"b1 00", "b1 00", "b1 00", "01 06"}));
         QTest::qWait(100);
         QCOMPARE(fake.adapter->sent().size(), 0);
     }
@@ -990,10 +991,18 @@ private slots:
         FarEnd line;
         Fake fake;
         connect(&fake.link, &Link::received, &fake.link, &Link::takeVersion);
+        int came = 0;
+        connect(&fake.link, &Link::traffic, &fake.receiver, [&came](const Traffic &traffic) {
+            came += traffic.direction == Traffic::Direction::FromFrame &&
+                            traffic.over == Traffic::Over::Serial
+                        ? 1
+                        : 0;
+        });
         QVERIFY(fake.link.openSerial(line.node, {}));
         QCOMPARE(line.take(33).size(), 33);
         line.give(QByteArray::fromHex("51 56 FC A3 80 02 00 12 38 01"));
         QTRY_COMPARE(fake.receiver.frames.size(), 1);
+        QCOMPARE(came, 1);
         QCOMPARE(hidver.SVNNUM, 0u);
         fake.plug();
         line.give(QByteArray::fromHex("51 56 FC A3 80 02 00 12 38 01"));
