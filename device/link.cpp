@@ -139,7 +139,6 @@ bool Link::lookForDevice()
     noteProblem();
     if (!found)
         return false;
-    retryTimer->stop();
     if (connect_sta == SerialOpen)
         finishLink(End::Replaced);
     // What went wrong with a port is no news any more.
@@ -273,7 +272,6 @@ void Link::closeSerial()
 
 void Link::closePort()
 {
-    portWish.reset();
     if (connect_sta == UsbConnected)
         serialLink->close();
     else

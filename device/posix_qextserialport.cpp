@@ -182,7 +182,6 @@ bool Posix_QextSerialPort::open(QIODevice::OpenMode openMode)
         return refuse(why);
     }
 
-    openings++;
     // Some versions of QSerialPort take the nothing that a line which hung up reads as for no
     // bytes yet, and never speak of it.
     hangUpWatch = std::make_unique<QSocketNotifier>(port.handle(), QSocketNotifier::Exception);
@@ -208,7 +207,7 @@ void Posix_QextSerialPort::close()
     if (!port.isOpen())
         return;
     // The kernel would wait half a minute for bytes that a halted line does not take.
-    if (hangingUp || !drain())
+    if (!drain())
         port.clear(QSerialPort::Output);
     hangUpWatch.reset(); // before its descriptor is gone
     port.close();
@@ -226,7 +225,7 @@ void Posix_QextSerialPort::lookForHangUp()
     if (!port.isOpen() || !isHungUp())
         return;
     loseLine();
-    sayFarewell(openings);
+    sayFarewell();
 }
 
 bool Posix_QextSerialPort::setBaudRate(BaudRateType rate)
@@ -632,12 +631,13 @@ void Posix_QextSerialPort::loseLine()
     qCDebug(lcLink).noquote() << port.portName()
                               << (port.error() == QSerialPort::NoError ? u"hung up"_s
                                                                        : port.errorString());
-    emit lineLost(openings, QPrivateSignal());
+    emit lineLost(QPrivateSignal());
 }
 
-void Posix_QextSerialPort::sayFarewell(int opening)
+// Of a line that was closed meanwhile there is nothing more to say.
+void Posix_QextSerialPort::sayFarewell()
 {
-    if (!hangingUp || opening != openings)
+    if (!hangingUp)
         return;
     close();
     refuse(tr("The serial port %1 is gone. Plug it in and open it again.").arg(port.portName()));

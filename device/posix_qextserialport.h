@@ -81,7 +81,7 @@ signals:
 
     // To itself, queued.
     void bytesWait(QPrivateSignal);
-    void lineLost(int opening, QPrivateSignal);
+    void lineLost(QPrivateSignal);
 
 private:
     enum class Setting { BaudRate, DataBits, Parity, StopBits, FlowControl };
@@ -107,7 +107,7 @@ private:
     bool isHungUp() const;
     void judgeError();
     void loseLine();
-    void sayFarewell(int opening);
+    void sayFarewell();
     bool refuse(const QString &why);
 
     FileDescriptor lock; // while the port is open
@@ -119,7 +119,6 @@ private:
     QString reason;
     QDeadlineTimer lineFree; // when the bytes written so far can have left at the earliest
     qint64 stuckBytes = 0; // left over when drain() last gave up, and written since; 0: it did not
-    int openings = 0;      // tells a late hang-up from one of the present opening
     int strayErrors = 0;   // in a row, without a byte between them
     bool usedElsewhere = false;
     bool hangingUp = false;

@@ -86,7 +86,7 @@ void SerialLink::close(const QString &why)
     serialProblem = why;
 }
 
-bool SerialLink::send(const UCHAR *frame)
+void SerialLink::send(const UCHAR *frame)
 {
     const Frame copy = command::frameAt(frame);
     const int length = command::serial::putOnLine(copy, SendBufUart);
@@ -94,7 +94,6 @@ bool SerialLink::send(const UCHAR *frame)
         myCOM->writeData(reinterpret_cast<const char *>(SendBufUart.data()), length) == length;
     emit traffic({Traffic::Direction::ToFrame, Traffic::Over::Serial,
                   taken ? Traffic::Result::Done : Traffic::Result::Failed, copy});
-    return taken;
 }
 
 UCHAR *SerialLink::takeFrame()

@@ -37,9 +37,8 @@ public:
     void lookForHangUp();
     void forgetProblem() { serialProblem.clear(); }
 
-    // Writes a copy of FrameSize bytes, as far as the framing carries them; false when the line
-    // takes none.
-    bool send(const UCHAR *frame);
+    // Writes a copy of FrameSize bytes, as far as the framing carries them.
+    void send(const UCHAR *frame);
     // The next frame that has come in whole, valid until the next call; nullptr until more bytes
     // have come.
     UCHAR *takeFrame();

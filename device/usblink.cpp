@@ -95,12 +95,12 @@ void UsbLink::close()
         tell(Traffic::Direction::ToFrame, Traffic::Result::Dropped, frame);
 }
 
-bool UsbLink::send(const UCHAR *frame)
+void UsbLink::send(const UCHAR *frame)
 {
     if (outbox.size() >= MaxOutbox) {
         qCWarning(lcLink, "%zu frames wait for the touch frame: one more is dropped", MaxOutbox);
         tell(Traffic::Direction::ToFrame, Traffic::Result::Dropped, command::frameAt(frame));
-        return false;
+        return;
     }
     // The next frame waits for the last one to be out, but neither for a device that hangs nor for
     // several frames.
@@ -108,7 +108,6 @@ bool UsbLink::send(const UCHAR *frame)
     outbox.push_back(command::frameAt(frame));
     if (!othersWait && waitForWriter())
         sendNext();
-    return true;
 }
 
 // True when the writer has ended, as soon as it has; false when there is no patience left.

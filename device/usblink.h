@@ -50,9 +50,9 @@ public:
     // has not left yet is dropped.
     void close();
 
-    // Sends a copy of FrameSize bytes, 50 ms later, one after the other. False, with a warning in
-    // the log, when the outbox is full.
-    bool send(const UCHAR *frame);
+    // Sends a copy of FrameSize bytes, 50 ms later, one after the other. When the outbox is full it
+    // is dropped, with a warning in the log.
+    void send(const UCHAR *frame);
     // Waits until all that was sent is with the device; false when it takes nothing for longer than
     // SendPatience, or cannot be handed it.
     bool flush();

@@ -47,7 +47,6 @@ void SignalLog::begin(int lightsX, int lightsY)
     doCVSstring_Title();
     row = Row::None;
     running = true;
-    unsaved = true;
 }
 
 void SignalLog::end()

@@ -24,7 +24,7 @@ public:
 
     // Ends the log of the test before. A file that cannot be written is told once a test.
     void beginTest();
-    // Takes levels from here on.
+    // Takes levels from here on. Until there is one the file stays as it is.
     void begin(int lightsX, int lightsY);
     void end();
     bool isRunning() const { return running; }
@@ -48,7 +48,7 @@ private:
     int X_total = 0; // lights in the title
     int Y_total = 0;
     bool running = false;
-    bool unsaved = false; // CVSstring holds what the file does not
+    bool unsaved = false; // CVSstring holds levels that the file does not
     bool warned = false;  // of the file, in this test
     Row row = Row::None;  // the axis being appended to the last row
     int nextLight = 0;    // of that axis

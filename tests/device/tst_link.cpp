@@ -12,10 +12,13 @@
 #include "tests/support/fakeadapter.h"
 #include "tests/support/farend.h"
 
+#include <QElapsedTimer>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <cstring>
 #include <thread>
 
@@ -44,6 +47,15 @@ public:
         connect(&link, &Link::stateChanged, this,
                 [this](const Link::State &state) { states.append(state); });
         connect(&link, &Link::aboutToEnd, this, [this](Link::End how) { ends.append(how); });
+        connect(&link, &Link::traffic, this, [this](const Traffic &traffic) {
+            const QByteArray bytes(reinterpret_cast<const char *>(&traffic.frame[1]), 2);
+            if (traffic.result == Traffic::Result::Dropped)
+                dropped.append(bytes.toHex(' '));
+            else if (traffic.result == Traffic::Result::Failed)
+                failed.append(bytes.toHex(' '));
+            else if (traffic.direction == Traffic::Direction::ToFrame)
+                sent.append(bytes.toHex(' '));
+        });
     }
 
     // First lights of the X pages received, without repeats.
@@ -68,6 +80,10 @@ public:
     QByteArrayList frames;
     QList<Link::State> states;
     QList<Link::End> ends;
+    // Class and sub-command, when it is known what became of a frame.
+    QByteArrayList sent;
+    QByteArrayList failed;
+    QByteArrayList dropped;
 };
 
 void send(Link &link, const QByteArray &hex)
@@ -76,6 +92,13 @@ void send(Link &link, const QByteArray &hex)
     Frame frame{};
     memcpy(frame.data(), bytes.constData(), size_t(bytes.size()));
     link.send(frame.data());
+}
+
+bool runsTimer(const Link &link)
+{
+    const auto timers = link.findChildren<QTimer *>(Qt::FindDirectChildrenOnly);
+    return std::any_of(timers.cbegin(), timers.cend(),
+                       [](auto *timer) { return timer->isActive(); });
 }
 
 // A fake frame and its link.
@@ -195,6 +218,49 @@ private slots:
         QTRY_VERIFY(!receiver.frames.isEmpty());
     }
 
+    void lost_messages_leave_a_frame_that_is_still_there_alone()
+    {
+        Fake fake;
+        fake.plug();
+        fake.link.eventsLost();
+        QCOMPARE(fake.link.kind(), Link::UsbConnected);
+        QVERIFY(fake.receiver.ends.isEmpty());
+        QCOMPARE(fake.adapter->closes.load(), 0);
+    }
+
+    void after_lost_messages_a_frame_that_came_is_linked_and_one_that_went_is_not()
+    {
+        Fake fake;
+        fake.adapter->present = true;
+        fake.link.eventsLost();
+        QCOMPARE(fake.link.kind(), Link::UsbConnected);
+        fake.adapter->present = false;
+        fake.link.eventsLost();
+        QCOMPARE(fake.link.kind(), Link::NotConnected);
+        QCOMPARE(fake.receiver.ends, QList({Link::End::DeviceGone}));
+    }
+
+    void a_removal_that_is_told_ends_the_link_of_a_frame_that_is_there_again()
+    {
+        Fake fake;
+        fake.plug();
+        fake.link.deviceRemoved();
+        QCOMPARE(fake.link.kind(), Link::NotConnected);
+        QCOMPARE(fake.receiver.ends, QList({Link::End::DeviceGone}));
+        QCOMPARE(fake.adapter->closes.load(), 1);
+    }
+
+    void without_a_link_by_usb_a_look_for_a_removal_ends_and_opens_nothing()
+    {
+        Fake fake;
+        fake.adapter->present = true;
+        for (const bool force : {false, true})
+            fake.link.lookForRemoval(force);
+        QVERIFY(fake.adapter->searches.isEmpty());
+        QCOMPARE(fake.link.kind(), Link::NotConnected);
+        QVERIFY(fake.receiver.ends.isEmpty());
+    }
+
     void an_unplug_in_the_middle_of_a_stall_ends_the_stall()
     {
         QString problem;
@@ -244,22 +310,38 @@ private slots:
         link.start();
         QVERIFY(link.readVersion());
         QCOMPARE(hidver.VersionNumber, 0x3011u);
+        QVERIFY(link.lacksVersion());
         send(link, "00 A3 00");
         QTRY_COMPARE(hidver.SVNNUM, 0x003812u);
+        QVERIFY(!link.lacksVersion());
         link.end();
         QCOMPARE(hidver.VersionNumber, 0u);
         QCOMPARE(hidver.SVNNUM, 0u);
+        QVERIFY(!link.lacksVersion());
+    }
+
+    void an_older_frame_has_no_firmware_to_tell_of()
+    {
+        Fake fake;
+        fake.adapter->version = 0x2FFF;
+        fake.plug();
+        hidver.SVNNUM = hidver.CHECKSUM = hidver.P_FID = hidver.P_DATE = hidver.P_NUM = 7;
+        QVERIFY(!fake.link.readVersion());
+        QVERIFY(hidver == (HID_VER{.VendorID = 0x5156, .ProductID = 1, .VersionNumber = 0x2FFF}));
+        QVERIFY(!fake.link.lacksVersion());
     }
 
     // Sending
 
     void frames_sent_while_sending_go_out_in_order()
     {
+        QTest::failOnWarning(QRegularExpression(u"could not be sent"_s));
         Fake fake;
         fake.plug();
         for (const char *frame : {"00 A7 00", "00 A7 02", "00 A5 00"})
             send(fake.link, frame);
         QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02", "a5 00"}));
+        QTRY_COMPARE(fake.receiver.sent, QByteArrayList({"a7 00", "a7 02", "a5 00"}));
     }
 
     void waiting_for_the_writer_burns_no_processor()
@@ -345,10 +427,17 @@ private slots:
         });
         fake.unplug();
         later.join();
+        // The first was with the device.
+        QCOMPARE(fake.receiver.sent, QByteArrayList({"a5 01"}));
+        QCOMPARE(fake.receiver.dropped, QByteArrayList({"a5 01", "a5 01"}));
         fake.adapter->forgetSent();
         fake.plug();
         QTest::qWait(200);
         QCOMPARE(fake.adapter->sentBytes(), QByteArrayList());
+        send(fake.link, "00 A7 00");
+        QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00"}));
+        QTest::qWait(100);
+        QCOMPARE(fake.adapter->sent().size(), 1);
     }
 
     void the_outbox_holds_64_frames_and_says_what_it_drops()
@@ -359,9 +448,11 @@ private slots:
         send(fake.link, "00 A7 00"); // with the writer
         for (int i = 0; i < 64; ++i)
             send(fake.link, "00 A7 02");
+        QCOMPARE(fake.receiver.dropped, QByteArrayList());
         QTest::ignoreMessage(QtWarningMsg,
                              "64 frames wait for the touch frame: one more is dropped");
         send(fake.link, "00 A5 00");
+        QCOMPARE(fake.receiver.dropped, QByteArrayList({"a5 00"}));
         fake.adapter->stallSends(false);
         QTRY_COMPARE_WITH_TIMEOUT(fake.adapter->sent().size(), 65, 20000);
         QTest::qWait(150);
@@ -381,6 +472,23 @@ private slots:
         fake.adapter->sendFails = false;
         send(fake.link, "00 A7 02");
         QTRY_COMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02"}));
+        QTRY_COMPARE(fake.receiver.sent, QByteArrayList({"a7 02"}));
+        QCOMPARE(fake.receiver.failed, QByteArrayList({"a7 00"}));
+    }
+
+    void a_send_that_failed_is_not_told_when_its_frame_is_gone()
+    {
+        Fake fake;
+        fake.plug();
+        fake.adapter->sendFails = true;
+        send(fake.link, "00 A7 00");
+        // Without the event loop, in which it would be told.
+        while (fake.adapter->sent().isEmpty())
+            std::this_thread::sleep_for(1ms);
+        std::this_thread::sleep_for(50ms);
+        fake.unplug();
+        QTest::failOnWarning(QRegularExpression(u"could not be sent"_s));
+        QTest::qWait(50);
     }
 
     void what_became_of_a_frame_is_told_although_no_other_follows()
@@ -418,9 +526,13 @@ private slots:
             std::this_thread::sleep_for(100ms);
             fake.adapter->stallSends(false);
         });
+        QByteArrayList toldByTheEnd;
+        connect(&fake.link, &Link::ended, &fake.receiver,
+                [&] { toldByTheEnd = fake.receiver.sent; });
         fake.link.end();
         later.join();
         QCOMPARE(fake.adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02", "a5 00"}));
+        QCOMPARE(toldByTheEnd, QByteArrayList({"a7 00", "a7 02", "a5 00"}));
         QCOMPARE(fake.adapter->closes.load(), 1);
     }
 
@@ -526,6 +638,44 @@ private slots:
         QVERIFY(!timer->isActive());
     }
 
+    void a_frame_whose_node_comes_late_is_found_without_a_start()
+    {
+        Fake fake;
+        fake.link.deviceAdded();
+        QTest::qWait(100);
+        QVERIFY(runsTimer(fake.link));
+        fake.adapter->present = true;
+        QTRY_COMPARE(fake.link.kind(), Link::UsbConnected);
+        QVERIFY(!runsTimer(fake.link));
+    }
+
+    void a_plug_without_a_node_is_looked_for_a_second_and_a_half()
+    {
+        Fake fake;
+        QElapsedTimer time;
+        time.start();
+        fake.link.deviceAdded();
+        QTRY_VERIFY(!runsTimer(fake.link));
+        QVERIFY(time.elapsed() >= 1400);
+        QCOMPARE(fake.adapter->searches.size(), 1 + 75);
+    }
+
+    void an_end_leaves_neither_a_port_nor_a_timer()
+    {
+        FarEnd line;
+        Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        fake.link.start();
+        fake.link.deviceAdded();
+        fake.link.end();
+        QVERIFY(!runsTimer(fake.link));
+        QCOMPARE(fake.link.kind(), Link::NotConnected);
+        QCOMPARE(fake.link.openPort(), QString());
+        QCOMPARE(fake.receiver.ends, QList({Link::End::Closed}));
+        fake.link.end();
+        QCOMPARE(fake.receiver.ends.size(), 1);
+    }
+
     void a_port_that_nobody_has_named_is_com1()
     {
         Fake fake;
@@ -564,6 +714,7 @@ private slots:
         fake.plug();
         QCOMPARE(fake.receiver.ends, QList({Link::End::Replaced}));
         QCOMPARE(line.take(8), QByteArray::fromHex("51 56 00 01 06 00 00 00"));
+        QCOMPARE(fake.receiver.sent, QByteArrayList({"b1 00", "b1 00", "b1 00", "01 06"}));
         QTest::qWait(100);
         QCOMPARE(fake.adapter->sent().size(), 0);
     }
@@ -599,7 +750,7 @@ private slots:
         Fake fake;
         fake.plug();
         QVERIFY(!fake.link.openSerial(u"ttyQuorvel7"_s, {}));
-        QCOMPARE(fake.link.kind(), Link::UsbConnected);
+        QVERIFY(fake.link.state() == (Link::State{Link::UsbConnected, u"/dev/usb/fake"_s, {}}));
         QVERIFY(fake.receiver.ends.isEmpty());
         QVERIFY2(fake.link.serialProblem().contains(u"There is no serial port"_s),
                  qPrintable(fake.link.serialProblem()));
@@ -614,9 +765,43 @@ private slots:
         fake.plug();
         QVERIFY(fake.link.openSerial(line.node, {}));
         QCOMPARE(fake.receiver.ends, QList({Link::End::Replaced}));
-        QCOMPARE(fake.link.kind(), Link::SerialOpen);
+        QVERIFY(fake.link.state() == (Link::State{Link::SerialOpen, line.node, {}}));
+        QVERIFY(fake.receiver.states.last() == fake.link.state());
         QCOMPARE(fake.adapter->closes.load(), 1);
         QCOMPARE(line.take(33).size(), 33);
+    }
+
+    void who_prefers_usb_leaves_the_port_for_a_frame_there()
+    {
+        FarEnd line;
+        Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        fake.adapter->present = true;
+        fake.link.useUsb();
+        QVERIFY(fake.link.state() == (Link::State{Link::UsbConnected, u"/dev/usb/fake"_s, {}}));
+        QCOMPARE(fake.link.openPort(), QString());
+        QCOMPARE(fake.receiver.ends, QList({Link::End::Closed}));
+    }
+
+    void a_closing_of_all_ends_the_link_by_usb_too()
+    {
+        Fake fake;
+        fake.plug();
+        fake.link.closeSerial();
+        QCOMPARE(fake.link.kind(), Link::SerialClosed);
+        QCOMPARE(fake.receiver.ends, QList({Link::End::Closed}));
+        QCOMPARE(fake.adapter->closes.load(), 1);
+    }
+
+    void a_frame_that_another_program_uses_is_told_until_one_is_linked()
+    {
+        Fake fake;
+        fake.adapter->setProblem({u"/dev/usb/hiddev3"_s, EBUSY});
+        QVERIFY(fake.link.isInUse());
+        QVERIFY(fake.link.usbProblem().contains(u"/dev/usb/hiddev3"_s));
+        fake.plug();
+        QVERIFY(!fake.link.isInUse());
+        QCOMPARE(fake.link.usbProblem(), QString());
     }
 
     void a_lost_line_closes_the_port_and_says_so()
@@ -632,14 +817,102 @@ private slots:
                  qPrintable(fake.receiver.states.last().problem));
     }
 
+    void a_look_for_a_removal_sees_a_lost_line_at_once()
+    {
+        FarEnd line;
+        Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        fake.link.lookForRemoval(true);
+        QCOMPARE(fake.link.kind(), Link::SerialOpen);
+        line.fd = {};
+        fake.link.lookForRemoval(false);
+        QCOMPARE(fake.link.kind(), Link::SerialClosed);
+        QCOMPARE(fake.receiver.ends, QList({Link::End::DeviceGone}));
+    }
+
+    void a_good_opening_forgets_why_the_last_one_failed()
+    {
+        FarEnd line;
+        SerialLink serial;
+        QVERIFY(!serial.open(u"ttyQuorvel7"_s));
+        QVERIFY(!serial.problem().isEmpty());
+        QVERIFY(serial.open(line.node));
+        QCOMPARE(serial.problem(), QString());
+    }
+
+    void what_went_wrong_with_a_port_is_forgotten_when_a_frame_on_usb_comes()
+    {
+        Fake fake;
+        QVERIFY(!fake.link.openSerial(u"ttyQuorvel7"_s, {}));
+        QVERIFY(!fake.link.state().problem.isEmpty());
+        fake.plug();
+        QVERIFY(fake.link.state() == (Link::State{Link::UsbConnected, u"/dev/usb/fake"_s, {}}));
+        QCOMPARE(fake.link.serialProblem(), QString());
+        fake.unplug();
+        QVERIFY(fake.link.state() == (Link::State{Link::NotConnected, {}, {}}));
+    }
+
+    void a_port_that_was_busy_is_waited_for_until_something_else_is_linked_or_wanted()
+    {
+        FarEnd line;
+        Posix_QextSerialPort other(line.node, {});
+        QVERIFY(other.open(QIODevice::ReadWrite));
+        Fake fake;
+        const auto waits = [&] {
+            return !fake.link.openSerial(line.node, {}) && fake.link.isInUse();
+        };
+        QVERIFY(waits());
+        fake.plug();
+        fake.unplug();
+        QVERIFY(!fake.link.isInUse());
+        QVERIFY(waits());
+        QVERIFY(!fake.link.openSerial(u"ttyQuorvel7"_s, {}));
+        QVERIFY(!fake.link.isInUse());
+        QVERIFY(waits());
+        fake.link.closeSerial();
+        QVERIFY(!fake.link.isInUse());
+        QVERIFY(waits());
+        fake.link.closePort();
+        QVERIFY(!fake.link.isInUse());
+    }
+
+    void a_port_that_was_busy_is_opened_as_asked_when_it_is_free()
+    {
+        FarEnd line;
+        Posix_QextSerialPort other(line.node, {});
+        QVERIFY(other.open(QIODevice::ReadWrite));
+        Fake fake;
+        fake.link.start();
+        QVERIFY(!fake.link.openSerial(line.node, {.BaudRate = BAUD57600}));
+        QCOMPARE(fake.link.kind(), Link::SerialFailed);
+        other.close();
+        QTRY_COMPARE(fake.link.kind(), Link::SerialOpen);
+        QCOMPARE(int(line.settings().c_ospeed), 57600);
+        QVERIFY(!fake.link.isInUse());
+    }
+
+    void what_stays_as_it_is_is_told_once()
+    {
+        Fake fake;
+        fake.link.closeSerial();
+        fake.link.closeSerial();
+        QCOMPARE(fake.receiver.states.size(), 1);
+        QVERIFY(fake.receiver.states.first() == (Link::State{Link::SerialClosed, {}, {}}));
+    }
+
     void a_problem_is_told_when_it_has_lasted()
     {
         Fake fake;
         fake.adapter->present = false;
         fake.adapter->setProblem({u"/dev/usb/hiddev3"_s, EACCES});
+        QElapsedTimer time;
+        time.start();
         fake.link.start();
         QVERIFY(fake.receiver.states.isEmpty());
         QTRY_VERIFY(!fake.receiver.states.isEmpty());
+        // At the first look after 400 ms.
+        QVERIFY(time.elapsed() >= 400);
+        QVERIFY(time.elapsed() < 1000);
         QVERIFY(fake.receiver.states.first().problem.contains(u"/dev/usb/hiddev3"_s));
         fake.adapter->setProblem({});
         QTRY_COMPARE(fake.receiver.states.size(), 2);
@@ -693,15 +966,43 @@ private slots:
         }
     }
 
+    void what_was_held_back_during_a_receivers_event_loop_goes_with_its_frame()
+    {
+        FarEnd line;
+        Fake fake;
+        QVERIFY(fake.link.openSerial(line.node, {}));
+        QCOMPARE(line.take(33).size(), 33);
+        bool once = false;
+        connect(&fake.link, &Link::received, &fake.receiver, [&] {
+            if (std::exchange(once, true))
+                return;
+            fake.plug();
+            QTest::qWait(200);
+            fake.unplug();
+        });
+        line.give(QByteArray::fromHex("51 56 FC A7 82 02 00 03 00 00"));
+        QTRY_COMPARE(fake.receiver.ends, QList({Link::End::Replaced, Link::End::DeviceGone}));
+        QTest::qWait(50);
+        QCOMPARE(fake.receiver.heads(3), QByteArrayList({"FC A7 82"}));
+    }
+
     void a_version_reply_over_the_serial_line_changes_nothing()
     {
         FarEnd line;
         Fake fake;
         connect(&fake.link, &Link::received, &fake.link, &Link::takeVersion);
+        int came = 0;
+        connect(&fake.link, &Link::traffic, &fake.receiver, [&came](const Traffic &traffic) {
+            came += traffic.direction == Traffic::Direction::FromFrame &&
+                            traffic.over == Traffic::Over::Serial
+                        ? 1
+                        : 0;
+        });
         QVERIFY(fake.link.openSerial(line.node, {}));
         QCOMPARE(line.take(33).size(), 33);
         line.give(QByteArray::fromHex("51 56 FC A3 80 02 00 12 38 01"));
         QTRY_COMPARE(fake.receiver.frames.size(), 1);
+        QCOMPARE(came, 1);
         QCOMPARE(hidver.SVNNUM, 0u);
         fake.plug();
         line.give(QByteArray::fromHex("51 56 FC A3 80 02 00 12 38 01"));

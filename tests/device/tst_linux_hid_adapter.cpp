@@ -251,6 +251,22 @@ private slots:
         QVERIFY(adapter.IsDevOpened());
     }
 
+    void a_device_on_descriptor_1_is_seen_to_go_and_is_closed()
+    {
+        FakeHiddev io;
+        io.nextDescriptor = 1;
+        io.givesNumbersAgain = true;
+        io.nodes["/dev/usb/hiddev0"] = {};
+        OP_HID_Adapter adapter(io);
+        QVERIFY(adapter.DoFindDev(u"col03"_s, true));
+        QVERIFY(adapter.IsDevOpened());
+        QVERIFY(io.isOpen(1));
+        io.failing[HIDIOCGDEVINFO] = ENODEV;
+        QVERIFY(adapter.IsDevDead());
+        adapter.CloseDevice();
+        QVERIFY(!io.isOpen(1));
+    }
+
     void a_node_is_opened_for_both_directions_and_for_no_other_program()
     {
         QTemporaryFile node;

@@ -39,6 +39,15 @@ private slots:
         pacer.sleep(10ms);
         QVERIFY(Pacer::Clock::now() - begin >= 20ms);
     }
+
+    void a_stall_of_little_more_than_one_sleep_begins_anew_too()
+    {
+        Pacer pacer;
+        std::this_thread::sleep_for(65ms);
+        const auto begin = Pacer::Clock::now();
+        pacer.sleep(50ms);
+        QVERIFY(Pacer::Clock::now() - begin >= 50ms);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestPacing)

@@ -5,17 +5,51 @@
 #include "tests/support/farend.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
+#include <QScopedValueRollback>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <dlfcn.h>
 #include <grp.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <cstdarg>
 #include <functional>
+#include <limits>
+#include <optional>
 #include <thread>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace {
+
+// What a driver answers instead of the pseudo-terminal's; nothing: that answers itself.
+std::optional<int> unsentByDriver;
+std::optional<unsigned> hardwareStatus; // or TIOCSER_TEMT
+
+} // namespace
+
+extern "C" int ioctl(int fd, unsigned long request, ...) noexcept
+{
+    using Ioctl = int (*)(int, unsigned long, void *);
+    static const auto real = reinterpret_cast<Ioctl>(::dlsym(RTLD_NEXT, "ioctl"));
+    va_list arguments;
+    va_start(arguments, request);
+    void *argument = va_arg(arguments, void *);
+    va_end(arguments);
+    if (request == TIOCOUTQ && unsentByDriver) {
+        *static_cast<int *>(argument) = *unsentByDriver;
+        return 0;
+    }
+    if (request == TIOCSERGETLSR && hardwareStatus) {
+        *static_cast<unsigned *>(argument) = *hardwareStatus;
+        return 0;
+    }
+    return real(fd, request, argument);
+}
 
 namespace {
 
@@ -49,9 +83,15 @@ private slots:
     void bytes_are_told_in_both_query_modes();
     void bytes_that_remain_are_told_again_while_some_are_read();
     void bytes_that_nobody_reads_are_told_once();
+    void bytes_that_come_in_pieces_during_a_setter_are_told_once_and_later_data();
+    void bytes_that_come_in_pieces_during_a_setter_are_told_once_and_later();
     void bytes_are_never_told_inside_a_setter();
     void written_bytes_leave_without_an_event_loop();
     void bytes_have_left_before_the_rate_changes();
+    void a_byte_is_waited_for_as_long_as_its_format_makes_it_data();
+    void a_byte_is_waited_for_as_long_as_its_format_makes_it();
+    void bytes_of_several_writes_are_waited_for_together();
+    void a_byte_has_3_milliseconds_more_to_pass_an_adapter();
     void a_rate_waits_for_a_slow_reader();
     void bytes_have_left_before_the_port_closes();
     void a_line_that_takes_nothing_keeps_its_rate();
@@ -60,13 +100,17 @@ private slots:
     void a_line_that_takes_nothing_is_waited_for_once();
     void a_line_that_takes_nothing_for_long_is_not_gone();
     void a_line_that_goes_on_is_waited_for_again();
+    void a_line_that_has_moved_is_waited_for_although_more_was_written_since();
+    void what_the_driver_has_not_sent_is_waited_for_once();
     void a_line_that_takes_nothing_is_closed_soon();
+    void no_more_than_16384_bytes_wait_for_a_line();
     void writing_to_a_line_that_takes_nothing_ends();
     void a_full_line_goes_on_when_its_reader_does();
     void unread_bytes_are_kept_up_to_a_bound();
     void what_cannot_be_set_is_refused_with_a_reason_data();
     void what_cannot_be_set_is_refused_with_a_reason();
     void two_stop_bits_after_five_data_bits_are_refused();
+    void a_parity_that_another_program_left_behind_is_taken_back();
     void a_setting_that_the_port_drops_is_refused();
     void settings_that_the_port_drops_at_open_are_named();
     void stop_bits_and_flow_control_reach_the_port();
@@ -76,12 +120,14 @@ private slots:
     void a_port_open_elsewhere_is_refused_with_a_reason();
     void a_port_of_another_user_is_refused_with_a_reason_data();
     void a_port_of_another_user_is_refused_with_a_reason();
+    void a_port_that_does_not_open_is_left_to_others();
     void a_second_open_is_refused_and_changes_nothing();
     void a_closed_port_takes_and_gives_nothing();
     void a_hang_up_closes_once_and_rests();
     void a_hang_up_is_told_at_once_to_who_asks();
     void a_hang_up_seen_while_writing_closes_once();
     void a_port_reopened_before_its_hang_up_is_told_stays_open();
+    void a_port_reopened_after_a_hang_up_owes_nothing_to_the_lost_line();
     void a_port_opens_again_after_a_hang_up();
 };
 
@@ -228,6 +274,43 @@ void TestPosixQextSerialPort::bytes_that_nobody_reads_are_told_once()
     QCOMPARE(port.size(), 4);
 }
 
+void TestPosixQextSerialPort::
+    bytes_that_come_in_pieces_during_a_setter_are_told_once_and_later_data()
+{
+    QTest::addColumn<bool>("readAtOnce");
+    QTest::newRow("and not when they have been read by then") << true;
+    QTest::newRow("all of them") << false;
+}
+
+void TestPosixQextSerialPort::bytes_that_come_in_pieces_during_a_setter_are_told_once_and_later()
+{
+    QFETCH(const bool, readAtOnce);
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 2000});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QSignalSpy told(&port, &Posix_QextSerialPort::readyRead);
+    // More than a pseudo-terminal holds, so that the setter waits for the far end.
+    const QByteArray bytes(Posix_QextSerialPort::MaxWaiting, 'x');
+    QCOMPARE(write(port, bytes), bytes.size());
+    std::thread other([&] {
+        for (int i = 0; i < 3; i++) {
+            std::this_thread::sleep_for(30ms);
+            far.give("abc"_ba);
+        }
+        std::this_thread::sleep_for(30ms);
+        far.take(bytes.size(), 3000);
+    });
+    const bool set = port.setBaudRate(BAUD9600);
+    other.join();
+    QVERIFY2(set, qPrintable(port.errorString()));
+    QCOMPARE(told.count(), 0);
+    QCOMPARE(port.size(), 9);
+    if (readAtOnce)
+        QCOMPARE(read(port, 9).size(), 9);
+    QTest::qWait(100);
+    QCOMPARE(told.count(), readAtOnce ? 0 : 1);
+}
+
 void TestPosixQextSerialPort::bytes_are_never_told_inside_a_setter()
 {
     FarEnd far;
@@ -277,6 +360,75 @@ void TestPosixQextSerialPort::bytes_have_left_before_the_rate_changes()
     QVERIFY2(clock.nsecsElapsed() >= 14'300'000, QByteArray::number(clock.nsecsElapsed()));
     QVERIFY2(clock.elapsed() < 1000, QByteArray::number(clock.elapsed()));
     QCOMPARE(far.take(33), command + command + command);
+}
+
+void TestPosixQextSerialPort::a_byte_is_waited_for_as_long_as_its_format_makes_it_data()
+{
+    QTest::addColumn<PortSettings>("format");
+    QTest::addColumn<int>("bits"); // with the start bit
+    QTest::newRow("5 data bits") << PortSettings{.DataBits = DATA_5} << 7;
+    QTest::newRow("8 data bits") << PortSettings{.DataBits = DATA_8} << 10;
+    QTest::newRow("a parity bit") << PortSettings{.Parity = PAR_EVEN} << 11;
+    QTest::newRow("2 stop bits") << PortSettings{.StopBits = STOP_2} << 11;
+    QTest::newRow("all of them") << PortSettings{.DataBits = DATA_7,
+                                                 .Parity = PAR_MARK,
+                                                 .StopBits = STOP_2}
+                                 << 11;
+}
+
+// A pseudo-terminal keeps neither data bits nor parity, but its port does.
+void TestPosixQextSerialPort::a_byte_is_waited_for_as_long_as_its_format_makes_it()
+{
+    QFETCH(const PortSettings, format);
+    QFETCH(const int, bits);
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, format);
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    const QByteArray bytes(192, 'x'); // a bit of each is 20 ms at 9600 baud
+    // More than once if need be: a busy machine makes any single one late.
+    qint64 quickest = std::numeric_limits<qint64>::max();
+    for (int i = 0; i < 5 && quickest >= (bits + 1) * 20; i++) {
+        QVERIFY2(port.setBaudRate(BAUD9600), qPrintable(port.errorString()));
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(write(port, bytes), bytes.size());
+        QVERIFY2(port.setBaudRate(BAUD57600), qPrintable(port.errorString()));
+        quickest = std::min(quickest, clock.elapsed());
+        QCOMPARE(far.take(bytes.size()), bytes);
+    }
+    QVERIFY2(quickest >= bits * 20 && quickest < (bits + 1) * 20, QByteArray::number(quickest));
+}
+
+void TestPosixQextSerialPort::bytes_of_several_writes_are_waited_for_together()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 0; i < 4; i++)
+        QCOMPARE(write(port, QByteArray(48, 'x')), 48);
+    QVERIFY2(port.setBaudRate(BAUD57600), qPrintable(port.errorString()));
+    // 192 bytes of ten bits at 9600 baud.
+    QVERIFY2(clock.elapsed() >= 200, QByteArray::number(clock.elapsed()));
+}
+
+void TestPosixQextSerialPort::a_byte_has_3_milliseconds_more_to_pass_an_adapter()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    // The quickest of many: a busy machine makes any single one late.
+    qint64 quickest = std::numeric_limits<qint64>::max();
+    for (int i = 0; i < 30; i++) {
+        QVERIFY(port.setBaudRate(BAUD256000));
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(write(port, "x"_ba), 1);
+        QVERIFY(port.setBaudRate(BAUD9600));
+        quickest = std::min(quickest, clock.nsecsElapsed());
+    }
+    QVERIFY2(quickest >= 3'000'000 && quickest < 4'000'000, QByteArray::number(quickest));
 }
 
 void TestPosixQextSerialPort::a_rate_waits_for_a_slow_reader()
@@ -347,24 +499,31 @@ void TestPosixQextSerialPort::a_line_that_takes_nothing_keeps_its_rate()
 void TestPosixQextSerialPort::
     a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says_data()
 {
-    QTest::addColumn<long>("timeout");
+    QTest::addColumn<PortSettings>("settings");
+    QTest::addColumn<long>("timeout"); // set later; -1: not
     QTest::addColumn<qint64>("atLeast");
     QTest::addColumn<qint64>("lessThan");
     // 16384 bytes of ten bits need 640 ms at 256000 baud by themselves.
-    QTest::newRow("none") << 0L << qint64(630) << qint64(1500);
-    QTest::newRow("a second and a half") << 1500L << qint64(2130) << qint64(2900);
-    QTest::newRow("more than any window can wait") << 60'000L << qint64(2990) << qint64(4000);
+    const PortSettings fast{.BaudRate = BAUD256000};
+    PortSettings patient = fast;
+    patient.Timeout_Millisec = 1500;
+    QTest::newRow("none") << patient << 0L << qint64(630) << qint64(1500);
+    QTest::newRow("a second and a half") << patient << -1L << qint64(2130) << qint64(2900);
+    QTest::newRow("more than any window can wait")
+        << fast << 60'000L << qint64(2990) << qint64(4000);
 }
 
 void TestPosixQextSerialPort::a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says()
 {
+    QFETCH(const PortSettings, settings);
     QFETCH(const long, timeout);
     QFETCH(const qint64, atLeast);
     QFETCH(const qint64, lessThan);
     FarEnd far;
-    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000});
+    Posix_QextSerialPort port(far.node, settings);
     QVERIFY(port.open(QIODevice::ReadWrite));
-    QVERIFY(port.setTimeout(timeout));
+    if (timeout >= 0)
+        QVERIFY(port.setTimeout(timeout));
     QElapsedTimer clock;
     clock.start();
     QCOMPARE(write(port, QByteArray(Posix_QextSerialPort::MaxWaiting, 'x')),
@@ -435,6 +594,59 @@ void TestPosixQextSerialPort::a_line_that_goes_on_is_waited_for_again()
     QVERIFY2(set, qPrintable(port.errorString()));
 }
 
+void TestPosixQextSerialPort::a_line_that_has_moved_is_waited_for_although_more_was_written_since()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 0});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    const auto fill = [&port] {
+        int times = 0;
+        while (write(port, QByteArray(64, 'x')) > 0)
+            times++;
+        return times;
+    };
+    QVERIFY(fill() > 0);
+    QVERIFY(!port.setBaudRate(BAUD9600));
+    QCOMPARE(far.take(6000).size(), 6000);
+    QTest::qWait(100);
+    QVERIFY(fill() > 0); // as many wait as before
+    QVERIFY(port.setTimeout(300));
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(!port.setBaudRate(BAUD9600));
+    QVERIFY2(clock.elapsed() >= 300, QByteArray::number(clock.elapsed()));
+}
+
+// A pseudo-terminal has no such driver.
+void TestPosixQextSerialPort::what_the_driver_has_not_sent_is_waited_for_once()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 300});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    const auto setBy = [&port](BaudRateType rate, bool &set) {
+        QElapsedTimer clock;
+        clock.start();
+        set = port.setBaudRate(rate);
+        return clock.elapsed();
+    };
+    bool set = true;
+    const QScopedValueRollback driver(unsentByDriver, std::optional(1));
+    QVERIFY(setBy(BAUD9600, set) >= 300);
+    QVERIFY(!set);
+    QVERIFY(setBy(BAUD9600, set) < 250);
+    QVERIFY(!set);
+    unsentByDriver = 0;
+    setBy(BAUD9600, set);
+    QVERIFY(set);
+    // The shift register has the last of it.
+    const QScopedValueRollback hardware(hardwareStatus, std::optional(0U));
+    QVERIFY(setBy(BAUD57600, set) >= 300);
+    QVERIFY(!set);
+    hardwareStatus = TIOCSER_TEMT;
+    setBy(BAUD57600, set);
+    QVERIFY(set);
+}
+
 void TestPosixQextSerialPort::a_line_that_takes_nothing_is_closed_soon()
 {
     FarEnd far;
@@ -447,6 +659,17 @@ void TestPosixQextSerialPort::a_line_that_takes_nothing_is_closed_soon()
     QVERIFY(!port.isOpen());
     QVERIFY2(clock.elapsed() < Posix_QextSerialPort::MaxDrainMs + 500,
              QByteArray::number(clock.elapsed()));
+}
+
+void TestPosixQextSerialPort::no_more_than_16384_bytes_wait_for_a_line()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 0});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(write(port, QByteArray(16385, 'x')), -1);
+    QVERIFY2(port.errorString().contains(u"takes no more bytes"), qPrintable(port.errorString()));
+    QCOMPARE(far.waiting(), 0);
+    QCOMPARE(write(port, QByteArray(16384, 'x')), 16384);
 }
 
 void TestPosixQextSerialPort::writing_to_a_line_that_takes_nothing_ends()
@@ -507,8 +730,8 @@ void TestPosixQextSerialPort::unread_bytes_are_kept_up_to_a_bound()
         refused = n > 0 ? 0 : refused + 1;
         QTest::qWait(1);
     }
-    QVERIFY(given > Posix_QextSerialPort::MaxWaiting);
-    QCOMPARE(port.size(), Posix_QextSerialPort::MaxWaiting);
+    QVERIFY(given > 16384);
+    QCOMPARE(port.size(), 16384);
     // Reading makes room for the rest.
     qint64 got = 0;
     connect(&port, &Posix_QextSerialPort::readyRead, this,
@@ -577,6 +800,19 @@ void TestPosixQextSerialPort::two_stop_bits_after_five_data_bits_are_refused()
     QVERIFY(port.setStopBits(STOP_1));
     QVERIFY(port.setDataBits(DATA_6));
     QVERIFY(port.setStopBits(STOP_2));
+}
+
+// Without parity its bit means nothing, and with one it makes another of it.
+void TestPosixQextSerialPort::a_parity_that_another_program_left_behind_is_taken_back()
+{
+    FarEnd far;
+    termios2 left = far.settings();
+    left.c_cflag |= CMSPAR;
+    QCOMPARE(::ioctl(far.fd.get(), TCSETS2, &left), 0);
+    QVERIFY(far.settings().c_cflag & CMSPAR);
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QVERIFY(!(far.settings().c_cflag & CMSPAR));
 }
 
 // A pseudo-terminal always has eight bits and no parity, and reports success nevertheless.
@@ -686,9 +922,13 @@ void TestPosixQextSerialPort::a_port_open_elsewhere_is_refused_with_a_reason()
                                                QCoreApplication::applicationPid())),
              qPrintable(second.errorString()));
     QVERIFY(second.isInUse());
+    // Who waits for it and tries again fills no log.
+    QTest::failOnWarning(QRegularExpression(u"is in use"_s));
+    QVERIFY(!second.open(QIODevice::ReadWrite));
     first.close();
     QVERIFY2(second.open(QIODevice::ReadWrite), qPrintable(second.errorString()));
     QCOMPARE(second.errorString(), QString());
+    QVERIFY(!second.isInUse());
 }
 
 void TestPosixQextSerialPort::a_port_of_another_user_is_refused_with_a_reason_data()
@@ -746,6 +986,15 @@ void TestPosixQextSerialPort::a_port_of_another_user_is_refused_with_a_reason()
     QCOMPARE(setgroups(size_t(groupCount), groups.data()), 0);
     QVERIFY(!opened);
     QCOMPARE(said, reason.arg(far.node));
+}
+
+void TestPosixQextSerialPort::a_port_that_does_not_open_is_left_to_others()
+{
+    Posix_QextSerialPort port(u"/dev/full"_s, {});
+    QVERIFY(!port.open(QIODevice::ReadWrite));
+    QVERIFY2(port.errorString().contains(u"is not a serial port"), qPrintable(port.errorString()));
+    FileDescriptor lock;
+    QVERIFY(devicelock::takeAt(u"/dev/full"_s, lock) == devicelock::Outcome::Taken);
 }
 
 void TestPosixQextSerialPort::a_second_open_is_refused_and_changes_nothing()
@@ -856,6 +1105,24 @@ void TestPosixQextSerialPort::a_port_reopened_before_its_hang_up_is_told_stays_o
     QVERIFY(port.isOpen());
     QCOMPARE(write(port, "fresh"_ba), 5);
     QCOMPARE(fresh.take(5), "fresh"_ba);
+}
+
+void TestPosixQextSerialPort::a_port_reopened_after_a_hang_up_owes_nothing_to_the_lost_line()
+{
+    FarEnd lost;
+    FarEnd fresh;
+    Posix_QextSerialPort port(lost.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    QCOMPARE(write(port, QByteArray(1920, 'x')), 1920); // two seconds at 9600 baud
+    lost.fd = {};
+    port.lookForHangUp();
+    QVERIFY(!port.isOpen());
+    port.setPortName(fresh.node);
+    QVERIFY2(port.open(QIODevice::ReadWrite), qPrintable(port.errorString()));
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY2(port.setBaudRate(BAUD57600), qPrintable(port.errorString()));
+    QVERIFY2(clock.elapsed() < 1000, QByteArray::number(clock.elapsed()));
 }
 
 void TestPosixQextSerialPort::a_port_opens_again_after_a_hang_up()

@@ -137,6 +137,9 @@ private slots:
         screen->setPrimaryScr(0, oneScreen(1366, 768));
         QCOMPARE(list(screen->targetsX()), QList<int>({170, 1190, 1190, 170}));
         QCOMPARE(list(screen->targetsY()), QList<int>({96, 96, 672, 672}));
+        screen->setPrimaryScr(0, oneScreen(1680, 1050));
+        QCOMPARE(list(screen->targetsX()), QList<int>({210, 1470, 1470, 210}));
+        QCOMPARE(list(screen->targetsY()), QList<int>({131, 131, 917, 917}));
     }
 
     void a_second_screen_sends_its_place_and_the_whole_desktop()
@@ -258,6 +261,8 @@ private slots:
         // (|-2| + |3|) / 2 = 2
         QTest::newRow("signed, averaged and cut")
             << UCHAR(0xFE) << UCHAR(0x03) << QStringList({end, u"Calibration accuracy: 98%\n"_s});
+        QTest::newRow("both the other way")
+            << UCHAR(0xFD) << UCHAR(0xFB) << QStringList({end, u"Calibration accuracy: 96%\n"_s});
         QTest::newRow("5 is still good")
             << UCHAR(5) << UCHAR(6) << QStringList({end, u"Calibration accuracy: 95%\n"_s});
         QTest::newRow("6 is not") << UCHAR(6) << UCHAR(6) << QStringList({end});
@@ -665,6 +670,16 @@ private slots:
         // (15/2*30)/(585/10+1) + (30/2*30)/(790/10+1) = 210/59 + 450/80 = 3 + 5
         QTest::newRow("skewed") << QList<int>{100, 900, 920, 140} << QList<int>{100, 120, 700, 690}
                                 << 8;
+        // dx = |(21+26)/2 - (100+73)/2| = 63, ex = |26-23| + |100-86| = 17
+        // dy = |(33+93)/2 - (119+108)/2| = 50, ey = |108-113| + |93-63| = 35
+        // (35/2*30)/(50/10+1) + (17/2*30)/(63/10+1) = 510/6 + 240/7 = 85 + 34
+        QTest::newRow("cut at every division")
+            << QList<int>{21, 100, 73, 26} << QList<int>{33, 93, 119, 108} << 119;
+        // dx = |(17+70)/2 - (134+101)/2| = 74, ex = |70-43| + |134-117| = 44
+        // dy = |(23+44)/2 - (114+171)/2| = 109, ey = |171-142| + |44-33| = 40
+        // (40/2*30)/(109/10+1) + (44/2*30)/(74/10+1) = 600/11 + 660/8 = 54 + 82
+        QTest::newRow("far off") << QList<int>{17, 134, 101, 70} << QList<int>{23, 44, 114, 171}
+                                 << 136;
         QTest::newRow("one point") << QList<int>{5, 5, 5, 5} << QList<int>{5, 5, 5, 5} << 0;
     }
     void the_estimate_follows_its_formula()

@@ -809,6 +809,15 @@ private slots:
         QCOMPARE(state(), u"A touch frame is connected by USB."_s);
     }
 
+    void a_port_that_opens_after_all_takes_its_failure_away()
+    {
+        appear();
+        dialog->setState(Link::None, QString(), u"It is in use."_s);
+        dialog->setState(Link::Serial, u"ttyUSB0"_s, QString());
+        QCOMPARE(state(), u"The serial port ttyUSB0 is open.\n"
+                          u"Nothing has come from a touch frame there yet."_s);
+    }
+
     void a_failure_is_forgotten_with_the_dialog()
     {
         appear();

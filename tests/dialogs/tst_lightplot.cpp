@@ -452,6 +452,11 @@ private slots:
         QTest::newRow("left strip") << QPoint(100, 780) << u"Y14"_s;   // 300 * 54 / 1081
         QTest::newRow("bottom strip") << QPoint(100, 1030) << u"X4"_s; // 100 * 96 / 1921
         QTest::newRow("neither") << QPoint(400, 680) << QString();
+        // 1061 * 54 / 1081 = 53.0009 and 1060 * 54 / 1081 = 52.95, and likewise across.
+        QTest::newRow("the first row of Y53") << QPoint(100, 19) << u"Y53"_s;
+        QTest::newRow("the last row of Y52") << QPoint(100, 20) << u"Y52"_s;
+        QTest::newRow("the first column of X95") << QPoint(1901, 1000) << u"X95"_s;
+        QTest::newRow("the last column of X94") << QPoint(1900, 1000) << u"X94"_s;
         QTest::newRow("left strip's last column") << QPoint(249, 400) << u"Y33"_s;
         QTest::newRow("right of the left strip") << QPoint(250, 400) << QString();
         QTest::newRow("bottom strip's first row") << QPoint(1000, 831) << u"X49"_s;

@@ -151,6 +151,31 @@ private:
         // What a click there names lies there: the native height of the click decides.
         const int y = int(int(100 / ratio) * ratio);
         QCOMPARE(clickAt(60, 100), u"Y%1"_s.arg((H - y) * LightsY / (H + 1)));
+
+        // The pixel that a click lies on decides, and not the nearest one.
+        const auto clickLogical = [&](QPoint at) {
+            QTest::mouseClick(&screen, Qt::LeftButton, {}, at);
+            return chosen(screen);
+        };
+        const auto lightX = [W](int pixel) { return pixel * LightsX / (W + 1); };
+        const auto lightY = [H](int pixel) { return (H - pixel) * LightsY / (H + 1); };
+        int clicksX = 0;
+        for (int at = 300; at < W / ratio - 1 && clicksX < 3; ++at) {
+            if (lightX(int(at * ratio)) == lightX(qRound(at * ratio)))
+                continue;
+            ++clicksX;
+            QCOMPARE(clickLogical({at, int((H - 1) / ratio)}),
+                     u"X%1"_s.arg(lightX(int(at * ratio))));
+        }
+        QVERIFY(clicksX > 0);
+        int clicksY = 0;
+        for (int at = 10; at < 300 / ratio && clicksY < 3; ++at) {
+            if (lightY(int(at * ratio)) == lightY(qRound(at * ratio)))
+                continue;
+            ++clicksY;
+            QCOMPARE(clickLogical({40, at}), u"Y%1"_s.arg(lightY(int(at * ratio))));
+        }
+        QVERIFY(clicksY > 0);
     }
 
 private slots:

@@ -2,6 +2,7 @@
 
 #include "dialogs/test_win.h"
 #include "tests/support/plainplot.h"
+#include "tests/support/smalldisk.h"
 
 #include <QAction>
 #include <QApplication>
@@ -1514,6 +1515,11 @@ private slots:
         logAction()->trigger(); // switched on, and nothing tested
         window->close();
         QCOMPARE(kept(), earlier);
+        window->show();
+        startContinuous();
+        deliver(Counts32); // and no level
+        window->close();
+        QCOMPARE(kept(), earlier);
         window.reset();
         QCOMPARE(kept(), earlier);
     }
@@ -1710,6 +1716,20 @@ private slots:
         deliver({Counts32, X1});
         QCOMPARE(boxes().size(), 1);
         QVERIFY(QDir::current().rmdir(u"TestLog.csv"_s));
+    }
+
+    void a_log_for_which_the_disk_had_no_room_is_written_when_there_is_some()
+    {
+        logAction()->trigger();
+        startContinuous();
+        deliver({Counts32, X1, Y1});
+        {
+            const SmallDisk disk(10);
+            click(u"ALL_btn"_s);
+            QCOMPARE(boxes().size(), 1);
+        }
+        window->hide();
+        QVERIFY(log().endsWith(u"\nD,T,1000,400,800,600,,100,,\n"_s));
     }
 
     // A pipe would wait for a reader, and a link lead to a file of somebody else's choice.

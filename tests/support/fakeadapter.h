@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QList>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -74,6 +75,12 @@ public:
         const std::lock_guard guard(lock);
         frames.clear();
     }
+    // Between the end of a read and the begin of the next; the longest there is before the second.
+    Clock::duration shortestRest()
+    {
+        const std::lock_guard guard(lock);
+        return shortest;
+    }
     // Reads hang from now on, until released or closed.
     void stallReads(bool stall)
     {
@@ -112,6 +119,7 @@ public:
     int ReadReport(UCHAR reportId, UCHAR *buf) override
     {
         const Use use(*this);
+        const auto begin = Clock::now();
         ++nowReading;
         readId = reportId;
         if (paced) {
@@ -128,6 +136,9 @@ public:
         buf[61] = UCHAR(number >> 8);
         buf[62] = UCHAR(number >> 16);
         buf[0] = otherId ? otherId.load() : reportId;
+        if (number > 1)
+            shortest = std::min(shortest, begin - readEnded);
+        readEnded = Clock::now();
         --nowReading;
         return readsFail ? -1 : 0;
     }
@@ -171,12 +182,14 @@ private:
         FakeAdapter &adapter;
     };
 
-    std::mutex lock; // protects report, frames and both stalls
+    std::mutex lock; // protects report, frames, both stalls and the rest
     std::condition_variable unstalled;
     QByteArray report;
     QList<Sent> frames;
     bool stalled = false;
     bool sendsStalled = false;
+    Clock::time_point readEnded;
+    Clock::duration shortest = Clock::duration::max();
     std::atomic<bool> opened{false};
     std::atomic<int> users{0};
     HID_AdpterPacket::NodeProblem problem;

@@ -71,8 +71,10 @@ public:
             errno = found->second.openError;
             return -1;
         }
-        descriptors[nextDescriptor] = path;
-        return nextDescriptor++;
+        const int descriptor = nextDescriptor;
+        descriptors[descriptor] = path;
+        nextDescriptor += givesNumbersAgain ? 0 : 1;
+        return descriptor;
     }
 
     void close(int fd) override
@@ -161,6 +163,7 @@ public:
     size_t openDescriptors() const { return descriptors.size(); }
 
     int nextDescriptor = FirstDescriptor;
+    bool givesNumbersAgain = false; // that of the probe is the device's too, as the system has it
 
 private:
     static constexpr int FirstDescriptor = 100;
