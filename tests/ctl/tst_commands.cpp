@@ -376,7 +376,7 @@ private slots:
     // A line may change bytes on the way, and what is read is written back.
     void adc_settings_are_believed_when_they_are_said_twice_on_a_serial_line()
     {
-        int asked = 0;
+        std::atomic_int asked = 0;
         AnsweringLine line({{"00 A2 05", [&] {
                                  constexpr int Said[] = {4000, 4001, 4000, 4000, 4000};
                                  return QByteArrayList{adcWith(Said[std::min(asked++, 4)])};
@@ -390,7 +390,7 @@ private slots:
 
     void adc_settings_that_are_never_said_twice_are_not_written_back()
     {
-        int max = 4000;
+        std::atomic_int max = 4000;
         AnsweringLine line({{"00 A2 05", [&] { return QByteArrayList{adcWith(max++)}; }}});
         const Outcome outcome =
             runCtl(u"adc set --threshold 1000 --timeout 1 --port "_s + line.path());
@@ -399,7 +399,7 @@ private slots:
                  "quorvelctl: The touch frame says other ADC settings each time that it "
                  "is asked: nothing was sent.\n");
         QCOMPARE(line.heard("00 A2 04"), QByteArrayList());
-        QCOMPARE(max, 4005); // once, and four times more
+        QCOMPARE(max.load(), 4005); // once, and four times more
     }
 
     // versions
