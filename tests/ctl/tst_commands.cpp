@@ -419,6 +419,17 @@ private slots:
         QVERIFY(json[u"firmware"_s].isNull());
     }
 
+    void a_line_that_hangs_up_instead_of_telling_the_firmware_is_no_older_frame()
+    {
+        Pty line;
+        const Outcome outcome =
+            runCtl(u"versions --port "_s + line.path(), {}, [&](ctl::Session &session) {
+                QTimer::singleShot(300ms, &session, [&] { line.hangUp(); });
+            });
+        QCOMPARE(outcome.code, 3);
+        QCOMPARE(outcome.out, "");
+    }
+
     void a_line_without_a_frame_is_no_older_frame()
     {
         AnsweringLine line({});

@@ -242,6 +242,7 @@ private slots:
         auto *table = the<QTableView>("table");
         auto *sorted = qobject_cast<QSortFilterProxyModel *>(table->model());
         QAbstractItemModelTester tester(sorted->sourceModel());
+        QVERIFY(!sorted->sourceModel()->data(QModelIndex()).isValid());
         measure();
         QStringList titles;
         for (int column = 0; column < sorted->columnCount(); ++column)
@@ -306,6 +307,11 @@ private slots:
         QCOMPARE(chosenRow(), u"Y 30"_s);
         QVERIFY(the<LightWall>("wall")->accessibleName().contains(u"Y 30: weak, level "_s));
         QVERIFY(the<QWidget>("curves")->accessibleName().contains(u"Y 30: weak, level "_s));
+        // Who takes the choice back still sees where that was.
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::ControlModifier,
+                          list->visualItemRect(weak.first()).center());
+        QVERIFY(list->selectedItems().isEmpty());
+        QCOMPARE(chosenRow(), u"Y 30"_s);
     }
 
     void the_keyboard_walks_along_the_frame_and_the_curves()
@@ -344,6 +350,10 @@ private slots:
         wall->setFocus();
         QTest::keyClick(wall, Qt::Key_Right); // before there are lights
         QCOMPARE(wall->accessibleName(), u"The frame and its lights"_s);
+        auto *curves = the<QWidget>("curves");
+        curves->setFocus();
+        QTest::keyClick(curves, Qt::Key_Right);
+        QCOMPARE(curves->accessibleName(), u"Curves of the levels"_s);
         measure();
         wall->setFocus();
         const std::pair<Qt::Key, QString> steps[] = {
