@@ -192,12 +192,6 @@ void LightCheck_dlg::onFinished()
     take(measuring.measurement(), true);
 }
 
-void LightCheck_dlg::showMeasurement(const lights::Measurement &measurement)
-{
-    ui->nameEdit->setText(measurement.unit.name);
-    take(measurement, true);
-}
-
 void LightCheck_dlg::take(lights::Measurement measurement, bool isLast)
 {
     if (measurement.unit.name.isEmpty())

@@ -39,8 +39,6 @@ public:
 
     // What is shown; without lights before the first measurement.
     const lights::Report &shown() const { return report; }
-    // Shows a measurement as if it had been made now.
-    void showMeasurement(const lights::Measurement &measurement);
     // The file says by its name what it is to be: .html, .pdf, .json or .csv.
     void saveReport(const QString &path);
     void compareWithFile(const QString &path);

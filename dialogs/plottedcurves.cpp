@@ -122,6 +122,10 @@ void PlottedCurves::build(int axis)
     Panel &panel = panels[size_t(axis)];
     panel.levels = addRect(0, axis, 0, FullLevel + 5);
     panel.changes = addRect(1, axis, -LargestChange, LargestChange / 2);
+    // A light is at the same place in both.
+    auto *sides = new QCPMarginGroup(this);
+    for (QCPAxisRect *rect : {panel.levels, panel.changes})
+        rect->setMarginGroup(QCP::msLeft | QCP::msRight, sides);
     QCPAxis *numbers = panel.levels->axis(QCPAxis::atBottom);
     numbers->setLabel(axis == 0 ? QCoreApplication::translate("PlottedCurves", "Lights of X")
                                 : QCoreApplication::translate("PlottedCurves", "Lights of Y"));
@@ -343,7 +347,9 @@ void PlottedCurves::keyPressEvent(QKeyEvent *event)
         return zoom(panels[size_t(chosen.axis)].lights);
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        return listener.opened(chosen.axis, chosen.light);
+        if (last >= 0)
+            listener.opened(chosen.axis, chosen.light);
+        return;
     default:
         QCustomPlot::keyPressEvent(event);
     }

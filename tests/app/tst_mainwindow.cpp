@@ -424,6 +424,24 @@ private slots:
 
     // Who hears and is heard
 
+    void what_the_window_says_of_a_link_can_be_told_from_outside()
+    {
+        window->UiWhenCon();
+        QCOMPARE(status(), Linked);
+        QVERIFY(deviceButtonsEnabled(true));
+        window->UiWhenUncon();
+        QCOMPARE(status(), Unlinked);
+        QVERIFY(deviceButtonsEnabled(false));
+    }
+
+    void a_rate_is_sent_as_its_code()
+    {
+        connectFrame();
+        window->UartSetBaud(BAUD115200);
+        QTRY_COMPARE(frame->sent().size(), 1);
+        QCOMPARE(frame->sentBytes(7), QByteArrayList({"b1 00 03 00 13 00 00"}));
+    }
+
     void dialogs_hear_and_are_heard_as_the_table_says_data()
     {
         QTest::addColumn<bool>("isHeard");

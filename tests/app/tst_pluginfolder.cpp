@@ -44,7 +44,10 @@ private slots:
     void a_link_to_nothing_is_left_out_where_others_could_put_something();
     void links_in_a_circle_end();
     void a_huge_folder_is_left_out();
+    void many_small_folders_are_left_out_like_a_huge_one();
     void a_folder_that_cannot_be_listed_is_left_out();
+    void a_folder_that_cannot_be_looked_into_is_left_out();
+    void a_folder_that_cannot_be_reached_is_left_out();
     void a_file_name_cannot_steer_the_terminal();
     void what_is_added_outlives_the_start_of_the_application();
     void what_is_left_out_is_not_added();
@@ -269,6 +272,54 @@ void TestPluginFolder::a_huge_folder_is_left_out()
     QCOMPARE(pluginFolderProblem(u"./plugins"_s), QString());
     setMode(u"place/plugins/3999"_s, 0666);
     QVERIFY(pluginFolderProblem(u"./plugins"_s).contains(path(u"place/plugins/3999"_s)));
+}
+
+void TestPluginFolder::many_small_folders_are_left_out_like_a_huge_one()
+{
+    constexpr int Files = 99;
+    QString folder = u"place/plugins"_s;
+    for (int deep = 0; deep < 40; ++deep) {
+        makeFolder(folder);
+        for (int i = 0; i < Files; ++i)
+            makeFile(folder + u"/%1"_s.arg(i));
+        folder += u"/d"_s;
+    }
+    // 4000 of 4096.
+    QCOMPARE(pluginFolderProblem(u"./plugins"_s), QString());
+    makeFolder(folder);
+    for (int i = 0; i < Files; ++i)
+        makeFile(folder + u"/%1"_s.arg(i));
+    const QString problem = pluginFolderProblem(u"./plugins"_s);
+    QVERIFY2(problem.contains(u"more than 4096 files"), qPrintable(problem));
+}
+
+void TestPluginFolder::a_folder_that_cannot_be_looked_into_is_left_out()
+{
+    if (geteuid() != 0)
+        QFAIL("needs root, to become a user that may not look into a folder");
+    makeFolder(u"place/plugins/secret"_s);
+    makeFile(u"place/plugins/secret/x.so"_s);
+    setMode(u"place/plugins/secret"_s, 0744); // its names only
+    QCOMPARE(chmod(base->path().toLocal8Bit().constData(), 0755), 0);
+    QCOMPARE(seteuid(Stranger), 0);
+    const QString problem = pluginFolderProblem(u"./plugins"_s);
+    QCOMPARE(seteuid(0), 0);
+    QVERIFY2(problem.contains(path(u"place/plugins/secret/x.so"_s) +
+                              u" cannot be read (Permission denied)"_s),
+             qPrintable(problem));
+}
+
+void TestPluginFolder::a_folder_that_cannot_be_reached_is_left_out()
+{
+    if (geteuid() != 0)
+        QFAIL("needs root, to become a user that may not come here");
+    makeFolder(u"place/plugins"_s);
+    QCOMPARE(chmod(base->path().toLocal8Bit().constData(), 0700), 0);
+    QCOMPARE(seteuid(Stranger), 0);
+    const QString problem = pluginFolderProblem(u"./plugins"_s);
+    QCOMPARE(seteuid(0), 0);
+    QVERIFY2(problem.contains(path(u"place"_s) + u" cannot be read (Permission denied)"_s),
+             qPrintable(problem));
 }
 
 void TestPluginFolder::a_folder_that_cannot_be_listed_is_left_out()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "device/filedescriptor.h"
+#include "tests/support/smalldisk.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -201,6 +202,8 @@ private slots:
     void a_run_time_folder_that_will_not_do_is_left_alone_data();
     void a_run_time_folder_that_will_not_do_is_left_alone();
     void without_any_safe_place_the_program_runs_and_says_so();
+    void without_room_for_its_lock_the_program_runs_and_says_so();
+    void without_its_socket_the_program_runs_and_says_so();
 
 private:
     std::unique_ptr<Start> start(const QStringList &step) const
@@ -838,6 +841,41 @@ void TestQtSingleApplication::without_any_safe_place_the_program_runs_and_says_s
     }
     const auto sender = start({u"send"_s, u"-C"_s, u"5000"_s});
     QVERIFY(sender->line().startsWith(u"failed"));
+}
+
+void TestQtSingleApplication::without_room_for_its_lock_the_program_runs_and_says_so()
+{
+    for (int i = 0; i < 2; i++) {
+        std::unique_ptr<Start> each;
+        {
+            const SmallDisk full(0); // for what is started meanwhile, too
+            each = start({u"serve"_s});
+        }
+        QCOMPARE(each->line(), u"first"_s);
+        const QString said = each->complaint();
+        QVERIFY2(said.contains(lockPath() +
+                               u" cannot be written, so a second start of this program "
+                               "is not noticed."_s),
+                 qPrintable(said));
+    }
+    // As soon as there is room again.
+    const auto first = start({u"serve"_s});
+    QCOMPARE(first->line(), u"first"_s);
+    QCOMPARE(first->complaint(), QString());
+    QVERIFY(start({u"serve"_s})->line().startsWith(u"sent"));
+}
+
+void TestQtSingleApplication::without_its_socket_the_program_runs_and_says_so()
+{
+    QVERIFY(QDir().mkpath(socketPath() + u"/in the way"_s));
+    const auto first = start({u"serve"_s});
+    QCOMPARE(first->line(), u"first"_s);
+    const QString said = first->complaint();
+    QVERIFY2(said.contains(socketPath() + u" cannot be made ("_s), qPrintable(said));
+    QVERIFY(first->runs());
+    const auto second = start({u"serve"_s});
+    QVERIFY(second->line().startsWith(u"failed"));
+    QCOMPARE(second->result(), 1);
 }
 
 QTEST_GUILESS_MAIN(TestQtSingleApplication)

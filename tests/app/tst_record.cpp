@@ -7,18 +7,20 @@
 #include "capture/reader.h"
 #include "config/xml_class.h"
 #include "resources/resources.h"
+#include "tests/support/capture.h"
 #include "tests/support/fakeadapter.h"
+#include "tests/support/smalldisk.h"
+#include "tests/support/widgets.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -50,22 +52,6 @@ bool hasSent(const QString &path, UCHAR commandClass)
     return false;
 }
 
-// Waits for a dialog of this kind while the one who opened it waits for its end.
-template <typename Dialog>
-void whenOpen(const std::function<void(Dialog *)> &action)
-{
-    auto *timer = new QTimer(qApp);
-    timer->setInterval(20);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, action] {
-        if (auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget())) {
-            timer->deleteLater();
-            timer->stop();
-            action(dialog);
-        }
-    });
-    timer->start();
-}
-
 } // namespace
 
 class TestRecord : public QObject
@@ -82,10 +68,7 @@ private:
     QString hint() const { return window->findChild<QLabel *>(u"stalab"_s)->toolTip(); }
     void choose(const QString &file) const
     {
-        whenOpen<QFileDialog>([file](QFileDialog *dialog) {
-            dialog->findChild<QLineEdit *>()->setText(file);
-            QTest::keyClick(dialog, Qt::Key_Return);
-        });
+        whenOpen<QFileDialog>([file](QFileDialog *dialog) { chooseFile(dialog, file); });
         entry()->trigger();
     }
 
@@ -125,6 +108,38 @@ private slots:
         const int records = recordsIn(path);
         QTest::qWait(100);
         QCOMPARE(recordsIn(path), records);
+    }
+
+    void what_cannot_be_recorded_is_told_while_it_lasts_and_what_is_missing_afterwards()
+    {
+        choose(path);
+        QTRY_VERIFY(recordsIn(path) > 2);
+        Capture errors(stderr);
+        {
+            const SmallDisk full(QFileInfo(path).size());
+            QTRY_VERIFY(hint().endsWith(
+                u"\nRecording into %1, but that cannot be written: File too large."_s.arg(path)));
+        }
+        QTRY_VERIFY2(QRegularExpression(
+                         u"\nRecording into %1, where \\d+ packet\\(s\\) are missing\\.$"_s.arg(
+                             QRegularExpression::escape(path)))
+                         .match(hint())
+                         .hasMatch(),
+                     qPrintable(hint()));
+        entry()->trigger();
+        QVERIFY(!hint().contains(path));
+        // Once, and not for every packet.
+        const QByteArray told = errors.text();
+        QCOMPARE(told.count(QFile::encodeName(path)), 1);
+        QVERIFY2(told.contains("File too large"), told);
+    }
+
+    void nobody_has_to_record()
+    {
+        whenOpen<QFileDialog>([](QFileDialog *dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+        entry()->trigger();
+        QCOMPARE(entry()->text(), u"&Record..."_s);
+        QVERIFY(QDir(place->path()).entryList({u"*.pcap"_s}).isEmpty());
     }
 
     void a_name_without_an_ending_gets_the_usual_one()

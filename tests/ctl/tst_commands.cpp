@@ -2,6 +2,7 @@
 
 // What each command of the command line program does to a frame, and what it says of it.
 
+#include "answeringline.h"
 #include "config/xml_class.h"
 #include "finger.h"
 #include "lossyframe.h"
@@ -17,6 +18,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <atomic>
 #include <csignal>
 #include <unistd.h>
 
@@ -60,6 +62,71 @@ std::optional<command::Gestures> gesturesOf(const sim::SimAdapter &frame)
     std::optional<command::Gestures> gestures;
     frame.inspect([&](const sim::Firmware &model) { gestures = model.gestures(); });
     return gestures;
+}
+
+// A simulated frame that takes a command for another one: both as they begin.
+class ObstinateFrame final : public WrappedFrame
+{
+public:
+    ObstinateFrame(std::shared_ptr<sim::SimAdapter> theFrame, QByteArray theSaid,
+                   QByteArray theUnderstood)
+        : WrappedFrame(std::move(theFrame))
+        , said(std::move(theSaid))
+        , understood(std::move(theUnderstood))
+    {
+    }
+
+    bool SendReport(UCHAR reportId, UCHAR *buf) override
+    {
+        if (std::equal(said.begin(), said.end(), reinterpret_cast<const char *>(buf + 1)))
+            std::copy(understood.begin(), understood.end(), reinterpret_cast<char *>(buf + 1));
+        return frame->SendReport(reportId, buf);
+    }
+
+private:
+    const QByteArray said;
+    const QByteArray understood;
+};
+
+// A simulated frame of which all but the first page of a scan gets lost, from the second scan on or
+// from the first.
+class ForgetfulFrame final : public WrappedFrame
+{
+public:
+    ForgetfulFrame(std::shared_ptr<sim::SimAdapter> theFrame, int theGoodScans)
+        : WrappedFrame(std::move(theFrame))
+        , goodScans(theGoodScans)
+    {
+    }
+
+    bool SendReport(UCHAR reportId, UCHAR *buf) override
+    {
+        const bool isScan = buf[1] == 0xA5 && buf[2] != 0;
+        scans += isScan ? 1 : 0;
+        return frame->SendReport(reportId, buf);
+    }
+    int ReadReport(UCHAR reportId, UCHAR *buf) override
+    {
+        const int result = frame->ReadReport(reportId, buf);
+        const bool isLaterPage = buf[1] == 0xA5 && buf[2] != 0x80 && (buf[5] != 0 || buf[6] != 0);
+        if (isLaterPage && scans > goodScans) {
+            std::fill(buf, buf + FrameSize, UCHAR(0));
+            buf[0] = 0xFC;
+        }
+        return result;
+    }
+
+private:
+    const int goodScans;
+    std::atomic_int scans = 0;
+};
+
+// The settings of the ADC as a frame on a line says them, with this largest value.
+QByteArray adcWith(int max)
+{
+    return "FC A2 85 11 00 D8 0E " + QByteArray::number(max % 256, 16).rightJustified(2, '0') +
+           ' ' + QByteArray::number(max / 256, 16).rightJustified(2, '0') +
+           " B8 0B 80 0C E8 03 58 02 60 00 36 00";
 }
 
 bool isCalibrating(const sim::SimAdapter &frame)
@@ -306,7 +373,96 @@ private slots:
         QCOMPARE(adcOf(*frame).min, 3000);
     }
 
+    // A line may change bytes on the way, and what is read is written back.
+    void adc_settings_are_believed_when_they_are_said_twice_on_a_serial_line()
+    {
+        std::atomic_int asked = 0;
+        AnsweringLine line({{"00 A2 05", [&] {
+                                 constexpr int Said[] = {4000, 4001, 4000, 4000, 4000};
+                                 return QByteArrayList{adcWith(Said[std::min(asked++, 4)])};
+                             }}});
+        runCtl(u"adc set --threshold 1000 --timeout 1 --port "_s + line.path());
+        const QByteArrayList sent = line.heard("00 A2 04");
+        QCOMPARE(sent.size(), 1);
+        QVERIFY2(sent.first().startsWith("00 A2 04 0C 00 D8 0E A0 0F "), sent.first());
+        QVERIFY(asked >= 4);
+    }
+
+    void adc_settings_that_are_never_said_twice_are_not_written_back()
+    {
+        std::atomic_int max = 4000;
+        AnsweringLine line({{"00 A2 05", [&] { return QByteArrayList{adcWith(max++)}; }}});
+        const Outcome outcome =
+            runCtl(u"adc set --threshold 1000 --timeout 1 --port "_s + line.path());
+        QCOMPARE(outcome.code, 1);
+        QCOMPARE(outcome.err,
+                 "quorvelctl: The touch frame says other ADC settings each time that it "
+                 "is asked: nothing was sent.\n");
+        QCOMPARE(line.heard("00 A2 04"), QByteArrayList());
+        QCOMPARE(max.load(), 4005); // once, and four times more
+    }
+
+    // versions
+
+    void a_frame_on_a_line_that_tells_no_firmware_is_of_the_older_generation()
+    {
+        AnsweringLine line({{"00 A7 02", [] {
+                                 return QByteArrayList{"FC A7 81 02 00 00", "FC A7 82 02 00 00"};
+                             }}});
+        const Outcome outcome = runCtl(u"versions --timeout 0.4 --port "_s + line.path());
+        QCOMPARE(outcome.code, 0);
+        QCOMPARE(outcome.out, "Firmware: a frame of the older generation does not tell.\n");
+        QVERIFY(!line.heard("00 A3 00").isEmpty());
+        const QJsonObject json =
+            runCtl(u"versions --json --timeout 0.4 --port "_s + line.path()).json();
+        QCOMPARE(json[u"generation"_s], QJsonValue(u"older"_s));
+        QVERIFY(json[u"firmware"_s].isNull());
+    }
+
+    void a_line_that_hangs_up_instead_of_telling_the_firmware_is_no_older_frame()
+    {
+        Pty line;
+        const Outcome outcome =
+            runCtl(u"versions --port "_s + line.path(), {}, [&](ctl::Session &session) {
+                QTimer::singleShot(300ms, &session, [&] { line.hangUp(); });
+            });
+        QCOMPARE(outcome.code, 3);
+        QCOMPARE(outcome.out, "");
+    }
+
+    void a_line_without_a_frame_is_no_older_frame()
+    {
+        AnsweringLine line({});
+        const Outcome outcome = runCtl(u"versions --timeout 0.3 --port "_s + line.path());
+        QCOMPARE(outcome.code, 6);
+        QCOMPARE(outcome.out, "");
+        QVERIFY(!line.heard("00 A7 02").isEmpty());
+    }
+
     // lights
+
+    void a_scan_that_stays_incomplete_is_a_failure_that_says_how_far_it_came()
+    {
+        const Outcome outcome = runCtl(u"lights scan --axis x --timeout 0.4"_s,
+                                       std::make_shared<ForgetfulFrame>(quickFrame(), 0));
+        QCOMPARE(outcome.code, 6);
+        QCOMPARE(outcome.err,
+                 "quorvelctl: The scan of X stays incomplete: 55 of 96 lights came.\n");
+        QCOMPARE(outcome.out, "");
+    }
+
+    void half_a_page_of_dead_lights_is_told_if_no_other_scan_comes_through()
+    {
+        sim::Profile profile;
+        profile.noise = 0;
+        for (int light = 20; light < 55; ++light)
+            profile.oddLights.push_back({command::settings::AxisX, light, 0, {}});
+        const Outcome outcome = runCtl(u"lights scan --axis x --json --timeout 0.4"_s,
+                                       std::make_shared<ForgetfulFrame>(quickFrame(profile), 1));
+        QVERIFY2(outcome.code == 0, outcome.err + outcome.out);
+        QCOMPARE(numbers(outcome.json()[u"x"_s][u"levels"_s]).size(), 96);
+        QCOMPARE(numbers(outcome.json()[u"x"_s][u"levels"_s]).count(0), 35);
+    }
 
     void a_scan_has_every_light_of_both_axes_data()
     {
@@ -451,6 +607,43 @@ private slots:
         QCOMPARE(runCtl(u"lights set x 3 7"_s, frame).code, 0);
         const QJsonObject json = runCtl(u"lights show x 3 --json"_s, frame).json();
         QCOMPARE(json[u"offset"_s], QJsonValue(7));
+    }
+
+    void a_light_of_which_nothing_is_said_is_a_failure()
+    {
+        const Outcome outcome =
+            runCtl(u"lights show x 95 --timeout 0.4"_s,
+                   std::make_shared<LossyFrame>(quickFrame(), QByteArray::fromHex("A2 07")));
+        QCOMPARE(outcome.code, 6);
+        QCOMPARE(outcome.err, "quorvelctl: The touch frame says nothing about the light X 95.\n");
+    }
+
+    void an_offset_that_the_frame_did_not_take_is_a_failure()
+    {
+        const auto frame = quickFrame();
+        const Outcome outcome =
+            runCtl(u"lights set x 3 7"_s,
+                   std::make_shared<ObstinateFrame>(frame, QByteArray::fromHex("A2 06 04"),
+                                                    QByteArray::fromHex("A2 07 03")));
+        QCOMPARE(outcome.code, 1);
+        QCOMPARE(outcome.out, "");
+        QCOMPARE(outcome.err, "quorvelctl: The touch frame was told an offset of 7, and says 0.\n");
+        QCOMPARE(lightOf(*frame, command::settings::AxisX, 3).offset, 0);
+    }
+
+    void a_light_that_the_frame_did_not_switch_is_a_failure_that_says_how_it_is()
+    {
+        const auto frame = quickFrame();
+        const auto obstinate = std::make_shared<ObstinateFrame>(
+            frame, QByteArray::fromHex("A2 08 04"), QByteArray::fromHex("A2 07 03"));
+        Outcome outcome = runCtl(u"lights off x 3"_s, obstinate);
+        QCOMPARE(outcome.code, 1);
+        QCOMPARE(outcome.err, "quorvelctl: The touch frame says that the light is on.\n");
+        QCOMPARE(runCtl(u"lights off x 3"_s, frame).code, 0);
+        outcome = runCtl(u"lights on x 3"_s, obstinate);
+        QCOMPARE(outcome.code, 1);
+        QCOMPARE(outcome.err, "quorvelctl: The touch frame says that the light is off.\n");
+        QVERIFY(lightOf(*frame, command::settings::AxisX, 3).off);
     }
 
     // gestures

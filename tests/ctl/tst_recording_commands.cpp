@@ -5,13 +5,17 @@
 #include "run.h"
 
 #include "tests/support/records.h"
+#include "tests/support/smalldisk.h"
 #include "tests/support/typedrecording.h"
 
+#include <QElapsedTimer>
 #include <QJsonArray>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
+#include <cerrno>
 #include <csignal>
 
 using namespace Qt::StringLiterals;
@@ -81,6 +85,49 @@ private slots:
         QCOMPARE(count(path, Kind::LinkEnded), 2);
         QVERIFY(count(path, Kind::FromFrame) > 10);
         QCOMPARE(recordsIn(path).last().end, capture::End::Closed);
+    }
+
+    void a_recording_that_misses_packets_is_code_7_and_says_how_many()
+    {
+        constexpr qint64 Room = 2000;
+        Outcome outcome;
+        {
+            const SmallDisk full(Room);
+            outcome = runCtl(u"record --for 0.6 "_s + path, quickFrame());
+        }
+        QCOMPARE(outcome.code, 7);
+        QCOMPARE(outcome.out, "");
+        const QByteArrayList told = outcome.err.trimmed().split('\n');
+        QCOMPARE(told.size(), 2); // as soon as one is missing, and at the end
+        QVERIFY2(told.first().startsWith("quorvelctl: ") && told.first().contains("File too large"),
+                 told.first());
+        const auto end = QRegularExpression(
+                             u"^quorvelctl: (\\d+) packets are missing in the recording %1, which "
+                             "has (\\d+)\\.$"_s.arg(QRegularExpression::escape(path)))
+                             .match(QString::fromUtf8(told.last()));
+        QVERIFY2(end.hasMatch(), told.last());
+        QVERIFY(end.captured(1).toInt() > 0);
+        QVERIFY(end.captured(2).toInt() > 2);
+        QVERIFY(QFile(path).size() <= Room);
+    }
+
+    void a_frame_that_comes_back_and_may_not_be_opened_ends_a_recording()
+    {
+        const auto frame = quickFrame();
+        QElapsedTimer time;
+        time.start();
+        const Outcome outcome =
+            runCtl(u"record --for 20 "_s + path, frame, [&](ctl::Session &session) {
+                QTimer::singleShot(200ms, &session, [&] {
+                    frame->unplug();
+                    frame->setProblem({u"/dev/usb/hiddev3"_s, EACCES});
+                });
+                QTimer::singleShot(400ms, &session, [&] { frame->plug(); });
+            });
+        QCOMPARE(outcome.code, 4);
+        QVERIFY2(outcome.err.contains("/dev/usb/hiddev3"), outcome.err);
+        QVERIFY(time.elapsed() < 10000);
+        QCOMPARE(count(path, Kind::LinkEnded), 1);
     }
 
     void a_signal_is_the_usual_end_of_a_recording()

@@ -3,24 +3,42 @@
 // The command line program up to its first answers: arguments, exit codes, links, and which reports
 // count as an answer.
 
+#include "answeringline.h"
 #include "run.h"
 #include "tests/support/fakehiddev.h"
 #include "tests/support/frames.h"
 #include "tests/support/pty.h"
+#include "wrappedframe.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QLoggingCategory>
 #include <QSerialPort>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 #include <cerrno>
 #include <csignal>
+#include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+
+namespace {
+
+// A simulated frame to which nothing can be sent.
+class RefusingFrame final : public WrappedFrame
+{
+public:
+    using WrappedFrame::WrappedFrame;
+
+    bool SendReport(UCHAR, UCHAR *) override { return true; }
+};
+
+} // namespace
 
 class TestSession : public QObject
 {
@@ -112,6 +130,17 @@ private slots:
         QCOMPARE(outcome.code, 0);
     }
 
+    void a_frame_that_cannot_be_opened_for_another_reason_is_code_1()
+    {
+        const auto frame = quickFrame();
+        frame->setProblem({u"/dev/usb/hiddev3"_s, EIO});
+        const Outcome outcome = runCtl(u"status"_s, frame);
+        QCOMPARE(outcome.code, 1);
+        QVERIFY2(outcome.err.contains("/dev/usb/hiddev3") &&
+                     outcome.err.contains("Input/output error"),
+                 outcome.err);
+    }
+
     void a_frame_that_another_program_has_is_code_5()
     {
         const auto frame = quickFrame();
@@ -150,6 +179,62 @@ private slots:
         const Outcome outcome = runCtl(u"status --port /dev/ttyNone"_s);
         QCOMPARE(outcome.code, 3);
         QVERIFY(outcome.err.contains("/dev/ttyNone"));
+    }
+
+    void waiting_ends_when_the_port_is_there()
+    {
+        const QTemporaryDir place;
+        const QString port = place.filePath(u"frame"_s);
+        AnsweringLine line({{"00 A7 02",
+                             [] {
+                                 return QByteArrayList{"FC A7 81 02 00 00", "FC A7 82 02 00 00"};
+                             }},
+                            {"00 A3 00", [] {
+                                 return QByteArrayList{
+                                     "FC A3 80 0E 00 12 38 00 DE C0 17 5A 34 12 50 60 01 21"};
+                             }}});
+        const Outcome outcome =
+            runCtl(u"status --wait-at-most 5 --port "_s + port, {}, [&](ctl::Session &session) {
+                QTimer::singleShot(300ms, &session, [&] { QFile::link(line.path(), port); });
+            });
+        QVERIFY2(outcome.code == 0, outcome.err);
+        QElapsedTimer time;
+        time.start();
+        QCOMPARE(runCtl(u"status --wait-at-most 0.3 --port "_s + place.filePath(u"none"_s)).code,
+                 3);
+        QVERIFY(time.elapsed() >= 300);
+    }
+
+    void a_port_that_may_not_be_used_is_code_4()
+    {
+        QTemporaryDir place;
+        const QString port = place.filePath(u"frame"_s);
+        QVERIFY(QFile(port).open(QIODevice::WriteOnly));
+        QCOMPARE(::chmod(QFile::encodeName(place.path()).constData(), 0755), 0);
+        QCOMPARE(::chmod(QFile::encodeName(port).constData(), 0), 0);
+        constexpr uid_t Somebody = 65534;
+        const bool isRoot = ::geteuid() == 0;
+        if (isRoot) // whom no mode keeps out
+            QCOMPARE(::setresuid(Somebody, Somebody, 0), 0);
+        const Outcome outcome = runCtl(u"status --port "_s + port);
+        if (isRoot)
+            QCOMPARE(::setresuid(0, 0, 0), 0);
+        QVERIFY2(outcome.code == 4, outcome.err);
+        QVERIFY2(outcome.err.contains(port.toUtf8()), outcome.err);
+    }
+
+    void a_port_that_goes_without_a_word_is_code_3()
+    {
+        const QTemporaryDir place;
+        const Pty pty;
+        const QString port = place.filePath(u"frame"_s);
+        QVERIFY(QFile::link(pty.path(), port));
+        const Outcome outcome =
+            runCtl(u"status --timeout 0.5 --port "_s + port, {}, [&](ctl::Session &session) {
+                QTimer::singleShot(200ms, &session, [&] { QFile::remove(port); });
+            });
+        QCOMPARE(outcome.code, 3);
+        QCOMPARE(outcome.err, "quorvelctl: The serial port " + port.toUtf8() + " is gone.\n");
     }
 
     void a_port_that_another_program_has_is_code_5()
@@ -226,6 +311,16 @@ private slots:
         const auto frame = quickFrame();
         frame->change([](sim::Firmware &model) { model.say(deviceFrame("A7 81 02 00 00")); });
         QCOMPARE(runCtl(u"status"_s, frame).code, 0);
+    }
+
+    void a_frame_that_takes_no_commands_is_code_1()
+    {
+        const Outcome outcome =
+            runCtl(u"status --timeout 0.4"_s, std::make_shared<RefusingFrame>(quickFrame()));
+        QCOMPARE(outcome.code, 1);
+        QCOMPARE(outcome.err,
+                 "quorvelctl: The touch frame does not take commands. Unplug it and plug "
+                 "it in again.\n");
     }
 
     void a_lost_question_is_asked_again()

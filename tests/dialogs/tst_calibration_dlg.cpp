@@ -315,6 +315,36 @@ private slots:
         QCOMPARE(sent->take(), QByteArrayList({Reset}));
     }
 
+    void a_question_that_nobody_answers_discards_the_calibration_and_that_is_told()
+    {
+        show();
+        bringToCheck();
+        sent->take();
+        QStringList told;
+        connect(screen.get(), &Calibration_Dlg::endedByItself, screen.get(),
+                [&told](const QString &why) { told += why; });
+        QTimer::singleShot(200, screen.get(), [] {
+            auto *question = qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget());
+            QVERIFY(question);
+            for (int second = 0; second <= 10; ++second)
+                question->ontimer();
+        });
+        reply(*screen, 0xFF, 1, 1);
+        QCOMPARE(sent->take(), QByteArrayList({Reset}));
+        QVERIFY(!screen->isVisible());
+        QCOMPARE(told.size(), 1);
+        QVERIFY2(told.first().startsWith(u"The calibration was discarded because nobody answered "
+                                         "whether to save it. Calibration "_s),
+                 qPrintable(told.first()));
+        // Whoever says No knows that.
+        show();
+        bringToCheck();
+        Answer answer(false);
+        reply(*screen, 0xFF, 1, 1);
+        QCOMPARE(answer.asked, 1);
+        QCOMPARE(told.size(), 1);
+    }
+
     void the_end_is_acted_on_once()
     {
         show();

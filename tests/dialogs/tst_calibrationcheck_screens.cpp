@@ -6,7 +6,9 @@
 #include "tests/support/hand.h"
 
 #include <QGuiApplication>
+#include <QImage>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
@@ -25,6 +27,19 @@ private:
         QTRY_COMPARE(page.size(), page.screen()->size());
         // A press is lost while the window manager is still busy with the window.
         QTest::qWait(200);
+    }
+
+    // The part of a picture that is not of the colour of its corner.
+    static QImage ink(const QImage &picture)
+    {
+        QRect all;
+        for (int x = 0; x < picture.width(); ++x) {
+            for (int y = 0; y < picture.height(); ++y) {
+                if (picture.pixel(x, y) != picture.pixel(0, 0))
+                    all |= QRect(x, y, 1, 1);
+            }
+        }
+        return picture.copy(all);
     }
 
     // Neither while touches are asked for nor when all words are there.
@@ -112,6 +127,29 @@ private slots:
             page.close();
             parent.hide();
         }
+    }
+
+    // So small that it is not believed to be a screen.
+    void a_screen_that_does_not_know_its_size_is_told_of_in_pixels()
+    {
+        CalibrationCheck_dlg page;
+        show(page);
+        QVERIFY(!page.check().pixelMillimetres());
+        const QPoint cross = page.check().cross(0);
+        QVERIFY(hand::click(cross + QPoint(3, 0)));
+        QTRY_COMPARE(page.check().asked(), 1);
+        // What stands below the cross, and the same drawn here.
+        const QRect below(0, cross.y() + 21, 200, page.fontMetrics().height() + 10);
+        QImage expected(below.size(), QImage::Format_RGB32);
+        expected.fill(page.palette().color(QPalette::Window));
+        QPainter painter(&expected);
+        painter.setFont(page.font());
+        painter.setPen(page.palette().color(QPalette::WindowText));
+        painter.drawText(20, below.height() - 8, u"1: 3.0 px"_s);
+        painter.end();
+        const QImage seen = page.grab().toImage().convertToFormat(QImage::Format_RGB32);
+        QCOMPARE(ink(seen.copy(below)).size(), ink(expected).size());
+        QVERIFY(ink(seen.copy(below)) == ink(expected));
     }
 
     // A kiosk runs the tool alone.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "dialogs/supportfile_dlg.h"
+#include "tests/support/widgets.h"
 
 #include <QFile>
 #include <QLabel>
@@ -27,6 +28,7 @@ private:
     }
 
 private slots:
+    void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
     void init()
     {
         dialog = std::make_unique<SupportFile_dlg>();
@@ -63,6 +65,31 @@ private slots:
         QFile frames(folder.filePath(u"out/frames.pcap"_s));
         QVERIFY(frames.open(QIODevice::ReadOnly));
         QCOMPARE(frames.readAll(), QByteArray("\0\xFF", 2));
+    }
+
+    void the_button_asks_for_a_file_whose_name_gets_the_usual_ending()
+    {
+        const QTemporaryDir folder;
+        bool wasAsked = false;
+        whenOpen<QFileDialog>([&](QFileDialog *asked) {
+            wasAsked = true;
+            // What else the tool offers can be used meanwhile.
+            QCOMPARE(asked->windowModality(), Qt::WindowModal);
+            chooseFile(asked, folder.filePath(u"support"_s));
+        });
+        QTest::mouseClick(child<QPushButton>("saveButton"), Qt::LeftButton);
+        QVERIFY(wasAsked);
+        const QString path = folder.filePath(u"support.zip"_s);
+        QCOMPARE(child<QLabel>("outcomeLab")->text(), u"Written to %1."_s.arg(path));
+        QVERIFY(QFileInfo(path).size() > 0);
+    }
+
+    void whoever_changes_their_mind_writes_nothing()
+    {
+        whenOpen<QFileDialog>([](QFileDialog *asked) { QTest::keyClick(asked, Qt::Key_Escape); });
+        QTest::mouseClick(child<QPushButton>("saveButton"), Qt::LeftButton);
+        QCOMPARE(child<QLabel>("outcomeLab")->text(), QString());
+        QVERIFY(dialog->isVisible());
     }
 
     void what_keeps_it_from_being_written_is_said_until_the_next_time()

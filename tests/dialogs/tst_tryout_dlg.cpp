@@ -140,7 +140,7 @@ private slots:
         const QString words = u"Drag of # px in # ms"_s;
         QTRY_COMPARE(numbers(words).size(), 2);
         QCOMPARE(numbers(words)[0], 160);
-        QVERIFY(numbers(words)[1] >= 200);
+        QVERIFY(numbers(words)[1] >= 150); // as the server saw it, which may have been busy
     }
 
     void a_wheel_is_told_with_its_steps_data()
@@ -201,6 +201,62 @@ private slots:
         QTest::touchEvent(field(), screen.get()).release(0, QPoint(80, 90));
         QCOMPARE(numbers(u"Drag by touch of 50 px in # ms"_s).size(), 1);
         QCOMPARE(log(), QStringList());
+    }
+
+    void a_touch_that_the_system_takes_away_is_none_and_the_next_one_counts()
+    {
+        QTest::touchEvent(field(), screen.get()).press(0, QPoint(50, 50));
+        QTest::touchEvent(field(), screen.get()).move(0, QPoint(80, 90));
+        QTouchEvent takenAway(QEvent::TouchCancel, screen.get());
+        QCoreApplication::sendEvent(field(), &takenAway);
+        QVERIFY(takenAway.isAccepted());
+        QCOMPARE(last(), QString());
+        QTest::touchEvent(field(), screen.get()).press(1, QPoint(200, 60));
+        QTest::touchEvent(field(), screen.get()).release(1, QPoint(200, 60));
+        QVERIFY2(last().startsWith(u"Tap: "_s), qPrintable(last()));
+        QCOMPARE(log(), QStringList());
+        // What was drawn goes with it.
+        child<QLabel>("hintLab")->hide();
+        const QImage picture = field()->grab().toImage();
+        for (int x = 40; x < 90; ++x)
+            QVERIFY(picture.pixelColor(x, 50).lightness() > 100);
+    }
+
+    void a_middle_button_is_nothing_that_a_frame_gives()
+    {
+        mouse({100, 40}, u"click 2"_s);
+        QTest::qWait(200);
+        QCOMPARE(last(), QString());
+        mouse({100, 40}, u"click 1"_s);
+        QTRY_COMPARE(numbers(u"Click: down for # ms, moved # px"_s).size(), 2);
+        QCOMPARE(log(), QStringList());
+    }
+
+    void a_drawing_without_an_end_loses_its_beginning()
+    {
+        const auto inkAt = [this](QPoint place) {
+            child<QLabel>("hintLab")->hide();
+            const QImage picture = field()->grab().toImage();
+            int dark = 0;
+            for (int x = -12; x <= 12; ++x)
+                dark += picture.pixelColor(place.x() + x, place.y()).lightness() < 100 ? 1 : 0;
+            return dark;
+        };
+        const auto drawTo = [this](QPoint at) {
+            QMouseEvent moved(QEvent::MouseMove, at, field()->mapToGlobal(QPointF(at)),
+                              Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(field(), &moved);
+        };
+        QTest::mousePress(field(), Qt::LeftButton, {}, QPoint(40, 30));
+        drawTo({200, 60});
+        QVERIFY(inkAt({40, 30}) > 0);
+        for (int place = 2; place < 5000; ++place)
+            drawTo({200 + place % 2, 60});
+        QVERIFY(inkAt({40, 30}) > 0);
+        drawTo({200, 60});
+        QCOMPARE(inkAt({40, 30}), 0);
+        QVERIFY(inkAt({200, 60}) > 0);
+        QTest::mouseRelease(field(), Qt::LeftButton, {}, QPoint(200, 60));
     }
 
     void the_way_of_the_pointer_is_drawn()

@@ -3,11 +3,16 @@
 #pragma once
 
 #include <QApplication>
+#include <QFileDialog>
 #include <QImage>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QString>
 #include <QTest>
+#include <QTimer>
 #include <QWidget>
+
+#include <functional>
 
 // What a test looks for among the windows of the tool.
 
@@ -43,6 +48,29 @@ Widget *in(const QWidget *parent, const char *name)
 inline void press(const QWidget *parent, const char *name)
 {
     QTest::mouseClick(in(parent, name), Qt::LeftButton);
+}
+
+// Waits for a dialog of this kind while the one who opened it waits for its end.
+template <typename Dialog>
+void whenOpen(const std::function<void(Dialog *)> &action)
+{
+    auto *timer = new QTimer(qApp);
+    timer->setInterval(20);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, action] {
+        if (auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget())) {
+            timer->deleteLater();
+            timer->stop();
+            action(dialog);
+        }
+    });
+    timer->start();
+}
+
+// Needs dialogs of the toolkit's own (Qt::AA_DontUseNativeDialogs).
+inline void chooseFile(QFileDialog *dialog, const QString &path)
+{
+    dialog->findChild<QLineEdit *>()->setText(path);
+    QTest::keyClick(dialog, Qt::Key_Return);
 }
 
 inline int pixelsOf(const QImage &image, QColor colour)
