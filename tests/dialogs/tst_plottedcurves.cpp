@@ -89,7 +89,7 @@ private:
     QPointF middleOf(int axis, int light)
     {
         const QList<int> all = columns(axis)[light];
-        return QPointF((all.first() + all.last()) / 2., plot->height() / 2.);
+        return {(all.first() + all.last()) / 2., plot->height() / 2.};
     }
     QImage picture() const
     {
@@ -129,6 +129,26 @@ private slots:
         opened.clear();
     }
     void cleanup() { window.reset(); }
+
+    void each_of_the_curves_is_drawn()
+    {
+        AxisCurves all = healthy(LightsX);
+        all.baseline = QVector<double>(LightsX, 190);
+        all.change = QVector<double>(LightsX, -5);
+        const auto drawn = [this](const AxisCurves &x) {
+            curves->setCurves({x, healthy(LightsY)}, 100);
+            return picture();
+        };
+        const QImage before = drawn(all);
+        QVERIFY(drawn(all) == before);
+        for (QVector<double> AxisCurves::*curve : {&AxisCurves::levels, &AxisCurves::expected,
+                                                   &AxisCurves::baseline, &AxisCurves::change}) {
+            AxisCurves other = all;
+            for (double &value : other.*curve)
+                value /= 2;
+            QVERIFY(drawn(other) != before);
+        }
+    }
 
     void the_light_under_the_pointer_is_told()
     {
