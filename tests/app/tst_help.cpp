@@ -216,6 +216,8 @@ private slots:
         action()->trigger();
         QCOMPARE(manual()->size(),
                  QSize(720, 560).boundedTo(main->screen()->availableSize() * 9 / 10));
+        const QSize page = manual()->findChild<QTextBrowser *>()->size();
+        QVERIFY(page.width() > 680 && page.height() > 460);
     }
 
     void f1_with_another_key_is_left_to_the_window()
