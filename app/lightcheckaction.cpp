@@ -39,7 +39,10 @@ void LightCheckAction::makeDialog()
 
 void LightCheckAction::tellOfLink()
 {
-    // On a serial line only an answer would tell of the generation.
-    dialog->linkBegan(link.kind() == Link::UsbConnected &&
-                      isCurrentGeneration(hidver.VersionNumber));
+    using Source = lights::Measuring::Source;
+    if (link.kind() != Link::UsbConnected)
+        dialog->linkBegan(Source::Line);
+    else
+        dialog->linkBegan(isCurrentGeneration(hidver.VersionNumber) ? Source::Usb
+                                                                    : Source::OlderUsb);
 }

@@ -123,9 +123,9 @@ void LightCheck_dlg::addCurves()
 
 // Measuring
 
-void LightCheck_dlg::linkBegan(bool tellsOfItself)
+void LightCheck_dlg::linkBegan(lights::Measuring::Source source)
 {
-    measuring.linkBegan(tellsOfItself);
+    measuring.linkBegan(source);
     onMeasuringChanged();
     showReport();
     tell({});

@@ -34,8 +34,7 @@ public:
     explicit LightCheck_dlg(QWidget *parent = nullptr);
     ~LightCheck_dlg() override;
 
-    // There is a frame; one that does not tell of itself is not asked to.
-    void linkBegan(bool tellsOfItself);
+    void linkBegan(lights::Measuring::Source source);
 
     // What is shown; without lights before the first measurement.
     const lights::Report &shown() const { return report; }

@@ -58,10 +58,10 @@ void Measuring::stop()
     silence.stop();
 }
 
-void Measuring::linkBegan(bool tellsOfItself)
+void Measuring::linkBegan(Source theSource)
 {
     linked = true;
-    hasFirmware = tellsOfItself;
+    source = theSource;
     if (isRunning())
         begin();
 }
@@ -84,7 +84,7 @@ void Measuring::begin()
     asked.clear();
     doubtful = false;
     emit progressed(0, 0);
-    go(!linked ? Step::Unlinked : hasFirmware ? Step::Firmware : Step::Settings);
+    go(!linked ? Step::Unlinked : source == Source::Usb ? Step::Firmware : Step::Settings);
 }
 
 void Measuring::go(Step next)
@@ -124,7 +124,7 @@ Frame Measuring::question() const
 
 void Measuring::received(const Frame &report)
 {
-    const bool isOld = last == report && !stale.hasExpired();
+    const bool isOld = source != Source::Line && last == report && !stale.hasExpired();
     const bool isRepeated = last == report;
     last = report;
     if (step == Step::Idle || step == Step::Unlinked || isOld)

@@ -34,6 +34,10 @@ class Measuring : public QObject
 public:
     static constexpr int UsualScans = 16;
 
+    // Where reports come from. On a line each comes once; by USB the last one is read again and
+    // again, and all but older frames tell of themselves.
+    enum class Source { Line, OlderUsb, Usb };
+
     struct Wish
     {
         int scans = UsualScans; // of each axis, 1 to MaxScans; a series keeps as many
@@ -42,12 +46,12 @@ public:
 
     explicit Measuring(QObject *parent = nullptr);
 
-    // A frame that tells nothing of itself is not asked for it. Without a link it waits for one.
+    // A frame is asked for itself only if it tells that. Without a link it waits for one.
     void start(const Wish &wish);
     void stop();
     bool isRunning() const { return step != Step::Idle; }
-    // For a frame; begins what has waited for it.
-    void linkBegan(bool tellsOfItself);
+    // There is a frame; begins what has waited for it.
+    void linkBegan(Source theSource);
     void linkEnded();
     bool isLinked() const { return linked; }
 
@@ -94,7 +98,7 @@ private:
     Wish wish;
     Step step = Step::Idle;
     bool linked = false;
-    bool hasFirmware = false;
+    Source source = Source::Line;
     ScanCollector collector;
     command::LightCounts counts;
     UCHAR axis = command::scan::AxisX; // under scan

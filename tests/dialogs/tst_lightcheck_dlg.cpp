@@ -148,7 +148,7 @@ private:
         link->attach(test);
         link->attach(screen);
         link->attach(dialog);
-        dialog->linkBegan(true);
+        dialog->linkBegan(lights::Measuring::Source::Usb);
         dialog->show();
         QVERIFY(QTest::qWaitForWindowActive(dialog));
     }
@@ -601,7 +601,7 @@ private slots:
         QCOMPARE(notice(), u"The touch frame is gone. Measuring begins anew when one is there."_s);
         QCoreApplication::processEvents();
         link->unplugged = false;
-        dialog->linkBegan(true);
+        dialog->linkBegan(lights::Measuring::Source::Usb);
         QTRY_VERIFY_WITH_TIMEOUT(!isMeasuring(), 20000);
         QCOMPARE(words("verdictLab"), u"SERVICE NEEDED"_s);
         dialog->OnLinkEnded();
@@ -674,7 +674,7 @@ private slots:
     {
         start({});
         dialog->OnLinkEnded();
-        dialog->linkBegan(false);
+        dialog->linkBegan(lights::Measuring::Source::OlderUsb);
         auto *name = the<QLineEdit>("nameEdit");
         QTest::keyClicks(name, u"Hall"_s);
         measure();
@@ -712,7 +712,7 @@ private slots:
         dialog = new LightCheck_dlg(parent.get());
         link = std::make_unique<QuickLink>(sim::Profile());
         link->attach(dialog);
-        dialog->linkBegan(true);
+        dialog->linkBegan(lights::Measuring::Source::Usb);
         dialog->show();
         measure();
         QVERIFY2(notice().contains(damaged.fileName()), qPrintable(notice()));
@@ -737,7 +737,7 @@ private slots:
     {
         start();
         dialog->OnLinkEnded();
-        dialog->linkBegan(false);
+        dialog->linkBegan(lights::Measuring::Source::OlderUsb);
         measure();
         press("rememberButton");
         QVERIFY2(notice().contains(u"give it a name"_s), qPrintable(notice()));
