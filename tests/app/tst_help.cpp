@@ -227,6 +227,13 @@ private slots:
         QVERIFY(!manual());
     }
 
+    void the_button_at_the_end_closes_the_manual()
+    {
+        action()->trigger();
+        QTest::mouseClick(button(u"C&lose"_s), Qt::LeftButton);
+        QTRY_VERIFY(!manual());
+    }
+
     void links_are_followed_there_and_back_by_keyboard()
     {
         // As a person does it: the X server and the toolkit have their say.

@@ -244,6 +244,8 @@ private slots:
         QCOMPARE(box("portBox")->itemData(1, Qt::ToolTipRole).toString(),
                  u"ttyUSB0: "_s + LongName);
         QCOMPARE(box("portBox")->itemData(0, Qt::ToolTipRole).toString(), u"ttyS0"_s);
+        QCOMPARE(box("portBox")->itemData(1, Qt::AccessibleTextRole).toString(),
+                 u"ttyUSB0: "_s + LongName);
         choose("portBox", u"ttyUSB0"_s);
         QCOMPARE(box("portBox")->toolTip(), u"ttyUSB0: "_s + LongName);
         QSignalSpy asked(dialog.get(), &connect_dlg::openUart);

@@ -70,6 +70,12 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
     }
 
+    // Its own right clicks are what is tried.
+    void the_field_hands_no_right_click_on_for_a_menu()
+    {
+        QCOMPARE(field()->contextMenuPolicy(), Qt::PreventContextMenu);
+    }
+
     void a_click_of_a_mouse_is_told()
     {
         mouse({100, 40}, u"click 1"_s);
