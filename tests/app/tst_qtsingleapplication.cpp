@@ -173,6 +173,7 @@ private slots:
     void a_message_may_be_long();
     void a_message_beyond_the_bound_is_not_sent();
     void two_builds_of_a_program_find_each_other();
+    void a_program_that_was_replaced_while_it_runs_is_found();
     void programs_of_other_names_do_not_meet_data();
     void programs_of_other_names_do_not_meet();
     void the_owner_does_not_send_to_itself();
@@ -357,6 +358,19 @@ void TestQtSingleApplication::two_builds_of_a_program_find_each_other()
     QVERIFY(QFile::copy(program, third));
     Start stranger(third, {QString(), u"serve"_s}, environment);
     QCOMPARE(stranger.line(), u"first"_s);
+}
+
+// As an upgrade does it. A lock that is not believed would be taken.
+void TestQtSingleApplication::a_program_that_was_replaced_while_it_runs_is_found()
+{
+    Start first(program, {QString(), u"serve"_s}, environment);
+    QCOMPARE(first.line(), u"first"_s);
+    const QString newer = home->filePath(u"newer"_s);
+    QVERIFY(QFile::copy(program, newer) && QFile::remove(program));
+    QVERIFY(QFile::rename(newer, program));
+    Start second(program, {QString(), u"serve"_s}, environment);
+    QVERIFY(second.line().startsWith(u"sent"));
+    QCOMPARE(first.line(), u"got -W"_s);
 }
 
 void TestQtSingleApplication::programs_of_other_names_do_not_meet_data()

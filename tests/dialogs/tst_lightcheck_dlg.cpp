@@ -335,6 +335,8 @@ private slots:
         QTest::keyClick(curves, Qt::Key_Up);
         QCOMPARE(chosenRow(), u"X 38"_s);
         QVERIFY(curves->accessibleName().contains(u"X 38: healthy, level "_s));
+        QTest::keyClick(curves, Qt::Key_End);
+        QCOMPARE(chosenRow(), u"X 59"_s);
         QTest::qWait(100); // it is drawn anew
         const QImage whole = curves->grab().toImage();
         QTest::keyClick(curves, Qt::Key_Plus);
