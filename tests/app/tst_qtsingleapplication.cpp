@@ -360,7 +360,7 @@ void TestQtSingleApplication::two_builds_of_a_program_find_each_other()
     QCOMPARE(stranger.line(), u"first"_s);
 }
 
-// As an upgrade does it. A lock that is not believed would be taken.
+// As an upgrade does it.
 void TestQtSingleApplication::a_program_that_was_replaced_while_it_runs_is_found()
 {
     Start first(program, {QString(), u"serve"_s}, environment);
