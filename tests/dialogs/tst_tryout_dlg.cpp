@@ -141,12 +141,13 @@ private slots:
 
     void a_drag_of_a_mouse_is_told_with_length_and_time()
     {
-        mouse({40, 40}, u"mousedown 1 sleep 0.1 mousemove_relative 120 0 sleep 0.1 "
+        // A busy server sees the press late.
+        mouse({40, 40}, u"mousedown 1 sleep 0.3 mousemove_relative 120 0 sleep 0.1 "
                         "mousemove_relative 40 0 mouseup 1"_s);
         const QString words = u"Drag of # px in # ms"_s;
         QTRY_COMPARE(numbers(words).size(), 2);
         QCOMPARE(numbers(words)[0], 160);
-        QVERIFY(numbers(words)[1] >= 150); // as the server saw it, which may have been busy
+        QVERIFY(numbers(words)[1] >= 200);
     }
 
     void a_wheel_is_told_with_its_steps_data()
