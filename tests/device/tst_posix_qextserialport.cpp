@@ -3,6 +3,7 @@
 #include "device/posix_qextserialport.h"
 
 #include "tests/support/farend.h"
+#include "tests/support/quickest.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -14,10 +15,8 @@
 #include <grp.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <cstdarg>
 #include <functional>
-#include <limits>
 #include <optional>
 #include <thread>
 
@@ -385,18 +384,18 @@ void TestPosixQextSerialPort::a_byte_is_waited_for_as_long_as_its_format_makes_i
     Posix_QextSerialPort port(far.node, format);
     QVERIFY(port.open(QIODevice::ReadWrite));
     const QByteArray bytes(192, 'x'); // a bit of each is 20 ms at 9600 baud
-    // More than once if need be: a busy machine makes any single one late.
-    qint64 quickest = std::numeric_limits<qint64>::max();
-    for (int i = 0; i < 5 && quickest >= (bits + 1) * 20; i++) {
-        QVERIFY2(port.setBaudRate(BAUD9600), qPrintable(port.errorString()));
-        QElapsedTimer clock;
-        clock.start();
-        QCOMPARE(write(port, bytes), bytes.size());
-        QVERIFY2(port.setBaudRate(BAUD57600), qPrintable(port.errorString()));
-        quickest = std::min(quickest, clock.elapsed());
-        QCOMPARE(far.take(bytes.size()), bytes);
-    }
-    QVERIFY2(quickest >= bits * 20 && quickest < (bits + 1) * 20, QByteArray::number(quickest));
+    bool passed = true;
+    const auto wait = quickest((bits + 1) * 20ms, [&] {
+        passed = passed && port.setBaudRate(BAUD9600);
+        const auto time = took([&] {
+            passed = passed && write(port, bytes) == bytes.size() && port.setBaudRate(BAUD57600);
+        });
+        passed = passed && far.take(bytes.size()) == bytes;
+        return time;
+    });
+    QVERIFY2(passed, qPrintable(port.errorString()));
+    QVERIFY2(wait >= bits * 20ms && wait < (bits + 1) * 20ms,
+             QByteArray::number(qint64(wait.count())));
 }
 
 void TestPosixQextSerialPort::bytes_of_several_writes_are_waited_for_together()
@@ -418,17 +417,14 @@ void TestPosixQextSerialPort::a_byte_has_3_milliseconds_more_to_pass_an_adapter(
     FarEnd far;
     Posix_QextSerialPort port(far.node, {});
     QVERIFY(port.open(QIODevice::ReadWrite));
-    // The quickest of many: a busy machine makes any single one late.
-    qint64 quickest = std::numeric_limits<qint64>::max();
-    for (int i = 0; i < 30; i++) {
-        QVERIFY(port.setBaudRate(BAUD256000));
-        QElapsedTimer clock;
-        clock.start();
-        QCOMPARE(write(port, "x"_ba), 1);
-        QVERIFY(port.setBaudRate(BAUD9600));
-        quickest = std::min(quickest, clock.nsecsElapsed());
-    }
-    QVERIFY2(quickest >= 3'000'000 && quickest < 4'000'000, QByteArray::number(quickest));
+    bool passed = true;
+    const auto rest = quickest(4ms, [&] {
+        passed = passed && port.setBaudRate(BAUD256000);
+        return took(
+            [&] { passed = passed && write(port, "x"_ba) == 1 && port.setBaudRate(BAUD9600); });
+    });
+    QVERIFY(passed);
+    QVERIFY2(rest >= 3ms && rest < 4ms, QByteArray::number(qint64(rest.count())));
 }
 
 void TestPosixQextSerialPort::a_rate_waits_for_a_slow_reader()
