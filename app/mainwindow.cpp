@@ -214,6 +214,7 @@ void MainWindow::addDialogs()
     wire(smoothingdlg = new smoothing_dlg(this));
     wire(settingdlg = new Setting_dlg(this));
     wire(useradvdlg = new useradv_dlg(this));
+    connect(link, &Link::wokeUp, useradvdlg, &useradv_dlg::OnWakeUp);
     wire(advdlg = new advset_dlg(this));
     wire(testwin = new test_win(this));
     wire(lightsetdlg = new LightSet_dlg(this));

@@ -11,6 +11,8 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <ctime>
+#include <utility>
 
 using namespace std::chrono_literals;
 using namespace Qt::StringLiterals;
@@ -23,6 +25,20 @@ constexpr auto RetryPeriod = 20ms;
 constexpr int RetriesAfterPlug = 75;
 // A new node gets its final permissions a moment after it appears.
 constexpr qint64 ProblemSettlesMs = 400;
+constexpr auto ShortestSleep = 1s;
+
+std::chrono::nanoseconds timeOf(clockid_t clock)
+{
+    timespec time{};
+    ::clock_gettime(clock, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+// How long the machine has slept since it was started: one of its clocks stands still then.
+std::chrono::nanoseconds sleepOfMachine()
+{
+    return timeOf(CLOCK_BOOTTIME) - timeOf(CLOCK_MONOTONIC);
+}
 
 } // namespace
 
@@ -52,6 +68,7 @@ Link::~Link()
 
 void Link::start()
 {
+    slept = sleepOfMachine();
     timer->start();
     lookForDevice();
 }
@@ -70,10 +87,18 @@ void Link::end()
 
 void Link::check()
 {
+    lookForSleep();
     if (lookForDevice() || isLinked() || !portWish)
         return;
     const PortWish wish = *portWish;
     openSerial(wish.name, wish.settings);
+}
+
+void Link::lookForSleep()
+{
+    const auto before = std::exchange(slept, sleepOfMachine());
+    if (connect_sta == UsbConnected && slept - before >= ShortestSleep)
+        emit wokeUp();
 }
 
 Link::State Link::state() const

@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <deque>
 #include <memory>
 #include <optional>
@@ -130,6 +131,9 @@ signals:
     void traffic(const Traffic &traffic);
     // A frame on USB is linked.
     void usbConnected();
+    // The machine has slept with a frame linked by USB, which may have been without power then and
+    // not know any more what it was told.
+    void wokeUp();
     // This link, of kind(), is about to end: finish what you began. What is sent now still leaves,
     // unless the device is gone.
     void aboutToEnd(Link::End how);
@@ -141,6 +145,7 @@ private:
     void tellState();
     void finishLink(End how);
     void check();
+    void lookForSleep();
     void retrySearch();
     void noteProblem();
     void handOut(UCHAR *frame);
@@ -154,6 +159,7 @@ private:
     QTimer *timer;          // child; check()s twice a second
     QTimer *retryTimer;     // child; looks again soon after a plug event
     int retriesLeft = 0;
+    std::chrono::nanoseconds slept{}; // by the machine, until the last look
 
     bool deviceGone = false;    // what is sent is dropped: the link is ending
     UCHAR *handedOut = nullptr; // a receiver is at work on it, perhaps in an event loop of its own

@@ -76,14 +76,25 @@ void useradv_dlg::DoRecv03(UCHAR *) {}
 void useradv_dlg::OnUSBConnect()
 {
     Get_Data();
+    sendKept();
+    setNotice({});
+}
+
+void useradv_dlg::OnWakeUp()
+{
+    sendKept();
+}
+
+void useradv_dlg::sendKept()
+{
+    const _SETTING_DATA kept = xmlclass.read_setting();
     // All zero is what another window writes for gestures that the file did not give; no form does.
-    if (xmlclass.gaveWhole(element::Setting) && xmlclass.read_setting() != _SETTING_DATA())
-        SendSettingData();
+    if (xmlclass.gaveWhole(element::Setting) && kept != _SETTING_DATA())
+        send(withinRanges(kept));
     else
         qCWarning(lcSettings).noquote()
             << u"the touch frame is not told gestures: %1 does not give all of them"_s.arg(
                    XML_CLASS::filePath());
-    setNotice({});
 }
 
 // No key but one has an effect here, Escape included.
@@ -241,12 +252,17 @@ void useradv_dlg::Setting2Data()
 
 void useradv_dlg::SendSettingData()
 {
-    Frame frame = command::Gestures{.allEnabled = SettingData.all_en,
-                                    .rightButtonEnabled = SettingData.rb_en,
-                                    .rightButtonDuration = SettingData.rb_duration,
-                                    .rightButtonRange = SettingData.rb_ran,
-                                    .wheelEnabled = SettingData.wheel_en,
-                                    .wheelSensitivity = SettingData.wheel_sen}
+    send(SettingData);
+}
+
+void useradv_dlg::send(const _SETTING_DATA &settings)
+{
+    Frame frame = command::Gestures{.allEnabled = settings.all_en,
+                                    .rightButtonEnabled = settings.rb_en,
+                                    .rightButtonDuration = settings.rb_duration,
+                                    .rightButtonRange = settings.rb_ran,
+                                    .wheelEnabled = settings.wheel_en,
+                                    .wheelSensitivity = settings.wheel_sen}
                       .encode();
     emit Write03(frame.data());
 }

@@ -57,6 +57,9 @@ public slots:
     void on_canbtn_clicked();
     void DoRecv03(UCHAR *RecvBuf); // FrameSize bytes; nothing is done with them
     void OnUSBConnect();
+    // The frame may have forgotten what it was told: it is told once more what is kept, and what is
+    // being changed in the form stays.
+    void OnWakeUp();
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
@@ -73,6 +76,8 @@ private:
         bool operator==(const Outcome &) const = default;
     };
 
+    void sendKept();
+    void send(const _SETTING_DATA &settings);
     Outcome applySettings();
     void tellOutcome(const Outcome &became);
     void setNotice(const QString &line, const QString &sentence = {});

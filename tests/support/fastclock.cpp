@@ -25,6 +25,7 @@ constexpr Ns NsPerMs = 1'000'000;
 std::atomic<int> factor = 1;
 std::atomic<Ns> realStart[2] = {}; // of the monotonic and of the wall clock, when the speed was set
 std::atomic<Ns> modelStart[2] = {}; // what they showed then
+std::atomic<Ns> asleep = 0;
 
 Ns nsOf(const timespec &time)
 {
@@ -121,6 +122,11 @@ void setWall(int seconds)
     modelStart[1] += Ns(seconds) * NsPerSecond;
 }
 
+void sleepOn(int seconds)
+{
+    asleep += Ns(seconds) * NsPerSecond;
+}
+
 double realSeconds()
 {
     return double(realNow(CLOCK_MONOTONIC) - programStart) / double(NsPerSecond);
@@ -138,7 +144,7 @@ int clock_gettime(clockid_t clock, timespec *now) noexcept
     // Somebody may look before this file is set up.
     if (kind < 0 || realStart[kind] == 0)
         return int(syscall(SYS_clock_gettime, clock, now));
-    *now = timeOf(modelNow(kind));
+    *now = timeOf(modelNow(kind) + (clock == CLOCK_BOOTTIME ? asleep.load() : 0));
     return 0;
 }
 

@@ -19,6 +19,9 @@ void setSpeed(int speed);
 // clocks and who waits by them do not notice. Under the same condition.
 void setWall(int seconds);
 
+// The machine has slept for so many seconds more, as the clock shows that goes on meanwhile.
+void sleepOn(int seconds);
+
 // Seconds since the program began, as real clocks count them.
 double realSeconds();
 
