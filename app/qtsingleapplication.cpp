@@ -38,6 +38,8 @@ constexpr int HeaderSize = 4 + 4;
 constexpr char Acknowledgement = '\x06';
 
 constexpr auto SocketSuffix = QLatin1StringView(".socket");
+// The toolkit takes one byte less than the kernel, which wants one for the end.
+constexpr int LongestSocketName = sizeof sockaddr_un::sun_path - 2;
 constexpr int MaxName = 40;
 constexpr int Backlog = 256;
 // With half of the places taken, newcomers must be quick.
@@ -188,7 +190,7 @@ bool QtSingleApplication::isSafe(const QString &folder) const
         objection = tr("it belongs to another user");
     else if ((entry.st_mode & ALLPERMS) != S_IRWXU)
         objection = tr("others can enter it; \"chmod 700\" it");
-    else if (socketLength >= int(sizeof sockaddr_un::sun_path))
+    else if (socketLength > LongestSocketName)
         objection = tr("its name is too long");
     else
         return true;
