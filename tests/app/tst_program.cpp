@@ -229,6 +229,18 @@ private slots:
         QTRY_COMPARE(placeOfWindow(), left);
     }
 
+    // It is compiled into a library, from where it comes along only if somebody asks for it.
+    void the_window_has_its_icon()
+    {
+        start({});
+        QTRY_VERIFY(shown());
+        QProcess xprop;
+        xprop.start(u"xprop"_s, {u"-name"_s, u"Quorvel"_s, u"32c"_s, u"_NET_WM_ICON"_s});
+        QVERIFY(xprop.waitForFinished(5000));
+        const QByteArray icon = xprop.readAllStandardOutput();
+        QVERIFY2(icon.startsWith("_NET_WM_ICON(CARDINAL) = "), icon);
+    }
+
     void the_demonstration_leaves_no_settings_behind()
     {
         const auto files = [] {

@@ -652,13 +652,16 @@ private slots:
         link->firmware = sim::Firmware(frameWithWeakX17(), [] { return 0ms; });
         measure();
         QCOMPARE(words("comparisonLab"), QString());
+        QVERIFY(!the<QLabel>("comparisonLab")->isVisible());
         whenOpen<QFileDialog>([&](QFileDialog *asked) {
             QCOMPARE(asked->windowModality(), Qt::WindowModal);
+            QCOMPARE(asked->fileMode(), QFileDialog::ExistingFile);
             chooseFile(asked, then);
         });
         baselines().at(1)->trigger();
         const QString changed = u"light X 17 has changed most"_s;
         QVERIFY2(words("comparisonLab").contains(changed), qPrintable(words("comparisonLab")));
+        QVERIFY(the<QLabel>("comparisonLab")->isVisible());
         for (const QAction *one : baselines())
             QVERIFY(!one->isChecked());
         // The next measurement too.
