@@ -9,8 +9,8 @@
 // with a link, a window, a fault and a transfer, prints what became of it.
 
 #include "resources/resources.h"
+#include "tests/support/runs.h"
 #include "tried/run.h"
-#include "tried/runs.h"
 
 #include <QFile>
 #include <QLoggingCategory>
@@ -35,7 +35,7 @@ class TestWindowFaults : public QObject
 
 private:
     QHash<QStringList, QString> words; // of the tables, by link, window and fault
-    Runs runs;
+    Runs runs{8};
 
     static QList<QStringList> allCells()
     {

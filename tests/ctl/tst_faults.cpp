@@ -9,6 +9,7 @@
 #include "finger.h"
 #include "run.h"
 #include "steadyframe.h"
+#include "tests/support/runs.h"
 #include "tests/support/settingshome.h"
 #include "tests/support/targets.h"
 
@@ -20,8 +21,6 @@
 #include <QTimer>
 
 #include <cstdio>
-#include <memory>
-#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -132,26 +131,15 @@ QJsonObject runOnLine(const QString &command, const QString &faults, int timeout
 QList<QJsonObject> runAll(const QString &how, const QString &command, const QStringList &plans,
                           int timeoutMs)
 {
-    QList<QJsonObject> results;
-    std::vector<std::unique_ptr<QProcess>> running;
-    const auto takeFirst = [&] {
-        QProcess &first = *running.front();
-        if (!first.waitForFinished(LongestTimeouts * timeoutMs + UsualTimeoutMs))
-            first.kill();
-        first.waitForFinished();
-        results += QJsonDocument::fromJson(first.readAllStandardOutput()).object();
-        running.erase(running.begin());
+    const auto runOf = [&](const QString &plan) {
+        return QStringList{how, command, plan, QString::number(timeoutMs)};
     };
-    for (const QString &plan : plans) {
-        if (running.size() == RunsAtOnce)
-            takeFirst();
-        running.push_back(std::make_unique<QProcess>());
-        running.back()->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        running.back()->start(QCoreApplication::applicationFilePath(),
-                              {u"--run"_s, how, command, plan, QString::number(timeoutMs)});
-    }
-    while (!running.empty())
-        takeFirst();
+    Runs runs(RunsAtOnce);
+    for (const QString &plan : plans)
+        runs.add(runOf(plan));
+    QList<QJsonObject> results;
+    for (const QString &plan : plans)
+        results += runs.take(runOf(plan));
     return results;
 }
 
@@ -284,6 +272,8 @@ private:
     static QString problemOf(const QJsonObject &spoilt, const QJsonObject &well,
                              const QList<int> &codes, const QJsonObject &asNew, int timeoutMs)
     {
+        if (spoilt.contains(u"problem"_s))
+            return spoilt[u"problem"_s].toString();
         const int code = spoilt[u"code"_s].toInt(-1);
         const QString err = spoilt[u"err"_s].toString();
         if (spoilt[u"ms"_s].toInt() > LongestTimeouts * timeoutMs)
@@ -326,7 +316,7 @@ int main(int argc, char *argv[])
         const auto runOne = arguments.value(2) == u"serial"_s ? runOnLine : run;
         const QJsonObject result =
             runOne(arguments.value(3), arguments.value(4), arguments.value(5).toInt());
-        std::fputs(QJsonDocument(result).toJson().constData(), stdout);
+        std::fputs(QJsonDocument(result).toJson(QJsonDocument::Compact).constData(), stdout);
         return 0;
     }
     TestFaults test;

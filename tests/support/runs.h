@@ -15,14 +15,18 @@
 #include <utility>
 #include <vector>
 
-namespace tried {
-
-using namespace Qt::StringLiterals;
-
-// Runs in processes of their own, in the order that they are asked for in, some ahead.
+// Runs of this program, each in a process of its own, in the order that they are asked for in and
+// some ahead. A run is what stands behind "--run" on its command line; its last line is a JSON
+// object, which names a "problem" if it came to no end.
 class Runs
 {
 public:
+    explicit Runs(int runsAtOnce)
+        : atOnce(runsAtOnce)
+    {
+    }
+    Runs(const Runs &) = delete;
+    Runs &operator=(const Runs &) = delete;
     ~Runs()
     {
         for (const auto &[key, process] : running) {
@@ -39,7 +43,7 @@ public:
     QJsonObject take(const QStringList &run)
     {
         while (!results.contains(run)) {
-            while (int(running.size()) < RunsAtOnce && !waiting.isEmpty())
+            while (int(running.size()) < atOnce && !waiting.isEmpty())
                 begin(waiting.takeFirst());
             QTest::qWait(20);
             std::erase_if(running,
@@ -52,7 +56,8 @@ private:
     void begin(const QStringList &run)
     {
         auto process = std::make_unique<QProcess>();
-        process->start(QCoreApplication::applicationFilePath(), QStringList{u"--run"_s} + run);
+        process->start(QCoreApplication::applicationFilePath(),
+                       QStringList{QStringLiteral("--run")} + run);
         since[run].start();
         running.emplace_back(run, std::move(process));
     }
@@ -68,20 +73,19 @@ private:
             QJsonDocument::fromJson(process.readAllStandardOutput().split('\n').last()).object();
         if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0 ||
             result.isEmpty())
-            result = {{u"problem"_s, u"it crashed, or hung: "_s +
-                                         QString::fromUtf8(process.readAllStandardError())}};
+            result = {
+                {QStringLiteral("problem"), QStringLiteral("it crashed, or hung: ") +
+                                                QString::fromUtf8(process.readAllStandardError())}};
         results[run] = result;
         return true;
     }
 
-    static constexpr int RunsAtOnce = 8;
     static constexpr int MostMs = 120000; // of a run
 
+    const int atOnce;
     QSet<QStringList> known;
     QList<QStringList> waiting;
     std::vector<std::pair<QStringList, std::unique_ptr<QProcess>>> running;
     QHash<QStringList, QElapsedTimer> since;
     QHash<QStringList, QJsonObject> results;
 };
-
-} // namespace tried
