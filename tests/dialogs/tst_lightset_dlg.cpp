@@ -146,6 +146,12 @@ private:
         tick(5);
         report({0xFC, 0xA5, 0x80, 0x00, 0x00, 96, 0, 54, 0});
     }
+    // The lines, and 96 X and 54 Y lights.
+    void answerSettings() const
+    {
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+    }
     // X light 10, offset -5, AGC 50, ADC 3980, ORG 3892, on.
     void answerLight() const
     {
@@ -604,6 +610,18 @@ private slots:
         QCOMPARE(notice(), QString());
     }
 
+    void what_was_wrong_with_a_field_is_no_matter_at_the_next_showing()
+    {
+        show();
+        child("MinADC")->clear();
+        press("ADCSetBtn");
+        QVERIFY(!notice().isEmpty());
+        screen->close();
+        show();
+        QTest::qWait(2 * ScanWatch::LookMs);
+        QCOMPARE(notice(), QString());
+    }
+
     void a_smallest_value_above_the_largest_is_not_sent()
     {
         show();
@@ -653,8 +671,7 @@ private slots:
     {
         show();
         type("MinADC", "37");
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings();
         QCOMPARE(text("MinADC"), u"37"_s);
         QCOMPARE(text("MaxADC"), u"4000"_s);
         screen->hide();
@@ -862,8 +879,7 @@ private slots:
     void an_answer_that_does_not_come_is_told_of()
     {
         showWithLights();
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings();
         answerLight();
         press("LightAddBtn");
         QElapsedTimer time;
@@ -871,6 +887,19 @@ private slots:
         QTRY_COMPARE(notice(), u"No answer about light X 10"_s);
         QVERIFY(time.elapsed() >= 1900);
         answerOffset(-4);
+        QCOMPARE(notice(), QString());
+    }
+
+    void a_light_that_is_as_before_has_answered_too()
+    {
+        show();
+        answerSettings();
+        answerLight();
+        sent();
+        screen->on_LightChooseBtn_clicked();
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 07 03 00 01 0A 00")}));
+        answerLight();
+        QTest::qWait(2600);
         QCOMPARE(notice(), QString());
     }
 
@@ -1047,8 +1076,7 @@ private slots:
     void a_light_that_the_frame_does_not_have_is_told_of()
     {
         showWithLights();
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings();
         type("LightDir", "X");
         type("LightNum", "96");
         QCOMPARE(notice(), u"The touch frame has no such light"_s);
@@ -1208,8 +1236,7 @@ private slots:
         showWithLights();
         tick();
         const QImage none = withoutPanel(screen->grab().toImage());
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings();
         report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0x8C, 0x0F, 0x34, 0x0F, 1});
         report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 100, 10});
         QVERIFY(withoutPanel(screen->grab().toImage()) != none);
