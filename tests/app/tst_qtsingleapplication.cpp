@@ -200,6 +200,7 @@ private slots:
     void without_a_run_time_folder_starts_meet_in_the_temporary_folder();
     void a_folder_that_is_not_this_users_alone_is_left_alone_data();
     void a_folder_that_is_not_this_users_alone_is_left_alone();
+    void what_cleans_up_old_files_leaves_these_alone();
     void the_longest_name_of_a_socket_will_do();
     void a_run_time_folder_that_will_not_do_is_left_alone_data();
     void a_run_time_folder_that_will_not_do_is_left_alone();
@@ -813,6 +814,18 @@ void TestQtSingleApplication::a_folder_that_is_not_this_users_alone_is_left_alon
     QCOMPARE(lstat(place.toLocal8Bit().constData(), &entry), 0);
     QCOMPARE(entry.st_mode, mode_t(S_IFDIR | 0700));
     QVERIFY(QFile::exists(place + u'/' + id + u".socket"_s));
+}
+
+// Files of temporary folders that nobody changes for some days are cleaned up, but for such.
+void TestQtSingleApplication::what_cleans_up_old_files_leaves_these_alone()
+{
+    const auto first = start({u"serve"_s});
+    QCOMPARE(first->line(), u"first"_s);
+    for (const QString &path : {socketPath(), lockPath()}) {
+        Stat entry{};
+        QCOMPARE(lstat(path.toLocal8Bit().constData(), &entry), 0);
+        QCOMPARE(entry.st_mode & ALLPERMS, mode_t(S_ISVTX | S_IRUSR | S_IWUSR));
+    }
 }
 
 // A folder whose socket has the longest name that the toolkit takes, and so many letters more.

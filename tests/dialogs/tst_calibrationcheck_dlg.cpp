@@ -243,6 +243,23 @@ private slots:
             QVERIFY2(isWritten(number, -48) != isUpper, qPrintable(u"cross %1"_s.arg(number + 1)));
         }
     }
+
+    void no_words_are_cut_off_at_the_sides()
+    {
+        pressAll({0, 3});
+        const QImage picture = page->grab().toImage();
+        const QColor ground = picture.pixelColor(2, 2);
+        const auto isClear = [&](int from, int to) {
+            for (int x = from; x < to; ++x)
+                for (int y = 0; y < picture.height(); ++y)
+                    if (picture.pixelColor(x, y) != ground)
+                        return false;
+            return true;
+        };
+        // Longer than twice the way from the cross to the edge.
+        QVERIFY(isClear(0, 6) && !isClear(6, 16));
+        QVERIFY(isClear(1274, 1280) && !isClear(1264, 1274));
+    }
 };
 
 QTEST_MAIN(TestCalibrationCheckDlg)

@@ -135,6 +135,7 @@ private slots:
         CalibrationCheck_dlg page;
         show(page);
         QVERIFY(!page.check().pixelMillimetres());
+        QCOMPARE(page.font().pointSize(), 9); // never smaller
         const QPoint cross = page.check().cross(0);
         QVERIFY(hand::click(cross + QPoint(3, 0)));
         QTRY_COMPARE(page.check().asked(), 1);
