@@ -10,8 +10,8 @@
 #include <QTest>
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
-
 
 using namespace Qt::StringLiterals;
 using namespace HID_AdpterPacket;
@@ -265,6 +265,25 @@ private slots:
         QVERIFY(adapter.IsDevDead());
         adapter.CloseDevice();
         QVERIFY(!io.isOpen(1));
+    }
+
+    void the_system_knows_its_folders_files_and_nodes()
+    {
+        HiddevIo &io = HiddevIo::system();
+        QTemporaryFile file;
+        QVERIFY(file.open());
+        QVERIFY(file.write("four") == 4 && file.flush() && file.seek(1));
+        const QByteArray name = QFile::encodeName(file.fileName());
+        QVERIFY(io.directoryExists("/dev"));
+        QVERIFY(!io.directoryExists("/nowhere"));
+        QVERIFY(!io.directoryExists(name.constData()));
+        QVERIFY(!io.vendorOf("/nowhere"));
+        QVERIFY(!io.vendorOf(name.constData()));
+        QVERIFY(!io.vendorOf("/dev/null"));
+        int left = 0;
+        QCOMPARE(io.ioctl(file.handle(), FIONREAD, &left), 0);
+        QCOMPARE(left, 3);
+        QVERIFY(io.ioctl(-1, FIONREAD, &left) < 0);
     }
 
     void a_node_is_opened_for_both_directions_and_for_no_other_program()
