@@ -419,6 +419,19 @@ private slots:
         QCOMPARE(sent(), QByteArrayList({ScanY, ScanX, ScanY, ScanX}));
     }
 
+    void what_waited_for_the_last_page_of_a_scan_is_asked_for_at_once()
+    {
+        showWithLights();
+        tick(2);
+        QCOMPARE(sent(), QByteArrayList({ScanY}));
+        report({0xFC, 0xA5, 0x82, 0x00, 0x00, 0, 0, 200, 20});
+        tick();
+        QCOMPARE(sent(), QByteArrayList());
+        screen->findChild<QTimer *>()->start(60000);
+        report({0xFC, 0xA5, 0x82, 0x00, 0x00, 27, 0, 200, 20});
+        QTRY_COMPARE(frames, QByteArrayList({ScanX}));
+    }
+
     void the_timer_drives_the_polling()
     {
         screen->show();
