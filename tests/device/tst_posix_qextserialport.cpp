@@ -71,6 +71,7 @@ class TestPosixQextSerialPort : public QObject
     Q_OBJECT
 
 private slots:
+    void every_name_has_its_number();
     void every_number_names_its_rate_data();
     void every_number_names_its_rate();
     void a_number_out_of_the_list_names_no_rate();
@@ -139,6 +140,22 @@ void TestPosixQextSerialPort::every_number_names_its_rate_data()
                                        56000, 57600, 76800, 115200, 128000, 256000};
     for (int number = 0; number < 22; number++)
         QTest::addRow("%d", rates[unsigned(number)]) << number << rates[unsigned(number)];
+}
+
+// Settings files and the controller go by them.
+void TestPosixQextSerialPort::every_name_has_its_number()
+{
+    const auto numbers = [](std::initializer_list<int> names) { return QList<int>(names); };
+    QCOMPARE(
+        numbers({BAUD50,    BAUD75,     BAUD110,    BAUD134,   BAUD150,   BAUD200,
+                 BAUD300,   BAUD600,    BAUD1200,   BAUD1800,  BAUD2400,  BAUD4800,
+                 BAUD9600,  BAUD14400,  BAUD19200,  BAUD38400, BAUD56000, BAUD57600,
+                 BAUD76800, BAUD115200, BAUD128000, BAUD256000}),
+        numbers({0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21}));
+    QCOMPARE(numbers({DATA_5, DATA_6, DATA_7, DATA_8}), numbers({0, 1, 2, 3}));
+    QCOMPARE(numbers({PAR_NONE, PAR_ODD, PAR_EVEN, PAR_MARK, PAR_SPACE}), numbers({0, 1, 2, 3, 4}));
+    QCOMPARE(numbers({STOP_1, STOP_1_5, STOP_2}), numbers({0, 1, 2}));
+    QCOMPARE(numbers({FLOW_OFF, FLOW_HARDWARE, FLOW_XONXOFF}), numbers({0, 1, 2}));
 }
 
 void TestPosixQextSerialPort::every_number_names_its_rate()
