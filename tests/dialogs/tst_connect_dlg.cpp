@@ -181,9 +181,13 @@ private slots:
         const QString path = u"/dev/serial/by-id/"_s + QString(400, u'x');
         dialog->setState(Link::Serial, path, QString());
         appear();
-        const auto *text = child<QPlainTextEdit>("stateText");
+        auto *text = child<QPlainTextEdit>("stateText");
         QVERIFY(text->toPlainText().contains(path));
         QVERIFY(!text->horizontalScrollBar()->isVisible());
+        // It is there to be read and not to be written into.
+        const QImage seen = text->viewport()->grab().toImage();
+        QCOMPARE(seen.pixelColor(seen.rect().bottomRight()),
+                 dialog->palette().color(QPalette::Window));
     }
 
     void every_field_is_reached_and_named_for_a_keyboard_and_a_screen_reader()

@@ -36,6 +36,19 @@ QList<QPoint> noisy(int count, unsigned seed)
     return points;
 }
 
+// Short lines of every direction, and some that are a little longer.
+QList<QPoint> allDirections()
+{
+    QList<QPoint> points;
+    for (int right = 0; right <= 33; ++right) {
+        for (int down = -33; down <= 33; ++down) {
+            const QPoint begin(20 + 25 * right, 40 + 6 * (down + 33));
+            points += {begin, begin + QPoint(right, down)};
+        }
+    }
+    return points;
+}
+
 QList<QPoint> flat(int count, int y)
 {
     QList<QPoint> points;
@@ -70,6 +83,7 @@ private slots:
             << QList<Curve>{{Axis::X, {{0, 0}, {880, 490}, {0, 490}, {880, 0}, {879, 489}}}} << 1;
         QTest::newRow("far outside")
             << QList<Curve>{{Axis::Y, {{870, 300}, {304500, 400}, {1740, -40}}}} << 1;
+        QTest::newRow("all directions") << QList<Curve>{{Axis::X, allDirections()}} << 1;
         QTest::newRow("levels side by side") << level << 1;
         QTest::newRow("all curves of the largest frame") << all << 1;
         QTest::newRow("all curves, twice the pixels") << all << 2;
