@@ -221,6 +221,24 @@ private slots:
         QVERIFY(ink(1) > 2 * ink(2));
     }
 
+    void a_touch_is_a_dot_at_the_end_of_a_line_and_the_worst_has_a_ring()
+    {
+        const auto isInk = [this](int number, QPoint beside) {
+            const QPoint at = page->check().touch(number).toPoint() + beside;
+            return page->grab().toImage().pixelColor(at).lightness() < 200;
+        };
+        touch({62, 50});
+        QVERIFY(isInk(0, {0, 0}));
+        QVERIFY(isInk(0, {0, 2}));
+        QVERIFY(isInk(0, {1, -1}));
+        QVERIFY(!isInk(0, {0, 6}));
+        QVERIFY(!isInk(0, {0, 8}));
+        page->findChild<QPushButton *>(u"againButton"_s)->click();
+        pressAll({3, 0});
+        QVERIFY(isInk(page->check().worst(), {0, 8}));
+        QVERIFY(!isInk(page->check().worst() + 1, {0, 8}));
+    }
+
     // Where a hand does not hide them, and the edge does not cut them off.
     void words_stand_below_the_upper_crosses_and_above_the_others()
     {

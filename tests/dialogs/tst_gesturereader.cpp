@@ -162,6 +162,29 @@ private slots:
                                        : gesture(Kind::LateClick, apart, aside, Finger));
     }
 
+    void two_taps_with_something_else_between_are_no_double_tap_data()
+    {
+        QTest::addColumn<bool>("byWheel");
+        QTest::newRow("the wheel") << true;
+        QTest::newRow("the right button") << false;
+    }
+    void two_taps_with_something_else_between_are_no_double_tap()
+    {
+        QFETCH(const bool, byWheel);
+        press(1000, {50, 50}, Finger);
+        release(1050, {50, 50}, Finger);
+        if (byWheel) {
+            turn(1300, {0, 120});
+        } else {
+            rightPress(1300, {50, 50});
+            rightRelease(1320, {50, 50});
+        }
+        press(1350, {50, 50}, Finger);
+        release(1390, {50, 50}, Finger);
+        QCOMPARE(seen.size(), 3);
+        QCOMPARE(seen.last(), gesture(Kind::Click, 40, 0, Finger));
+    }
+
     void what_is_held_and_let_go_is_told_with_its_time()
     {
         press(1000, {50, 50});

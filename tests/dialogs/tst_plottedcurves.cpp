@@ -320,6 +320,17 @@ private slots:
         QCOMPARE(chosen, Places());
     }
 
+    void with_fewer_lights_the_last_one_is_chosen()
+    {
+        plot->setFocus();
+        curves->choose(0, 59);
+        for (const int lights : {10, 1}) {
+            curves->setCurves({healthy(lights), healthy(1)}, 100);
+            press(Qt::Key_Return);
+            QCOMPARE(opened.last(), Place(0, lights - 1));
+        }
+    }
+
     void other_keys_are_for_the_window()
     {
         for (const int key : {Qt::Key_Escape, Qt::Key_F1, Qt::Key_Space}) {
