@@ -5,13 +5,16 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QScopedValueRollback>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <dlfcn.h>
 #include <linux/netlink.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 
 using namespace Qt::StringLiterals;
@@ -30,7 +33,20 @@ QByteArray message(const QByteArrayList &properties)
 
 const QByteArray Padding = "DEVPATH=/devices/pci0000:00/usb1/1-1";
 
+bool socketsAreScarce = false;
+
 } // namespace
+
+extern "C" int socket(int family, int type, int protocol) noexcept
+{
+    using Socket = int (*)(int, int, int);
+    static const auto real = reinterpret_cast<Socket>(::dlsym(RTLD_NEXT, "socket"));
+    if (socketsAreScarce) {
+        errno = EMFILE;
+        return -1;
+    }
+    return real(family, type, protocol);
+}
 
 class TestReadHotplug : public QObject
 {
@@ -238,6 +254,14 @@ private slots:
         QCOMPARE(errors.text(), "");
         const ReadHotplugThread second;
         QCOMPARE(errors.text(), "bind error Address already in use\n");
+    }
+
+    void a_watcher_without_a_socket_says_so()
+    {
+        Capture errors(stderr);
+        const QScopedValueRollback none(socketsAreScarce, true);
+        const ReadHotplugThread deaf;
+        QCOMPARE(errors.text(), "socket creating failedToo many open files\n");
     }
 };
 

@@ -306,7 +306,15 @@ private slots:
         QVERIFY2(demo, qPrintable(problem));
         frame = demo->adapter();
         window = std::make_unique<MainWindow>(frame);
+        // Where the icon has a mark of its own, in the colour that this has.
+        const auto mark = [this] {
+            const QIcon all = window->windowIcon();
+            const QImage icon = all.pixmap(all.availableSizes().constLast(), 1).toImage();
+            return icon.pixelColor(QPoint(icon.width(), icon.height()) * 72 / 100);
+        };
+        QVERIFY(mark() != QColor(Qt::yellow));
         demo->attachTo(*window);
+        QCOMPARE(mark(), QColor(Qt::yellow));
         QCOMPARE(window->windowTitle(), u"Quorvel (simulated touch frame)"_s);
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));

@@ -204,6 +204,13 @@ private slots:
         QVERIFY2(spoken[8].endsWith(u"\nCalibrate again"_s), qPrintable(spoken[8]));
     }
 
+    void letters_grow_with_the_screen_and_the_task_is_in_larger_ones()
+    {
+        QCOMPARE(page->font().pointSize(), 13);
+        QCOMPARE(child<QLabel>("taskLab")->font().pointSize(), 19);
+        QVERIFY(child<QLabel>("taskLab")->font().bold());
+    }
+
     void the_cross_that_is_asked_for_stands_out()
     {
         const auto ink = [this](int number) {
