@@ -140,6 +140,7 @@ private slots:
         QTRY_COMPARE(added.size(), 1);
         QVERIFY(send(message({"ACTION=change", Padding, "ID_VENDOR_ID=5156"})));
         QVERIFY(send(QByteArray(9000, 'x')));
+        QVERIFY(send({}));
         QVERIFY(send(message({"ACTION=add", Padding, "ID_VENDOR_ID=046d"})));
         QVERIFY(send(message({"ACTION=remove", Padding, "PRODUCT=5156/1/3010"})));
         QTRY_COMPARE(removed.size(), 1);

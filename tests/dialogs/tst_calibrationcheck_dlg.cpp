@@ -2,6 +2,7 @@
 
 #include "dialogs/calibrationcheck_dlg.h"
 #include "tests/support/hand.h"
+#include "tests/support/paints.h"
 
 #include <QLabel>
 #include <QMouseEvent>
@@ -224,7 +225,11 @@ private slots:
         };
         QVERIFY(ink(0) > 2 * ink(1));
         QCOMPARE(ink(1), ink(2));
+        QCoreApplication::processEvents();
+        const Paints paints(page.get());
         touch({50, 50});
+        QTRY_VERIFY(paints.region.contains(page->check().cross(0)));
+        QVERIFY(paints.region.contains(page->check().cross(1)));
         QVERIFY(ink(1) > 2 * ink(2));
     }
 

@@ -139,18 +139,22 @@ private slots:
         const QPoint cross = page.check().cross(0);
         QVERIFY(hand::click(cross + QPoint(3, 0)));
         QTRY_COMPARE(page.check().asked(), 1);
-        // What stands below the cross, and the same drawn here.
-        const QRect below(0, cross.y() + 21, 200, page.fontMetrics().height() + 10);
-        QImage expected(below.size(), QImage::Format_RGB32);
-        expected.fill(page.palette().color(QPalette::Window));
-        QPainter painter(&expected);
-        painter.setFont(page.font());
-        painter.setPen(page.palette().color(QPalette::WindowText));
-        painter.drawText(20, below.height() - 8, u"1: 3.0 px"_s);
-        painter.end();
         const QImage seen = page.grab().toImage().convertToFormat(QImage::Format_RGB32);
-        QCOMPARE(ink(seen.copy(below)).size(), ink(expected).size());
-        QVERIFY(ink(seen.copy(below)) == ink(expected));
+        const int height = page.fontMetrics().height() + 10;
+        // What stands below the upper crosses, and the same drawn here.
+        for (const auto &[left, words] :
+             {std::pair(0, u"1: 3.0 px"_s), std::pair(page.width() - 120, u"2"_s)}) {
+            const QRect below(left, cross.y() + 21, 120, height);
+            QImage expected(below.size(), QImage::Format_RGB32);
+            expected.fill(page.palette().color(QPalette::Window));
+            QPainter painter(&expected);
+            painter.setFont(page.font());
+            painter.setPen(page.palette().color(QPalette::WindowText));
+            painter.drawText(20, below.height() - 8, words);
+            painter.end();
+            QCOMPARE(ink(seen.copy(below)).size(), ink(expected).size());
+            QVERIFY(ink(seen.copy(below)) == ink(expected));
+        }
     }
 
     // A kiosk runs the tool alone.

@@ -2,6 +2,7 @@
 
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/test_win.h"
+#include "tests/support/paints.h"
 #include "tests/support/plainlights.h"
 
 #include <QApplication>
@@ -47,25 +48,6 @@ QString hex(const char *digits)
 {
     return QString::fromLatin1(digits);
 }
-
-// What only paints count of.
-class Paints : public QObject
-{
-public:
-    explicit Paints(QWidget *watched) { watched->installEventFilter(this); }
-    int count = 0;
-    QRegion region;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint) {
-            ++count;
-            region |= static_cast<QPaintEvent *>(event)->region();
-        }
-        return false;
-    }
-};
 
 QImage withoutPanel(const QImage &picture)
 {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "dialogs/test_win.h"
+#include "tests/support/paints.h"
 #include "tests/support/plainplot.h"
 #include "tests/support/smalldisk.h"
 
@@ -85,22 +86,6 @@ QByteArray request(std::initializer_list<char> bytes)
 const QByteArray AskCounts = request({'\x00', '\xA5', '\x00'});
 const QByteArray AskX = request({'\x00', '\xA5', '\x01'});
 const QByteArray AskY = request({'\x00', '\xA5', '\x02'});
-
-// Counts how often a widget paints itself.
-class Paints : public QObject
-{
-public:
-    explicit Paints(QWidget *watched) { watched->installEventFilter(this); }
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            ++count;
-        return false;
-    }
-};
 
 // A paper that knows which image of the picture's size was put on it; drawing into an image gives
 // it another key.
