@@ -3,11 +3,13 @@
 // What holds in every window of the tool: what is told to assistive tools, and what can be read
 // on a light and on a dark desktop.
 
+#include "config/windowplaces.h"
 #include "dialogs/calibration_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/readable.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/test_win.h"
+#include "dialogs/wholescreen.h"
 #include "resources/resources.h"
 #include "resources/translations.h"
 #include "tests/support/allwindows.h"
@@ -263,6 +265,21 @@ private slots:
         all.reset();
         home.reset();
         QApplication::setPalette(QPalette());
+    }
+
+    void every_window_is_found_where_it_was_left()
+    {
+        open();
+        QStringList forgotten;
+        for (QWidget *window : windowsOfTool()) {
+            if (qobject_cast<WholeScreen *>(window))
+                continue;
+            window->show();
+            window->hide();
+            if (!windowplaces::of(window->objectName()))
+                forgotten += window->objectName();
+        }
+        QCOMPARE(forgotten, QStringList());
     }
 
     void what_is_spoken_begins_with_what_is_seen_data()

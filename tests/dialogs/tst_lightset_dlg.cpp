@@ -898,6 +898,21 @@ private slots:
         QCOMPARE(notice(), QString());
     }
 
+    void while_a_light_check_has_the_frame_no_light_is_switched()
+    {
+        showWithLights();
+        answerLight();
+        sent();
+        screen->standAside(true);
+        QCOMPARE(notice(), u"This waits until the light check has ended"_s);
+        press("LightChooseBtn_2");
+        QCOMPARE(sent(), QByteArrayList());
+        screen->standAside(false);
+        sent();
+        press("LightChooseBtn_2");
+        QVERIFY(sent().contains(whole("00 A2 08 04 00 01 0A 00 01")));
+    }
+
     void minus_from_minus_5_sends_minus_6_and_waits_for_the_reply()
     {
         showWithLights();
