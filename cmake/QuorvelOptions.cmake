@@ -40,6 +40,9 @@ endif()
 if(QUORVEL_SANITIZE)
     add_compile_options(-fsanitize=${QUORVEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${QUORVEL_SANITIZE})
+    # What no sanitizer sees: an optional without a value, an index beyond the end of a container that
+    # has room behind it, what the toolkit's headers ask of who calls them.
+    add_compile_definitions(_GLIBCXX_ASSERTIONS QT_FORCE_ASSERTS)
 endif()
 if(QUORVEL_COVERAGE)
     add_compile_options(--coverage)
