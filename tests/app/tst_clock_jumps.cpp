@@ -147,7 +147,7 @@ private slots:
         std::this_thread::sleep_for(1500ms);
         QTest::qWait(1200);
         QCOMPARE(wokeUp.count(), 0);
-        fastclock::sleepOn(1);
+        fastclock::sleepOn(2);
         QTRY_COMPARE(wokeUp.count(), 1);
     }
 
