@@ -11,6 +11,7 @@
 #include "dialogs/useradv_dlg.h"
 #include "resources/resources.h"
 #include "sim/sim_adapter.h"
+#include "tests/support/paints.h"
 #include "tests/support/settingshome.h"
 #include "tests/support/signalcurves.h"
 
@@ -49,22 +50,6 @@ bool isLoaded(const QByteArray &library)
     QFile maps(u"/proc/self/maps"_s);
     return maps.open(QIODevice::ReadOnly) && maps.readAll().contains(library);
 }
-
-// Counts the paintings of a widget.
-class Paintings : public QObject
-{
-public:
-    explicit Paintings(QWidget *widget) { widget->installEventFilter(this); }
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            ++count;
-        return QObject::eventFilter(watched, event);
-    }
-};
 
 } // namespace
 
@@ -334,12 +319,12 @@ private slots:
         test->show();
         in<QLineEdit>(test, "interal_text")->setText(u"0"_s);
         press(test, "ALL_btn");
-        const Paintings paintings(test);
+        const Paints paints(test);
         int turns = 0;
         QTimer other;
         connect(&other, &QTimer::timeout, this, [&turns] { ++turns; });
         other.start(10);
-        QTRY_VERIFY(paintings.count >= 5);
+        QTRY_VERIFY(paints.count >= 5);
         QTRY_VERIFY(turns >= 20);
         QTRY_VERIFY(pixelsOfCurves(test, Qt::darkGreen) > 100 &&
                     pixelsOfCurves(test, Qt::darkRed) > 100);

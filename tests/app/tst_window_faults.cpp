@@ -24,6 +24,7 @@ using namespace tried;
 
 namespace {
 
+constexpr int RunsAtOnce = 8;
 constexpr int StillMs = 1500;    // that the windows may stand still besides their own pauses
 constexpr int SampleStride = 14; // of cells; it shares no factor with the faults of a link
 
@@ -35,7 +36,7 @@ class TestWindowFaults : public QObject
 
 private:
     QHash<QStringList, QString> words; // of the tables, by link, window and fault
-    Runs runs{8};
+    Runs runs{RunsAtOnce};
 
     static QList<QStringList> allCells()
     {

@@ -11,7 +11,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMetaMethod>
-#include <QPaintEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QScreen>
