@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <optional>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -111,6 +112,19 @@ private slots:
         struct stat there = {};
         QCOMPARE(stat(qPrintable(path()), &there), 0);
         QVERIFY(S_ISFIFO(there.st_mode));
+    }
+
+    void what_somebody_put_into_a_pipe_is_neither_believed_nor_taken()
+    {
+        QCOMPARE(mkfifo(qPrintable(path()), 0600), 0);
+        QFile pipe(path());
+        QVERIFY(pipe.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
+        const QByteArray line("MainWindow 1 2\n");
+        QCOMPARE(pipe.write(line), line.size());
+        QCOMPARE(windowplaces::of(u"MainWindow"_s), std::nullopt);
+        int waiting = 0;
+        QCOMPARE(ioctl(pipe.handle(), FIONREAD, &waiting), 0);
+        QCOMPARE(waiting, line.size());
     }
 
     void without_a_folder_for_settings_nothing_is_made()

@@ -536,6 +536,26 @@ private slots:
         QCOMPARE(fake.adapter->closes.load(), 1);
     }
 
+    void a_link_that_goes_sends_what_waits_first()
+    {
+        const auto adapter = std::make_shared<FakeAdapter>();
+        adapter->stallSends(true);
+        std::thread later;
+        {
+            Link link(adapter);
+            link.start();
+            for (const char *frame : {"00 A7 00", "00 A7 02", "00 A5 00"})
+                send(link, frame);
+            later = std::thread([&adapter] {
+                std::this_thread::sleep_for(100ms);
+                adapter->stallSends(false);
+            });
+        }
+        later.join();
+        QCOMPARE(adapter->sentBytes(2), QByteArrayList({"a7 00", "a7 02", "a5 00"}));
+        QCOMPARE(adapter->closes.load(), 1);
+    }
+
     void an_end_does_not_wait_for_a_device_that_takes_nothing()
     {
         Fake fake;
