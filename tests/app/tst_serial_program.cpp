@@ -112,7 +112,7 @@ private slots:
         QVERIFY(
             click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + LightsButton));
         QVERIFY(inTime([] { return windowSized("Dialog", wholeScreen().size()).has_value(); }));
-        QVERIFY(clickUntilHeard(*frame, XLight47, "host > frame  light X 47: read"));
+        QVERIFY(clickUntilHeard(*frame, drawnLightX(47), "host > frame  light X 47: read"));
         QVERIFY(clickUntilHeard(*frame, PlusButton, "host > frame  light X 47: set offset 1"));
         QVERIFY(
             inTime([this] { return frame->heard("frame > host  light X 47: on, offset 1") > 0; }));
@@ -126,7 +126,7 @@ private slots:
         QVERIFY(
             click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + LightsButton));
         QVERIFY(inTime(showsLights));
-        QVERIFY(clickUntilHeard(*frame, XLight47, "host > frame  light X 47: read"));
+        QVERIFY(clickUntilHeard(*frame, drawnLightX(47), "host > frame  light X 47: read"));
         QVERIFY(inTime([this] { return frame->heard("frame > host  light X 47:") > 0; }));
         QVERIFY(mouse(PlusButton, u"click --repeat 30 --delay 30 1"_s));
         QVERIFY(inTime(
@@ -156,7 +156,7 @@ private slots:
         QVERIFY(inTime(showsLights));
         // These settings tell both windows how to read a page.
         QVERIFY(inTime([this] { return frame->heard("host > frame  adc: read settings") > 0; }));
-        QVERIFY(clickUntilHeard(*frame, XLight47, "host > frame  light X 47: read"));
+        QVERIFY(clickUntilHeard(*frame, drawnLightX(47), "host > frame  light X 47: read"));
         const qsizetype countedBefore = counted();
         QVERIFY(click(LightsExit));
         QVERIFY(inTime([] { return !showsLights(); }));

@@ -172,10 +172,8 @@ void TestKernel::cleanup()
     }
     pictures.clear();
     tool.reset();
-    if (frame && frame->process.state() != QProcess::NotRunning) {
-        frame->write("quit");
-        QVERIFY(frame->endsWell());
-    }
+    if (frame)
+        QVERIFY(frame->quit());
     frame.reset();
     QVERIFY(udev->end());
     udev.reset();
@@ -357,8 +355,7 @@ void TestKernel::a_calibration_that_is_not_wanted_is_not_kept()
 
 void TestKernel::a_calibration_that_was_recorded_goes_as_it_went()
 {
-    frame->write("quit");
-    QVERIFY(frame->endsWell());
+    QVERIFY(frame->quit());
     udev.emplace();
     frame = std::make_unique<VirtualFrame>();
     QVERIFY(frame->begin(
@@ -563,7 +560,7 @@ void TestKernel::a_light_is_adjusted_and_switched_and_settings_are_read_back()
     QVERIFY(click(menu + LightsButton));
     QVERIFY(inTime(opened));
     QVERIFY(inTime([this] { return frame->heard("frame > host  adc: range 3800 to 4000") > 0; }));
-    QVERIFY(clickUntilHeard(*frame, XLight47, "host > frame  light X 47: read"));
+    QVERIFY(clickUntilHeard(*frame, drawnLightX(47), "host > frame  light X 47: read"));
     QVERIFY(clickUntilHeard(*frame, PlusButton, "host > frame  light X 47: set offset 1"));
     QVERIFY(inTime([this] { return frame->heard("frame > host  light X 47: on, offset 1") > 0; }));
     keepPicture(u"adjusted"_s);

@@ -46,7 +46,7 @@ inline QString adjustLight(SerialTool &serial)
     const auto screen = [] { return windowSized("Dialog", wholeScreen().size()).has_value(); };
     if (!inTime(screen))
         return u"the light screen did not open"_s;
-    if (!clickUntilHeard(serial.frame, XLight47, "host > frame  light X 47: read"))
+    if (!clickUntilHeard(serial.frame, drawnLightX(47), "host > frame  light X 47: read"))
         return u"the light was not read"_s;
     if (!clickUntilHeard(serial.frame, PlusButton, "host > frame  light X 47: set offset 1"))
         return u"the light was not set"_s;

@@ -4,12 +4,16 @@
 
 #include "app/mainwindow.h"
 #include "dialogs/calend_dlg.h"
+#include "dialogs/lightplot.h"
+#include "sim/profile.h"
 #include "tests/support/fakeadapter.h"
 #include "tests/support/settingshome.h"
 #include "tests/support/widgets.h"
 
+#include <QGuiApplication>
 #include <QHash>
 #include <QRadioButton>
+#include <QScreen>
 
 #include <memory>
 
@@ -50,6 +54,26 @@ QRect drawnAt(const char *name)
     if (found == places.cend())
         qFatal("the tool has no %s", name);
     return *found;
+}
+
+QPoint drawnLightX(int number)
+{
+    const QSize screen = QGuiApplication::primaryScreen()->size();
+    const sim::Profile frame;
+    LightPlot lights;
+    lights.setScreen(screen, 1);
+    lights.setCounts(frame.lightsX, frame.lightsY);
+    const LightPlot::Light wanted{LightPlot::Axis::X, number};
+    const int bottom = screen.height() - 1;
+    int first = 0;
+    while (first < screen.width() && lights.lightAt({first, bottom}) != wanted)
+        ++first;
+    int end = first;
+    while (end < screen.width() && lights.lightAt({end, bottom}) == wanted)
+        ++end;
+    if (first == end)
+        qFatal("no place of the light screen is that of light %d", number);
+    return {(first + end) / 2, bottom};
 }
 
 } // namespace outside

@@ -189,6 +189,14 @@ public:
     {
         return tell(command).startsWith("ok " + command.split(' ').first());
     }
+    // False if it did not end by itself, and well; one that is not running has nothing to end.
+    bool quit()
+    {
+        if (process.state() == QProcess::NotRunning)
+            return true;
+        write("quit");
+        return endsWell();
+    }
     bool stateHas(const QByteArray &word) { return tell("state").split(' ').contains(word); }
     qsizetype heard(const QByteArray &words) const { return output.count(words); }
 

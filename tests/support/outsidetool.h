@@ -67,8 +67,6 @@ inline constexpr Place SetButton("LightSet_dlg/ADCSetBtn");
 inline constexpr Place SwitchButton("LightSet_dlg/LightChooseBtn_2");
 inline constexpr Place PlusButton("LightSet_dlg/LightAddBtn");
 inline constexpr Place LightsExit("LightSet_dlg/ExitBtn");
-// Of a screen of 1280 x 800: the bars there are painted.
-inline constexpr QPoint XLight47(640, 760);
 
 inline constexpr int Targets = 4;
 

@@ -64,8 +64,7 @@ public:
         if (!second.start(QStringLiteral(QUORVEL_PROGRAM), {u"-close"_s}) || !second.endsWell() ||
             !tool.endsWell())
             return u"the tool did not end well"_s;
-        frame.write("quit");
-        return frame.endsWell() ? QString() : u"the frame did not end well"_s;
+        return frame.quit() ? QString() : u"the frame did not end well"_s;
     }
 
     VirtualFrame frame;
