@@ -364,6 +364,11 @@ private slots:
                  (DeviceUser{QCoreApplication::applicationPid(), u"tst_devicelock"_s}));
     }
 
+    void what_is_not_there_is_opened_by_nobody()
+    {
+        QVERIFY(devicelock::openedBy(u"/dev/none"_s, u"/proc"_s).isEmpty());
+    }
+
     void only_a_device_is_opened_for_its_lock()
     {
         QTemporaryFile file;

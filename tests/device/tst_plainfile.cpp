@@ -9,12 +9,34 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cerrno>
 #include <csignal>
 #include <memory>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// A limit of the process ends a write as a full disk does, and says so by a signal too.
+template <typename Action>
+auto withFullDisk(Action action)
+{
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before = {};
+    if (getrlimit(RLIMIT_FSIZE, &before) != 0)
+        qFatal("no limits are told");
+    const rlimit small = {4096, before.rlim_max};
+    if (setrlimit(RLIMIT_FSIZE, &small) != 0)
+        qFatal("no limit can be set");
+    auto result = action();
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    return result;
+}
+
+} // namespace
 
 class TestPlainFile : public QObject
 {
@@ -84,18 +106,93 @@ private slots:
     void a_full_disk_leaves_the_old_file()
     {
         QCOMPARE(plainfile::replace(at(u"file"_s), "old"), QString());
-        // A limit of the process ends a write as a full disk does, and says so by a signal too.
-        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit before = {};
-        QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
-        const rlimit small = {4096, before.rlim_max};
-        QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
-        const QString problem = plainfile::replace(at(u"file"_s), QByteArray(8192, 'x'));
-        QCOMPARE(setrlimit(RLIMIT_FSIZE, &before), 0);
-        std::signal(SIGXFSZ, handler);
+        const QString problem = withFullDisk(
+            [this] { return plainfile::replace(at(u"file"_s), QByteArray(8192, 'x')); });
         QVERIFY(!problem.isEmpty());
         QCOMPARE(content(u"file"_s), QByteArray("old"));
         QCOMPARE(QDir(folder->path()).entryList(QDir::Files), {u"file"_s});
+    }
+
+    void a_file_is_made_empty_or_emptied()
+    {
+        QVERIFY(plainfile::openEmpty(at(u"log"_s)).isValid());
+        QCOMPARE(content(u"log"_s), QByteArray());
+        writeFile(at(u"log"_s), "a longer content");
+        const FileDescriptor log = plainfile::openEmpty(at(u"log"_s));
+        QVERIFY(log.isValid());
+        QCOMPARE(content(u"log"_s), QByteArray());
+        QCOMPARE(::write(log.get(), "new", 3), ssize_t(3));
+        QCOMPARE(content(u"log"_s), QByteArray("new"));
+    }
+
+    void what_is_no_file_is_not_emptied_and_errno_tells_why()
+    {
+        writeFile(at(u"other"_s), "of somebody");
+        QVERIFY(QFile::link(at(u"other"_s), at(u"link"_s)));
+        QCOMPARE(::mkfifo(qPrintable(at(u"pipe"_s)), 0600), 0);
+        // A pipe that somebody reads can be opened.
+        QFile pipe(at(u"pipe"_s));
+        QVERIFY(pipe.open(QIODevice::ReadWrite));
+        QVERIFY(QDir().mkpath(at(u"folder"_s)));
+        const auto refused = [this](const QString &name) {
+            errno = 0;
+            return plainfile::openEmpty(at(name)).isValid() ? 0 : errno;
+        };
+        QCOMPARE(refused(u"link"_s), ELOOP);
+        QCOMPARE(refused(u"pipe"_s), EINVAL);
+        QCOMPARE(refused(u"folder"_s), EISDIR);
+        QCOMPARE(refused(u"none/log"_s), ENOENT);
+        QCOMPARE(content(u"other"_s), QByteArray("of somebody"));
+    }
+
+    void a_copy_has_every_byte_and_the_rights_of_its_source()
+    {
+        QByteArray pages;
+        for (int i = 0; i < 70'000; ++i)
+            pages += QByteArray::number(i) + '\n';
+        writeFile(at(u"source"_s), pages);
+        QCOMPARE(::chmod(qPrintable(at(u"source"_s)), 0640), 0);
+        QVERIFY(QDir().mkpath(at(u"folder"_s)));
+        QVERIFY(plainfile::copyInto(at(u"source"_s), at(u"folder"_s)));
+        QVERIFY(content(u"folder/source"_s) == pages);
+        struct stat status = {};
+        QCOMPARE(::stat(qPrintable(at(u"folder/source"_s)), &status), 0);
+        QCOMPARE(status.st_mode & ALLPERMS, mode_t(0640));
+
+        QVERIFY(QFile::link(at(u"source"_s), at(u"link"_s)));
+        QVERIFY(plainfile::copyInto(at(u"link"_s), at(u"folder"_s)));
+        QVERIFY(!QFileInfo(at(u"folder/link"_s)).isSymLink());
+        QVERIFY(content(u"folder/link"_s) == pages);
+    }
+
+    void what_cannot_be_copied_leaves_the_folder_as_it_was()
+    {
+        QVERIFY(QDir().mkpath(at(u"folder"_s)));
+        writeFile(at(u"folder/file"_s), "older");
+        writeFile(at(u"file"_s), "newer");
+        writeFile(at(u"other"_s), "of somebody");
+        QVERIFY(QFile::link(at(u"folder"_s), at(u"way"_s)));
+        QCOMPARE(::mkfifo(qPrintable(at(u"pipe"_s)), 0600), 0);
+        QVERIFY(!plainfile::copyInto(at(u"file"_s), at(u"folder"_s)));
+        QVERIFY(!plainfile::copyInto(at(u"none"_s), at(u"folder"_s)));
+        QVERIFY(!plainfile::copyInto(at(u"pipe"_s), at(u"folder"_s)));
+        QVERIFY(!plainfile::copyInto(at(u"folder"_s), at(u"folder"_s)));
+        QVERIFY(!plainfile::copyInto(at(u"other"_s), at(u"way"_s)));
+        QVERIFY(!plainfile::copyInto(at(u"other"_s), at(u"none"_s)));
+        QVERIFY(!plainfile::copyInto(at(u"other"_s), at(u"file"_s)));
+        QCOMPARE(content(u"folder/file"_s), QByteArray("older"));
+        QCOMPARE(
+            QDir(at(u"folder"_s)).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
+            {u"file"_s});
+    }
+
+    void half_a_copy_is_taken_back()
+    {
+        QVERIFY(QDir().mkpath(at(u"folder"_s)));
+        writeFile(at(u"source"_s), QByteArray(8192, 'x'));
+        QVERIFY(withFullDisk(
+            [this] { return !plainfile::copyInto(at(u"source"_s), at(u"folder"_s)); }));
+        QVERIFY(QDir(at(u"folder"_s)).isEmpty());
     }
 
 private:

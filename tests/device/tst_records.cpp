@@ -122,6 +122,8 @@ private slots:
         const auto page = ScanPage::decode(bytes("FC A5 81 07 00 00 00 11 22 33 44"));
         QCOMPARE(page->level(0), 0x11);
         QCOMPARE(page->level(3), 0x44);
+        QCOMPARE(page->pairLevel(0), 0x11);
+        QCOMPARE(page->pairGain(0), 0x22);
         QCOMPARE(page->pairLevel(1), 0x33);
         QCOMPARE(page->pairGain(1), 0x44);
     }
@@ -168,6 +170,8 @@ private slots:
         const char *check = "00 01 05 80 07 00 00 80 07 38 04 00 0F 38 04";
         both(CalibrationCheck{1920, 0, 1920, 1080, 3840, 1080}, check);
         others<CalibrationCheck>(check);
+        both(CalibrationCheck{0x0201, 0x0403, 0x0605, 0x0807, 0x0A09, 0x0C0B},
+             "00 01 05 01 02 03 04 05 06 07 08 09 0A 0B 0C");
         both(CalibrationEnd{-2, 3}, "FC 01 FF 00 FE 03");
         others<CalibrationEnd>("FC 01 FF 00 FE 03");
     }

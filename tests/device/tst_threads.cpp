@@ -436,6 +436,30 @@ private slots:
         QCOMPARE(over.codes, QList<int>());
     }
 
+    void a_writer_that_goes_during_its_send_finishes_it_first()
+    {
+        FakeAdapter adapter;
+        adapter.stallSends(true);
+        Frame frame{};
+        std::thread later;
+        int told = 0;
+        {
+            writereportthread writer(frame.data());
+            connect(&writer, &writereportthread::terminated, this, [&told] { ++told; });
+            writer.setHIDAdapter(&adapter, ReportId);
+            writer.start();
+            QTRY_COMPARE(adapter.nowSending.load(), 1);
+            later = std::thread([&adapter] {
+                std::this_thread::sleep_for(20ms);
+                adapter.stallSends(false);
+            });
+        }
+        const auto sent = adapter.sent().size();
+        later.join();
+        QCOMPARE(sent, 1);
+        QCOMPARE(told, 1);
+    }
+
     void another_buffer_can_be_sent()
     {
         FakeAdapter adapter;
