@@ -320,6 +320,24 @@ private slots:
         QVERIFY(!link.lacksVersion());
     }
 
+    void a_version_is_news_once()
+    {
+        const auto tells = [](Link &link, const char *hex) {
+            const QByteArray bytes = QByteArray::fromHex(hex).leftJustified(FrameSize, '\0');
+            return link.takeVersion(reinterpret_cast<const UCHAR *>(bytes.constData()));
+        };
+        Fake fake;
+        QVERIFY(!tells(fake.link, "FC A3 80 0E 00 12 38"));
+        QCOMPARE(hidver.SVNNUM, 0u);
+        fake.plug();
+        QVERIFY(!tells(fake.link, "FC A7 82 0E 00 12 38"));
+        QVERIFY(tells(fake.link, "FC A3 80 0E 00 12 38"));
+        QCOMPARE(hidver.SVNNUM, 0x3812u);
+        QVERIFY(!tells(fake.link, "FC A3 80 0E 00 12 38"));
+        QVERIFY(tells(fake.link, "FC A3 80 0E 00 13 38"));
+        QCOMPARE(hidver.SVNNUM, 0x3813u);
+    }
+
     void an_older_frame_has_no_firmware_to_tell_of()
     {
         Fake fake;
