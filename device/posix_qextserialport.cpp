@@ -166,12 +166,12 @@ void Posix_QextSerialPort::setPortName(const QString &portName)
 
 bool Posix_QextSerialPort::open(QIODevice::OpenMode openMode)
 {
+    usedElsewhere = false;
     if (port.isOpen())
         return refuse(
             tr("The serial port %1 is open already. Close it first.").arg(port.portName()));
     if (name.isEmpty())
         return refuse(tr("No serial port is chosen. Enter a name such as ttyUSB0."));
-    usedElsewhere = false;
     // Opening it would already change its rate under a program that uses it.
     if (!lockPort())
         return false;

@@ -904,9 +904,11 @@ private slots:
         fake.unplug();
         QVERIFY(!fake.link.isInUse());
         QVERIFY(waits());
-        QVERIFY(!fake.link.openSerial(u"ttyQuorvel7"_s, {}));
-        QVERIFY(!fake.link.isInUse());
-        QVERIFY(waits());
+        for (const QString &name : {u"ttyQuorvel7"_s, QString()}) {
+            QVERIFY(!fake.link.openSerial(name, {}));
+            QVERIFY(!fake.link.isInUse());
+            QVERIFY(waits());
+        }
         fake.link.closeSerial();
         QVERIFY(!fake.link.isInUse());
         QVERIFY(waits());
