@@ -4,7 +4,9 @@
 
 #include <QElapsedTimer>
 #include <QLabel>
+#include <QLoggingCategory>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -129,6 +131,17 @@ private slots:
         QVERIFY(!question.CalEnd(deviation));
         QCOMPARE(question.toolTip(), told);
         QCOMPARE(question.accessibleDescription(), told);
+    }
+
+    // Off unless it is asked for.
+    void the_log_learns_it_too()
+    {
+        QLoggingCategory::setFilterRules(u"quorvel.calibration.info=true"_s);
+        const auto asBefore = qScopeGuard([] { QLoggingCategory::setFilterRules({}); });
+        QTest::ignoreMessage(QtInfoMsg, "Calibration accuracy: 97%.");
+        CalEnd_dlg question;
+        whenAsked(question, [&] { question.reject(); });
+        QVERIFY(!question.CalEnd(3));
     }
 
     void yes_answers_true()

@@ -167,8 +167,22 @@ private slots:
         QCOMPARE(screen->calibratedScreen(), QRect(0, 0, 800, 600));
     }
 
+    // As a compositor has them, which hands touches to the screen that the frame is on.
+    void a_screen_for_itself_counts_from_its_own_corner()
+    {
+        const ScreenLayout two{.screens = {QRect(0, 0, 1920, 1080), QRect(1920, 0, 1280, 800)},
+                               .desktop = QSize(3200, 1080),
+                               .isEachForItself = true};
+        screen->setPrimaryScr(1, two);
+        screen->SendCalStep(5);
+        QCOMPARE(sent->take(), QByteArrayList({"00 01 05 00 00 00 00 00 05 20 03 00 05 20 03"}));
+        QCOMPARE(list(screen->targetsX()), QList<int>({160, 1120, 1120, 160}));
+        QCOMPARE(screen->calibratedScreen(), QRect(0, 0, 1280, 800));
+    }
+
     void showing_fills_the_screen_and_begins_once()
     {
+        QCOMPARE(screen->m_IsCali, UCHAR(0));
         show();
         QTRY_COMPARE(screen->geometry(), QGuiApplication::primaryScreen()->geometry());
         QCOMPARE(screen->m_IsCali, UCHAR(1));
@@ -730,6 +744,34 @@ private slots:
         emit screen->screen()->geometryChanged(screen->screen()->geometry());
         emit screen->screen()->virtualGeometryChanged(screen->screen()->virtualGeometry());
         QVERIFY(screen->isVisible());
+    }
+
+    void a_screen_that_has_changed_ends_the_calibration_data()
+    {
+        QTest::addColumn<bool>("itself");
+        QTest::newRow("itself") << true;
+        QTest::newRow("the desktop around it") << false;
+    }
+    void a_screen_that_has_changed_ends_the_calibration()
+    {
+        QFETCH(const bool, itself);
+        QStringList told;
+        connect(screen.get(), &Calibration_Dlg::endedByItself, screen.get(),
+                [&told](const QString &why) { told += why; });
+        // What it was when the calibration began.
+        screen->setPrimaryScr(0, oneScreen(1024, 768));
+        screen->show();
+        QVERIFY(QTest::qWaitForWindowExposed(screen.get()));
+        sent->take();
+        QScreen *covered = QGuiApplication::primaryScreen();
+        if (itself)
+            emit covered->geometryChanged(covered->geometry());
+        else
+            emit covered->virtualGeometryChanged(covered->virtualGeometry());
+        QVERIFY(!screen->isVisible());
+        QCOMPARE(sent->take(), QByteArrayList({Reset}));
+        QCOMPARE(told, QStringList(u"The calibration ended because the screens have changed. It "
+                                   "was discarded."_s));
     }
 };
 

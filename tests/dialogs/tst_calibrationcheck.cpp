@@ -56,6 +56,7 @@ private slots:
     {
         CalibrationCheck check({.pixels = {1000, 800}, .millimetres = {}, .scale = 1});
         QVERIFY(check.take({50, 50}, 1000));
+        QVERIFY(!check.take({50, 50}, 1000));
         QVERIFY(!check.take({50, 50}, 1299));
         QCOMPARE(check.asked(), 1);
         QVERIFY(check.take({949, 50}, 1300));

@@ -134,6 +134,8 @@ private slots:
     {
         const auto *panel = child<QWidget>("panel");
         QVERIFY(panel->isVisible());
+        for (const char *name : {"againButton", "closeButton"})
+            QVERIFY2(!child<QPushButton>(name)->isVisible(), name);
         const QPoint inside = panel->geometry().center();
         touch(inside);
         QCOMPARE(page->check().asked(), 1);

@@ -101,6 +101,11 @@ private slots:
         QVERIFY2(qAbs(page.check().distance(0) - 11) <= 1.5,
                  qPrintable(QString::number(page.check().distance(0))));
         QCOMPARE(page.check().largestGoodWorst(), 24.0);
+        // The dot is as high as it is wide.
+        const QPoint touch = page.check().touch(0).toPoint();
+        const QImage touched = page.grab().toImage();
+        for (const QPoint beside : {QPoint(4, 0), QPoint(-4, 0), QPoint(0, 4), QPoint(0, -4)})
+            QCOMPARE(touched.pixelColor(touch + beside), ink);
     }
 
     void nothing_covers_a_cross_on_a_small_screen() { look(1); }
@@ -139,6 +144,7 @@ private slots:
         const QPoint cross = page.check().cross(0);
         QVERIFY(hand::click(cross + QPoint(3, 0)));
         QTRY_COMPARE(page.check().asked(), 1);
+        QCOMPARE(page.findChild<QLabel *>(u"resultLab"_s)->text(), u"Cross 1: 3.0 px off."_s);
         const QImage seen = page.grab().toImage().convertToFormat(QImage::Format_RGB32);
         const int height = page.fontMetrics().height() + 10;
         // What stands below the upper crosses, and the same drawn here.

@@ -523,6 +523,9 @@ private slots:
         box("stopBitsBox")->setCurrentIndex(0);
         QTest::keyClick(box("stopBitsBox"), Qt::Key_Down);
         QCOMPARE(box("stopBitsBox")->currentText(), u"2"_s);
+        for (const int role : {Qt::ToolTipRole, Qt::AccessibleDescriptionRole})
+            QCOMPARE(box("stopBitsBox")->itemData(1, role).toString(),
+                     u"Serial ports cannot be set to 1.5 stop bits here."_s);
     }
 
     void another_connect_number_chooses_nothing_and_stays_until_the_user_chooses()

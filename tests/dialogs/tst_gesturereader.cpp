@@ -68,7 +68,12 @@ private:
     }
     static Gesture wheel(int time, QPoint angle, bool replaces = false)
     {
-        return {.kind = Kind::Wheel, .time = time, .angle = angle, .replaces = replaces};
+        return {.kind = Kind::Wheel,
+                .time = time,
+                .distance = 0,
+                .byTouch = false,
+                .angle = angle,
+                .replaces = replaces};
     }
 
 private slots:

@@ -282,6 +282,13 @@ private slots:
         QCOMPARE(ink(), 80);
         QTest::touchEvent(field(), screen.get()).release(0, QPoint(160, 30));
         QCOMPARE(ink(), 80);
+        // A ring where it began, a dot where it ended.
+        const QImage picture = field()->grab().toImage();
+        const auto isInk = [&picture](QPoint at) {
+            return picture.pixelColor(at).lightness() < 100;
+        };
+        QVERIFY(isInk({40, 22}) && !isInk({40, 26}));
+        QVERIFY(isInk({160, 32}) && isInk({160, 28}) && !isInk({160, 38}));
         dialog->on_clearButton_clicked();
         child<QLabel>("hintLab")->hide();
         QCOMPARE(ink(), 0);
