@@ -212,6 +212,8 @@ void TestPluginFolder::a_link_is_judged_by_where_it_leads_data()
     QTest::newRow("above its target") << u"place/plugins"_s << u"@/far/in"_s << u"far"_s;
     QTest::newRow("a folder inside")
         << u"place/plugins/far"_s << u"../../far/in"_s << u"far/in/x.so"_s;
+    QTest::newRow("a folder inside, from where the link is")
+        << u"place/plugins/far"_s << u"./../../far/in"_s << u"far/in/x.so"_s;
     QTest::newRow("a file inside")
         << u"place/plugins/x.so"_s << u"@/far/in/x.so"_s << u"far/in/x.so"_s;
     QTest::newRow("above a file") << u"place/plugins/x.so"_s << u"@/far/in/x.so"_s << u"far/in"_s;

@@ -138,6 +138,8 @@ private slots:
         };
         QVERIFY(send(message({"ACTION=add", Padding, "ID_VENDOR_ID=5156"})));
         QTRY_COMPARE(added.size(), 1);
+        QTest::qWait(20);
+        QVERIFY(removed.isEmpty());
         QVERIFY(send(message({"ACTION=change", Padding, "ID_VENDOR_ID=5156"})));
         QVERIFY(send(QByteArray(9000, 'x')));
         QVERIFY(send({}));
@@ -183,6 +185,20 @@ private slots:
         QCOMPARE(::send(sender.get(), text.constData(), size_t(text.size()), 0), text.size());
         QTRY_COMPARE(added.size(), 1);
         ::sigaction(SIGUSR1, &before, nullptr);
+    }
+
+    void what_is_no_socket_ends_the_watcher()
+    {
+        int ends[2];
+        QCOMPARE(::pipe(ends), 0);
+        const FileDescriptor sender(ends[1]);
+        ReadHotplugThread watcher{FileDescriptor(ends[0])};
+        QSignalSpy added(&watcher, &ReadHotplugThread::DeviceAdd);
+        const QByteArray text = message({"ACTION=add", Padding, "ID_VENDOR_ID=5156"});
+        QCOMPARE(::write(sender.get(), text.constData(), size_t(text.size())), text.size());
+        watcher.start();
+        QVERIFY(watcher.wait(5000));
+        QVERIFY(added.isEmpty());
     }
 
     void an_overrun_is_told_and_survived()
