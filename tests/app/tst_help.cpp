@@ -5,19 +5,24 @@
 #include "app/helpaction.h"
 #include "app/helpwindow.h"
 #include "app/mainwindow.h"
+#include "app/recordaction.h"
 #include "dialogs/calend_dlg.h"
 #include "dialogs/rotation_dlg.h"
 #include "resources/resources.h"
 #include "sim/sim_adapter.h"
+#include "tests/support/files.h"
 #include "tests/support/hand.h"
 #include "tests/support/settingshome.h"
 #include "tests/support/widgets.h"
 
 #include <QAccessible>
 #include <QApplication>
+#include <QDesktopServices>
 #include <QDir>
+#include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
@@ -28,6 +33,18 @@
 #include <memory>
 
 using namespace Qt::StringLiterals;
+
+// In the place of the user's.
+class Browser : public QObject
+{
+    Q_OBJECT
+
+public:
+    QUrl url;
+
+public slots:
+    void open(const QUrl &asked) { url = asked; }
+};
 
 class TestHelp : public QObject
 {
@@ -75,7 +92,8 @@ private:
         for (const auto &[window, entry] :
              {std::pair("CalibrationCheck_dlg", u"Check calibration"_s),
               std::pair("TryOut_dlg", u"Try out gestures"_s),
-              std::pair("LightCheck_dlg", u"Light check..."_s)})
+              std::pair("LightCheck_dlg", u"Light check..."_s),
+              std::pair("SupportFile_dlg", u"Support file..."_s)})
             for (QAction *action : main->findChildren<QAction *>())
                 if (name == window && action->text().remove(u'&') == entry)
                     action->trigger();
@@ -91,6 +109,7 @@ private slots:
     {
         initResources();
         QGuiApplication::setQuitOnLastWindowClosed(false);
+        QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     }
     void init()
     {
@@ -138,6 +157,7 @@ private slots:
         row("advset_dlg", u"diagnostics.html#the-way-there"_s, u"The way there"_s);
         row("test_win", u"diagnostics.html#signal-test"_s, u"Signal test"_s);
         row("LightSet_dlg", u"diagnostics.html#light-setting"_s, u"Light setting"_s);
+        row("SupportFile_dlg", u"support.html#the-support-file"_s, u"The support file"_s);
     }
     void f1_tells_of_the_window_it_is_pressed_in()
     {
@@ -188,6 +208,30 @@ private slots:
         });
         rotation->exec();
         QCOMPARE(place, u"rotation.html#turning-the-touch"_s);
+    }
+
+    void f1_tells_of_recordings_while_a_file_for_one_is_asked_for()
+    {
+        QString place;
+        whenOpen<QFileDialog>([&place](QFileDialog *dialog) {
+            QTest::keyClick(dialog, Qt::Key_F1);
+            place = shownPlace();
+            dialog->reject();
+        });
+        main->findChild<RecordAction *>()->trigger();
+        QCOMPARE(place, u"support.html#recordings"_s);
+        // And when that file will not do.
+        place.clear();
+        whenOpen<QFileDialog>([&place](QFileDialog *dialog) {
+            whenOpen<QMessageBox>([&place](QMessageBox *refusal) {
+                QTest::keyClick(refusal, Qt::Key_F1);
+                place = shownPlace();
+                refusal->reject();
+            });
+            chooseFile(dialog, u"/proc/nowhere.pcap"_s);
+        });
+        main->findChild<RecordAction *>()->trigger();
+        QCOMPARE(place, u"support.html#recordings"_s);
     }
 
     void f1_tells_of_what_to_do_next()
@@ -255,6 +299,25 @@ private slots:
         QTRY_COMPARE(shownPlace(), u"index.html"_s);
         type({u"Escape"_s});
         QTRY_VERIFY(!manual());
+    }
+
+    void a_link_to_the_world_is_left_to_the_browser()
+    {
+        const QTemporaryDir folder;
+        writeFile(folder.filePath(u"first-connection.html"_s),
+                  "<p>See <a href=\"quorvel-test://elsewhere/page\">there</a>.</p>");
+        action()->setFolder(folder.path());
+        Browser opened;
+        QDesktopServices::setUrlHandler(u"quorvel-test"_s, &opened, "open");
+        const auto usual =
+            qScopeGuard([] { QDesktopServices::unsetUrlHandler(u"quorvel-test"_s); });
+        action()->trigger();
+        QVERIFY(QTest::qWaitForWindowActive(manual()));
+        QTest::keyClick(browser(), Qt::Key_Tab);
+        QTest::keyClick(browser(), Qt::Key_Return);
+        QCOMPARE(opened.url, QUrl(u"quorvel-test://elsewhere/page"_s));
+        QCOMPARE(shownPlace(), u"first-connection.html#the-main-window"_s);
+        QCOMPARE(browser()->toPlainText(), u"See there."_s);
     }
 
     void what_has_the_keyboard_is_spoken_of()

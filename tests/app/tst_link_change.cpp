@@ -3,10 +3,12 @@
 // What the windows do when the link changes under them: nobody believes or answers a frame that is
 // not theirs, and nobody loses what was not applied yet.
 
+#include "app/lightcheckaction.h"
 #include "app/mainwindow.h"
 #include "app/statusline.h"
 #include "device/posix_qextserialport.h"
 #include "dialogs/calibration_dlg.h"
+#include "dialogs/lightcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/rotation_dlg.h"
 #include "dialogs/smoothing_dlg.h"
@@ -239,6 +241,31 @@ private slots:
         QTRY_COMPARE(text<Rotation_dlg>("Rotationlab"), u"270"_s);
         plug();
         QCOMPARE(text<Rotation_dlg>("Rotationlab"), u"-1"_s);
+    }
+
+    void a_light_check_can_measure_while_something_is_linked()
+    {
+        QVERIFY(window->findChild<LightCheckAction *>());
+        window->findChild<LightCheckAction *>()->trigger();
+        auto *check = window->findChild<LightCheck_dlg *>();
+        QVERIFY(check);
+        const auto *measure = check->findChild<QPushButton *>(u"measureButton"_s);
+        QVERIFY(!measure->isEnabled());
+        auto line = openLine(*window);
+        QVERIFY(measure->isEnabled());
+        window->CLoseUart();
+        QVERIFY(!measure->isEnabled());
+        QVERIFY(!window->OpenUart(u"ttyQuorvel7"_s, {}));
+        QVERIFY(!measure->isEnabled());
+        plug();
+        QVERIFY(measure->isEnabled());
+        unplug();
+        QVERIFY(!measure->isEnabled());
+        line = openLine(*window);
+        QVERIFY(measure->isEnabled());
+        line->fd = {};
+        QTRY_COMPARE(window->connectState(), MainWindow::SerialClosed);
+        QVERIFY(!measure->isEnabled());
     }
 
     // Dialogs and what was not applied yet

@@ -291,6 +291,34 @@ private slots:
         QVERIFY(demo.endsWell());
     }
 
+    void without_a_tray_it_goes_on_when_its_last_window_is_closed()
+    {
+        const auto closes = [](const QByteArray &title) {
+            return inTime([&title] {
+                return press(u"alt+F4"_s) && within(1000, [&] { return !windowTitled(title); });
+            });
+        };
+        QVERIFY(tray->end());
+        const auto back = qScopeGuard([this] { startTray(); });
+        Demo demo;
+        QCOMPARE(demo.begin(), QString());
+        QVERIFY(closes(Simulated));
+        const QByteArray told = "Quorvel goes on";
+        const QByteArray manual = "Quorvel manual";
+        QVERIFY(inTime([&] { return windowTitled(told).has_value(); }));
+        QVERIFY(inTime([&] {
+            return press(u"F1"_s) && within(1000, [&] { return windowTitled(manual).has_value(); });
+        }));
+        QVERIFY(closes(manual));
+        QVERIFY(closes(told));
+        QVERIFY(!demo.tool.process.waitForFinished(500));
+        Program second;
+        QVERIFY(second.start(Quorvel, {u"--demo"_s}));
+        QVERIFY(inTime([] { return windowTitled(Simulated).has_value(); }));
+        QVERIFY(second.endsWell());
+        QVERIFY(demo.endsWell());
+    }
+
     void the_message_bus_may_go()
     {
         Part bus;

@@ -1281,6 +1281,12 @@ private slots:
         QVERIFY(!box->isModal());
         QCOMPARE(box->text(), child<QLabel>("stalab")->toolTip());
         QVERIFY(!box->text().isEmpty());
+        // For whoever looks it up elsewhere, by keyboard.
+        auto *words = box->findChild<QLabel *>(u"qt_msgbox_label"_s);
+        QTest::mouseClick(words, Qt::LeftButton);
+        QTest::keyClick(words, Qt::Key_Home, Qt::ControlModifier);
+        QTest::keyClick(words, Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(words->selectedText(), box->text());
         connectFrame();
         QCOMPARE(child("nextbtn")->text(), u"&Details"_s);
         QCOMPARE(box->text(), u"Linked by USB, at /dev/usb/fake."_s);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "app/helpaction.h"
 #include "app/mainwindow.h"
 #include "resources/resources.h"
 #include "tests/support/capture.h"
@@ -52,6 +53,7 @@ private slots:
         const QPointer<QMessageBox> box = shownBox();
         QCOMPARE(box->text() + u'\n', QString::fromUtf8(errors.text()));
         QVERIFY(!box->isModal());
+        QCOMPARE(HelpAction::placeOf(box), u"first-connection.html#hiding-and-ending"_s);
         button(box, u"Show the window"_s)->click();
         QVERIFY(window.isVisible());
         QVERIFY(!box || !box->isVisible());

@@ -473,6 +473,9 @@ private slots:
             return output.contains(words);
         };
         QTRY_VERIFY_WITH_TIMEOUT(says("calibration: step 1"), 15000);
+        // What is said for whoever looks closer is said while it happens.
+        QByteArray errors;
+        QTRY_VERIFY((errors += tool.readAllStandardError()).contains("CAL_STEP1"));
         if (signal == 0)
             server.kill();
         else

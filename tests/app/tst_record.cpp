@@ -9,6 +9,7 @@
 #include "resources/resources.h"
 #include "tests/support/capture.h"
 #include "tests/support/fakeadapter.h"
+#include "tests/support/openline.h"
 #include "tests/support/smalldisk.h"
 #include "tests/support/widgets.h"
 
@@ -132,6 +133,29 @@ private slots:
         const QByteArray told = errors.text();
         QCOMPARE(told.count(QFile::encodeName(path)), 1);
         QVERIFY2(told.contains("File too large"), told);
+    }
+
+    void a_single_packet_that_is_missing_is_told_too()
+    {
+        window.reset();
+        frame = std::make_shared<FakeAdapter>();
+        frame->present = false;
+        window = std::make_unique<MainWindow>(frame);
+        const auto line = openLine(*window);
+        choose(path);
+        const int before = recordsIn(path);
+        const QByteArray turned = QByteArray::fromHex("51 56 FC A7 82 02 00 01 00 00");
+        {
+            const SmallDisk full(QFileInfo(path).size());
+            line->give(turned);
+            QTRY_VERIFY2(hint().endsWith(u"but that cannot be written: File too large."_s),
+                         qPrintable(hint()));
+        }
+        line->give(turned);
+        QTRY_VERIFY2(
+            hint().endsWith(u"\nRecording into %1, where 1 packet(s) are missing."_s.arg(path)),
+            qPrintable(hint()));
+        QTRY_COMPARE(recordsIn(path), before + 1);
     }
 
     void nobody_has_to_record()

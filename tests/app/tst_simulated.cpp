@@ -17,8 +17,10 @@
 #include "tests/support/targets.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QLabel>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSlider>
 #include <QTest>
 #include <QTimer>
@@ -328,10 +330,42 @@ private slots:
         QCOMPARE(kept()->deviationX, 0);
         QCOMPARE(kept()->deviationY, 0);
 
+        // Told of, and not only found when somebody looks.
+        window->findChild<QTimer *>(u"checkTimer"_s)->stop();
         frame->unplug();
         QTRY_COMPARE(window->connectState(), MainWindow::NotConnected);
         frame->plug();
         QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
+    }
+
+    void a_demonstration_has_settings_of_its_own_while_it_runs()
+    {
+        const QString usual = QDir::homePath() + u"/.config/ForQuorvel"_s;
+        QCOMPARE(XML_CLASS::filePath(), usual);
+        QString problem;
+        auto demo = Demo::create({}, {}, &problem);
+        QVERIFY2(demo, qPrintable(problem));
+        QVERIFY(XML_CLASS::filePath() != usual);
+        demo.reset();
+        QCOMPARE(XML_CLASS::filePath(), usual);
+    }
+
+    void without_room_for_its_settings_a_demonstration_says_so()
+    {
+        const QByteArray usual = qgetenv("TMPDIR");
+        const auto back = qScopeGuard([&usual] {
+            if (usual.isNull())
+                qunsetenv("TMPDIR");
+            else
+                qputenv("TMPDIR", usual);
+        });
+        qputenv("TMPDIR", "/proc"); // where nobody makes directories
+        QString problem;
+        QVERIFY(!Demo::create({}, {}, &problem));
+        QVERIFY2(problem.startsWith(u"Cannot make a directory for the settings of the "
+                                    "demonstration: "_s) &&
+                     problem.contains(u"No such file or directory"_s),
+                 qPrintable(problem));
     }
 };
 

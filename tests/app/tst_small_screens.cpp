@@ -3,6 +3,8 @@
 // On small screens every control of every window can be reached. Each run belongs to a desktop of
 // its own: CMakeLists.txt gives the screen.
 
+#include "app/helpaction.h"
+#include "app/helpwindow.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/present.h"
 #include "dialogs/test_win.h"
@@ -164,6 +166,19 @@ private slots:
         }
         QVERIFY2(bad.isEmpty(), qPrintable(bad.join(u'\n')));
         QVERIFY(windows > 10);
+    }
+
+    void the_manual_keeps_inside_the_screen()
+    {
+        all->main.findChild<HelpAction *>()->trigger();
+        auto *manual = topLevel<HelpWindow>();
+        QVERIFY(manual);
+        QVERIFY(QTest::qWaitForWindowExposed(manual));
+        QTest::qWait(100); // until the window manager has framed it
+        const QSize size = manual->frameGeometry().size();
+        QVERIFY2(size.width() <= room().width() && size.height() <= room().height(),
+                 qPrintable(u"%1 x %2"_s.arg(size.width()).arg(size.height())));
+        QCOMPARE(unreachable(manual), QStringList());
     }
 
     void the_keyboard_brings_into_view_what_it_reaches()

@@ -2,10 +2,12 @@
 
 #include "app/mainwindow.h"
 #include "app/supportfileaction.h"
+#include "config/xml_class.h"
 #include "dialogs/supportfile_dlg.h"
 #include "resources/resources.h"
 #include "resources/translations.h"
 #include "sim/sim_adapter.h"
+#include "tests/support/openline.h"
 #include "tests/support/settingshome.h"
 #include "tests/support/shownwindow.h"
 
@@ -93,6 +95,36 @@ private slots:
         choose();
         QCOMPARE(dialog(), first);
         QVERIFY(shown(u"frames.pcap"_s).contains(u"rotation: read"_s));
+    }
+
+    void the_serial_port_is_looked_at_that_a_frame_is_wanted_on()
+    {
+        const auto lookedAt = [this](const QString &port) {
+            choose();
+            return shown(u"doctor.txt"_s).contains(port);
+        };
+        // What the settings say while nothing is linked.
+        const QString chosen = u"/dev/quorvel-nowhere"_s;
+        XML_CLASS store;
+        _CONNECT_DATA connection = store.read_connect();
+        connection.connect = 1;
+        connection.uartport = chosen;
+        store.write_connect(connection);
+        QVERIFY(!lookedAt(chosen));
+        connection.connect = 2;
+        store.write_connect(connection);
+        QVERIFY(lookedAt(chosen));
+        // What is open counts for more.
+        {
+            const auto line = openLine(*window);
+            QVERIFY(lookedAt(line->node));
+            QVERIFY(!shown(u"doctor.txt"_s).contains(chosen));
+            window->CLoseUart();
+        }
+        // A frame on USB needs none.
+        frame->plug();
+        QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
+        QVERIFY(!lookedAt(chosen));
     }
 
     void the_file_is_English_and_explained_in_the_users_language()
