@@ -267,8 +267,11 @@ std::optional<Measurement> ScanFile::fromLog(QIODevice &device, const QString &f
 QJsonObject ScanFile::toJson(const Measurement &measurement)
 {
     QJsonObject object{{u"format"_s, ScanFormat}, {u"version"_s, ScanVersion}};
-    if (measurement.date.isValid())
-        object[u"date"_s] = measurement.date.toUTC().toString(Qt::ISODate);
+    if (measurement.date.isValid()) {
+        // Read again it is no older than it was.
+        const QDateTime date = measurement.date.toUTC();
+        object[u"date"_s] = date.toString(date.time().msec() > 0 ? Qt::ISODateWithMs : Qt::ISODate);
+    }
     QJsonObject unit;
     if (!measurement.unit.identification.isEmpty())
         unit[u"identification"_s] = measurement.unit.identification;

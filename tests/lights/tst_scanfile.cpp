@@ -151,7 +151,7 @@ private slots:
     {
         Measurement written;
         written.unit = {u"1234-1605"_s, u"Entrance"_s};
-        written.date = QDateTime(QDate(2026, 11, 21), QTime(20, 15, 2), QTimeZone::utc());
+        written.date = QDateTime(QDate(2026, 11, 21), QTime(20, 15, 2, 250), QTimeZone::utc());
         written.x = {.lights = 3,
                      .scans = {scanOf({215, 214.25F, 0}), scanOf({216, 213, std::nanf("")})},
                      .gains = {48, 50.5F, 255},
@@ -169,6 +169,8 @@ private slots:
         same.x.scans[1][2] = 7;
         written.x.scans[1][2] = 7;
         QCOMPARE(same, written);
+        written.date = QDateTime(QDate(2026, 11, 21), QTime(20, 15, 2), QTimeZone::utc());
+        QCOMPARE(ScanFile::toJson(written)[u"date"_s].toString(), u"2026-11-21T20:15:02Z"_s);
     }
 
     void json_written_by_hand_is_read()
