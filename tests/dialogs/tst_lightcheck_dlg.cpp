@@ -7,10 +7,12 @@
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/lightwall.h"
 #include "dialogs/test_win.h"
+#include "lights/history.h"
 #include "lights/words.h"
 #include "sim/firmware.h"
 #include "tests/support/frames.h"
 #include "tests/support/hides.h"
+#include "tests/support/paints.h"
 #include "tests/support/widgets.h"
 
 #include <QAbstractItemModelTester>
@@ -31,7 +33,9 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QSortFilterProxyModel>
+#include <QSplitter>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -61,6 +65,19 @@ sim::Profile frameWithWeakX17()
     sim::Profile profile;
     profile.oddLights = {{.axis = command::settings::AxisX, .number = 17, .level = 60}};
     return profile;
+}
+
+// What is painted in this colour.
+QRect boxOf(const QImage &picture, QColor colour)
+{
+    QRect box;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (picture.pixelColor(x, y) == colour)
+                box |= QRect(x, y, 1, 1);
+        }
+    }
+    return box;
 }
 
 // A frame that answers as soon as the event loop comes to it.
@@ -220,6 +237,49 @@ private slots:
         QCOMPARE(the<QListWidget>("findingsList")->count(), 0);
     }
 
+    void a_frame_with_more_lights_of_y_than_of_x_is_judged_too()
+    {
+        sim::Profile upright;
+        upright.lightsX = 40;
+        upright.lightsY = 60;
+        start(upright);
+        measure();
+        QCOMPARE(words("verdictLab"), u"PASS"_s);
+        QVERIFY(the<QPushButton>("reportButton")->isEnabled());
+    }
+
+    void without_a_frame_nothing_can_be_measured()
+    {
+        LightCheck_dlg alone;
+        alone.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&alone));
+        const auto *unit = in<QLabel>(&alone, "unitLab");
+        QVERIFY(!in(&alone, "measureButton")->isEnabled());
+        QVERIFY(!in<QProgressBar>(&alone, "progress")->isVisible());
+        QCOMPARE(unit->text(), u"No touch frame is linked."_s);
+        alone.linkBegan(lights::Measuring::Source::Usb);
+        QVERIFY(in(&alone, "measureButton")->isEnabled());
+        QCOMPARE(unit->text(), QString());
+    }
+
+    void how_far_a_measurement_is_can_be_seen()
+    {
+        start();
+        const auto *progress = the<QProgressBar>("progress");
+        QVERIFY(!progress->isVisible());
+        press("measureButton");
+        QVERIFY(progress->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(!isMeasuring(), 20000);
+        QVERIFY(!progress->isVisible());
+        QCOMPARE(progress->value(), progress->maximum());
+        // A series has no end to come nearer to.
+        the<QCheckBox>("followBox")->setChecked(true);
+        press("measureButton");
+        QVERIFY(isMeasuring());
+        QVERIFY(!progress->isVisible());
+        press("measureButton");
+    }
+
     void the_table_has_every_light_and_sorts_by_what_is_asked()
     {
         start();
@@ -228,6 +288,8 @@ private slots:
         auto *table = the<QTableView>("table");
         QCOMPARE(table->model()->rowCount(), 100);
         QCOMPARE(rowOf(u"X 2"_s), 2); // not behind X 19
+        QCOMPARE(table->horizontalHeader()->sortIndicatorSection(), 0);
+        QCOMPARE(table->horizontalHeader()->sortIndicatorOrder(), Qt::AscendingOrder);
         table->sortByColumn(2, Qt::AscendingOrder);
         QCOMPARE(rowOf(u"X 17"_s), 0);
         QCOMPARE(rowOf(u"Y 30"_s), 1);
@@ -269,7 +331,14 @@ private slots:
         for (int i = 1; i < sorted->rowCount(); ++i)
             QVERIFY(sorted->index(i - 1, 3).data().toDouble() <=
                     sorted->index(i, 3).data().toDouble());
+        const QModelIndex light = sorted->sourceModel()->index(99, 5);
+        QCOMPARE(sorted->sourceModel()->rowCount(light), 0);
+        QCOMPARE(sorted->sourceModel()->columnCount(light), 0);
+        // A frame with as many lights may have them elsewhere.
+        QSignalSpy changed(sorted->sourceModel(), &QAbstractItemModel::dataChanged);
         measure();
+        QCOMPARE(changed.last()[0].toModelIndex(), sorted->sourceModel()->index(0, 0));
+        QCOMPARE(changed.last()[1].toModelIndex(), light);
         QCOMPARE(sorted->index(rowOf(u"Y 30"_s), 1).data().toString(), u"weak"_s);
     }
 
@@ -312,6 +381,63 @@ private slots:
                           list->visualItemRect(weak.first()).center());
         QVERIFY(list->selectedItems().isEmpty());
         QCOMPARE(chosenRow(), u"Y 30"_s);
+    }
+
+    void all_lights_of_a_finding_are_marked_on_the_frame()
+    {
+        sim::Profile broken;
+        broken.lightsX = 30;
+        broken.lightsY = 20;
+        for (int number = 10; number < 18; ++number)
+            broken.oddLights.push_back(
+                {.axis = command::settings::AxisX, .number = number, .level = 0});
+        start(broken);
+        measure();
+        auto *list = the<QListWidget>("findingsList");
+        const auto board = list->findItems(u"X 10 to X 17: "_s, Qt::MatchStartsWith);
+        QCOMPARE(board.size(), 1);
+        auto *wall = the<LightWall>("wall");
+        const QColor marks = wall->palette().color(QPalette::Highlight);
+        QVERIFY(boxOf(wall->grab().toImage(), marks).isEmpty());
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualItemRect(board.first()).center());
+        const lights::Wall places(dialog->shown().measurement, QSizeF(wall->size()));
+        const double pitch = places.light({Axis::X, 10})[0].width();
+        QVERIFY2(pitch > 6, qPrintable(QString::number(pitch)));
+        const auto isMarked = [&](int first, int last) {
+            const QRect box = boxOf(wall->grab().toImage(), marks);
+            return qAbs(box.left() - places.light({Axis::X, first})[0].left()) < pitch / 2 &&
+                   qAbs(box.right() - places.light({Axis::X, last})[0].right()) < pitch / 2;
+        };
+        QVERIFY(isMarked(10, 17));
+        wall->choose({Axis::X, 12});
+        QVERIFY(isMarked(12, 12));
+    }
+
+    void the_frame_shows_whether_it_has_the_keyboard()
+    {
+        start();
+        measure();
+        auto *wall = the<LightWall>("wall");
+        const QImage without = wall->grab().toImage();
+        Paints paints(wall);
+        wall->setFocus();
+        QTRY_VERIFY(paints.count > 0);
+        QVERIFY(wall->grab().toImage() != without);
+        paints.count = 0;
+        the<QListWidget>("findingsList")->setFocus();
+        QTRY_VERIFY(paints.count > 0);
+        QVERIFY(wall->grab().toImage() == without);
+    }
+
+    void the_frame_cannot_be_squeezed_until_no_light_is_seen()
+    {
+        start();
+        the<QSplitter>("columns")->setSizes({1, 2000});
+        the<QSplitter>("rows")->setSizes({1, 2000});
+        QTest::qWait(50);
+        QVERIFY(the<LightWall>("wall")->width() >= 200);
+        QVERIFY(the<LightWall>("wall")->height() >= 120);
     }
 
     void the_keyboard_walks_along_the_frame_and_the_curves()
@@ -555,6 +681,42 @@ private slots:
         QCOMPARE(link->asked, QList<QByteArray>());
     }
 
+    void a_series_keeps_the_finding_that_is_looked_at()
+    {
+        start();
+        the<QCheckBox>("followBox")->setChecked(true);
+        press("measureButton");
+        auto *list = the<QListWidget>("findingsList");
+        QTRY_VERIFY_WITH_TIMEOUT(list->count() > 1, 5000);
+        list->setCurrentRow(1);
+        const int before = list->count();
+        link->firmware.command(command::LightRequest{.sub = command::settings::SwitchLight,
+                                                     .light = {command::settings::AxisY, 39},
+                                                     .off = true}
+                                   .encode());
+        QTRY_VERIFY_WITH_TIMEOUT(list->count() > before, 10000);
+        QCOMPARE(list->currentRow(), 1);
+        QVERIFY(list->item(1)->isSelected());
+        press("measureButton");
+    }
+
+    void who_opens_a_light_looks_at_no_series_any_more()
+    {
+        start();
+        the<QCheckBox>("followBox")->setChecked(true);
+        press("measureButton");
+        QTRY_VERIFY(!dialog->shown().measurement.x.scans.empty());
+        auto *wall = the<LightWall>("wall");
+        wall->choose({Axis::Y, 30});
+        wall->setFocus();
+        QTest::keyClick(wall, Qt::Key_Return);
+        QVERIFY(!isMeasuring());
+        QVERIFY(the<QCheckBox>("followBox")->isEnabled());
+        QTRY_VERIFY(screen->isVisible());
+        QTRY_VERIFY(!screen->findChild<QLineEdit *>(u"LightAGC"_s)->text().isEmpty());
+        screen->close();
+    }
+
     void the_signal_test_stands_aside_and_goes_on_afterwards()
     {
         start();
@@ -627,11 +789,21 @@ private slots:
         measure();
         press("rememberButton");
         QVERIFY2(notice().startsWith(u"Remembered."_s), qPrintable(notice()));
+        // Not with itself.
+        baselines().first()->trigger();
+        QCOMPARE(words("comparisonLab"), QString());
         QTest::qWait(1100); // dates are of whole seconds
         link->firmware = sim::Firmware(frameWithWeakX17(), [] { return 0ms; });
         measure();
-        QVERIFY2(words("comparisonLab").contains(u"light X 17 has changed most"_s),
-                 qPrintable(words("comparisonLab")));
+        const QStringList sentences = words("comparisonLab").split(u'\n');
+        QCOMPARE(sentences.size(), 2);
+        QVERIFY2(QRegularExpression(u"^Since .+ light X 17 has changed most for the worse, by "
+                                    "-[5-9][0-9]\\.[0-9] % beside the others\\.$"_s)
+                     .match(sentences[0])
+                     .hasMatch(),
+                 qPrintable(sentences[0]));
+        QVERIFY2(sentences[1].startsWith(u"The weakest light is X 17 at level "_s),
+                 qPrintable(sentences[1]));
         auto *table = the<QTableView>("table");
         const QString change = table->model()->index(rowOf(u"X 17"_s), 5).data().toString();
         QVERIFY2(change.toDouble() < -50, qPrintable(change));
@@ -641,6 +813,39 @@ private slots:
         QCOMPARE(menu->actions().size(), 5); // the newest, its date, a line, a file, nothing
         menu->actions().last()->trigger();
         QCOMPARE(words("comparisonLab"), QString());
+    }
+
+    void any_of_the_last_dozen_that_were_remembered_is_compared_with()
+    {
+        start({});
+        measure();
+        lights::Measurement earlier = dialog->shown().measurement;
+        const QDateTime now = earlier.date;
+        for (int days = 1; days <= 13; ++days) {
+            earlier.date = now.addDays(-days);
+            QString problem;
+            QVERIFY2(lights::History().remember(earlier, &problem), qPrintable(problem));
+        }
+        press("rememberButton");
+        // The newest, twelve dates, a file, nothing.
+        QCOMPARE(baselines().size(), 15);
+        QVERIFY(baselines().first()->isChecked());
+        const auto dateOf = [&](int days) {
+            return QLocale().toString(now.addDays(-days).toLocalTime(), QLocale::ShortFormat);
+        };
+        QCOMPARE(baselines().at(1)->text(), dateOf(0));
+        QCOMPARE(baselines().at(12)->text(), dateOf(11));
+        baselines().at(6)->trigger();
+        QVERIFY2(words("comparisonLab").startsWith(u"Since %1 light "_s.arg(dateOf(5))),
+                 qPrintable(words("comparisonLab")));
+        for (int i = 0; i < 15; ++i)
+            QCOMPARE(baselines().at(i)->isChecked(), i == 6);
+        baselines().last()->trigger();
+        for (int i = 0; i < 15; ++i)
+            QCOMPARE(baselines().at(i)->isChecked(), i == 14);
+        baselines().first()->trigger();
+        QVERIFY2(words("comparisonLab").startsWith(u"Since %1 light "_s.arg(dateOf(1))),
+                 qPrintable(words("comparisonLab")));
     }
 
     void a_file_is_compared_with_until_something_is_remembered()
