@@ -411,6 +411,12 @@ private slots:
         screen->findChild<QTimer *>()->start(60000);
         report({0xFC, 0xA5, 0x82, 0x00, 0x00, 27, 0, 200, 20});
         QTRY_COMPARE(frames, QByteArrayList({ScanX}));
+        // The end of a scan is where its last light is, whichever light that page begins with.
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 0, 0, 200, 20});
+        tick(2);
+        sent();
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 200, 20});
+        QTRY_COMPARE(frames, QByteArrayList({ScanY}));
     }
 
     void the_timer_drives_the_polling()
@@ -474,6 +480,10 @@ private slots:
         tick(5);
         QCOMPARE(sent(), QByteArrayList());
         // The counts are unknown again: no light is read.
+        tick(3);
+        QCOMPARE(sent(), QByteArrayList({ScanY, ScanX}));
+        type("LightDir", "Y");
+        type("LightNum", "0");
         tick(3);
         QCOMPARE(sent(), QByteArrayList({ScanY, ScanX}));
     }
@@ -638,6 +648,17 @@ private slots:
                  QByteArrayList({whole("00 A2 04 0C 00 A0 0F A0 0F 80 0C 80 0C E8 03 58 02")}));
     }
 
+    void what_became_of_settings_is_not_read_behind_the_end_of_the_showing()
+    {
+        show();
+        press("ADCDefBtn");
+        press("ADCSetBtn");
+        screen->close();
+        QCOMPARE(sent().last(), ReadAdc);
+        QTest::qWait(400);
+        QCOMPARE(sent(), QByteArrayList());
+    }
+
     void what_the_frame_makes_of_settings_is_read_and_shown()
     {
         show();
@@ -724,6 +745,19 @@ private slots:
         }
     }
 
+    void a_reply_of_an_unknown_axis_is_shown_before_there_is_a_light_too()
+    {
+        showWithLights();
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x03, 33, 0, 0x05, 1, 2, 0, 3, 0, 1});
+        QCOMPARE(text("LightDir"), QString());
+        QCOMPARE(text("LightNum"), QString());
+        QCOMPARE(text("LightAGCSet"), u"5"_s);
+        QCOMPARE(text("LightAGC"), u"1"_s);
+        QCOMPARE(text("LightADC"), u"2"_s);
+        QCOMPARE(text("LightORG"), u"3"_s);
+        QCOMPARE(button("LightChooseBtn_2")->text(), u"Enable"_s);
+    }
+
     void reports_of_other_kinds_are_ignored_data()
     {
         QTest::addColumn<int>("classOf");
@@ -803,20 +837,59 @@ private slots:
         QVERIFY(button("LightAddBtn")->isEnabled());
     }
 
+    void presses_of_a_key_add_up_too_data()
+    {
+        QTest::addColumn<QByteArray>("pressed");
+        QTest::addColumn<int>("by");
+        QTest::addColumn<QByteArray>("first");
+        QTest::addColumn<QByteArray>("last");
+        QTest::newRow("+") << QByteArray("LightAddBtn") << 1 << whole("00 A2 06 04 00 01 0A 00 FC")
+                           << whole("00 A2 06 04 00 01 0A 00 FE");
+        QTest::newRow("-") << QByteArray("LightDecBtn") << -1 << whole("00 A2 06 04 00 01 0A 00 FA")
+                           << whole("00 A2 06 04 00 01 0A 00 F8");
+    }
     void presses_of_a_key_add_up_too()
+    {
+        QFETCH(const QByteArray, pressed);
+        QFETCH(const int, by);
+        QFETCH(const QByteArray, first);
+        QFETCH(const QByteArray, last);
+        showWithLights();
+        answerLight();
+        button(pressed.constData())->setFocus();
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(screen->focusWidget(), Qt::Key_Space);
+        QCOMPARE(text("LightAGCSet"), QString::number(-5 + 3 * by));
+        QCOMPARE(text("MinADC"), QString());
+        answerOffset(-5 + by);
+        answerOffset(-5 + 3 * by);
+        QCOMPARE(screen->focusWidget(), button(pressed.constData()));
+        QCOMPARE(sent(), QByteArrayList({first, last}));
+    }
+
+    void escape_leaves_while_a_step_is_unanswered_too()
     {
         showWithLights();
         answerLight();
-        button("LightDecBtn")->setFocus();
-        for (int i = 0; i < 3; ++i)
-            QTest::keyClick(screen->focusWidget(), Qt::Key_Space);
-        QCOMPARE(text("LightAGCSet"), u"-8"_s);
-        QCOMPARE(text("MinADC"), QString());
-        answerOffset(-6);
-        answerOffset(-8);
-        QCOMPARE(screen->focusWidget(), button("LightDecBtn"));
-        QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FA"),
-                                         whole("00 A2 06 04 00 01 0A 00 F8")}));
+        button("LightAddBtn")->setFocus();
+        QTest::keyClick(screen->focusWidget(), Qt::Key_Space);
+        QTest::keyClick(screen->focusWidget(), Qt::Key_Escape);
+        QVERIFY(!screen->isVisible());
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FC"), ReadAdc}));
+    }
+
+    void a_step_that_is_unanswered_takes_the_keyboard_from_no_field()
+    {
+        showWithLights();
+        answerLight();
+        press("LightAddBtn");
+        child("LightNum")->setFocus();
+        answerLight(); // still as it was before
+        QVERIFY(!button("LightAddBtn")->isEnabled());
+        QCOMPARE(screen->focusWidget(), child("LightNum"));
+        answerOffset(-4);
+        QVERIFY(button("LightAddBtn")->isEnabled());
+        QCOMPARE(screen->focusWidget(), child("LightNum"));
     }
 
     void steps_that_add_up_stop_at_the_bounds_data()
@@ -880,6 +953,10 @@ private slots:
         time.start();
         QTRY_COMPARE(notice(), u"No answer about light X 10"_s);
         QVERIFY(time.elapsed() >= 1900);
+        // Who chooses it once more has no answer either.
+        release({205, H - 20}); // 205 * 96 / 1921
+        QCOMPARE(text("LightNum"), u"10"_s);
+        QCOMPARE(notice(), u"No answer about light X 10"_s);
         answerOffset(-4);
         QCOMPARE(notice(), QString());
     }
@@ -887,12 +964,16 @@ private slots:
     void a_light_that_is_as_before_has_answered_too()
     {
         show();
-        answerSettings();
-        answerLight();
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 0x2C, 0x01, 54,   0});
+        const auto answer = [this] {
+            report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 0x2B, 0x01, 0xFB, 50, 0x8C, 0x0F});
+        };
+        answer();
         sent();
         screen->on_LightChooseBtn_clicked();
-        QCOMPARE(sent(), QByteArrayList({whole("00 A2 07 03 00 01 0A 00")}));
-        answerLight();
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 07 03 00 01 2B 01")}));
+        answer();
         QTest::qWait(2600);
         QCOMPARE(notice(), QString());
     }
@@ -910,6 +991,21 @@ private slots:
         sent();
         press("LightChooseBtn_2");
         QVERIFY(sent().contains(whole("00 A2 08 04 00 01 0A 00 01")));
+    }
+
+    void pages_from_before_the_end_of_a_light_check_are_not_taken()
+    {
+        showWithLights();
+        tick();
+        const QImage none = withoutPanel(screen->grab().toImage());
+        screen->standAside(true);
+        screen->standAside(false);
+        screen->findChild<QTimer *>()->stop();
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 100, 10});
+        QCOMPARE(withoutPanel(screen->grab().toImage()), none);
+        answerSettings();
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 100, 11});
+        QVERIFY(withoutPanel(screen->grab().toImage()) != none);
     }
 
     void minus_from_minus_5_sends_minus_6_and_waits_for_the_reply()
@@ -1017,6 +1113,20 @@ private slots:
         answerLight();
         QVERIFY(button("LightChooseBtn_2")->isEnabled());
         QCOMPARE(button("LightChooseBtn_2")->text(), u"Disable"_s);
+    }
+
+    void a_light_chosen_while_a_scan_comes_is_asked_for_at_once_and_once()
+    {
+        showWithLights();
+        tick(2);
+        QCOMPARE(sent(), QByteArrayList({ScanY}));
+        report({0xFC, 0xA5, 0x82, 0x00, 0x00, 0, 0, 200, 20});
+        release({205, H - 20}); // 205 * 96 / 1921
+        QCOMPARE(sent(), QByteArrayList());
+        tick();
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 07 03 00 01 0A 00")}));
+        tick();
+        QCOMPARE(sent(), QByteArrayList());
     }
 
     void what_is_typed_as_a_light_data()
@@ -1238,6 +1348,26 @@ private slots:
         QVERIFY(withoutPanel(screen->grab().toImage()) != none);
     }
 
+    void the_last_page_of_a_frame_that_was_reset_tells_it_too_data()
+    {
+        QTest::addColumn<int>("lights");
+        QTest::newRow("41 lights on it") << 96;
+        QTest::newRow("one light on it") << 56;
+    }
+    void the_last_page_of_a_frame_that_was_reset_tells_it_too()
+    {
+        QFETCH(const int, lights);
+        show();
+        tick(6);
+        report({0xFC, 0xA5, 0x80, 0x00, 0x00, UCHAR(lights), 0, 54, 0});
+        const QImage none = withoutPanel(screen->grab().toImage());
+        report({0xFC, 0xA5, 0x81, UCHAR(3 + lights - 55), 0x00, 55, 0, 100, 101, 102});
+        QCOMPARE(withoutPanel(screen->grab().toImage()), none);
+        sent();
+        tick();
+        QCOMPARE(sent().first(), ReadAdc);
+    }
+
     // The end of a link
 
     void what_one_device_said_is_not_shown_for_the_next()
@@ -1277,6 +1407,46 @@ private slots:
         QCOMPARE(text("MinADC"), u"3744"_s);
         report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 100, 11});
         QVERIFY(withoutPanel(screen->grab().toImage()) != none);
+    }
+
+    void what_was_to_be_told_of_one_device_is_not_told_of_the_next()
+    {
+        show();
+        press("ADCDefBtn");
+        press("ADCSetBtn");
+        QTRY_COMPARE(frames.size(), 2);
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD9, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        QCOMPARE(notice(), u"The touch frame has set other values"_s);
+        screen->OnLinkEnded();
+        QCOMPARE(notice(), QString());
+        press("ADCSetBtn"); // of empty fields
+        QVERIFY(!notice().isEmpty());
+        screen->OnLinkEnded();
+        QCOMPARE(notice(), QString());
+        // Nor was the next one set to anything.
+        press("ADCDefBtn");
+        press("ADCSetBtn");
+        screen->OnLinkEnded();
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xDA, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        QCOMPARE(text("MinADC"), u"3802"_s);
+        QCOMPARE(notice(), QString());
+        sent();
+        QTest::qWait(400);
+        QCOMPARE(sent(), QByteArrayList());
+    }
+
+    void the_picture_of_one_device_goes_with_it()
+    {
+        showWithLights();
+        tick();
+        answerSettings();
+        report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 100, 10});
+        QTest::qWait(100); // it is painted
+        Paints paints(screen.get());
+        screen->OnLinkEnded();
+        QTRY_VERIFY(paints.region.contains(QPoint(1000, 900)));
     }
 
     void what_the_next_device_says_is_news_even_if_the_last_one_said_the_same()
