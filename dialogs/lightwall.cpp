@@ -159,15 +159,3 @@ void LightWall::go(Axis axis, int number)
     choose(place);
     emit chosen(place);
 }
-
-void LightWall::focusInEvent(QFocusEvent *event)
-{
-    QWidget::focusInEvent(event);
-    update();
-}
-
-void LightWall::focusOutEvent(QFocusEvent *event)
-{
-    QWidget::focusOutEvent(event);
-    update();
-}
