@@ -80,6 +80,7 @@ private:
 
     void showReport();
     void showFindings();
+    int rowLike(const lights::Finding &before) const;
     void showCurves();
     void showComparison();
     void tell(const QString &words);

@@ -253,6 +253,8 @@ void LightCheck_dlg::showComparison()
 
 void LightCheck_dlg::showFindings()
 {
+    const int row = ui->findingsList->currentRow();
+    const auto looked = row < 0 ? std::nullopt : std::optional(findings.at(size_t(row)));
     findings = findingsOf(report);
     for (const lights::TouchFault &fault : touchFaults(report.measurement, report.verdicts)) {
         const lights::AxisMeasurement &measured = report.measurement.axis(fault.axis);
@@ -265,11 +267,25 @@ void LightCheck_dlg::showFindings()
     if (words == findingWords)
         return;
     findingWords = words;
-    const int row = ui->findingsList->currentRow();
     const QSignalBlocker blocker(ui->findingsList);
     ui->findingsList->clear();
     ui->findingsList->addItems(words);
-    ui->findingsList->setCurrentRow(row);
+    if (looked)
+        ui->findingsList->setCurrentRow(rowLike(*looked));
+}
+
+// Of a finding from before: the one with its words or, since these tell numbers, at its place.
+int LightCheck_dlg::rowLike(const lights::Finding &before) const
+{
+    auto same =
+        std::find_if(findings.begin(), findings.end(),
+                     [&before](const lights::Finding &one) { return one.words == before.words; });
+    if (same == findings.end()) {
+        same = std::find_if(findings.begin(), findings.end(), [&before](const auto &one) {
+            return one.axis == before.axis && one.first == before.first && one.last == before.last;
+        });
+    }
+    return same == findings.end() ? -1 : int(same - findings.begin());
 }
 
 void LightCheck_dlg::showCurves()

@@ -2,10 +2,12 @@
 
 // The light check at a simulated frame, as a technician uses it.
 
+#include "device/version.h"
 #include "dialogs/curves.h"
 #include "dialogs/lightcheck_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/lightwall.h"
+#include "dialogs/readable.h"
 #include "dialogs/test_win.h"
 #include "lights/history.h"
 #include "lights/words.h"
@@ -237,6 +239,28 @@ private slots:
         QCOMPARE(the<QListWidget>("findingsList")->count(), 0);
     }
 
+    void a_verdict_is_read_on_a_colour_of_its_own()
+    {
+        start({});
+        const auto look = [this] {
+            const auto *verdict = the<QLabel>("verdictLab");
+            const QRect place(verdict->mapTo(dialog, QPoint()), verdict->size());
+            const QImage label = dialog->grab(place).toImage();
+            return std::pair(label.pixelColor(1, 1), pixelsOf(label, Qt::white));
+        };
+        const QColor none = look().first;
+        measure();
+        const auto [pass, passWords] = look();
+        link->firmware = sim::Firmware(frameWithWeakX17(), [] { return 0ms; });
+        measure();
+        const auto [service, serviceWords] = look();
+        QVERIFY(pass != none && service != none && pass != service);
+        for (const QColor &ground : {pass, service})
+            QVERIFY2(readable::contrast(ground, Qt::white) >= readable::LeastContrast,
+                     qPrintable(ground.name()));
+        QVERIFY(passWords > 50 && serviceWords > 50);
+    }
+
     void a_frame_with_more_lights_of_y_than_of_x_is_judged_too()
     {
         sim::Profile upright;
@@ -410,6 +434,12 @@ private slots:
                    qAbs(box.right() - places.light({Axis::X, last})[0].right()) < pitch / 2;
         };
         QVERIFY(isMarked(10, 17));
+        // The curves show them larger.
+        auto *curves = the<QWidget>("curves");
+        QCoreApplication::processEvents();
+        const QImage larger = curves->grab().toImage();
+        QTest::keyClick(curves, Qt::Key_0);
+        QTRY_VERIFY(curves->grab().toImage() != larger);
         wall->choose({Axis::X, 12});
         QVERIFY(isMarked(12, 12));
     }
@@ -493,6 +523,22 @@ private slots:
             QTest::keyClick(wall, key);
             QCOMPARE(chosenRow(), light);
         }
+        // Whoever has the table beside it sees the row.
+        the<QTabWidget>("tabs")->setCurrentIndex(1);
+        const auto *table = the<QTableView>("table");
+        QTest::qWait(50);
+        Paints paints(table->viewport());
+        QTest::keyClick(wall, Qt::Key_End);
+        QCOMPARE(chosenRow(), u"X 59"_s);
+        const auto row = [table] {
+            return table->visualRect(table->currentIndex().siblingAtColumn(3));
+        };
+        QVERIFY(table->viewport()->rect().contains(row()));
+        QTRY_VERIFY(paints.region.contains(row().center()));
+        QTest::qWait(50);
+        paints.region = {};
+        QTest::keyClick(wall, Qt::Key_Left); // this row is in view already
+        QTRY_VERIFY(paints.region.contains(row().center()));
         QTest::keyClick(wall, Qt::Key_Space);
         QTRY_VERIFY(screen->isVisible());
         screen->close();
@@ -676,6 +722,7 @@ private slots:
         QVERIFY(isMeasuring());
         press("measureButton");
         QVERIFY(!isMeasuring());
+        QCOMPARE(notice(), QString());
         link->asked.clear();
         QTest::qWait(300);
         QCOMPARE(link->asked, QList<QByteArray>());
@@ -687,16 +734,31 @@ private slots:
         the<QCheckBox>("followBox")->setChecked(true);
         press("measureButton");
         auto *list = the<QListWidget>("findingsList");
-        QTRY_VERIFY_WITH_TIMEOUT(list->count() > 1, 5000);
-        list->setCurrentRow(1);
-        const int before = list->count();
-        link->firmware.command(command::LightRequest{.sub = command::settings::SwitchLight,
-                                                     .light = {command::settings::AxisY, 39},
-                                                     .off = true}
-                                   .encode());
-        QTRY_VERIFY_WITH_TIMEOUT(list->count() > before, 10000);
-        QCOMPARE(list->currentRow(), 1);
-        QVERIFY(list->item(1)->isSelected());
+        const auto row = [list](const QString &begin) {
+            const auto found = list->findItems(begin, Qt::MatchStartsWith);
+            return found.isEmpty() ? -1 : list->row(found.first());
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(row(u"Y 30: weak"_s) >= 0, 5000);
+        const int before = row(u"Y 30: weak"_s);
+        list->setCurrentRow(before);
+        const auto switchOff = [this](UCHAR axis, int number) {
+            link->firmware.command(command::LightRequest{
+                .sub = command::settings::SwitchLight, .light = {axis, number}, .off = true}
+                                       .encode());
+        };
+        switchOff(command::settings::AxisX, 50);
+        QTRY_VERIFY_WITH_TIMEOUT(row(u"Y 30: weak"_s) > before, 10000);
+        QCOMPARE(list->currentRow(), row(u"Y 30: weak"_s));
+        QVERIFY(list->currentItem()->isSelected());
+        // Also when there is something else to be said of it.
+        switchOff(command::settings::AxisY, 30);
+        QTRY_COMPARE_WITH_TIMEOUT(row(u"Y 30: weak"_s), -1, 10000);
+        QCOMPARE(list->currentRow(), row(u"Y 30: "_s));
+        // With the light that it is of it goes too.
+        link->firmware = sim::Firmware(frameWithWeakX17(), [] { return 0ms; });
+        dialog->linkBegan(lights::Measuring::Source::Usb);
+        QTRY_COMPARE_WITH_TIMEOUT(row(u"Y 30: "_s), -1, 10000);
+        QCOMPARE(list->currentRow(), -1);
         press("measureButton");
     }
 
@@ -766,6 +828,7 @@ private slots:
         QCoreApplication::processEvents();
         link->unplugged = false;
         dialog->linkBegan(lights::Measuring::Source::Usb);
+        QCOMPARE(notice(), QString());
         QTRY_VERIFY_WITH_TIMEOUT(!isMeasuring(), 20000);
         QCOMPARE(words("verdictLab"), u"SERVICE NEEDED"_s);
         dialog->OnLinkEnded();
@@ -779,8 +842,10 @@ private slots:
         link->silentAfter = 10;
         press("measureButton");
         QTRY_VERIFY_WITH_TIMEOUT(!isMeasuring(), 15000);
-        QVERIFY2(!notice().isEmpty(), qPrintable(notice()));
+        QVERIFY(!notice().isEmpty());
         QCOMPARE(words("verdictLab"), u"Not measured yet"_s);
+        press("measureButton");
+        QCOMPARE(notice(), QString());
     }
 
     void what_was_remembered_is_compared_with()
@@ -949,6 +1014,7 @@ private slots:
         dialog->OnLinkEnded();
         dialog->linkBegan(lights::Measuring::Source::OlderUsb);
         measure();
+        QVERIFY2(words("unitLab").startsWith(u"Measured "_s), qPrintable(words("unitLab")));
         press("rememberButton");
         QVERIFY2(notice().contains(u"give it a name"_s), qPrintable(notice()));
         QCOMPARE(dialog->focusWidget(), the<QLineEdit>("nameEdit"));
@@ -970,7 +1036,10 @@ private slots:
             QCOMPARE(notice(), u"Written to %1."_s.arg(path));
             QFile file(path);
             QVERIFY(file.open(QIODevice::ReadOnly));
-            QVERIFY2(file.readAll().startsWith(first), suffix);
+            const QByteArray bytes = file.readAll();
+            QVERIFY2(bytes.startsWith(first), suffix);
+            if (qstrcmp(suffix, "html") == 0)
+                QVERIFY(bytes.contains("Quorvel " QUORVEL_VERSION));
         }
         dialog->saveReport(u"/nowhere/report.html"_s);
         QVERIFY(notice().startsWith(u"/nowhere/report.html cannot be written"_s));
@@ -1054,6 +1123,7 @@ private slots:
         QCOMPARE(link->asked, QList<QByteArray>());
         dialog->show();
         QVERIFY(!isMeasuring());
+        QCOMPARE(notice(), QString());
     }
 
     void it_fits_the_screen_and_shows_everything_at_800_by_600()
