@@ -503,6 +503,9 @@ private slots:
         time.start();
         QTRY_COMPARE(notice(lights), u"No answer from the touch frame"_s);
         QVERIFY(time.elapsed() >= 1500);
+        // The next frame has time to answer.
+        lights->OnLinkEnded();
+        QCOMPARE(notice(lights), QString());
         link->silent = false;
         QTRY_COMPARE(notice(lights), QString());
         QTRY_VERIFY(link->whole[X] > 1);

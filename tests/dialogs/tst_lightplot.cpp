@@ -346,6 +346,22 @@ private slots:
         QCOMPARE(firstDifference(image(plot), plain.picture()), QByteArray("none"));
     }
 
+    void a_device_that_is_forgotten_leaves_no_level()
+    {
+        LightPlot plot;
+        plot.setScreen({1000, 600}, 1);
+        plot.setCounts(30, 20);
+        const auto some = [](int i) { return std::pair(100 + i, 50 + i); };
+        QVERIFY(scan(plot, levels(30, some), levels(20, some)));
+        plot.forget();
+        QImage white(1000, 600, QImage::Format_RGB32);
+        white.fill(Qt::white);
+        QCOMPARE(firstDifference(image(plot), white), QByteArray("none"));
+        plot.setCounts(30, 20);
+        const PlainLights plain{1000, 600, 30, 20, Levels(30), Levels(20)};
+        QCOMPARE(firstDifference(image(plot), plain.picture()), QByteArray("none"));
+    }
+
     void another_screen_shows_the_same_levels_in_their_new_places()
     {
         PlainLights plain{1920,

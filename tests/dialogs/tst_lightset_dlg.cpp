@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMetaMethod>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QScreen>
@@ -417,6 +418,35 @@ private slots:
         sent();
         report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 200, 20});
         QTRY_COMPARE(frames, QByteArrayList({ScanY}));
+    }
+
+    void what_waited_for_a_scan_stays_unasked_in_a_pause_and_behind_the_end_of_the_showing()
+    {
+        showWithLights();
+        const auto waitForY = [this](UCHAR gain) {
+            tick(2);
+            QCOMPARE(sent().last(), ScanY);
+            report({0xFC, 0xA5, 0x82, 0x00, 0x00, 0, 0, 200, gain});
+            tick();
+            QCOMPARE(sent(), QByteArrayList());
+            screen->findChild<QTimer *>()->start(60000);
+        };
+        waitForY(20);
+        press("ADCDefBtn");
+        press("ADCSetBtn");
+        sent();
+        report({0xFC, 0xA5, 0x82, 0x00, 0x00, 27, 0, 200, 20});
+        QTest::qWait(50);
+        QCOMPARE(sent(), QByteArrayList());
+        tick(11);
+        QVERIFY(sent().contains(ScanX));
+        waitForY(21);
+        report({0xFC, 0xA5, 0x82, 0x00, 0x00, 27, 0, 200, 21});
+        screen->close();
+        QCOMPARE(sent(), QByteArrayList({ReadAdc}));
+        QTest::qWait(50);
+        QCOMPARE(sent(), QByteArrayList());
+        QVERIFY(!screen->findChild<QTimer *>()->isActive());
     }
 
     void the_timer_drives_the_polling()
@@ -837,6 +867,22 @@ private slots:
         QVERIFY(button("LightAddBtn")->isEnabled());
     }
 
+    void quick_presses_add_up_and_those_of_another_button_do_not()
+    {
+        showWithLights();
+        answerLight();
+        auto *more = button("LightAddBtn");
+        press("LightAddBtn");
+        QVERIFY(!more->isEnabled());
+        const QPointF at(more->rect().center());
+        QMouseEvent again(QEvent::MouseButtonDblClick, at, more->mapToGlobal(at), Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(more, &again);
+        QCOMPARE(text("LightAGCSet"), u"-3"_s);
+        QTest::mouseClick(more, Qt::RightButton);
+        QCOMPARE(text("LightAGCSet"), u"-3"_s);
+    }
+
     void presses_of_a_key_add_up_too_data()
     {
         QTest::addColumn<QByteArray>("pressed");
@@ -958,6 +1004,31 @@ private slots:
         QCOMPARE(text("LightNum"), u"10"_s);
         QCOMPARE(notice(), u"No answer about light X 10"_s);
         answerOffset(-4);
+        QCOMPARE(notice(), QString());
+    }
+
+    void what_was_not_answered_before_is_no_matter_at_the_next_showing()
+    {
+        show(); // asks for the settings
+        report({0xFC, 0xA5, 0x80, 0x00, 0x00, 96, 0, 54, 0});
+        answerLight();
+        screen->on_LightChooseBtn_clicked();
+        screen->close();
+        QTest::qWait(ScanWatch::PatienceMs + 100);
+        show();
+        QTest::qWait(2 * ScanWatch::LookMs);
+        QCOMPARE(notice(), QString());
+    }
+
+    void what_was_not_answered_before_a_light_check_is_no_matter_behind_it()
+    {
+        show();
+        report({0xFC, 0xA5, 0x80, 0x00, 0x00, 96, 0, 54, 0});
+        answerLight();
+        screen->on_LightChooseBtn_clicked();
+        screen->standAside(true);
+        QTest::qWait(ScanWatch::PatienceMs + 100);
+        screen->standAside(false);
         QCOMPARE(notice(), QString());
     }
 
@@ -1457,6 +1528,11 @@ private slots:
         answerLight();
         QCOMPARE(text("LightNum"), u"10"_s);
         QVERIFY(button("LightAddBtn")->isEnabled());
+        // Nor does a choice of the last one's hold.
+        type("LightNum", "11");
+        screen->OnLinkEnded();
+        answerLight();
+        QCOMPARE(text("LightNum"), u"10"_s);
     }
 
     // Choosing with the mouse
