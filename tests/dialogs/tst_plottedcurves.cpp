@@ -8,6 +8,8 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QPen>
+#include <QRegion>
 #include <QTest>
 #include <QWheelEvent>
 #include <QWidget>
@@ -96,6 +98,31 @@ private:
         QCoreApplication::processEvents(); // it is drawn when there is time
         return plot->grab().toImage();
     }
+    // With nothing told.
+    QImage quietPicture()
+    {
+        pointAt({1, 1});
+        return picture();
+    }
+    // The places that look otherwise.
+    static QRegion difference(const QImage &one, const QImage &other)
+    {
+        QRegion region;
+        for (int y = 0; y < one.height(); ++y) {
+            for (int x = 0; x < one.width(); ++x) {
+                if (one.pixel(x, y) != other.pixel(x, y))
+                    region += QRect(x, y, 1, 1);
+            }
+        }
+        return region;
+    }
+    // The axes that are drawn, as everybody can ask for them.
+    QList<QObject *> axes() const
+    {
+        QList<QObject *> all = plot->findChildren<QObject *>();
+        all.removeIf([](const QObject *one) { return !one->inherits("QCPAxis"); });
+        return all;
+    }
 
 private slots:
     void init()
@@ -150,6 +177,68 @@ private slots:
         }
     }
 
+    void the_limit_is_drawn_at_its_level_over_both_axes()
+    {
+        const auto drawn = [this](double limit) {
+            curves->setCurves({healthy(LightsX), healthy(LightsY)}, limit);
+            return quietPicture();
+        };
+        const QImage none = drawn(-10);
+        int before = plot->height();
+        for (const double limit : {20., 100., 180.}) {
+            const QRegion changed = difference(drawn(limit), none);
+            const QRect line = changed.boundingRect();
+            QCOMPARE(line.height(), 1);
+            QVERIFY(line.top() < before);
+            before = line.top();
+            for (const auto &all : {columns(0), columns(1)}) {
+                const QRect first(all.begin()->second.first(), line.top(), 20, 1);
+                const QRect last(all.rbegin()->second.last() - 20, line.top(), 20, 1);
+                QVERIFY(changed.intersects(first) && changed.intersects(last));
+            }
+        }
+    }
+
+    void a_bad_light_is_marked_at_its_level()
+    {
+        AxisCurves one = healthy(LightsX);
+        one.levels[40] = 120;
+        const auto drawn = [&](const QVector<int> &bad) {
+            one.bad = bad;
+            curves->setCurves({one, healthy(LightsY)}, 100);
+            return quietPicture();
+        };
+        const QImage before = drawn({});
+        const auto markOf = [&](int light) {
+            return difference(drawn({light}), before).boundingRect();
+        };
+        for (const int light : {10, 40}) {
+            const QRect mark = markOf(light);
+            QVERIFY2(mark.width() < 12 && mark.height() < 12, qPrintable(QString::number(light)));
+            QVERIFY(columns(0)[light].contains(mark.center().x()));
+        }
+        QVERIFY(markOf(10).bottom() < markOf(40).top());
+        // Nothing connects them.
+        QCOMPARE(difference(drawn({10, 40}), before),
+                 difference(drawn({10}), before) | difference(drawn({40}), before));
+    }
+
+    void each_axis_is_called_by_its_name()
+    {
+        std::map<QString, int> axisOf;
+        for (const QObject *axis : axes()) {
+            const QString label = axis->property("label").toString();
+            if (!label.startsWith(u"Lights of "_s))
+                continue;
+            const auto *area = axis->property("axisRect").value<QObject *>();
+            QVERIFY(area);
+            const auto place = pointAt(area->property("rect").toRect().center());
+            QVERIFY(place);
+            axisOf[label] = place->first;
+        }
+        QCOMPARE(axisOf, (std::map<QString, int>{{u"Lights of X"_s, 0}, {u"Lights of Y"_s, 1}}));
+    }
+
     void the_light_under_the_pointer_is_told()
     {
         const auto x = columns(0);
@@ -177,7 +266,10 @@ private slots:
         const QImage nothing = picture();
         QVERIFY(pointAt(middleOf(0, 20)));
         const QImage first = picture();
-        QVERIFY(first != nothing);
+        // Whole, in the middle above the curves.
+        const QRect words = difference(first, nothing).boundingRect();
+        QVERIFY(std::abs(words.center().x() - plot->width() / 2) <= 2);
+        QVERIFY(words.top() >= 0 && words.bottom() < plot->height() / 4);
         QVERIFY(pointAt(middleOf(1, 20)));
         const QImage second = picture();
         QVERIFY(second != nothing && second != first);
@@ -214,6 +306,16 @@ private slots:
         for (const int x : changed)
             QVERIFY2(places.contains(x), qPrintable(QString::number(x)));
         QCOMPARE(pointAt(QPointF(changed.first(), before.height() - 60)), Place(0, 2));
+    }
+
+    void the_chosen_light_is_told_while_the_keyboard_is_there()
+    {
+        plot->clearFocus();
+        const QImage nothing = quietPicture();
+        plot->setFocus();
+        QVERIFY(picture() != nothing);
+        plot->clearFocus();
+        QVERIFY(picture() == nothing);
     }
 
     void with_the_keyboard_the_chosen_light_is_told_again_when_the_pointer_leaves()
@@ -267,6 +369,14 @@ private slots:
         QVERIFY2(places.contains(last), qPrintable(u"%1 to %2"_s.arg(first).arg(last)));
         QTest::mouseClick(plot, Qt::LeftButton, {}, middleOf(1, 39).toPoint());
         QCOMPARE(chosen.last(), Place(1, 39));
+        plot->clearFocus();
+        const QImage other = quietPicture();
+        const auto isDrawnAnew = [&](int axis, int light) {
+            const QPoint place = middleOf(axis, light).toPoint();
+            return difference(other, marked).intersects(QRect(place - QPoint(3, 0), QSize(7, 1)));
+        };
+        QVERIFY(isDrawnAnew(1, 39) && isDrawnAnew(0, 17));
+        QVERIFY(!isDrawnAnew(1, 17) && !isDrawnAnew(0, 39));
         QTest::mouseClick(plot, Qt::LeftButton, {}, beside.toPoint());
         QCOMPARE(chosen.size(), 2);
     }
@@ -318,6 +428,10 @@ private slots:
         press(Qt::Key_Enter);
         QCOMPARE(opened, Places({{1, 5}, {0, 59}}));
         QCOMPARE(chosen, Places());
+        // It is none for the window, which would press a button.
+        QKeyEvent event(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+        QCoreApplication::sendEvent(plot, &event);
+        QVERIFY(event.isAccepted());
     }
 
     void with_fewer_lights_the_last_one_is_chosen()
@@ -428,6 +542,14 @@ private slots:
         const QImage night = picture();
         QCOMPARE(night.pixelColor(1, 1), QColor(Qt::black));
         QVERIFY(light.pixelColor(1, 1) != night.pixelColor(1, 1));
+        // Nothing is left in the dark.
+        QVERIFY(axes().size() >= 8);
+        for (const QObject *axis : axes()) {
+            for (const char *pen : {"basePen", "tickPen", "subTickPen"})
+                QCOMPARE(axis->property(pen).value<QPen>().color(), QColor(Qt::white));
+            for (const char *color : {"tickLabelColor", "labelColor"})
+                QCOMPARE(axis->property(color).value<QColor>(), QColor(Qt::white));
+        }
     }
 };
 
