@@ -9,6 +9,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -266,6 +267,22 @@ private slots:
         QCOMPARE(notice->text(), u"Not kept: cannot write "_s + home->path());
         click(u"Indoorbtn"_s);
         QCOMPARE(notice->text(), QString());
+    }
+
+    void a_file_in_the_home_directory_is_called_from_there_on()
+    {
+        open();
+        home->removeConfigDirectory();
+        const auto toldAt = [this](const QString &homeDirectory) {
+            const QByteArray before = qgetenv("HOME");
+            const auto back = qScopeGuard([&before] { qputenv("HOME", before); });
+            qputenv("HOME", homeDirectory.toUtf8());
+            click(u"applybtn"_s);
+            return child<QLabel>(u"noticeLab"_s)->text();
+        };
+        QCOMPARE(toldAt(home->folder()), u"Not kept: cannot write ~/.config/ForQuorvel"_s);
+        // Another one whose name begins alike.
+        QCOMPARE(toldAt(home->folder().chopped(1)), u"Not kept: cannot write "_s + home->path());
     }
 
     void OK_tells_at_the_next_opening_what_it_could_not_keep()

@@ -185,6 +185,19 @@ private slots:
         QCOMPARE(level(dialog)->value(), 4);
     }
 
+    void high_and_low_go_by_one_level()
+    {
+        writeFile(smoothingFile("1", "4"));
+        const smoothing_dlg dialog(nullptr);
+        for (const auto &[button, reached] : {std::pair("pushButton_4", 5),
+                                              {"pushButton_4", 6},
+                                              {"pushButton_3", 5},
+                                              {"pushButton_3", 4}}) {
+            press(dialog, button);
+            QCOMPARE(level(dialog)->value(), reached);
+        }
+    }
+
     void level_9_of_the_file_shows_6_and_only_ok_writes_6()
     {
         writeFile(smoothingFile("1", "9"));

@@ -4,6 +4,7 @@
 #include "tests/support/widgets.h"
 
 #include <QFile>
+#include <QFontDatabase>
 #include <QLabel>
 #include <QListWidget>
 #include <QPlainTextEdit>
@@ -46,8 +47,12 @@ private slots:
         QCOMPARE(files->count(), 2);
         QCOMPARE(files->item(0)->text(), u"about.txt"_s);
         QCOMPARE(files->item(1)->toolTip(), u"frames"_s);
+        QCOMPARE(files->item(1)->data(Qt::AccessibleDescriptionRole).toString(), u"frames"_s);
         QCOMPARE(content->toPlainText(), u"about all"_s);
         QVERIFY(content->isReadOnly());
+        // In the desktop's letters of one width, for the columns.
+        QCOMPARE(content->font().family(),
+                 QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
         files->setFocus();
         QTest::keyClick(files, Qt::Key_Down);
         QCOMPARE(content->toPlainText(), u"12:00:00.000  rotation: read"_s);

@@ -785,18 +785,25 @@ private slots:
     {
         QTest::addColumn<bool>("connected");
         QTest::addColumn<bool>("canKeep");
-        QTest::addColumn<QString>("line"); // %1 stands for the file
-        QTest::newRow("sent and kept") << true << true << u"Kept, and sent to the touch frame."_s;
+        QTest::addColumn<QString>("line");     // %1 stands for the file
+        QTest::addColumn<QString>("sentence"); // at the button, likewise
+        QTest::newRow("sent and kept")
+            << true << true << u"Kept, and sent to the touch frame."_s << QString();
         QTest::newRow("kept for later")
-            << false << true << u"Kept. Sent when a frame is connected by USB."_s;
-        QTest::newRow("sent, not kept") << true << false << u"Sent. Not kept: cannot write %1"_s;
-        QTest::newRow("neither") << false << false << u"Not kept: cannot write %1"_s;
+            << false << true << u"Kept. Sent when a frame is connected by USB."_s << Notice;
+        QTest::newRow("sent, not kept")
+            << true << false << u"Sent. Not kept: cannot write %1"_s
+            << u"The settings are sent, but %1 cannot be written: they are not kept."_s;
+        QTest::newRow("neither") << false << false << u"Not kept: cannot write %1"_s
+                                 << u"No touch frame is connected, and %1 cannot be written: the "
+                                    "settings are not kept."_s;
     }
     void the_outcome_of_Apply_is_told_in_the_window()
     {
         QFETCH(const bool, connected);
         QFETCH(const bool, canKeep);
         QFETCH(const QString, line);
+        QFETCH(const QString, sentence);
         open();
         const auto *notice = child<QLabel>(u"noticeLab"_s);
         QCOMPARE(notice->text(), QString());
@@ -804,7 +811,12 @@ private slots:
         if (!canKeep)
             home->removeConfigDirectory();
         click(u"applybtn"_s);
-        QCOMPARE(notice->text(), line.contains(u"%1"_s) ? line.arg(home->path()) : line);
+        const auto withFile = [this](QString words) {
+            return words.replace(u"%1"_s, home->path());
+        };
+        QCOMPARE(notice->text(), withFile(line));
+        QCOMPARE(child(u"applybtn"_s)->toolTip(), withFile(sentence));
+        QCOMPARE(child(u"applybtn"_s)->accessibleDescription(), withFile(sentence));
         QVERIFY(notice->isVisible());
         QVERIFY(notice->sizeHint().width() <= notice->width() ||
                 notice->toolTip() == notice->text());
@@ -1002,6 +1014,29 @@ private slots:
         QVERIFY(range->hasFocus());
         QTest::keyClick(range, Qt::Key_C);
         QVERIFY(alone.isVisible());
+    }
+
+    // The mouse beside the controls
+
+    void a_click_on_the_words_of_a_slider_gives_it_the_keyboard_and_moves_nothing()
+    {
+        open();
+        const QList<int> before = shown();
+        box(u"checkBox"_s)->setFocus();
+        for (const auto &[words, name] : {std::pair(u"label_5"_s, u"rbspeed"_s),
+                                          {u"label_4"_s, u"rbran"_s},
+                                          {u"label_2"_s, u"dbspeed"_s},
+                                          {u"label_3"_s, u"dbran"_s},
+                                          {u"label_7"_s, u"WheelSen"_s}}) {
+            QTest::mouseClick(child<QLabel>(words), Qt::LeftButton);
+            QCOMPARE(dialog->focusWidget(), slider(name));
+        }
+        // Other words, and what lies between, have none to give it to.
+        QTest::mouseClick(child<QLabel>(u"label"_s), Qt::LeftButton);
+        QTest::mouseClick(child<QGroupBox>(u"groupBox"_s), Qt::LeftButton, {}, QPoint(3, 30));
+        QTest::mouseClick(dialog, Qt::LeftButton, {}, QPoint(2, 2));
+        QCOMPARE(dialog->focusWidget(), slider(u"WheelSen"_s));
+        QCOMPARE(shown(), before);
     }
 
     void Escape_and_Enter_do_nothing_data()
