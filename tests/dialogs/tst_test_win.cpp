@@ -497,6 +497,15 @@ private slots:
         QVERIFY(!timer()->isActive());
     }
 
+    void once_is_once()
+    {
+        click(u"Xbtn"_s);
+        deliver({Counts32, X1});
+        QTest::qWait(50);
+        QCOMPARE(sent, QList<QByteArray>({AskCounts, AskX}));
+        QVERIFY(!timer()->isActive());
+    }
+
     void all_test_asks_for_the_counts_and_waits_for_the_timer()
     {
         startContinuous();
@@ -783,6 +792,7 @@ private slots:
 
     void without_a_complete_scan_only_the_limits_are_shown()
     {
+        check(u"AGCche"_s, true);
         click(u"Xbtn"_s);
         compare({}, 1000, 650);
         deliver(Counts32);
@@ -844,7 +854,9 @@ private slots:
         QFETCH(const Bytes, report);
         wideLimits();
         click(u"Xbtn"_s);
-        deliver({Counts32, X1, report});
+        deliver({Counts32, report});
+        compare({});
+        deliver({X1, report});
         compare({{Axis::X, X1Points}});
     }
 
@@ -1302,6 +1314,54 @@ private slots:
         compare({{Axis::X, X3Points}});
     }
 
+    // Others at the frame
+
+    void pages_that_others_asked_for_are_not_taken()
+    {
+        wideLimits();
+        startContinuous();
+        deliver({Counts32, X1, Y1});
+        window->standAside(FrameUsers::LightScreen, true);
+        deliver({X2, Y2});
+        compare({{Axis::X, X1Points}, {Axis::Y, Y1Points}});
+        sent.clear();
+        window->standAside(FrameUsers::LightScreen, false);
+        QCOMPARE(sent, QList<QByteArray>({AskCounts}));
+        deliver({X2, Y2}); // still under way
+        compare({{Axis::X, X1Points}, {Axis::Y, Y1Points}});
+        deliver({Counts32, X3, Y3});
+        compare({{Axis::X, X3Points}, {Axis::Y, Y3Points}});
+    }
+
+    void a_test_waits_for_all_of_them_and_says_for_whom()
+    {
+        const auto *notice = child<QLabel>(u"notice"_s);
+        window->standAside(FrameUsers::LightScreen, true);
+        QVERIFY(!notice->isVisible());
+        click(u"Xbtn"_s);
+        QCOMPARE(notice->text(), u"The test waits until the light setting is closed"_s);
+        window->standAside(FrameUsers::LightCheck, true);
+        QCOMPARE(notice->text(), u"The test waits until the light check has ended"_s);
+        window->standAside(FrameUsers::LightCheck, false);
+        QCOMPARE(notice->text(), u"The test waits until the light setting is closed"_s);
+        QCOMPARE(sent, QList<QByteArray>());
+        window->standAside(FrameUsers::LightScreen, false);
+        QVERIFY(!notice->isVisible());
+        QCOMPARE(sent, QList<QByteArray>({AskCounts, AskX}));
+    }
+
+    void a_test_that_ended_with_its_link_does_not_go_on_behind_others()
+    {
+        click(u"Xbtn"_s);
+        deliver(Counts32);
+        window->OnLinkEnded();
+        sent.clear();
+        window->standAside(FrameUsers::LightCheck, true);
+        QVERIFY(!child<QLabel>(u"notice"_s)->isVisible());
+        window->standAside(FrameUsers::LightCheck, false);
+        QCOMPARE(sent, QList<QByteArray>());
+    }
+
     // Numbers and words
 
     void only_plain_digits_can_be_typed_whatever_the_locale()
@@ -1616,6 +1676,20 @@ private slots:
         QCOMPARE(log().split(u'\n'), rows);
     }
 
+    void switched_on_behind_a_test_the_log_begins_with_the_next()
+    {
+        click(u"Xbtn"_s);
+        deliver({Counts32, X1});
+        logAction()->trigger();
+        deliver(X2); // late
+        window->close();
+        QVERIFY(!QFile::exists(logPath()));
+        window->show();
+        click(u"Xbtn"_s);
+        deliver({Counts32, X3});
+        QCOMPARE(log(), u"Date,Time,X000,X001,X002,Y000,Y001,NG/PASS\nD,T,1000,200,780,\n"_s);
+    }
+
     void a_new_test_begins_a_new_log()
     {
         logAction()->trigger();
@@ -1684,6 +1758,7 @@ private slots:
         QCOMPARE(boxes().first()->icon(), QMessageBox::Warning);
         QCOMPARE(boxes().first()->standardButtons(), QMessageBox::Ok);
         QVERIFY(boxes().first()->isVisible());
+        QVERIFY(!boxes().first()->isModal());
         QTest::mouseClick(boxes().first()->button(QMessageBox::Ok), Qt::LeftButton);
         QTRY_COMPARE(boxes().size(), 0);
         // The next try is silent.
