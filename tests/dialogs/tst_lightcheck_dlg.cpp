@@ -311,6 +311,7 @@ private slots:
         the<QTabWidget>("tabs")->setCurrentIndex(1);
         auto *table = the<QTableView>("table");
         QCOMPARE(table->model()->rowCount(), 100);
+        QCOMPARE(table->horizontalHeader()->length(), table->viewport()->width());
         QCOMPARE(rowOf(u"X 2"_s), 2); // not behind X 19
         QCOMPARE(table->horizontalHeader()->sortIndicatorSection(), 0);
         QCOMPARE(table->horizontalHeader()->sortIndicatorOrder(), Qt::AscendingOrder);
@@ -377,8 +378,11 @@ private slots:
                           table->visualRect(table->model()->index(1, 2)).center());
         QVERIFY(the<LightWall>("wall")->accessibleName().contains(u"Y 30: weak, level "_s));
         QVERIFY(the<QWidget>("curves")->accessibleName().contains(u"Y 30: weak, level "_s));
+        QTest::qWait(50);
+        const Paints paints(the<LightWall>("wall"));
         QTest::keyClick(table, Qt::Key_Up);
         QVERIFY(the<LightWall>("wall")->accessibleName().contains(u"X 17: dead, level "_s));
+        QTRY_VERIFY(paints.count > 0);
         QTest::keyClick(table, Qt::Key_Down);
         QVERIFY(!screen->isVisible());
         QTest::keyClick(table, Qt::Key_Return);
@@ -718,8 +722,13 @@ private slots:
                                                      .off = true}
                                    .encode());
         QTRY_COMPARE_WITH_TIMEOUT(words("verdictLab"), u"SERVICE NEEDED"_s, 10000);
-        QTRY_VERIFY(notice().startsWith(u"Following the touch frame: "_s));
+        const QRegularExpression following(
+            u"^Following the touch frame: [1-9][0-9]* scan.* of each axis so far\\.$"_s);
+        QTRY_VERIFY2(following.match(notice()).hasMatch(), qPrintable(notice()));
         QVERIFY(isMeasuring());
+        // Each scan of it is seen.
+        Paints paints(the<LightWall>("wall"));
+        QTRY_VERIFY(paints.count > 2);
         press("measureButton");
         QVERIFY(!isMeasuring());
         QCOMPARE(notice(), QString());
@@ -895,6 +904,9 @@ private slots:
         // The newest, twelve dates, a file, nothing.
         QCOMPARE(baselines().size(), 15);
         QVERIFY(baselines().first()->isChecked());
+        QCOMPARE(baselines().first()->text(), u"&What was remembered last"_s);
+        QCOMPARE(baselines().at(13)->text(), u"A &file..."_s);
+        QCOMPARE(baselines().last()->text(), u"&Nothing"_s);
         const auto dateOf = [&](int days) {
             return QLocale().toString(now.addDays(-days).toLocalTime(), QLocale::ShortFormat);
         };
@@ -943,6 +955,31 @@ private slots:
         measure();
         QVERIFY(!words("comparisonLab").isEmpty());
         QVERIFY(!words("comparisonLab").contains(changed));
+    }
+
+    void the_curves_show_what_lights_are_and_are_to_be_and_were()
+    {
+        const QColor is(0x00, 0x72, 0xB2);
+        const QColor isToBe(0xD5, 0x5E, 0x00);
+        const QColor was(0x77, 0x77, 0x77);
+        const QColor bad(0x8A, 0x3C, 0x00);
+        sim::Profile dim;
+        dim.level = 150;
+        start(dim);
+        measure();
+        const QString then = folder->filePath(u"then.json"_s);
+        dialog->saveReport(then);
+        link->firmware = sim::Firmware(frameWithWeakX17(), [] { return 0ms; });
+        measure();
+        const auto picture = [this] { return the<QWidget>("curves")->grab().toImage(); };
+        QTRY_VERIFY(pixelsOf(picture(), bad) > 5);
+        QVERIFY(pixelsOf(picture(), isToBe) > 50);
+        const int grey = pixelsOf(picture(), was); // of letters
+        const int lowest = boxOf(picture(), is).bottom();
+        dialog->compareWithFile(then);
+        QTRY_VERIFY(pixelsOf(picture(), was) > grey + 50);
+        // The change of the weak light stands below all levels.
+        QVERIFY(boxOf(picture(), is).bottom() > lowest);
     }
 
     void a_file_of_another_unit_or_of_something_else_is_not_compared_with()
@@ -1093,6 +1130,7 @@ private slots:
              {"measureButton", "followBox", "nameEdit", "wall", "findingsList", "curves",
               "rememberButton", "compareButton", "reportButton", "closeButton"})
             QVERIFY2(reached.contains(QString::fromLatin1(name)), name);
+        QCOMPARE(reached.indexOf(u"curves"_s), reached.indexOf(u"qt_tabwidget_tabbar"_s) + 1);
     }
 
     void minimised_it_goes_on_measuring()

@@ -647,6 +647,13 @@ private slots:
     void what_was_wrong_with_a_field_is_no_matter_at_the_next_showing()
     {
         show();
+        // Nor is what the frame made of them.
+        press("ADCDefBtn");
+        press("ADCSetBtn");
+        QTRY_COMPARE(frames.size(), 2);
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD9, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        QVERIFY(!notice().isEmpty());
         child("MinADC")->clear();
         press("ADCSetBtn");
         QVERIFY(!notice().isEmpty());
@@ -687,6 +694,11 @@ private slots:
         QCOMPARE(sent().last(), ReadAdc);
         QTest::qWait(400);
         QCOMPARE(sent(), QByteArrayList());
+        show();
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD9, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        QCOMPARE(text("MinADC"), u"3801"_s);
+        QCOMPARE(notice(), QString());
     }
 
     void what_the_frame_makes_of_settings_is_read_and_shown()
@@ -695,8 +707,17 @@ private slots:
         press("ADCDefBtn");
         press("ADCSetBtn");
         sent();
+        // What was read before says nothing of them.
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD0, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        QCOMPARE(text("MinADC"), u"3800"_s);
+        QCOMPARE(notice(), QString());
+        tick(10);
         QTRY_VERIFY(!frames.isEmpty());
         QCOMPARE(sent(), QByteArrayList({ReadAdc}));
+        // The answer has its time.
+        tick(5);
+        QCOMPARE(sent(), QByteArrayList());
         // The frame has kept another smallest value: 3801.
         report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD9, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
                 0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
@@ -705,10 +726,16 @@ private slots:
         press("ADCSetBtn");
         QTRY_COMPARE(frames.size(), 2);
         QCOMPARE(sent().last(), ReadAdc);
+        QTRY_COMPARE(notice(), QString());
         // The same report is an answer again.
         report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD9, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
                 0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
         QCOMPARE(text("MinADC"), u"3801"_s);
+        QCOMPARE(notice(), QString());
+        // What it has later is somebody else's.
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xDA, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        QCOMPARE(text("MinADC"), u"3802"_s);
         QCOMPARE(notice(), QString());
     }
 
@@ -997,7 +1024,11 @@ private slots:
         press("LightAddBtn");
         QElapsedTimer time;
         time.start();
-        QTRY_COMPARE(notice(), u"No answer about light X 10"_s);
+        const auto noticeWhileAsking = [this] {
+            screen->on_LightChooseBtn_clicked();
+            return notice();
+        };
+        QTRY_COMPARE(noticeWhileAsking(), u"No answer about light X 10"_s);
         QVERIFY(time.elapsed() >= 1900);
         // Who chooses it once more has no answer either.
         release({205, H - 20}); // 205 * 96 / 1921
