@@ -11,6 +11,7 @@
 #include "dialogs/useradv_dlg.h"
 #include "resources/resources.h"
 #include "tests/support/allwindows.h"
+#include "tests/support/photograph.h"
 #include "tests/support/settingshome.h"
 #include "tests/support/widgets.h"
 
@@ -190,12 +191,15 @@ private slots:
         QVERIFY(!barsIn(window).isEmpty());
         window->findChild<QPushButton *>(u"Xbtn"_s)->setFocus();
         QStringList bad;
-        for (int i = 0; i < 12; ++i) {
-            QWidget *focus = QApplication::focusWidget();
-            QVERIFY(focus && focus->window() == window);
-            if (!isSeen(focus, barsIn(window)))
-                bad.append(focus->objectName());
-            QTest::keyClick(focus, Qt::Key_Tab);
+        // All of them there and back.
+        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+            for (int i = 0; i < 13; ++i) {
+                QWidget *focus = QApplication::focusWidget();
+                QVERIFY(focus && focus->window() == window);
+                if (!isSeen(focus, barsIn(window)))
+                    bad.append(focus->objectName());
+                QTest::keyClick(focus, key);
+            }
         }
         QVERIFY2(bad.isEmpty(), qPrintable(bad.join(u'\n')));
     }
@@ -204,8 +208,13 @@ private slots:
     {
         auto *window = all->main.findChild<test_win *>();
         present(window);
-        QVERIFY(QTest::qWaitForWindowActive(window));
-        const QPoint before = window->findChild<QPushButton *>(u"Xbtn"_s)->pos();
+        QTRY_COMPARE(QApplication::activeWindow(), window);
+        const auto *button = window->findChild<QPushButton *>(u"Xbtn"_s);
+        // The window shows what gets the keyboard.
+        QTRY_VERIFY(window->focusWidget());
+        for (QScrollBar *bar : barsIn(window))
+            bar->setValue(0);
+        const QPoint before = button->pos();
         const QImage still = window->grab().toImage();
         QPoint by;
         for (QScrollBar *bar : barsIn(window)) {
@@ -213,7 +222,7 @@ private slots:
             (bar->orientation() == Qt::Horizontal ? by.rx() : by.ry()) = bar->value();
         }
         QVERIFY(!by.isNull());
-        QCOMPARE(window->findChild<QPushButton *>(u"Xbtn"_s)->pos(), before - by);
+        QCOMPARE(button->pos(), before - by);
         // Where the white of the picture begins.
         const qreal ratio = window->devicePixelRatioF();
         const QImage moved = window->grab().toImage();
@@ -224,6 +233,25 @@ private slots:
             for (int y = 30; y < 300; y += 7)
                 QCOMPARE(moved.pixel(inside + QPoint(x, y)),
                          still.pixel(inside + shift + QPoint(x, y)));
+        // Nothing of what was there before is left on the screen. The place of a window on a
+        // scaled one is known by halves.
+        if (ratio == 1)
+            QTRY_COMPARE(photograph(window->geometry()),
+                         window->grab().toImage().convertToFormat(QImage::Format_RGB32));
+    }
+
+    void a_window_scrolls_as_far_as_it_goes()
+    {
+        auto *window = all->main.findChild<test_win *>();
+        present(window);
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        QVERIFY(!barsIn(window).isEmpty());
+        for (const QScrollBar *bar : barsIn(window)) {
+            const bool isAcross = bar->orientation() == Qt::Horizontal;
+            QCOMPARE(bar->minimum(), 0);
+            QCOMPARE(bar->maximum() + (isAcross ? bar->width() : bar->height()),
+                     isAcross ? 1000 : 650);
+        }
     }
 
     void the_wheel_scrolls()
@@ -238,13 +266,21 @@ private slots:
             QCoreApplication::sendEvent(window->centralWidget(), &event);
         };
         turn({0, -120});
-        QVERIFY(bar->value() > 0);
+        QVERIFY(bar->value() >= std::min(30, bar->maximum()));
         for (int i = 0; i < 50; ++i)
             turn({0, -120});
         QCOMPARE(bar->value(), bar->maximum());
         for (int i = 0; i < 50; ++i)
             turn({0, 120});
         QCOMPARE(bar->value(), 0);
+        for (const QScrollBar *across : barsIn(window)) {
+            if (across->orientation() != Qt::Horizontal)
+                continue;
+            turn({-120, 0});
+            QVERIFY(across->value() >= std::min(30, across->maximum()));
+            turn({120, 0});
+            QCOMPARE(across->value(), 0);
+        }
     }
 
     void the_panel_of_the_lights_keeps_inside_the_screen()
