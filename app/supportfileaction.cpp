@@ -78,7 +78,9 @@ QList<bundle::Entry> SupportFileAction::gather()
     sources.machine = &machine;
     sources.examination = &examination;
     sources.program = u"quorvel"_s;
-    sources.linked = link.isLinked() ? link.state().port : QString();
+    // A simulated frame has no node.
+    const QString node = link.state().port.isEmpty() ? u"USB"_s : link.state().port;
+    sources.linked = link.isLinked() ? node : QString();
     sources.settingsFile = patient.settingsFile;
     const ScreenLayout layout = ScreenLayout::current();
     const QList<QScreen *> screens = QGuiApplication::screens();

@@ -65,6 +65,7 @@ private slots:
         frame->plug();
         QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
         choose();
+        QVERIFY(!QGuiApplication::overrideCursor()); // it has waited for the frame
         QVERIFY(dialog());
         QVERIFY(dialog()->isVisible());
         QVERIFY(shown(u"about.txt"_s).contains(u"frames.pcap"_s));
@@ -73,10 +74,12 @@ private slots:
                                  "5A17C0DE-003812."_s),
                  qPrintable(doctor));
         QVERIFY2(doctor.contains(u"The desktop has a tray."_s), qPrintable(doctor));
-        QVERIFY2(shown(u"screens.txt"_s).startsWith(u"screen 1: 1280 x 800 at 0, 0; scale 1\n"_s),
-                 qPrintable(shown(u"screens.txt"_s)));
+        QCOMPARE(shown(u"screens.txt"_s),
+                 u"screen 1: 1280 x 800 at 0, 0; scale 1\ndesktop: 1280 x 800, by xcb\n"_s);
         QVERIFY(shown(u"settings.xml"_s).contains(u"<setting>"_s));
         QVERIFY(shown(u"versions.txt"_s).contains(u"program: quorvel "_s));
+        QVERIFY2(shown(u"versions.txt"_s).contains(u"\nlink: USB\n"_s),
+                 qPrintable(shown(u"versions.txt"_s)));
         const QString frames = shown(u"frames.pcap"_s);
         QVERIFY2(frames.contains(u"the link begins\n"_s) &&
                      frames.contains(u"  firmware: read\n"_s) &&
