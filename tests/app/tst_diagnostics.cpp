@@ -184,6 +184,12 @@ private slots:
         QCOMPARE(entries.last()->text(), u"L&ight check..."_s);
         entries.last()->trigger();
         QTRY_VERIFY(the<LightCheck_dlg>()->isVisible());
+        the<LightCheck_dlg>()->close();
+        the<advset_dlg>()->show();
+        // Its parent's being active counts for the toolkit.
+        QTRY_COMPARE(QApplication::activeWindow(), the<advset_dlg>());
+        QTest::keyClick(the<advset_dlg>(), Qt::Key_L, Qt::ControlModifier);
+        QTRY_VERIFY(the<LightCheck_dlg>()->isVisible());
     }
 
     void a_light_check_measures_the_frame_and_survives_an_unplug()

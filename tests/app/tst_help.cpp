@@ -20,6 +20,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScopeGuard>
@@ -269,6 +270,10 @@ private slots:
         QTest::keyClick(main.get(), Qt::Key_F1, Qt::ShiftModifier);
         QTest::keyClick(main.get(), Qt::Key_F2);
         QVERIFY(!manual());
+        // Held, it opens nothing once more that was closed meanwhile.
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier, QString(), true);
+        QCoreApplication::sendEvent(main.get(), &held);
+        QVERIFY(!manual());
     }
 
     void the_button_at_the_end_closes_the_manual()
@@ -287,14 +292,17 @@ private slots:
         action()->trigger();
         QVERIFY(QTest::qWaitForWindowActive(manual()));
         QVERIFY(!button(u"&Back"_s)->isEnabled());
+        QVERIFY(!button(u"&Forward"_s)->isEnabled());
         type({u"alt+c"_s});
         QTRY_COMPARE(shownPlace(), u"index.html"_s);
         type({u"Tab"_s, u"Return"_s});
         QTRY_COMPARE(shownPlace(), u"troubleshooting.html"_s);
         type({u"alt+b"_s});
         QTRY_COMPARE(shownPlace(), u"index.html"_s);
+        QVERIFY(button(u"&Forward"_s)->isEnabled());
         type({u"alt+f"_s});
         QTRY_COMPARE(shownPlace(), u"troubleshooting.html"_s);
+        QVERIFY(!button(u"&Forward"_s)->isEnabled());
         type({u"F1"_s});
         QTRY_COMPARE(shownPlace(), u"index.html"_s);
         type({u"Escape"_s});
@@ -371,6 +379,8 @@ private slots:
         action()->trigger();
         QCOMPARE(browser()->toPlainText(),
                  u"The manual is not installed. The package quorvel-doc brings it."_s);
+        QVERIFY(!button(u"&Back"_s)->isEnabled());
+        QVERIFY(!button(u"&Forward"_s)->isEnabled());
     }
 };
 

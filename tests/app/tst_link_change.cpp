@@ -35,6 +35,7 @@
 #include <QSlider>
 #include <QTest>
 #include <QTimer>
+#include <QToolTip>
 
 #include <memory>
 
@@ -421,6 +422,40 @@ private slots:
         QCOMPARE(label.accessibleDescription(), label.toolTip());
     }
 
+    void the_tip_of_the_status_line_is_wrapped_and_shows_every_character()
+    {
+        QLabel label;
+        MadeUpMachine machine;
+        QPushButton button;
+        StatusLine line(&label, &button, machine);
+        line.show({.kind = Link::SerialOpen, .port = u"/dev/<b>odd</b>"_s, .problem = {}});
+        line.setCalibrationNote(u"It was kept."_s);
+        label.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&label));
+        const QPoint inside = label.rect().center();
+        QHelpEvent asksForTip(QEvent::ToolTip, inside, label.mapToGlobal(inside));
+        QCoreApplication::sendEvent(&label, &asksForTip);
+        QVERIFY(QToolTip::isVisible());
+        QCOMPARE(QToolTip::text(), u"<p>It was kept.<br>Linked over the serial port "
+                                   "/dev/&lt;b&gt;odd&lt;/b&gt;."_s);
+        QToolTip::hideText();
+    }
+
+    void a_calibration_that_is_kept_says_how_good_it_is()
+    {
+        plug();
+        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        QTRY_VERIFY(calibrationScreen()->isVisible());
+        Answer answer(true);
+        for (const UCHAR step : {0, 1, 2, 3, 4, 5, 0xFF}) {
+            UCHAR reply[64] = {0xFC, 0x01, step, 0x00, 0x02, 0xFC}; // off by 2 and -4 per cent
+            calibrationScreen()->DoRecv03(reply);
+        }
+        QCOMPARE(answer.asked, 1);
+        QCOMPARE(child<QLabel>("stalab")->toolTip(),
+                 u"Calibration accuracy: 97%.\nLinked by USB, at /dev/usb/fake."_s);
+    }
+
     void a_calibration_that_ends_by_itself_says_why()
     {
         const auto *status = child<QLabel>("stalab");
@@ -442,6 +477,13 @@ private slots:
         QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
         QTest::keyClick(calibrationScreen(), Qt::Key_Escape);
         QCOMPARE(status->toolTip(), u"Linked by USB, at /dev/usb/fake."_s);
+        unplug();
+        const auto line = openLine(*window);
+        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        window->CLoseUart();
+        QVERIFY2(status->toolTip().startsWith(u"The calibration ended with the link to the touch "
+                                              "frame. It was discarded.\n"_s),
+                 qPrintable(status->toolTip()));
     }
 
     // Minimised windows

@@ -4,6 +4,7 @@
 // tray, message bus, home directory, descriptors; and signals at any moment. The desktop comes
 // without window manager and tray: the test has its own.
 
+#include "config/lastcalibration.h"
 #include "tests/support/serialtool.h"
 
 #include <QApplication>
@@ -252,6 +253,8 @@ private slots:
         QVERIFY(press(u"Escape"_s));
         QVERIFY(inTime([] { return !showsCalibration(); }));
         QVERIFY(demo.endsWell());
+        // No frame has been calibrated by it.
+        QVERIFY(!QFile::exists(LastCalibration::filePath()));
     }
 
     // Targets that are elsewhere would calibrate wrongly.

@@ -339,6 +339,15 @@ private slots:
         QCOMPARE(runWithoutDisplay({u"-close"_s}).code, 0);
     }
 
+    void what_the_toolkit_warns_of_at_the_start_is_told()
+    {
+        QVERIFY(qputenv("QT_STYLE_OVERRIDE", "of-nowhere"));
+        const auto plain = qScopeGuard([] { qunsetenv("QT_STYLE_OVERRIDE"); });
+        const Result start = run({u"-close"_s});
+        QCOMPARE(start.code, 0);
+        QVERIFY2(start.errors.contains("of-nowhere"), start.errors);
+    }
+
     void close_reaches_the_running_instance_without_a_display()
     {
         QProcess *first = start({});

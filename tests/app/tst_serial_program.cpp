@@ -2,6 +2,7 @@
 
 // The real program with a simulated frame on a serial line: whatever works over USB works here.
 
+#include "config/lastcalibration.h"
 #include "tests/support/serialtool.h"
 
 #include <QApplication>
@@ -56,6 +57,10 @@ private slots:
         QVERIFY(click(question()->geometry.topLeft() + YesButton));
         QVERIFY(inTime([this] { return frame->heard("host > frame  calibration: save") == 1; }));
         QVERIFY(inTime([this] { return frame->stateHas("kept=1"); }));
+        // Programs that watch over frames look it up.
+        QVERIFY(inTime([] { return LastCalibration::load().has_value(); }));
+        QCOMPARE(LastCalibration::load()->deviation, 0);
+        QVERIFY(qAbs(LastCalibration::load()->date.secsTo(QDateTime::currentDateTimeUtc())) < 60);
     }
 
     void the_frame_is_turned()

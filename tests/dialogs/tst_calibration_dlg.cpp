@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QShowEvent>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
@@ -308,13 +309,16 @@ private slots:
         bringToCheck();
         sent->take();
         Answer answer(true);
+        QSignalSpy saved(screen.get(), &Calibration_Dlg::saved);
         Capture output(stdout);
-        reply(*screen, 0xFF, 1, 1);
+        reply(*screen, 0xFF, 3, 1);
         QVERIFY(output.text().split('\n').contains("SendCalSave"));
         QCOMPARE(answer.asked, 1);
         QVERIFY(!screen->isVisible());
         QCOMPARE(screen->m_IsCali, UCHAR(0));
         QCOMPARE(sent->take(), QByteArrayList({Save}));
+        QCOMPARE(saved.size(), 1);
+        QCOMPARE(saved.first().first().toInt(), 2);
     }
 
     void no_resets_and_closes()
@@ -744,6 +748,35 @@ private slots:
         emit screen->screen()->geometryChanged(screen->screen()->geometry());
         emit screen->screen()->virtualGeometryChanged(screen->screen()->virtualGeometry());
         QVERIFY(screen->isVisible());
+    }
+
+    void a_screen_that_changes_when_nothing_is_touched_any_more_ends_nothing()
+    {
+        int told = 0;
+        connect(screen.get(), &Calibration_Dlg::endedByItself, screen.get(), [&told] { ++told; });
+        const auto changes = [] {
+            QScreen *covered = QGuiApplication::primaryScreen();
+            emit covered->geometryChanged(covered->geometry());
+        };
+        screen->setPrimaryScr(0, oneScreen(1024, 768)); // what it was
+        changes();
+        screen->show();
+        QVERIFY(QTest::qWaitForWindowExposed(screen.get()));
+        bringToCheck();
+        sent->take();
+        bool asked = false;
+        QTimer::singleShot(200, screen.get(), [&] {
+            changes();
+            auto *question = qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget());
+            asked = question && question->isVisible();
+            if (question)
+                question->on_pushButton_clicked();
+        });
+        reply(*screen, 0xFF, 1, 1);
+        QVERIFY(asked);
+        QCOMPARE(sent->take(), QByteArrayList({Save}));
+        changes();
+        QCOMPARE(told, 0);
     }
 
     void a_screen_that_has_changed_ends_the_calibration_data()

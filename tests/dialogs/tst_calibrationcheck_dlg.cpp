@@ -136,6 +136,7 @@ private slots:
         QVERIFY(panel->isVisible());
         for (const char *name : {"againButton", "closeButton"})
             QVERIFY2(!child<QPushButton>(name)->isVisible(), name);
+        QVERIFY(child<QLabel>("hintLab")->isVisible());
         const QPoint inside = panel->geometry().center();
         touch(inside);
         QCOMPARE(page->check().asked(), 1);
@@ -157,6 +158,15 @@ private slots:
         pressAll({0, 0});
         const auto *close = child<QPushButton>("closeButton");
         mouse(close->mapToGlobal(close->rect().center()), u"click 1"_s);
+        QTRY_VERIFY(!page->isVisible());
+    }
+
+    void at_the_end_return_closes()
+    {
+        pressAll({0, 0});
+        QVERIFY(!child<QLabel>("hintLab")->isVisible());
+        QCOMPARE(page->focusWidget(), child<QPushButton>("closeButton"));
+        QVERIFY(hand::press(u"Return"_s));
         QTRY_VERIFY(!page->isVisible());
     }
 
@@ -188,6 +198,9 @@ private slots:
         QCOMPARE(timer->interval(), 60000);
         timer->start(1);
         touch({50, 50});
+        QCOMPARE(timer->interval(), 60000);
+        timer->start(50000);
+        QTest::keyClick(page.get(), Qt::Key_A);
         QCOMPARE(timer->interval(), 60000);
         timer->start(1);
         QTRY_VERIFY(!page->isVisible());
