@@ -269,6 +269,34 @@ private slots:
         QVERIFY(!measure->isEnabled());
     }
 
+    void a_light_check_asks_for_versions_where_they_are_told_data()
+    {
+        QTest::addColumn<quint32>("version");
+        QTest::addColumn<QByteArray>("asked");
+        QTest::newRow("current") << 0x3010u << QByteArray("a3 00");
+        QTest::newRow("older") << 0x2FFFu << QByteArray("a2 05");
+    }
+    void a_light_check_asks_for_versions_where_they_are_told()
+    {
+        QFETCH(const quint32, version);
+        QFETCH(const QByteArray, asked);
+        frame->version = version;
+        plug();
+        window->findChild<LightCheckAction *>()->trigger();
+        QTRY_COMPARE(frame->sent().size(),
+                     version == 0x3010u ? 2 : 1); // what every link begins with
+        frame->forgetSent();
+        auto *check = window->findChild<LightCheck_dlg *>();
+        auto *measure = check->findChild<QPushButton *>(u"measureButton"_s);
+        QTest::mouseClick(measure, Qt::LeftButton);
+        QTRY_COMPARE(frame->sentBytes(2).value(0), asked);
+        unplug();
+        QTest::mouseClick(measure, Qt::LeftButton); // no longer
+        const auto line = openLine(*window);
+        QTest::mouseClick(measure, Qt::LeftButton);
+        QCOMPARE(line->take(5), QByteArray::fromHex("51 56 00 A2 05"));
+    }
+
     // Dialogs and what was not applied yet
 
     void showing_the_window_closes_no_dialog_data()

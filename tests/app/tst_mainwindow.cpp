@@ -516,6 +516,14 @@ private slots:
         }
     }
 
+    // Some frames have restarted meanwhile.
+    void a_machine_that_has_slept_tells_the_frame_its_gestures_again()
+    {
+        connectFrame();
+        emit window->findChild<Link *>()->wokeUp();
+        QTRY_COMPARE(frame->sentBytes(11), QByteArrayList({"a2 00 05 00 01 01 dc 05 03 01 02"}));
+    }
+
     // Dialogs
 
     void the_context_menu_leads_to_what_the_form_hides_data()

@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QPainter>
+#include <QProcess>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
@@ -132,6 +133,25 @@ private slots:
             page.close();
             parent.hide();
         }
+    }
+
+    void a_screen_that_changes_is_checked_anew()
+    {
+        CalibrationCheck_dlg page;
+        show(page);
+        QVERIFY(hand::click(page.check().cross(0)));
+        QTRY_COMPARE(page.check().asked(), 1);
+        // A monitor of another name takes the place of the one that was there, which older servers
+        // take away themselves.
+        QCOMPARE(QProcess::execute(u"xrandr"_s, {u"--setmonitor"_s, u"WIDE"_s,
+                                                 u"1920/508x1080/285+0+0"_s, u"screen"_s}),
+                 0);
+        QProcess::execute(u"xrandr"_s, {u"--delmonitor"_s, u"ONLY"_s});
+        QTRY_COMPARE(page.size(), QSize(1920, 1080));
+        QTRY_COMPARE(page.check().size(), QSize(1920, 1080));
+        QCOMPARE(page.check().asked(), 0);
+        QCOMPARE(page.findChild<QLabel *>(u"taskLab"_s)->text(),
+                 u"Touch the middle of cross 1 of 9."_s);
     }
 
     // So small that it is not believed to be a screen.
