@@ -254,6 +254,11 @@ private slots:
         // The same window tells of another one.
         QTest::keyClick(main->findChild<QWidget *>(u"connect_dlg"_s), Qt::Key_F1);
         QCOMPARE(shownPlace(), u"serial-line.html#the-window-connect"_s);
+        // It comes to the front again.
+        main->activateWindow();
+        QTRY_COMPARE(QApplication::activeWindow(), main.get());
+        action()->trigger();
+        QTRY_COMPARE(QApplication::activeWindow(), manual());
     }
 
     void the_manual_has_the_size_of_a_page_within_the_screen()
@@ -263,6 +268,7 @@ private slots:
                  QSize(720, 560).boundedTo(main->screen()->availableSize() * 9 / 10));
         const QSize page = manual()->findChild<QTextBrowser *>()->size();
         QVERIFY(page.width() > 680 && page.height() > 460);
+        QVERIFY(manual()->windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
     }
 
     void f1_with_another_key_is_left_to_the_window()
@@ -293,6 +299,11 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(manual()));
         QVERIFY(!button(u"&Back"_s)->isEnabled());
         QVERIFY(!button(u"&Forward"_s)->isEnabled());
+        const QScrollBar *down = browser()->verticalScrollBar();
+        QTRY_VERIFY(down->value() > 0); // where the main window is told of
+        const int before = down->value();
+        type({u"Next"_s});
+        QTRY_VERIFY(down->value() > before);
         type({u"alt+c"_s});
         QTRY_COMPARE(shownPlace(), u"index.html"_s);
         type({u"Tab"_s, u"Return"_s});

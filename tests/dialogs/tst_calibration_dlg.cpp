@@ -6,6 +6,7 @@
 #include "tests/support/capture.h"
 #include "tests/support/hand.h"
 #include "tests/support/hides.h"
+#include "tests/support/paints.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -15,6 +16,8 @@
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -404,6 +407,21 @@ private slots:
         show();
         const QImage before = screen->grab().toImage();
         QTRY_VERIFY_WITH_TIMEOUT(screen->grab().toImage() != before, 1000);
+    }
+
+    void ticks_and_steps_are_seen_at_once()
+    {
+        show();
+        screen->findChild<QTimer *>()->stop();
+        QCoreApplication::processEvents();
+        const auto isPainted = [this](const std::function<void()> &happens) {
+            const Paints paints(screen.get());
+            happens();
+            return QTest::qWaitFor([&paints] { return !paints.region.isEmpty(); }, 2000);
+        };
+        QVERIFY(isPainted([this] { screen->ontimer(); }));
+        QVERIFY(isPainted([this] { reply(*screen, 1); }));
+        QVERIFY(isPainted([this] { reply(*screen, 2); }));
     }
 
     void any_ending_leaves_a_clean_next_showing_data()

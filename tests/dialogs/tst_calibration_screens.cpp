@@ -49,6 +49,25 @@ private slots:
         QCOMPARE(sent, QByteArrayList({"0", "6"}));
     }
 
+    void the_question_has_the_keyboard_without_a_window_manager()
+    {
+        show(0);
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        bool asked = false;
+        QTimer::singleShot(300, this, [&asked] {
+            asked = qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget());
+            // Keys would else go to what is under the pointer.
+            QVERIFY(hand::mouse(QPoint(5, 5)));
+            QVERIFY(hand::press(u"Escape"_s));
+        });
+        for (const UCHAR step : {0, 1, 2, 3, 4, 5, 0xFF}) {
+            UCHAR reply[64] = {0xFC, 0x01, step};
+            window.DoRecv03(reply);
+        }
+        QVERIFY(asked);
+        QCOMPARE(sent, QByteArrayList({"0", "1", "2", "3", "4", "5", "6"}));
+    }
+
     void without_an_x_server_the_screen_is_filled_and_left_all_the_same()
     {
         QCOMPARE(QGuiApplication::platformName(), u"offscreen"_s);

@@ -3,6 +3,7 @@
 #include "dialogs/gesturefield.h"
 #include "dialogs/tryout_dlg.h"
 #include "tests/support/hand.h"
+#include "tests/support/paints.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -13,6 +14,7 @@
 #include <QTest>
 #include <QWheelEvent>
 
+#include <functional>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -292,6 +294,22 @@ private slots:
         dialog->on_clearButton_clicked();
         child<QLabel>("hintLab")->hide();
         QCOMPARE(ink(), 0);
+    }
+
+    void what_is_drawn_is_seen_at_once_and_so_is_that_it_is_gone()
+    {
+        const auto isPainted = [this](const std::function<void()> &happens) {
+            QTest::qWait(20); // for what is painted anyway
+            const Paints paints(field());
+            happens();
+            return QTest::qWaitFor([&paints] { return !paints.region.isEmpty(); }, 2000);
+        };
+        child<QLabel>("hintLab")->hide();
+        QTest::touchEvent(field(), screen.get()).press(0, QPoint(40, 30));
+        QVERIFY(isPainted(
+            [this] { QTest::touchEvent(field(), screen.get()).move(0, QPoint(160, 30)); }));
+        QVERIFY(isPainted([this] { field()->clear(); }));
+        QTest::touchEvent(field(), screen.get()).release(0, QPoint(160, 30));
     }
 
     void the_gestures_before_are_listed_the_last_one_first()
