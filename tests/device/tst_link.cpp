@@ -19,6 +19,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <thread>
 
@@ -458,6 +459,18 @@ private slots:
         QCOMPARE(fake.adapter->sent().size(), 1);
     }
 
+    void a_frame_that_went_before_its_pause_was_over_is_dropped_and_nothing_else()
+    {
+        Fake fake;
+        fake.plug();
+        send(fake.link, "00 A7 00");
+        fake.unplug();
+        QCOMPARE(fake.receiver.dropped, QByteArrayList({"a7 00"}));
+        QCOMPARE(fake.receiver.failed, QByteArrayList());
+        QCOMPARE(fake.receiver.sent, QByteArrayList());
+        QCOMPARE(fake.adapter->sentBytes(), QByteArrayList());
+    }
+
     void the_outbox_holds_64_frames_and_says_what_it_drops()
     {
         Fake fake;
@@ -840,6 +853,35 @@ private slots:
         fake.plug();
         QVERIFY(!fake.link.isInUse());
         QCOMPARE(fake.link.usbProblem(), QString());
+    }
+
+    void each_reason_why_a_frame_cannot_be_opened_has_its_words_data()
+    {
+        QTest::addColumn<int>("error");
+        QTest::addColumn<QString>("words");
+        QTest::newRow("not allowed") << EACCES << u"this user may not open it"_s;
+        QTest::newRow("forbidden") << EPERM << u"this user may not open it"_s;
+        QTest::newRow("in use") << EBUSY << u"is in use by another program"_s;
+        QTest::newRow("broken") << EIO
+                                << u"A touch frame is at /dev/usb/hiddev3 but it cannot be "
+                                   "opened (Input/output error)"_s;
+        QTest::newRow("too much is open here")
+            << EMFILE << u"perhaps a touch frame, cannot be opened (Too many open files)"_s;
+        QTest::newRow("too much is open everywhere")
+            << ENFILE << u"perhaps a touch frame, cannot be opened"_s;
+        QTest::newRow("no memory") << ENOMEM << u"perhaps a touch frame, cannot be opened"_s;
+    }
+
+    void each_reason_why_a_frame_cannot_be_opened_has_its_words()
+    {
+        QFETCH(int, error);
+        QFETCH(QString, words);
+        Fake fake;
+        fake.adapter->setProblem({u"/dev/usb/hiddev3"_s, error});
+        const QString problem = fake.link.usbProblem();
+        QVERIFY2(problem.contains(words), qPrintable(problem));
+        QVERIFY2(problem.contains(u"/dev/usb/hiddev3"), qPrintable(problem));
+        QCOMPARE(fake.link.isInUse(), error == EBUSY);
     }
 
     void a_lost_line_closes_the_port_and_says_so()
