@@ -182,8 +182,9 @@ void LightCheck_dlg::onScanned()
     if (!ui->followBox->isChecked())
         return;
     take(measuring.measurement(), false);
-    tell(tr("Following the touch frame: %Ln scan(s) of each axis so far.", nullptr,
-            measuring.scans()));
+    const QString following = tr("Following the touch frame: %Ln scan(s) of each axis so far.",
+                                 nullptr, measuring.scans());
+    tell((QStringList(following) + unread).join(u'\n'));
 }
 
 void LightCheck_dlg::onFinished()

@@ -102,6 +102,7 @@ private:
 
     std::vector<lights::Measurement> kept; // of this unit, oldest first
     std::optional<lights::Unit> keptOf;
+    QStringList unread; // what else was kept, each with its reason
     Baseline baseline = Baseline::Newest;
     std::optional<lights::Measurement> chosenBaseline;
     std::optional<lights::Verdicts> baselineVerdicts; // of report.baseline

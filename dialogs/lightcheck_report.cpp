@@ -44,11 +44,11 @@ QString dateOf(const lights::Measurement &measurement)
 
 void LightCheck_dlg::recall()
 {
-    QStringList problems;
+    unread.clear();
     keptOf = report.measurement.unit;
-    kept = history.recall(*keptOf, &problems);
-    if (!problems.isEmpty())
-        tell(problems.join(u'\n'));
+    kept = history.recall(*keptOf, &unread);
+    if (!unread.isEmpty())
+        tell(unread.join(u'\n'));
     if (baseline == Baseline::Chosen) {
         baseline = Baseline::Newest;
         chosenBaseline.reset();
