@@ -13,6 +13,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -47,18 +48,17 @@ private:
         const QSize room =
             window->screen()->availableGeometry().marginsRemoved(windowFrame()).size();
         const QSize fitting = whole.boundedTo(room);
-        const bool wasLess = window->minimumSize() != least;
+        const bool wasLess = std::exchange(isLess, fitting != whole);
         window->setMinimumSize(least.boundedTo(fitting));
-        if (fitting != whole)
-            window->resize(window->size().boundedTo(fitting));
-        else if (wasLess)
-            window->resize(whole);
+        const QSize wanted = wasLess && !isLess ? whole : window->size();
+        window->resize(wanted.boundedTo(room));
     }
 
     QWidget *window; // parent
     Showing showing{window};
     QSize whole;
     QSize least;
+    bool isLess = false; // than whole, by the screen it was shown on last
 };
 
 } // namespace

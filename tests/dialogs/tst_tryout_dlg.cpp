@@ -9,8 +9,10 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPointingDevice>
+#include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -70,6 +72,54 @@ private slots:
         dialog = std::make_unique<TryOut_dlg>();
         dialog->show();
         QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
+    }
+
+    void a_size_that_somebody_gave_the_window_stays()
+    {
+        const QSize larger = dialog->size() + QSize(90, 60);
+        dialog->resize(larger);
+        QTest::qWait(100); // for the window manager
+        for (int times = 0; times < 2; ++times) {
+            dialog->close();
+            dialog->show();
+            QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+            QCOMPARE(dialog->size(), larger);
+        }
+        dialog->showMaximized();
+        QTRY_VERIFY(dialog->width() > 1000);
+        dialog->close();
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+        QTest::qWait(100);
+        QVERIFY(dialog->isMaximized());
+        QVERIFY(dialog->width() > 1000);
+    }
+
+    void a_window_that_was_shown_on_a_smaller_screen_gets_its_size_back()
+    {
+        const QSize usual = dialog->size();
+        dialog->close();
+        const auto monitors = [](const QStringList &words) {
+            return QProcess::execute(u"xrandr"_s, words) == 0;
+        };
+        const auto screen = [] { return QGuiApplication::primaryScreen()->size(); };
+        const QSize whole = screen();
+        QVERIFY(monitors({u"--setmonitor"_s, u"SMALL"_s, u"520/138x400/106+0+0"_s, u"screen"_s}));
+        QTRY_COMPARE(screen(), QSize(520, 400));
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+        const QSize small = dialog->size();
+        dialog->close();
+        QVERIFY(monitors({u"--delmonitor"_s, u"SMALL"_s}));
+        QTRY_COMPARE(screen(), whole);
+        QVERIFY(small.width() <= 520 && small.height() < 400);
+        dialog->show();
+        QCOMPARE(dialog->size(), usual);
+        // One that was made larger than any screen is none the next time.
+        dialog->resize(whole + QSize(100, 100));
+        dialog->close();
+        dialog->show();
+        QVERIFY(dialog->width() <= whole.width() && dialog->height() < whole.height());
     }
 
     // Its own right clicks are what is tried.
