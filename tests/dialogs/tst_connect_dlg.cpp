@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "dialogs/connect_dlg.h"
+#include "dialogs/portchoice.h"
 #include "tests/support/clipped.h"
 #include "tests/support/settingshome.h"
 
@@ -16,6 +17,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <cstdlib>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -267,6 +269,10 @@ private slots:
         QVERIFY(list->window()->width() <= dialog->width());
         QVERIFY(list->fontMetrics().horizontalAdvance(LongName) > list->width());
         QVERIFY(list->textElideMode() != Qt::ElideNone);
+        // It would be shown whole if there were room.
+        const QModelIndex row = list->model()->index(1, 0);
+        QVERIFY(list->sizeHintForIndex(row).width() >
+                list->fontMetrics().horizontalAdvance(u"ttyUSB0: "_s + LongName));
         QVERIFY(!list->horizontalScrollBar()->isVisible());
         box("portBox")->hidePopup();
     }
@@ -319,6 +325,37 @@ private slots:
         QTRY_COMPARE(items("portBox"), QStringList({u"ttyUSB0"_s, u"ttyACM0"_s}));
         QCOMPARE(edit->cursorPosition(), 5);
         QVERIFY(!edit->hasSelectedText());
+    }
+
+    void what_is_selected_stays_so_when_ports_are_listed_data()
+    {
+        QTest::addColumn<int>("from");
+        QTest::addColumn<int>("length");
+        QTest::newRow("forwards") << 6 << 3;
+        QTest::newRow("backwards") << 9 << -3;
+        QTest::newRow("from the beginning") << 0 << 5;
+        QTest::newRow("back to the beginning") << 5 << -5;
+        QTest::newRow("all") << 0 << 11;
+        QTest::newRow("nothing") << 0 << 0;
+    }
+    void what_is_selected_stays_so_when_ports_are_listed()
+    {
+        QFETCH(const int, from);
+        QFETCH(const int, length);
+        editFile({{"CONNECT", "2"}});
+        appear();
+        auto *edit = box("portBox")->lineEdit();
+        edit->setText(u"being typed"_s);
+        edit->setSelection(from, length);
+        const QString selected = edit->selectedText();
+        const int cursor = edit->cursorPosition();
+        QCOMPARE(selected.size(), std::abs(length));
+        systemPorts.append({u"ttyACM0"_s, QString()});
+        box("portBox")->findChild<PortChoice *>()->list();
+        QCOMPARE(items("portBox").size(), 3);
+        QCOMPARE(edit->text(), u"being typed"_s);
+        QCOMPARE(edit->selectedText(), selected);
+        QCOMPARE(edit->cursorPosition(), cursor);
     }
 
     void an_open_list_stays_until_it_is_closed()
