@@ -152,7 +152,6 @@ void LightCheck_dlg::on_measureButton_clicked()
         onMeasuringChanged();
         return;
     }
-    // Others are to be quiet before the first question.
     const lights::Measuring::Wish wish{.goesOn = ui->followBox->isChecked()};
     measuring.start(wish);
     onMeasuringChanged();

@@ -102,16 +102,16 @@ private slots:
         const auto monitors = [](const QStringList &words) {
             return QProcess::execute(u"xrandr"_s, words) == 0;
         };
-        const auto screen = [] { return QGuiApplication::primaryScreen()->size(); };
-        const QSize whole = screen();
+        const auto desktop = [] { return QGuiApplication::primaryScreen()->size(); };
+        const QSize whole = desktop();
         QVERIFY(monitors({u"--setmonitor"_s, u"SMALL"_s, u"520/138x400/106+0+0"_s, u"screen"_s}));
-        QTRY_COMPARE(screen(), QSize(520, 400));
+        QTRY_COMPARE(desktop(), QSize(520, 400));
         dialog->show();
         QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
         const QSize small = dialog->size();
         dialog->close();
         QVERIFY(monitors({u"--delmonitor"_s, u"SMALL"_s}));
-        QTRY_COMPARE(screen(), whole);
+        QTRY_COMPARE(desktop(), whole);
         QVERIFY(small.width() <= 520 && small.height() < 400);
         dialog->show();
         QCOMPARE(dialog->size(), usual);
