@@ -1,0 +1,234 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What a compositor says of its outputs, by one that this test plays itself: its words are written
+// here byte by byte.
+
+#include "dialogs/waylandoutputs.h"
+#include "modules/module.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cstring>
+#include <memory>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Mode
+{
+    quint32 flags; // 1: it is the one of now, 2: it is preferred
+    quint32 width;
+    quint32 height;
+};
+
+struct Output
+{
+    QByteArray name; // none: it is too old to tell one
+    quint32 transform;
+    QList<Mode> modes;
+};
+
+QByteArray number(quint32 value)
+{
+    return QByteArray(reinterpret_cast<const char *>(&value), sizeof value);
+}
+
+// Its length, its letters and a zero, filled up to whole words.
+QByteArray text(QByteArray letters)
+{
+    letters += '\0';
+    const QByteArray length = number(quint32(letters.size()));
+    while (letters.size() % 4 != 0)
+        letters += '\0';
+    return length + letters;
+}
+
+quint32 numberAt(const QByteArray &bytes, qsizetype at)
+{
+    quint32 value = 0;
+    std::memcpy(&value, bytes.constData() + at, sizeof value);
+    return value;
+}
+
+// Listens at a socket, for one program that asks for the outputs.
+class Compositor
+{
+public:
+    // Without outputs it never says anything.
+    Compositor(const QByteArray &path, QList<Output> theOutputs)
+        : outputs(std::move(theOutputs))
+    {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::memcpy(address.sun_path, path.constData(), size_t(path.size()));
+        listening = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        isListening =
+            ::bind(listening, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0 &&
+            ::listen(listening, 1) == 0;
+        thread = std::thread([this] { serve(); });
+    }
+    Compositor(const Compositor &) = delete;
+    Compositor &operator=(const Compositor &) = delete;
+    ~Compositor()
+    {
+        ::shutdown(listening, SHUT_RDWR); // nobody may have come
+        thread.join();
+        ::close(listening);
+    }
+    bool isListening = false;
+
+private:
+    void serve()
+    {
+        line = ::accept(listening, nullptr, nullptr);
+        QByteArray heard;
+        char bytes[1024];
+        for (ssize_t count = 0; (count = ::read(line, bytes, sizeof bytes)) > 0;) {
+            heard.append(bytes, count);
+            while (heard.size() >= 8 && heard.size() >= qsizetype(numberAt(heard, 4) >> 16)) {
+                const auto size = qsizetype(numberAt(heard, 4) >> 16);
+                if (!outputs.isEmpty())
+                    answer(numberAt(heard, 0), numberAt(heard, 4) & 0xFFFF, heard.mid(8, size - 8));
+                heard.remove(0, size);
+            }
+        }
+        ::close(line);
+    }
+    void tell(quint32 object, quint32 event, const QByteArray &words) const
+    {
+        const QByteArray bytes =
+            number(object) + number(quint32(words.size() + 8) << 16 | event) + words;
+        if (::send(line, bytes.constData(), size_t(bytes.size()), MSG_NOSIGNAL) != bytes.size())
+            qWarning("the program does not listen");
+    }
+    void answer(quint32 object, quint32 request, const QByteArray &words)
+    {
+        if (object == 1 && request == 0) { // all that was asked before has been answered
+            tell(numberAt(words, 0), 0, number(0));
+            tell(1, 1, words.first(4));
+        } else if (object == 1 && request == 1) { // what there is
+            registry = numberAt(words, 0);
+            tell(registry, 0, number(7) + text("wl_seat") + number(1));
+            for (qsizetype i = 0; i < outputs.size(); ++i) {
+                const quint32 version = outputs[i].name.isEmpty() ? 3 : 4;
+                tell(registry, 0, number(quint32(10 + i)) + text("wl_output") + number(version));
+            }
+        } else if (object == registry && request == 0) { // one of them is wanted
+            describe(numberAt(words, words.size() - 4),
+                     outputs[qsizetype(numberAt(words, 0)) - 10]);
+        }
+    }
+    void describe(quint32 object, const Output &output) const
+    {
+        tell(object, 0,
+             number(0) + number(0) + number(300) + number(200) + number(0) + text("Maker") +
+                 text("Model") + number(output.transform));
+        for (const Mode &mode : output.modes)
+            tell(object, 1,
+                 number(mode.flags) + number(mode.width) + number(mode.height) + number(60000));
+        if (!output.name.isEmpty())
+            tell(object, 4, text(output.name));
+        tell(object, 3, number(2)); // its scale
+        tell(object, 2, {});        // and that is all
+    }
+
+    QList<Output> outputs;
+    int listening = -1;
+    int line = -1;
+    quint32 registry = 0;
+    std::thread thread;
+};
+
+} // namespace
+
+class TestWaylandOutputs : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir place;
+    WaylandOutputs *module = nullptr;
+
+    QList<WaylandOutput> asked(const QList<Output> &there)
+    {
+        const QByteArray path = QFile::encodeName(place.filePath(u"compositor"_s));
+        const Compositor compositor(path, there);
+        qputenv("WAYLAND_DISPLAY", path);
+        QList<WaylandOutput> all;
+        if (compositor.isListening)
+            all = module->outputs();
+        QFile::remove(QFile::decodeName(path));
+        return all;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(place.isValid());
+        QString problem;
+        module = modules::load<WaylandOutputs>(&problem);
+        QVERIFY2(module, qPrintable(problem));
+    }
+
+    void an_output_has_the_size_of_its_mode_of_now()
+    {
+        const auto all = asked({{"DP-1", 0, {{2, 2560, 1440}, {1, 1920, 1080}, {0, 640, 480}}},
+                                {"HDMI-A-1", 0, {{3, 1366, 768}}}});
+        QCOMPARE(all.size(), 2);
+        QCOMPARE(all[0].name, u"DP-1"_s);
+        QCOMPARE(all[0].size, QSize(1920, 1080));
+        QCOMPARE(all[1].name, u"HDMI-A-1"_s);
+        QCOMPARE(all[1].size, QSize(1366, 768));
+    }
+
+    void an_output_that_is_turned_by_a_quarter_is_upright_data()
+    {
+        QTest::addColumn<quint32>("transform");
+        QTest::addColumn<QSize>("size");
+        for (const quint32 transform : {0U, 2U, 4U, 6U})
+            QTest::addRow("%u", transform) << transform << QSize(1920, 1080);
+        for (const quint32 transform : {1U, 3U, 5U, 7U})
+            QTest::addRow("%u", transform) << transform << QSize(1080, 1920);
+    }
+    void an_output_that_is_turned_by_a_quarter_is_upright()
+    {
+        QFETCH(const quint32, transform);
+        const auto all = asked({{"DP-1", transform, {{1, 1920, 1080}}}});
+        QCOMPARE(all.size(), 1);
+        QTEST(all[0].size, "size");
+    }
+
+    void an_output_of_an_old_compositor_has_no_name()
+    {
+        const auto all = asked({{{}, 0, {{1, 1280, 800}}}});
+        QCOMPARE(all.size(), 1);
+        QCOMPARE(all[0].name, QString());
+        QCOMPARE(all[0].size, QSize(1280, 800));
+    }
+
+    void a_compositor_that_says_nothing_is_waited_for_a_second()
+    {
+        QElapsedTimer time;
+        time.start();
+        QVERIFY(asked({}).isEmpty());
+        QVERIFY2(time.elapsed() >= 950 && time.elapsed() < 5000,
+                 QByteArray::number(time.elapsed()));
+    }
+
+    void without_a_compositor_there_are_no_outputs()
+    {
+        qputenv("WAYLAND_DISPLAY", QFile::encodeName(place.filePath(u"nobody"_s)));
+        QVERIFY(module->outputs().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TestWaylandOutputs)
+#include "tst_waylandoutputs.moc"
