@@ -31,6 +31,8 @@ private slots:
     void sizes_that_no_scaling_connects_give_what_is_nearest()
     {
         QCOMPARE(ScreenLayout::scaleBetween({3000, 1000}, {1000, 1000}), 3.0);
+        // Rounding takes less than a point.
+        QCOMPARE(ScreenLayout::scaleBetween({1000, 1000}, {999, 999}), 1000. / 999);
     }
 };
 
