@@ -276,6 +276,8 @@ private slots:
         QTest::keyClick(main.get(), Qt::Key_F1, Qt::ShiftModifier);
         QTest::keyClick(main.get(), Qt::Key_F2);
         QVERIFY(!manual());
+        QTest::keyRelease(main.get(), Qt::Key_F1); // of a press that opened something else
+        QVERIFY(!manual());
         // Held, it opens nothing once more that was closed meanwhile.
         QKeyEvent held(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier, QString(), true);
         QCoreApplication::sendEvent(main.get(), &held);

@@ -656,7 +656,9 @@ private slots:
         auto *gestures = child<useradv_dlg>("useradv_dlg");
         gestures->show();
         gestures->findChild<QSlider *>(u"rbspeed"_s)->setValue(2500);
-        QTest::mouseClick(gestures->findChild<QPushButton *>(u"applybtn"_s), Qt::LeftButton);
+        auto *apply = gestures->findChild<QPushButton *>(u"applybtn"_s);
+        QTest::mouseClick(apply, Qt::LeftButton);
+        QCOMPARE(apply->toolTip(), QString()); // nothing stands in the way
         QTRY_COMPARE(frame->sentBytes(11), QByteArrayList({"a2 00 05 00 01 01 c4 09 03 01 02"}));
         QCOMPARE(XML_CLASS().read_setting().rb_duration, 2500);
     }
