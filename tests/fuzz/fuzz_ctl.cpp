@@ -66,7 +66,8 @@ private:
 bool isPlainJson(const QStringList &arguments)
 {
     for (const QString &argument : arguments)
-        if (argument == u"--"_s || argument == u"-h"_s || argument == u"--help"_s ||
+        // Behind -h more letters may stand, as behind any short option.
+        if (argument == u"--"_s || argument.startsWith(u"-h"_s) || argument == u"--help"_s ||
             argument == u"--version"_s || argument.startsWith(u"--json="_s))
             return false;
     return arguments.contains(u"--json"_s);
