@@ -38,7 +38,7 @@ struct Output
 
 QByteArray number(quint32 value)
 {
-    return QByteArray(reinterpret_cast<const char *>(&value), sizeof value);
+    return {reinterpret_cast<const char *>(&value), sizeof value};
 }
 
 // Its length, its letters and a zero, filled up to whole words.
