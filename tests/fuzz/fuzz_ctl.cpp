@@ -66,9 +66,10 @@ private:
 bool isPlainJson(const QStringList &arguments)
 {
     for (const QString &argument : arguments)
-        // Behind -h more letters may stand, as behind any short option.
-        if (argument == u"--"_s || argument.startsWith(u"-h"_s) || argument == u"--help"_s ||
-            argument == u"--version"_s || argument.startsWith(u"--json="_s))
+        // Behind -h more letters may stand, as behind any short option, and any may have a value.
+        if (argument == u"--"_s || argument.startsWith(u"-h"_s) ||
+            argument.startsWith(u"--help"_s) || argument.startsWith(u"--version"_s) ||
+            argument.startsWith(u"--json="_s))
             return false;
     return arguments.contains(u"--json"_s);
 }
