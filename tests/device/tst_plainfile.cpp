@@ -2,6 +2,7 @@
 
 #include "device/plainfile.h"
 #include "tests/support/files.h"
+#include "tests/support/smalldisk.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,33 +11,10 @@
 #include <QTest>
 
 #include <cerrno>
-#include <csignal>
 #include <memory>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// A limit of the process ends a write as a full disk does, and says so by a signal too.
-template <typename Action>
-auto withFullDisk(Action action)
-{
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before = {};
-    if (getrlimit(RLIMIT_FSIZE, &before) != 0)
-        qFatal("no limits are told");
-    const rlimit small = {4096, before.rlim_max};
-    if (setrlimit(RLIMIT_FSIZE, &small) != 0)
-        qFatal("no limit can be set");
-    auto result = action();
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    return result;
-}
-
-} // namespace
 
 class TestPlainFile : public QObject
 {
@@ -106,8 +84,11 @@ private slots:
     void a_full_disk_leaves_the_old_file()
     {
         QCOMPARE(plainfile::replace(at(u"file"_s), "old"), QString());
-        const QString problem = withFullDisk(
-            [this] { return plainfile::replace(at(u"file"_s), QByteArray(8192, 'x')); });
+        QString problem;
+        {
+            const SmallDisk full(4096);
+            problem = plainfile::replace(at(u"file"_s), QByteArray(8192, 'x'));
+        }
         QVERIFY(!problem.isEmpty());
         QCOMPARE(content(u"file"_s), QByteArray("old"));
         QCOMPARE(QDir(folder->path()).entryList(QDir::Files), {u"file"_s});
@@ -190,8 +171,12 @@ private slots:
     {
         QVERIFY(QDir().mkpath(at(u"folder"_s)));
         writeFile(at(u"source"_s), QByteArray(8192, 'x'));
-        QVERIFY(withFullDisk(
-            [this] { return !plainfile::copyInto(at(u"source"_s), at(u"folder"_s)); }));
+        bool copied = false;
+        {
+            const SmallDisk full(4096);
+            copied = plainfile::copyInto(at(u"source"_s), at(u"folder"_s));
+        }
+        QVERIFY(!copied);
         QVERIFY(QDir(at(u"folder"_s)).isEmpty());
     }
 

@@ -17,8 +17,6 @@
 #include <QTest>
 #include <QTimer>
 
-#include <functional>
-
 using namespace Qt::StringLiterals;
 
 static_assert(std::is_default_constructible_v<Calibration_Dlg>);
@@ -414,14 +412,9 @@ private slots:
         show();
         screen->findChild<QTimer *>()->stop();
         QCoreApplication::processEvents();
-        const auto isPainted = [this](const std::function<void()> &happens) {
-            const Paints paints(screen.get());
-            happens();
-            return QTest::qWaitFor([&paints] { return !paints.region.isEmpty(); }, 2000);
-        };
-        QVERIFY(isPainted([this] { screen->ontimer(); }));
-        QVERIFY(isPainted([this] { reply(*screen, 1); }));
-        QVERIFY(isPainted([this] { reply(*screen, 2); }));
+        QVERIFY(isPaintedFor(screen.get(), [this] { screen->ontimer(); }));
+        QVERIFY(isPaintedFor(screen.get(), [this] { reply(*screen, 1); }));
+        QVERIFY(isPaintedFor(screen.get(), [this] { reply(*screen, 2); }));
     }
 
     void any_ending_leaves_a_clean_next_showing_data()

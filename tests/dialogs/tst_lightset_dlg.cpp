@@ -128,11 +128,11 @@ private:
         tick(5);
         report({0xFC, 0xA5, 0x80, 0x00, 0x00, 96, 0, 54, 0});
     }
-    // The lines, and 96 X and 54 Y lights.
-    void answerSettings() const
+    // The lines, and 96 X and 54 Y lights. The least line is 0x0E00 and this byte.
+    void answerSettings(UCHAR least = 0xD8) const
     {
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD8, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        report({0xFC, 0xA2, 0x85, 0x00, 0x00, least, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
+                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02,  96,   0,    54,   0});
     }
     // X light 10, offset -5, AGC 50, ADC 3980, ORG 3892, on.
     void answerLight() const
@@ -651,8 +651,7 @@ private slots:
         press("ADCDefBtn");
         press("ADCSetBtn");
         QTRY_COMPARE(frames.size(), 2);
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD9, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings(0xD9);
         QVERIFY(!notice().isEmpty());
         child("MinADC")->clear();
         press("ADCSetBtn");
@@ -695,8 +694,7 @@ private slots:
         QTest::qWait(400);
         QCOMPARE(sent(), QByteArrayList());
         show();
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD9, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings(0xD9);
         QCOMPARE(text("MinADC"), u"3801"_s);
         QCOMPARE(notice(), QString());
     }
@@ -708,8 +706,7 @@ private slots:
         press("ADCSetBtn");
         sent();
         // What was read before says nothing of them.
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD0, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings(0xD0);
         QCOMPARE(text("MinADC"), u"3800"_s);
         QCOMPARE(notice(), QString());
         tick(10);
@@ -719,8 +716,7 @@ private slots:
         tick(5);
         QCOMPARE(sent(), QByteArrayList());
         // The frame has kept another smallest value: 3801.
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD9, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings(0xD9);
         QCOMPARE(text("MinADC"), u"3801"_s);
         QCOMPARE(notice(), u"The touch frame has set other values"_s);
         press("ADCSetBtn");
@@ -728,13 +724,11 @@ private slots:
         QCOMPARE(sent().last(), ReadAdc);
         QTRY_COMPARE(notice(), QString());
         // The same report is an answer again.
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD9, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings(0xD9);
         QCOMPARE(text("MinADC"), u"3801"_s);
         QCOMPARE(notice(), QString());
         // What it has later is somebody else's.
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xDA, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings(0xDA);
         QCOMPARE(text("MinADC"), u"3802"_s);
         QCOMPARE(notice(), QString());
     }
@@ -748,8 +742,7 @@ private slots:
         QCOMPARE(text("MaxADC"), u"4000"_s);
         screen->hide();
         show();
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD7, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings(0xD7);
         QCOMPARE(text("MinADC"), u"3799"_s);
     }
 
@@ -1449,8 +1442,7 @@ private slots:
         sent();
         tick();
         QCOMPARE(sent().first(), ReadAdc);
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xA0, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings(0xA0);
         report({0xFC, 0xA5, 0x81, 0x39, 0x00, 69, 0, 100, 10});
         QVERIFY(withoutPanel(screen->grab().toImage()) != none);
     }
@@ -1509,8 +1501,7 @@ private slots:
         // Before it has answered, its pages have the layout that a device begins with.
         report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 100, 10});
         QCOMPARE(withoutPanel(screen->grab().toImage()), none);
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xA0, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings(0xA0);
         QCOMPARE(text("MinADC"), u"3744"_s);
         report({0xFC, 0xA5, 0x81, 0x00, 0x00, 69, 0, 100, 11});
         QVERIFY(withoutPanel(screen->grab().toImage()) != none);
@@ -1522,8 +1513,7 @@ private slots:
         press("ADCDefBtn");
         press("ADCSetBtn");
         QTRY_COMPARE(frames.size(), 2);
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xD9, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings(0xD9);
         QCOMPARE(notice(), u"The touch frame has set other values"_s);
         screen->OnLinkEnded();
         QCOMPARE(notice(), QString());
@@ -1535,8 +1525,7 @@ private slots:
         press("ADCDefBtn");
         press("ADCSetBtn");
         screen->OnLinkEnded();
-        report({0xFC, 0xA2, 0x85, 0x00, 0x00, 0xDA, 0x0E, 0xA0, 0x0F, 0xB8, 0x0B,
-                0x80, 0x0C, 0xE8, 0x03, 0x58, 0x02, 96,   0,    54,   0});
+        answerSettings(0xDA);
         QCOMPARE(text("MinADC"), u"3802"_s);
         QCOMPARE(notice(), QString());
         sent();

@@ -16,7 +16,6 @@
 #include <QTest>
 #include <QWheelEvent>
 
-#include <functional>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -348,17 +347,12 @@ private slots:
 
     void what_is_drawn_is_seen_at_once_and_so_is_that_it_is_gone()
     {
-        const auto isPainted = [this](const std::function<void()> &happens) {
-            QTest::qWait(20); // for what is painted anyway
-            const Paints paints(field());
-            happens();
-            return QTest::qWaitFor([&paints] { return !paints.region.isEmpty(); }, 2000);
-        };
         child<QLabel>("hintLab")->hide();
         QTest::touchEvent(field(), screen.get()).press(0, QPoint(40, 30));
-        QVERIFY(isPainted(
-            [this] { QTest::touchEvent(field(), screen.get()).move(0, QPoint(160, 30)); }));
-        QVERIFY(isPainted([this] { field()->clear(); }));
+        QVERIFY(isPaintedFor(field(), [this] {
+            QTest::touchEvent(field(), screen.get()).move(0, QPoint(160, 30));
+        }));
+        QVERIFY(isPaintedFor(field(), [this] { field()->clear(); }));
         QTest::touchEvent(field(), screen.get()).release(0, QPoint(160, 30));
     }
 
