@@ -10,6 +10,7 @@
 #include "tests/support/pty.h"
 #include "tests/support/settingshome.h"
 #include "tests/support/shownwindow.h"
+#include "tests/support/widgets.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -56,28 +57,23 @@ private:
         connectAction()->trigger();
         QVERIFY(QTest::qWaitForWindowExposed(dialog));
     }
-    template <typename Widget>
-    Widget *child(const char *name) const
-    {
-        return dialog->findChild<Widget *>(QString::fromLatin1(name));
-    }
-    QString state() const { return child<QPlainTextEdit>("stateText")->toPlainText(); }
+    QString state() const { return in<QPlainTextEdit>(dialog, "stateText")->toPlainText(); }
     void press(const char *name) const
     {
-        QVERIFY(child<QPushButton>(name)->isEnabled());
-        QTest::mouseClick(child<QPushButton>(name), Qt::LeftButton);
+        QVERIFY(in(dialog, name)->isEnabled());
+        QTest::mouseClick(in(dialog, name), Qt::LeftButton);
     }
     void choose(const char *radio) const
     {
-        QTest::mouseClick(child<QRadioButton>(radio), Qt::LeftButton, {}, QPoint(10, 10));
+        QTest::mouseClick(in<QRadioButton>(dialog, radio), Qt::LeftButton, {}, QPoint(10, 10));
     }
     void openByDialog(const QString &port, const QString &rate = u"9600"_s)
     {
         if (!dialog->isVisible())
             showDialog();
         choose("uartRadio");
-        child<QComboBox>("portBox")->setEditText(port);
-        child<QComboBox>("rateBox")->setCurrentText(rate);
+        in<QComboBox>(dialog, "portBox")->setEditText(port);
+        in<QComboBox>(dialog, "rateBox")->setCurrentText(rate);
         press("openButton");
     }
     static std::unique_ptr<sim::SerialSession> simulatedFrame()
@@ -201,7 +197,7 @@ private slots:
         press("closeButton");
         QCOMPARE(window->connectState(), MainWindow::SerialClosed);
         QCOMPARE(state(), u"No touch frame is connected, no serial port is open."_s);
-        QVERIFY(!child<QPushButton>("closeButton")->isEnabled());
+        QVERIFY(!in(dialog, "closeButton")->isEnabled());
         QVERIFY(dialog->isVisible());
         QSerialPort other(line.path());
         QVERIFY(other.open(QIODevice::ReadWrite));
@@ -235,12 +231,12 @@ private slots:
 
         showDialog();
         choose("uartRadio");
-        child<QComboBox>("portBox")->setEditText(simulated->place());
-        child<QComboBox>("rateBox")->setCurrentText(u"115200"_s);
+        in<QComboBox>(dialog, "portBox")->setEditText(simulated->place());
+        in<QComboBox>(dialog, "rateBox")->setCurrentText(u"115200"_s);
         press("findButton");
         QTRY_VERIFY_WITH_TIMEOUT(state().contains(u"A frame answers at 38400 baud."_s), 15'000);
         QCOMPARE(window->connectState(), MainWindow::SerialOpen);
-        QCOMPARE(child<QComboBox>("rateBox")->currentText(), u"38400"_s);
+        QCOMPARE(in<QComboBox>(dialog, "rateBox")->currentText(), u"38400"_s);
         QCOMPARE(simulated->rate(), 38400);
     }
 
@@ -250,7 +246,7 @@ private slots:
         openByDialog(simulated->place(), u"115200"_s);
         QTRY_VERIFY(state().contains(u"A frame answers at 115200 baud."_s));
         press("findButton");
-        QTRY_VERIFY(child<QPushButton>("findButton")->text() == u"Fi&nd"_s);
+        QTRY_VERIFY(in(dialog, "findButton")->text() == u"Fi&nd"_s);
         QVERIFY(state().contains(u"A frame answers at 115200 baud."_s));
         QCOMPARE(simulated->rate(), 115200);
     }
@@ -260,7 +256,7 @@ private slots:
         Pty line;
         showDialog();
         choose("uartRadio");
-        child<QComboBox>("portBox")->setEditText(line.path());
+        in<QComboBox>(dialog, "portBox")->setEditText(line.path());
         press("findButton");
         QTRY_COMPARE_WITH_TIMEOUT(window->connectState(), MainWindow::SerialClosed, 15'000);
         QVERIFY2(state().contains(u"No frame answers at 9600, 19200, 38400, 57600, 115200 baud."_s),
@@ -306,7 +302,7 @@ private slots:
         home->edit("BAUDRATE", "22");
         showDialog();
         choose("uartRadio");
-        child<QComboBox>("portBox")->setEditText(line.path());
+        in<QComboBox>(dialog, "portBox")->setEditText(line.path());
         press("openButton");
         QCOMPARE(window->connectState(), MainWindow::SerialOpen);
         QVERIFY(state().contains(u"There is no baud rate number 22."_s));
@@ -414,7 +410,7 @@ private slots:
         QVERIFY(dialog->isVisible());
         QVERIFY(state().startsWith(u"No touch frame is connected, no serial port is open."_s));
         QVERIFY(state().contains(u"is gone"_s));
-        QVERIFY(!child<QPushButton>("closeButton")->isEnabled());
+        QVERIFY(!in(dialog, "closeButton")->isEnabled());
     }
 
     void a_hang_up_behind_a_closed_dialog_is_there_when_it_opens()
@@ -450,9 +446,9 @@ private slots:
         window.reset();
         makeWindow();
         showDialog();
-        QVERIFY(child<QRadioButton>("uartRadio")->isChecked());
-        QCOMPARE(child<QComboBox>("portBox")->currentText(), line.path());
-        QCOMPARE(child<QComboBox>("rateBox")->currentText(), u"115200"_s);
+        QVERIFY(in<QRadioButton>(dialog, "uartRadio")->isChecked());
+        QCOMPARE(in<QComboBox>(dialog, "portBox")->currentText(), line.path());
+        QCOMPARE(in<QComboBox>(dialog, "rateBox")->currentText(), u"115200"_s);
     }
 
     void what_was_tried_in_vain_is_there_again_after_a_restart()
@@ -460,9 +456,9 @@ private slots:
         openByDialog(u"/dev/no-such-port"_s, u"57600"_s);
         window.reset();
         makeWindow();
-        QVERIFY(child<QRadioButton>("uartRadio")->isChecked());
-        QCOMPARE(child<QComboBox>("portBox")->currentText(), u"/dev/no-such-port"_s);
-        QCOMPARE(child<QComboBox>("rateBox")->currentText(), u"57600"_s);
+        QVERIFY(in<QRadioButton>(dialog, "uartRadio")->isChecked());
+        QCOMPARE(in<QComboBox>(dialog, "portBox")->currentText(), u"/dev/no-such-port"_s);
+        QCOMPARE(in<QComboBox>(dialog, "rateBox")->currentText(), u"57600"_s);
     }
 
     void no_window_makes_the_form_for_tuio()

@@ -23,6 +23,7 @@
 #include "tests/support/openline.h"
 #include "tests/support/settingshome.h"
 #include "tests/support/shownwindow.h"
+#include "tests/support/widgets.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -62,11 +63,6 @@ private:
     std::shared_ptr<FakeAdapter> frame;
     std::unique_ptr<MainWindow> window;
 
-    template <typename Widget>
-    Widget *child(const char *name) const
-    {
-        return window->findChild<Widget *>(QString::fromLatin1(name));
-    }
     template <typename Dialog>
     QString text(const char *label) const
     {
@@ -133,7 +129,7 @@ private slots:
     void a_usb_frame_plugged_in_during_a_calibration_on_a_serial_line_inherits_nothing()
     {
         const auto line = openLine(*window);
-        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         QCOMPARE(line->take(8), onLine("00"));
         line->give(QByteArray::fromHex("51 56 FC 01 01 00 00 00"));
         QCOMPARE(arrived(*line, 8), onLine("01"));
@@ -152,7 +148,7 @@ private slots:
     void closing_the_port_during_a_calibration_resets_the_frame_on_it()
     {
         const auto line = openLine(*window);
-        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         QCOMPARE(line->take(8), onLine("00"));
         window->CLoseUart();
         QVERIFY(!calibrationScreen()->isVisible());
@@ -163,7 +159,7 @@ private slots:
     void a_lost_line_ends_its_calibration()
     {
         const auto line = openLine(*window);
-        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         QCOMPARE(line->take(8), onLine("00"));
         line->fd = {};
         QTRY_COMPARE(window->connectState(), MainWindow::SerialClosed);
@@ -177,7 +173,7 @@ private slots:
     void opening_a_port_during_a_calibration_by_usb_resets_that_frame_first()
     {
         plug();
-        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         QTRY_VERIFY(frame->sentBytes(2).contains("01 00"));
         const auto line = openLine(*window);
         QCOMPARE(frame->sentBytes(2).last(), QByteArray("01 06"));
@@ -340,8 +336,8 @@ private slots:
         const QSlider *level = editSmoothing();
         window->CLoseUart();
         QVERIFY(keepsTheEdit(level));
-        QVERIFY(!child<QPushButton>("calbtn")->isEnabled());
-        QCOMPARE(child<QLabel>("stalab")->text(), u"Have not linked equipment"_s);
+        QVERIFY(!in(window, "calbtn")->isEnabled());
+        QCOMPARE(in<QLabel>(window, "stalab")->text(), u"Have not linked equipment"_s);
     }
 
     void a_port_that_does_not_open_costs_neither_the_usb_link_nor_a_dialog()
@@ -351,7 +347,7 @@ private slots:
         QVERIFY(!window->OpenUart(u"ttyQuorvel7"_s, {}));
         QCOMPARE(window->connectState(), MainWindow::UsbConnected);
         QVERIFY(keepsTheEdit(level));
-        QVERIFY(child<QPushButton>("calbtn")->isEnabled());
+        QVERIFY(in(window, "calbtn")->isEnabled());
         QVERIFY2(window->uartProblem().contains(u"There is no serial port"_s),
                  qPrintable(window->uartProblem()));
     }
@@ -392,7 +388,7 @@ private slots:
             QTRY_VERIFY(frame->sentBytes(2).contains("a3 00"));
             frame->forgetSent();
         });
-        QTest::mouseClick(child<QPushButton>("pushButton_2"), Qt::LeftButton);
+        press(window, "pushButton_2");
         QVERIFY(asked);
         QTest::qWait(200);
         QCOMPARE(frame->sentBytes(2), QByteArrayList());
@@ -409,7 +405,7 @@ private slots:
                 asked = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
                 window->handleMessage(u"-C"_s);
             });
-            QTest::mouseClick(child<QPushButton>("pushButton_2"), Qt::LeftButton);
+            press(window, "pushButton_2");
         });
         QCOMPARE(QApplication::exec(), 0);
         QVERIFY(asked);
@@ -421,7 +417,7 @@ private slots:
 
     void the_status_line_says_by_what_a_frame_is_linked_or_what_to_try()
     {
-        const auto *status = child<QLabel>("stalab");
+        const auto *status = in<QLabel>(window, "stalab");
         QCOMPARE(status->toolTip(), doctor::whyNothingIsLinked(doctor::Machine()).words());
         QCOMPARE(status->accessibleName(), QString()); // so that its text is read
         plug();
@@ -472,7 +468,7 @@ private slots:
     void a_calibration_that_is_kept_says_how_good_it_is()
     {
         plug();
-        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         QTRY_VERIFY(calibrationScreen()->isVisible());
         Answer answer(true);
         for (const UCHAR step : {0, 1, 2, 3, 4, 5, 0xFF}) {
@@ -480,34 +476,34 @@ private slots:
             calibrationScreen()->DoRecv03(reply);
         }
         QCOMPARE(answer.asked, 1);
-        QCOMPARE(child<QLabel>("stalab")->toolTip(),
+        QCOMPARE(in<QLabel>(window, "stalab")->toolTip(),
                  u"Calibration accuracy: 97%.\nLinked by USB, at /dev/usb/fake."_s);
     }
 
     void a_calibration_that_ends_by_itself_says_why()
     {
-        const auto *status = child<QLabel>("stalab");
+        const auto *status = in<QLabel>(window, "stalab");
         plug();
-        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         for (int tick = 0; tick < 60; ++tick)
             calibrationScreen()->ontimer();
         QVERIFY(!calibrationScreen()->isVisible());
         QVERIFY2(status->toolTip().startsWith(u"The calibration ended because no target"_s),
                  qPrintable(status->toolTip()));
         QCOMPARE(status->accessibleDescription(), status->toolTip());
-        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         QVERIFY(!status->toolTip().contains(u"calibration"_s));
         unplug();
         QVERIFY2(status->toolTip().startsWith(
                      u"The calibration ended because the touch frame was lost."_s),
                  qPrintable(status->toolTip()));
         plug();
-        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         QTest::keyClick(calibrationScreen(), Qt::Key_Escape);
         QCOMPARE(status->toolTip(), u"Linked by USB, at /dev/usb/fake."_s);
         unplug();
         const auto line = openLine(*window);
-        QTest::mouseClick(child<QPushButton>("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         window->CLoseUart();
         QVERIFY2(status->toolTip().startsWith(u"The calibration ended with the link to the touch "
                                               "frame. It was discarded.\n"_s),

@@ -100,16 +100,11 @@ private:
     std::shared_ptr<FakeAdapter> frame;
     std::unique_ptr<MainWindow> window;
 
-    template <typename Widget = QPushButton>
-    Widget *child(const char *name) const
-    {
-        return window->findChild<Widget *>(QString::fromLatin1(name));
-    }
-    QString status() const { return child<QLabel>("stalab")->text(); }
+    QString status() const { return in<QLabel>(window, "stalab")->text(); }
     bool deviceButtonsEnabled(bool enabled) const
     {
         for (const char *name : {"calbtn", "setbtn", "pushButton_2", "rotationButton"}) {
-            if (child(name)->isEnabled() != enabled)
+            if (in(window, name)->isEnabled() != enabled)
                 return false;
         }
         return true;
@@ -161,7 +156,7 @@ private:
             QCOMPARE(box->text(), u"Reset the device"_s);
             box->accept();
         });
-        QTest::mouseClick(child("pushButton_2"), Qt::LeftButton);
+        press(window, "pushButton_2");
     }
 
 private slots:
@@ -198,7 +193,7 @@ private slots:
             {"pushButton_2", u"Reset"_s},
         };
         for (const auto &[name, text] : texts)
-            QCOMPARE(child(name)->text(), text);
+            QCOMPARE(in(window, name)->text(), text);
         const std::pair<const char *, QString> labels[] = {
             {"label_3", u"Calibrate your touch device, make it more suitable for your screen."_s},
             {"label_4", u"Set your touch device, make it more suitable for your custom."_s},
@@ -208,10 +203,10 @@ private slots:
             {"stalab", Unlinked},
         };
         for (const auto &[name, text] : labels)
-            QCOMPARE(child<QLabel>(name)->text(), text);
+            QCOMPARE(in<QLabel>(window, name)->text(), text);
         for (const char *name : {"label_6", "label_7", "label_8", "label_10"})
-            QCOMPARE(child<QLabel>(name)->pixmap().size(), QSize(48, 48));
-        QVERIFY(child("pushButton")->styleSheet().contains(u"color: rgb(75, 76, 161);"_s));
+            QCOMPARE(in<QLabel>(window, name)->pixmap().size(), QSize(48, 48));
+        QVERIFY(in(window, "pushButton")->styleSheet().contains(u"color: rgb(75, 76, 161);"_s));
     }
 
     void each_picture_stands_beside_what_it_is_about()
@@ -224,7 +219,7 @@ private slots:
         for (const auto &[label, name] : pictures) {
             const QPixmap expected(u":/new/ico/image/%1.png"_s.arg(name));
             QVERIFY(!expected.isNull());
-            const QImage shown = child<QLabel>(label)->pixmap().toImage();
+            const QImage shown = in<QLabel>(window, label)->pixmap().toImage();
             QCOMPARE(shown, expected.toImage());
             QVERIFY(!seen.contains(shown));
             seen.append(shown);
@@ -235,16 +230,16 @@ private slots:
     {
         for (const char *name : {"label_3", "label_4", "label_5", "label_9", "calbtn", "setbtn",
                                  "conbtn", "pushButton_2", "rotationButton"}) {
-            const QFont font = child<QWidget>(name)->font();
+            const QFont font = in<QWidget>(window, name)->font();
             QCOMPARE(font.family(), u"Tahoma"_s);
             QCOMPARE(font.pointSize(), 9);
         }
-        QVERIFY(child<QGroupBox>("groupBox")->isVisible());
-        QVERIFY(!child<QGroupBox>("groupBox_2")->isVisible());
-        QVERIFY(!child<QGroupBox>("groupBox_3")->isVisible());
-        QVERIFY(child<QGroupBox>("groupBoxRotation")->isVisible());
-        QCOMPARE(child("pushButton_2")->pos(), QPoint(10, 221));
-        QCOMPARE(child("pushButton")->geometry(), QRect(170, 221, 170, 26));
+        QVERIFY(in<QGroupBox>(window, "groupBox")->isVisible());
+        QVERIFY(!in<QGroupBox>(window, "groupBox_2")->isVisible());
+        QVERIFY(!in<QGroupBox>(window, "groupBox_3")->isVisible());
+        QVERIFY(in<QGroupBox>(window, "groupBoxRotation")->isVisible());
+        QCOMPARE(in(window, "pushButton_2")->pos(), QPoint(10, 221));
+        QCOMPARE(in(window, "pushButton")->geometry(), QRect(170, 221, 170, 26));
     }
 
     void the_window_cannot_be_resized()
@@ -262,7 +257,7 @@ private slots:
     {
         connectFrame();
         QStringList reached;
-        child("calbtn")->setFocus();
+        in(window, "calbtn")->setFocus();
         for (int i = 0; i < 6; ++i) {
             reached.append(QApplication::focusWidget()->objectName());
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
@@ -270,7 +265,7 @@ private slots:
         QCOMPARE(reached, QStringList({u"calbtn"_s, u"rotationButton"_s, u"pushButton_2"_s,
                                        u"pushButton"_s, u"nextbtn"_s, u"menubtn"_s}));
         // A name would be read instead of the status.
-        QCOMPARE(child<QLabel>("stalab")->accessibleName(), QString());
+        QCOMPARE(in<QLabel>(window, "stalab")->accessibleName(), QString());
     }
 
     // Connecting
@@ -279,8 +274,8 @@ private slots:
     {
         QCOMPARE(window->connectState(), MainWindow::NotConnected);
         QVERIFY(deviceButtonsEnabled(false));
-        QVERIFY(child("conbtn")->isEnabled());
-        QVERIFY(child("pushButton")->isEnabled());
+        QVERIFY(in(window, "conbtn")->isEnabled());
+        QVERIFY(in(window, "pushButton")->isEnabled());
         QCOMPARE(status(), Unlinked);
     }
 
@@ -386,7 +381,7 @@ private slots:
 
     void a_node_that_may_not_be_opened_is_told_once_and_taken_back()
     {
-        const auto *label = child<QLabel>("stalab");
+        const auto *label = in<QLabel>(window, "stalab");
         Capture errors(stderr);
         frame->setProblem({u"/dev/usb/hiddev3"_s, EACCES});
         QTRY_VERIFY_WITH_TIMEOUT(label->toolTip().startsWith(u"A touch frame is at"_s), 3000);
@@ -420,7 +415,7 @@ private slots:
         connectFrame();
         QTest::qWait(600);
         QCOMPARE(errors.text(), "");
-        QVERIFY(child<QLabel>("stalab")->toolTip().startsWith(u"Linked by USB"_s));
+        QVERIFY(in<QLabel>(window, "stalab")->toolTip().startsWith(u"Linked by USB"_s));
     }
 
     // Who hears and is heard
@@ -464,7 +459,7 @@ private slots:
     {
         const QByteArray name = QTest::currentDataTag();
         const QWidget *dialog =
-            name == "Calibration_Dlg" ? calibrationScreen() : child<QWidget>(name.constData());
+            name == "Calibration_Dlg" ? calibrationScreen() : in<QWidget>(window, name.constData());
         QVERIFY(dialog);
         QCOMPARE(dialog->metaObject()->className(), name.constData());
         const auto *link = window->findChild<Link *>();
@@ -541,10 +536,10 @@ private slots:
         QFETCH(const QString, key);
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
-        child("pushButton")->setFocus();
+        in(window, "pushButton")->setFocus();
         // As a person does it: the X server and the toolkit have their say.
         if (key.isEmpty()) {
-            const auto *at = child<QWidget>(clicked.toLatin1().constData());
+            const auto *at = in<QWidget>(window, clicked.toLatin1().constData());
             QVERIFY(hand::click(at->mapToGlobal(at->rect().center()), 3));
         } else {
             QVERIFY(hand::press(key));
@@ -564,7 +559,7 @@ private slots:
                               u"Support &file..."_s, u"&Help"_s}));
         QCOMPARE(enabled, QList<bool>({false, true, true, true, true, true, true, true, true}));
         QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_M);
-        QTRY_VERIFY(child<smoothing_dlg>("smoothing_dlg")->isVisible());
+        QTRY_VERIFY(in<smoothing_dlg>(window, "smoothing_dlg")->isVisible());
     }
 
     // Made when they are first asked for: a start does without.
@@ -577,10 +572,10 @@ private slots:
         };
         QVERIFY(!window->findChild<TryOut_dlg *>());
         QVERIFY(!window->findChild<CalibrationCheck_dlg *>());
-        choose(child("menubtn")->menu(), u"&Try out gestures"_s);
+        choose(in(window, "menubtn")->menu(), u"&Try out gestures"_s);
         auto *tryOut = window->findChild<TryOut_dlg *>();
         QVERIFY(tryOut && tryOut->isVisible());
-        choose(child("menubtn")->menu(), u"Check c&alibration"_s);
+        choose(in(window, "menubtn")->menu(), u"Check c&alibration"_s);
         auto *check = window->findChild<CalibrationCheck_dlg *>();
         QVERIFY(check);
         QVERIFY(QTest::qWaitForWindowActive(check));
@@ -629,31 +624,31 @@ private slots:
         const QAction *setting = menu->actions().first();
         QVERIFY(!setting->isEnabled());
         connectFrame();
-        QVERIFY(child("setbtn")->isEnabled() && setting->isEnabled());
+        QVERIFY(in(window, "setbtn")->isEnabled() && setting->isEnabled());
         removeFrame();
-        QVERIFY(!child("setbtn")->isEnabled() && !setting->isEnabled());
+        QVERIFY(!in(window, "setbtn")->isEnabled() && !setting->isEnabled());
         Pty pty;
         QVERIFY(window->OpenUart(pty.path(), {}));
-        QVERIFY(child("setbtn")->isEnabled() && setting->isEnabled());
+        QVERIFY(in(window, "setbtn")->isEnabled() && setting->isEnabled());
         window->CLoseUart();
-        QVERIFY(!child("setbtn")->isEnabled() && !setting->isEnabled());
+        QVERIFY(!in(window, "setbtn")->isEnabled() && !setting->isEnabled());
     }
 
     void the_usage_dialog_leads_to_the_gestures()
     {
         connectFrame();
         window->findChild<QMenu *>()->actions().first()->trigger();
-        auto *usage = child<Setting_dlg>("Setting_dlg");
+        auto *usage = in<Setting_dlg>(window, "Setting_dlg");
         QTRY_VERIFY(usage->isVisible());
-        QTest::mouseClick(child("AdvBtn"), Qt::LeftButton);
-        QTRY_VERIFY(child<useradv_dlg>("useradv_dlg")->isVisible());
+        press(window, "AdvBtn");
+        QTRY_VERIFY(in<useradv_dlg>(window, "useradv_dlg")->isVisible());
         QVERIFY(usage->isVisible());
     }
 
     void gestures_that_are_applied_reach_the_frame()
     {
         connectFrame();
-        auto *gestures = child<useradv_dlg>("useradv_dlg");
+        auto *gestures = in<useradv_dlg>(window, "useradv_dlg");
         gestures->show();
         gestures->findChild<QSlider *>(u"rbspeed"_s)->setValue(2500);
         auto *apply = gestures->findChild<QPushButton *>(u"applybtn"_s);
@@ -666,7 +661,7 @@ private slots:
     void gestures_applied_without_a_frame_say_so_and_go_out_at_the_next_connection()
     {
         connectFrame();
-        auto *gestures = child<useradv_dlg>("useradv_dlg");
+        auto *gestures = in<useradv_dlg>(window, "useradv_dlg");
         auto *apply = gestures->findChild<QPushButton *>(u"applybtn"_s);
         gestures->show();
         // Behind a hidden window the dialog stays when the frame goes.
@@ -689,11 +684,12 @@ private slots:
     void a_removal_closes_the_dialogs_but_not_the_rotation()
     {
         connectFrame();
-        const QWidgetList closed{child<QWidget>("smoothing_dlg"), child<QWidget>("advset_dlg"),
-                                 child<QWidget>("Setting_dlg"),   child<QWidget>("useradv_dlg"),
-                                 child<QWidget>("test_win"),      child<QWidget>("Version_Dlg"),
-                                 child<QWidget>("LightSet_dlg")};
-        auto *rotation = child<QWidget>("Rotation_dlg");
+        const QWidgetList closed{
+            in<QWidget>(window, "smoothing_dlg"), in<QWidget>(window, "advset_dlg"),
+            in<QWidget>(window, "Setting_dlg"),   in<QWidget>(window, "useradv_dlg"),
+            in<QWidget>(window, "test_win"),      in<QWidget>(window, "Version_Dlg"),
+            in<QWidget>(window, "LightSet_dlg")};
+        auto *rotation = in<QWidget>(window, "Rotation_dlg");
         for (QWidget *dialog : closed)
             dialog->show();
         rotation->show();
@@ -709,8 +705,8 @@ private slots:
             QByteArray::fromHex("FC A3 80 0E 00 12 38 01 78 56 34 92 BC 9A 7E 5D F6 02"));
         connectFrame();
         QTRY_COMPARE(hidver.P_FID, 2u);
-        QTest::mouseClick(child("pushButton"), Qt::LeftButton);
-        auto *versions = child<Version_Dlg>("Version_Dlg");
+        press(window, "pushButton");
+        auto *versions = in<Version_Dlg>(window, "Version_Dlg");
         QTRY_VERIFY(versions->isVisible());
         QCOMPARE(versions->findChild<QLabel *>(u"label_3"_s)->text(), u"Device version: 3.0.1.0"_s);
         QCOMPARE(versions->findChild<QLabel *>(u"label_4"_s)->text(), u"Hardware: 5156 - 0001"_s);
@@ -733,7 +729,7 @@ private slots:
             QTest::mouseClick(dialog->findChild<QPushButton *>(u"okbtn"_s), Qt::LeftButton);
         });
         poll.start(20);
-        QTest::mouseClick(child("rotationButton"), Qt::LeftButton);
+        press(window, "rotationButton");
         QCOMPARE(shown, u"270"_s);
         QVERIFY(frame->sentBytes(3).contains("a7 02 00"));
     }
@@ -1053,7 +1049,7 @@ private slots:
     void closing_the_last_other_window_leaves_the_tray_alone()
     {
         connectFrame();
-        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         window->hide();
         QTimer::singleShot(100, this, [] { calibrationScreen()->close(); });
         QCOMPARE(runAtMost(600ms), TooLate);
@@ -1117,7 +1113,7 @@ private slots:
                     all.append(action->text());
             return all;
         };
-        const auto *menu = child("menubtn")->menu();
+        const auto *menu = in(window, "menubtn")->menu();
         QVERIFY(texts(menu).contains(u"&Setting"_s));
         QCOMPARE(texts(trayMenu()), QStringList(u"Show"_s) + texts(menu) + QStringList(u"Exit"_s));
         window->hide();
@@ -1137,8 +1133,8 @@ private slots:
             }
         });
         poll.start(50);
-        QTest::mouseClick(child("menubtn"), Qt::LeftButton);
-        QTRY_COMPARE(opened, child("menubtn")->menu());
+        press(window, "menubtn");
+        QTRY_COMPARE(opened, in(window, "menubtn")->menu());
     }
 
     void the_trays_menu_opens_while_a_window_asks_data()
@@ -1176,18 +1172,18 @@ private slots:
         });
         poll.start(50);
         if (asking == "rotation"_L1) {
-            QTest::mouseClick(child("rotationButton"), Qt::LeftButton);
+            press(window, "rotationButton");
         } else if (asking == "reset"_L1) {
-            QTest::mouseClick(child("pushButton_2"), Qt::LeftButton);
+            press(window, "pushButton_2");
         } else if (asking == "recording"_L1) {
-            const QList<QAction *> actions = child("menubtn")->menu()->actions();
+            const QList<QAction *> actions = in(window, "menubtn")->menu()->actions();
             const auto record =
                 std::find_if(actions.begin(), actions.end(),
                              [](const QAction *one) { return one->text() == "&Record..."_L1; });
             QVERIFY(record != actions.end());
             (*record)->trigger();
         } else {
-            QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+            press(window, "calbtn");
             QTRY_VERIFY(calibrationScreen()->isVisible());
             for (const UCHAR step : {0, 1, 2, 3, 4, 5, 0xFF}) {
                 UCHAR reply[64] = {0xFC, 0x01, step};
@@ -1201,7 +1197,7 @@ private slots:
     void the_main_window_waits_for_the_question_about_a_calibration()
     {
         connectFrame();
-        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         QTRY_VERIFY(calibrationScreen()->isVisible());
         QTest::qWait(100);
         frame->forgetSent();
@@ -1284,12 +1280,12 @@ private slots:
 
     void the_button_beside_the_status_tells_what_to_do_next()
     {
-        QCOMPARE(child("nextbtn")->text(), u"&What to do next"_s);
-        QTest::mouseClick(child("nextbtn"), Qt::LeftButton);
+        QCOMPARE(in(window, "nextbtn")->text(), u"&What to do next"_s);
+        press(window, "nextbtn");
         auto *box = window->findChild<QMessageBox *>();
         QVERIFY(QTest::qWaitForWindowExposed(box));
         QVERIFY(!box->isModal());
-        QCOMPARE(box->text(), child<QLabel>("stalab")->toolTip());
+        QCOMPARE(box->text(), in<QLabel>(window, "stalab")->toolTip());
         QVERIFY(!box->text().isEmpty());
         // For whoever looks it up elsewhere, by keyboard.
         auto *words = box->findChild<QLabel *>(u"qt_msgbox_label"_s);
@@ -1298,7 +1294,7 @@ private slots:
         QTest::keyClick(words, Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier);
         QCOMPARE(words->selectedText(), box->text());
         connectFrame();
-        QCOMPARE(child("nextbtn")->text(), u"&Details"_s);
+        QCOMPARE(in(window, "nextbtn")->text(), u"&Details"_s);
         QCOMPARE(box->text(), u"Linked by USB, at /dev/usb/fake."_s);
     }
 
@@ -1325,7 +1321,7 @@ private slots:
     void calibration_opens_full_screen_and_tells_the_frame()
     {
         connectFrame();
-        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         Calibration_Dlg *screen = calibrationScreen();
         QTRY_VERIFY(screen->isVisible());
         // The toolkit adds that it is a window, as it has no parent.
@@ -1337,7 +1333,7 @@ private slots:
     void unplugging_closes_the_calibration_at_once_and_sends_nothing()
     {
         connectFrame();
-        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         QTRY_COMPARE(frame->sent().size(), 1);
         frame->forgetSent();
         removeFrame();
@@ -1350,7 +1346,7 @@ private slots:
     void unplugging_behind_a_hidden_window_leaves_the_calibration_to_its_time_out()
     {
         connectFrame();
-        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         QTRY_COMPARE(frame->sent().size(), 1);
         frame->forgetSent();
         window->hide();
@@ -1368,7 +1364,7 @@ private slots:
     void unplugging_takes_the_question_away_and_saves_nothing()
     {
         connectFrame();
-        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         QTRY_COMPARE(frame->sent().size(), 1);
         for (const char *step : {"01", "02", "03", "04", "05", "FF"}) {
             frame->setReport(QByteArray::fromHex(QByteArray("FC 01 ") + step));
@@ -1399,7 +1395,7 @@ private slots:
     void ending_the_program_during_a_calibration_resets_the_frame()
     {
         connectFrame();
-        QTest::mouseClick(child("calbtn"), Qt::LeftButton);
+        press(window, "calbtn");
         QTRY_COMPARE(frame->sent().size(), 1);
         frame->forgetSent();
         window.reset();

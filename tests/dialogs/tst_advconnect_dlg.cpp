@@ -3,6 +3,7 @@
 #include "dialogs/advconnect_dlg.h"
 #include "tests/support/clipped.h"
 #include "tests/support/settingshome.h"
+#include "tests/support/widgets.h"
 
 #include <QComboBox>
 #include <QDirIterator>
@@ -18,11 +19,6 @@ class TestAdvConnectDlg : public QObject
     Q_OBJECT
 
 private:
-    template <typename Widget>
-    static Widget *child(const advconnect_dlg &dialog, const char *name)
-    {
-        return dialog.findChild<Widget *>(QString::fromLatin1(name));
-    }
     static QStringList items(const QComboBox *box)
     {
         QStringList texts;
@@ -39,18 +35,18 @@ private slots:
         QCOMPARE(dialog.windowTitle(), u"Advance Connect Setting"_s);
         QCOMPARE(dialog.size(), QSize(400, 300));
         QCOMPARE(dialog.font().family(), u"Tahoma"_s);
-        QCOMPARE(child<QGroupBox>(dialog, "gbTuio")->title(), u"TUIO"_s);
-        QCOMPARE(child<QLabel>(dialog, "label_2")->text(), u"Socket:"_s);
-        QCOMPARE(items(child<QComboBox>(dialog, "Tuio_Protocol_cBox")),
+        QCOMPARE(in<QGroupBox>(&dialog, "gbTuio")->title(), u"TUIO"_s);
+        QCOMPARE(in<QLabel>(&dialog, "label_2")->text(), u"Socket:"_s);
+        QCOMPARE(items(in<QComboBox>(&dialog, "Tuio_Protocol_cBox")),
                  QStringList({u"UDP"_s, u"TCP"_s}));
-        QCOMPARE(child<QLabel>(dialog, "label")->text(), u"TUIO Version:"_s);
-        QCOMPARE(items(child<QComboBox>(dialog, "Tuio_version_cBox")),
+        QCOMPARE(in<QLabel>(&dialog, "label")->text(), u"TUIO Version:"_s);
+        QCOMPARE(items(in<QComboBox>(&dialog, "Tuio_version_cBox")),
                  QStringList({u"TUIO 2.0"_s, u"TUIO 1.1"_s}));
-        const auto *uart = child<QGroupBox>(dialog, "groupBox");
+        const auto *uart = in<QGroupBox>(&dialog, "groupBox");
         QCOMPARE(uart->title(), u"UART"_s);
         QVERIFY(uart->findChildren<QWidget *>().isEmpty());
-        QCOMPARE(child<QPushButton>(dialog, "btnOK")->text(), u"&OK"_s);
-        QCOMPARE(child<QPushButton>(dialog, "btnCancel")->text(), u"&Cancel"_s);
+        QCOMPARE(in(&dialog, "btnOK")->text(), u"&OK"_s);
+        QCOMPARE(in(&dialog, "btnCancel")->text(), u"&Cancel"_s);
     }
 
     void nothing_is_clipped()
@@ -92,9 +88,9 @@ private slots:
         advconnect_dlg dialog(nullptr);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        child<QComboBox>(dialog, "Tuio_Protocol_cBox")->setCurrentIndex(1);
+        in<QComboBox>(&dialog, "Tuio_Protocol_cBox")->setCurrentIndex(1);
         for (const char *name : {"btnOK", "btnCancel"}) {
-            QTest::mouseClick(child<QPushButton>(dialog, name), Qt::LeftButton);
+            QTest::mouseClick(in(&dialog, name), Qt::LeftButton);
             QVERIFY(dialog.isVisible());
         }
         dialog.close();

@@ -3,6 +3,7 @@
 #include "dialogs/calibrationcheck_dlg.h"
 #include "tests/support/hand.h"
 #include "tests/support/paints.h"
+#include "tests/support/widgets.h"
 
 #include <QLabel>
 #include <QMouseEvent>
@@ -25,13 +26,8 @@ private:
     std::unique_ptr<CalibrationCheck_dlg> page;
     const std::unique_ptr<QPointingDevice> screen{QTest::createTouchDevice()};
 
-    template <typename Widget>
-    Widget *child(const char *name) const
-    {
-        return page->findChild<Widget *>(QString::fromLatin1(name));
-    }
-    QString task() const { return child<QLabel>("taskLab")->text(); }
-    QString result() const { return child<QLabel>("resultLab")->text(); }
+    QString task() const { return in<QLabel>(page, "taskLab")->text(); }
+    QString result() const { return in<QLabel>(page, "resultLab")->text(); }
     bool isCovering() const { return page->size() == QSize(1280, 800); }
     static void mouse(QPoint at, const QString &does)
     {
@@ -99,7 +95,7 @@ private slots:
     {
         pressAll({0, 3});
         QCOMPARE(task(), u"Passed"_s);
-        child<QPushButton>("againButton")->click();
+        in(page, "againButton")->click();
         QCOMPARE(task(), u"Touch the middle of cross 1 of 9."_s);
         QCOMPARE(result(), QString());
         pressAll({16, 0});
@@ -132,11 +128,11 @@ private slots:
     // Where a frame that is badly off puts a touch.
     void the_panel_takes_no_touch_before_the_end()
     {
-        const auto *panel = child<QWidget>("panel");
+        const auto *panel = in<QWidget>(page, "panel");
         QVERIFY(panel->isVisible());
         for (const char *name : {"againButton", "closeButton"})
-            QVERIFY2(!child<QPushButton>(name)->isVisible(), name);
-        QVERIFY(child<QLabel>("hintLab")->isVisible());
+            QVERIFY2(!in(page, name)->isVisible(), name);
+        QVERIFY(in<QLabel>(page, "hintLab")->isVisible());
         const QPoint inside = panel->geometry().center();
         touch(inside);
         QCOMPARE(page->check().asked(), 1);
@@ -148,7 +144,7 @@ private slots:
     void at_the_end_the_buttons_are_touched()
     {
         pressAll({0, 0});
-        auto *again = child<QPushButton>("againButton");
+        auto *again = in(page, "againButton");
         QTRY_VERIFY(again->isVisible());
         QTest::touchEvent(page.get(), screen.get())
             .press(0, again->mapTo(page.get(), again->rect().center()));
@@ -156,7 +152,7 @@ private slots:
             .release(0, again->mapTo(page.get(), again->rect().center()));
         QTRY_VERIFY(!page->check().isFinished());
         pressAll({0, 0});
-        const auto *close = child<QPushButton>("closeButton");
+        const auto *close = in(page, "closeButton");
         mouse(close->mapToGlobal(close->rect().center()), u"click 1"_s);
         QTRY_VERIFY(!page->isVisible());
     }
@@ -164,8 +160,8 @@ private slots:
     void at_the_end_return_closes()
     {
         pressAll({0, 0});
-        QVERIFY(!child<QLabel>("hintLab")->isVisible());
-        QCOMPARE(page->focusWidget(), child<QPushButton>("closeButton"));
+        QVERIFY(!in<QLabel>(page, "hintLab")->isVisible());
+        QCOMPARE(page->focusWidget(), in(page, "closeButton"));
         QVERIFY(hand::press(u"Return"_s));
         QTRY_VERIFY(!page->isVisible());
     }
@@ -223,8 +219,8 @@ private slots:
     void letters_grow_with_the_screen_and_the_task_is_in_larger_ones()
     {
         QCOMPARE(page->font().pointSize(), 13);
-        QCOMPARE(child<QLabel>("taskLab")->font().pointSize(), 19);
-        QVERIFY(child<QLabel>("taskLab")->font().bold());
+        QCOMPARE(in<QLabel>(page, "taskLab")->font().pointSize(), 19);
+        QVERIFY(in<QLabel>(page, "taskLab")->font().bold());
     }
 
     void the_cross_that_is_asked_for_stands_out()
@@ -281,7 +277,7 @@ private slots:
         };
         for (int number = 0; number < CalibrationCheck::Crosses; ++number) {
             const QPoint cross = page->check().cross(number);
-            if (child<QWidget>("panel")->geometry().contains(cross + QPoint(0, 40)))
+            if (in<QWidget>(page, "panel")->geometry().contains(cross + QPoint(0, 40)))
                 continue; // the panel with the task stands there
             const bool isUpper = cross.y() < 800 / 3;
             QVERIFY2(isWritten(number, 28) == isUpper, qPrintable(u"cross %1"_s.arg(number + 1)));

@@ -4,6 +4,7 @@
 #include "dialogs/portchoice.h"
 #include "tests/support/clipped.h"
 #include "tests/support/settingshome.h"
+#include "tests/support/widgets.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -50,17 +51,11 @@ private:
         dialog->show();
         QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
     }
-    template <typename Widget>
-    Widget *child(const char *name) const
-    {
-        return dialog->findChild<Widget *>(QString::fromLatin1(name));
-    }
-    QPushButton *button(const char *name) const { return child<QPushButton>(name); }
-    QComboBox *box(const char *name) const { return child<QComboBox>(name); }
-    QRadioButton *usb() const { return child<QRadioButton>("usbRadio"); }
-    QRadioButton *uart() const { return child<QRadioButton>("uartRadio"); }
-    QString state() const { return child<QPlainTextEdit>("stateText")->toPlainText(); }
-    void press(const char *name) const { QTest::mouseClick(button(name), Qt::LeftButton); }
+    QPushButton *button(const char *name) const { return in(dialog, name); }
+    QComboBox *box(const char *name) const { return in<QComboBox>(dialog, name); }
+    QRadioButton *usb() const { return in<QRadioButton>(dialog, "usbRadio"); }
+    QRadioButton *uart() const { return in<QRadioButton>(dialog, "uartRadio"); }
+    QString state() const { return in<QPlainTextEdit>(dialog, "stateText")->toPlainText(); }
     void choose(const char *name, const QString &text) const
     {
         const int row = box(name)->findText(text);
@@ -126,7 +121,7 @@ private:
     {
         editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}, {"BAUDRATE", "19"}});
         appear();
-        press("openButton");
+        press(dialog, "openButton");
     }
 
 private slots:
@@ -173,7 +168,7 @@ private slots:
             "machine."_s);
         appear();
         QCOMPARE(clipped(*dialog), QStringList());
-        QVERIFY(!child<QPlainTextEdit>("stateText")->verticalScrollBar()->isVisible());
+        QVERIFY(!in<QPlainTextEdit>(dialog, "stateText")->verticalScrollBar()->isVisible());
         for (const char *name : {"rateBox", "dataBitsBox", "parityBox", "stopBitsBox"})
             QVERIFY2(box(name)->sizeHint().width() <= box(name)->width(), name);
     }
@@ -183,7 +178,7 @@ private slots:
         const QString path = u"/dev/serial/by-id/"_s + QString(400, u'x');
         dialog->setState(Link::Serial, path, QString());
         appear();
-        auto *text = child<QPlainTextEdit>("stateText");
+        auto *text = in<QPlainTextEdit>(dialog, "stateText");
         QVERIFY(text->toPlainText().contains(path));
         QVERIFY(!text->horizontalScrollBar()->isVisible());
         // It is there to be read and not to be written into.
@@ -209,7 +204,7 @@ private slots:
                               u"closeButton"_s, u"stateText"_s}));
         for (const char *name :
              {"portLabel", "rateLabel", "dataBitsLabel", "parityLabel", "stopBitsLabel"})
-            QVERIFY2(child<QLabel>(name)->buddy() != nullptr, name);
+            QVERIFY2(in<QLabel>(dialog, name)->buddy() != nullptr, name);
         QStringList mnemonics;
         for (const QWidget *widget : dialog->findChildren<QWidget *>()) {
             const QString text = widget->property("text").toString();
@@ -255,7 +250,7 @@ private slots:
         choose("portBox", u"ttyUSB0"_s);
         QCOMPARE(box("portBox")->toolTip(), u"ttyUSB0: "_s + LongName);
         QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
-        press("openButton");
+        press(dialog, "openButton");
         QCOMPARE(asked.first().first().toString(), u"ttyUSB0"_s);
     }
 
@@ -287,7 +282,7 @@ private slots:
         QCOMPARE(box("portBox")->currentText(), u"ttyU"_s);
         box("portBox")->lineEdit()->selectAll();
         QTest::keyClicks(box("portBox")->lineEdit(), u"/dev/serial/by-id/frame"_s);
-        press("openButton");
+        press(dialog, "openButton");
         QCOMPARE(asked.first().first().toString(), u"/dev/serial/by-id/frame"_s);
         QCOMPARE(home->element("UARTPORT"), "/dev/serial/by-id/frame");
         QCOMPARE(items("portBox"), QStringList({u"ttyS0"_s, u"ttyUSB0"_s}));
@@ -299,7 +294,7 @@ private slots:
         appear();
         QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
         box("portBox")->setEditText(u" \tttyUSB1 "_s);
-        press("openButton");
+        press(dialog, "openButton");
         QCOMPARE(asked.first().first().toString(), u"ttyUSB1"_s);
         QCOMPARE(home->element("UARTPORT"), "ttyUSB1");
         QCOMPARE(box("portBox")->currentText(), u"ttyUSB1"_s);
@@ -409,7 +404,7 @@ private slots:
         QCOMPARE(items("portBox"), QStringList({u"ttyS0"_s, u"ttyUSB0"_s, u"ttyACM0"_s}));
         box("portBox")->setEditText(u"being typed"_s);
         systemPorts.clear();
-        press("refreshButton");
+        press(dialog, "refreshButton");
         QCOMPARE(items("portBox"), QStringList());
         QCOMPARE(box("portBox")->currentText(), u"being typed"_s);
     }
@@ -438,7 +433,7 @@ private slots:
         choose("dataBitsBox", u"7"_s);
         choose("parityBox", u"Even"_s);
         choose("stopBitsBox", u"2"_s);
-        press("openButton");
+        press(dialog, "openButton");
         QCOMPARE(asked.size(), 1);
         QCOMPARE(asked.first().first().toString(), u"ttyUSB0"_s);
         const auto settings = asked.first().at(1).value<PortSettings>();
@@ -469,7 +464,7 @@ private slots:
         QSignalSpy usbAsked(dialog.get(), &connect_dlg::useUsb);
         QSignalSpy uartAsked(dialog.get(), &connect_dlg::openUart);
         QTest::mouseClick(usb(), Qt::LeftButton, {}, QPoint(10, 10));
-        press("openButton");
+        press(dialog, "openButton");
         QCOMPARE(usbAsked.size(), 1);
         QCOMPARE(uartAsked.size(), 0);
         QCOMPARE(home->element("CONNECT"), "1");
@@ -487,7 +482,7 @@ private slots:
                   {"SMO_LV", "6"}});
         choose("rateBox", u"57600"_s);
         QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
-        press("openButton");
+        press(dialog, "openButton");
         const QList<QPair<QByteArray, QByteArray>> kept = {
             {"TUIO_EN", "7"},      {"OS_EN", "-3"}, {"FLOWCONTROL", "55"},
             {"TIMEOUT", "123456"}, {"SMO_LV", "6"}, {"BAUDRATE", "17"}};
@@ -532,7 +527,7 @@ private slots:
         QCOMPARE(box("stopBitsBox")->currentText(), u"unknown (3)"_s);
         choose("dataBitsBox", u"8"_s);
         QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
-        press("openButton");
+        press(dialog, "openButton");
         const auto settings = asked.first().at(1).value<PortSettings>();
         QCOMPARE(int(settings.BaudRate), 22);
         QCOMPARE(int(settings.Parity), 2147483647);
@@ -555,7 +550,7 @@ private slots:
         editFile({{"CONNECT", "2"}, {"STOPBITS", "1"}});
         appear();
         QCOMPARE(box("stopBitsBox")->currentText(), u"1.5"_s);
-        press("openButton");
+        press(dialog, "openButton");
         QCOMPARE(home->element("STOPBITS"), "1");
         box("stopBitsBox")->setCurrentIndex(0);
         QTest::keyClick(box("stopBitsBox"), Qt::Key_Down);
@@ -576,7 +571,7 @@ private slots:
         appear();
         QTest::mouseClick(uart(), Qt::LeftButton, {}, QPoint(10, 10));
         QVERIFY(uart()->isChecked() && !usb()->isChecked());
-        press("openButton");
+        press(dialog, "openButton");
         QCOMPARE(home->element("CONNECT"), "2");
     }
 
@@ -585,7 +580,7 @@ private slots:
         editFile({{"CONNECT", "2"}, {"UARTPORT", "two\nlines"}});
         appear();
         QSignalSpy asked(dialog.get(), &connect_dlg::openUart);
-        press("openButton");
+        press(dialog, "openButton");
         QCOMPARE(asked.first().first().toString(), u"two\nlines"_s);
         QCOMPARE(home->element("UARTPORT"), "two\nlines");
     }
@@ -594,10 +589,10 @@ private slots:
     {
         appear();
         uart()->setChecked(true);
-        press("openButton");
+        press(dialog, "openButton");
         QVERIFY(!state().contains(u" cannot be written"_s));
         home->removeConfigDirectory();
-        press("openButton");
+        press(dialog, "openButton");
         QVERIFY(state().contains(home->path() + u" cannot be written"_s));
     }
 
@@ -606,7 +601,7 @@ private slots:
         appear();
         home->removeConfigDirectory();
         uart()->setChecked(true);
-        press("openButton");
+        press(dialog, "openButton");
         QVERIFY(state().contains(home->path() + u" cannot be written"_s));
     }
 
@@ -632,7 +627,7 @@ private slots:
         QCOMPARE(state(), u"The serial port ttyUSB0 is open.\n"
                           u"Nothing has come from a touch frame there yet."_s);
         QSignalSpy asked(dialog.get(), &connect_dlg::closeUart);
-        press("closeButton");
+        press(dialog, "closeButton");
         QCOMPARE(asked.size(), 1);
     }
 
@@ -660,7 +655,7 @@ private slots:
         // Whoever opens it answers without another state in between.
         connect(dialog.get(), &connect_dlg::openUart, this,
                 [&] { dialog->setState(Link::Serial, u"ttyUSB0"_s, QString()); });
-        press("openButton");
+        press(dialog, "openButton");
         QVERIFY(!state().contains(u"A touch frame answers there."_s));
         QVERIFY(state().contains(u"Nothing has come from a touch frame there yet."_s));
     }
@@ -746,7 +741,7 @@ private slots:
         line.frameAt = 14; // 19200
         editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}, {"BAUDRATE", "17"}, {"PARITY", "2"}});
         appear();
-        press("findButton");
+        press(dialog, "findButton");
         QCOMPARE(button("findButton")->text(), u"Stop"_s);
         QVERIFY(!button("openButton")->isEnabled());
         QVERIFY(!box("rateBox")->isEnabled());
@@ -768,7 +763,7 @@ private slots:
         Line line(*dialog);
         editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}, {"BAUDRATE", "19"}});
         appear();
-        press("findButton");
+        press(dialog, "findButton");
         QTRY_COMPARE_WITH_TIMEOUT(button("findButton")->text(), u"Fi&nd"_s, 10'000);
         QCOMPARE(line.rates, QList<int>({19, 12, 14, 15, 17}));
         QCOMPARE(state(), u"No touch frame is connected, no serial port is open.\n"
@@ -792,11 +787,11 @@ private slots:
         Line line(*dialog);
         editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}, {"BAUDRATE", "19"}});
         appear();
-        press("findButton");
+        press(dialog, "findButton");
         if (how.isEmpty())
             dialog->close();
         else
-            press(how.toLatin1().constData());
+            press(dialog, how.toLatin1().constData());
         QCOMPARE(line.closings >= 1, true);
         QCOMPARE(button("findButton")->text(), u"Fi&nd"_s);
         QCOMPARE(state().contains(u"The search was stopped."_s), how == u"findButton"_s);
@@ -810,11 +805,11 @@ private slots:
         line.opens = false;
         editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}});
         appear();
-        press("findButton");
+        press(dialog, "findButton");
         QCOMPARE(button("findButton")->text(), u"Fi&nd"_s);
         QVERIFY(state().endsWith(u"It is broken."_s));
         line.opens = true;
-        press("findButton");
+        press(dialog, "findButton");
         QCOMPARE(button("findButton")->text(), u"Stop"_s);
         dialog->setState(Link::None, QString(), u"It is gone."_s);
         QCOMPARE(button("findButton")->text(), u"Fi&nd"_s);
@@ -828,7 +823,7 @@ private slots:
         Line line(*dialog);
         editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}});
         appear();
-        press("findButton");
+        press(dialog, "findButton");
         dialog->setState(Link::Usb, u"ttyUSB0"_s, QString());
         QCOMPARE(button("findButton")->text(), u"Fi&nd"_s);
         QVERIFY(!button("findButton")->isEnabled());
@@ -846,12 +841,12 @@ private slots:
         const QString why = u"There is no serial port /dev/COM1."_s;
         connect(dialog.get(), &connect_dlg::openUart, this,
                 [&] { dialog->setState(Link::None, QString(), why); });
-        press("openButton");
+        press(dialog, "openButton");
         QCOMPARE(state(), u"No touch frame is connected, no serial port is open.\n"_s + why);
         dialog->setState(Link::Usb, QString(), QString());
         QCOMPARE(state(), u"A touch frame is connected by USB.\n"_s + why);
         usb()->setChecked(true);
-        press("openButton");
+        press(dialog, "openButton");
         QCOMPARE(state(), u"A touch frame is connected by USB."_s);
     }
 
@@ -883,7 +878,7 @@ private slots:
     void usb_without_a_frame_says_what_to_do()
     {
         appear();
-        press("openButton");
+        press(dialog, "openButton");
         QCOMPARE(state(), u"No touch frame is connected, no serial port is open.\n"
                           u"No touch frame was found by USB. One that is plugged in is connected "
                           u"at once."_s);
@@ -912,7 +907,7 @@ private slots:
     void an_unchanged_state_leaves_the_selection_of_the_text()
     {
         appear();
-        auto *text = child<QPlainTextEdit>("stateText");
+        auto *text = in<QPlainTextEdit>(dialog, "stateText");
         text->selectAll();
         dialog->setState(Link::None, QString(), QString());
         QVERIFY(text->textCursor().hasSelection());

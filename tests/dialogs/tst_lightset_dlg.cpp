@@ -4,6 +4,7 @@
 #include "dialogs/test_win.h"
 #include "tests/support/paints.h"
 #include "tests/support/plainlights.h"
+#include "tests/support/widgets.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -86,19 +87,13 @@ private:
     QByteArrayList frames;
 
     QByteArrayList sent() { return std::exchange(frames, {}); }
-    template <typename Widget = QLineEdit>
-    Widget *child(const char *name) const
-    {
-        return screen->findChild<Widget *>(QString::fromLatin1(name));
-    }
-    QString text(const char *field) const { return child(field)->text(); }
+    QString text(const char *field) const { return in<QLineEdit>(screen, field)->text(); }
     void type(const char *field, const char *typed) const
     {
-        child(field)->clear();
-        QTest::keyClicks(child(field), QString::fromLatin1(typed));
+        in<QLineEdit>(screen, field)->clear();
+        QTest::keyClicks(in<QLineEdit>(screen, field), QString::fromLatin1(typed));
     }
-    QPushButton *button(const char *name) const { return child<QPushButton>(name); }
-    void press(const char *name) const { QTest::mouseClick(button(name), Qt::LeftButton); }
+    QPushButton *button(const char *name) const { return in(screen, name); }
     void tick(int times = 1) const
     {
         for (int i = 0; i < times; ++i)
@@ -147,7 +142,7 @@ private:
     }
     QString notice() const
     {
-        const auto *label = child<QLabel>("notice");
+        const auto *label = in<QLabel>(screen, "notice");
         return label->isVisible() ? label->text() : QString();
     }
     void release(QPoint at) const { QTest::mouseClick(screen.get(), Qt::LeftButton, {}, at); }
@@ -219,7 +214,7 @@ private slots:
         QFETCH(const QString, parent);
         QFETCH(const QRect, geometry);
         QFETCH(const QString, text);
-        const auto *widget = child<QWidget>(QTest::currentDataTag());
+        const auto *widget = in<QWidget>(screen, QTest::currentDataTag());
         QVERIFY(widget);
         QCOMPARE(widget->parentWidget()->objectName(), parent);
         QCOMPARE(widget->geometry(), geometry);
@@ -232,12 +227,12 @@ private slots:
     {
         QCOMPARE(screen->windowTitle(), u"Dialog"_s);
         QCOMPARE(screen->size(), QSize(999, 714));
-        QCOMPARE(child<QLabel>("label_7")->font().pointSize(), 8);
-        QCOMPARE(child<QLabel>("label_11")->font().pointSize(), 7);
-        QCOMPARE(child<QLabel>("label_12")->font().pointSize(), 7);
-        QCOMPARE(child<QLabel>("label_15")->font().pointSize(), 13);
-        QVERIFY(child<QLabel>("label_15")->font().bold());
-        QCOMPARE(child<QLabel>("label_15")->styleSheet(), u"color: rgb(255, 40, 12);"_s);
+        QCOMPARE(in<QLabel>(screen, "label_7")->font().pointSize(), 8);
+        QCOMPARE(in<QLabel>(screen, "label_11")->font().pointSize(), 7);
+        QCOMPARE(in<QLabel>(screen, "label_12")->font().pointSize(), 7);
+        QCOMPARE(in<QLabel>(screen, "label_15")->font().pointSize(), 13);
+        QVERIFY(in<QLabel>(screen, "label_15")->font().bold());
+        QCOMPARE(in<QLabel>(screen, "label_15")->styleSheet(), u"color: rgb(255, 40, 12);"_s);
     }
 
     void at_first_only_what_can_be_used_is_enabled()
@@ -246,16 +241,19 @@ private slots:
         for (const char *name : {"LightChooseBtn_2", "LightAddBtn", "LightDecBtn"})
             QVERIFY(!button(name)->isEnabled());
         for (const char *name : {"LightADC", "LightORG", "LightAGC", "LightAGCSet"}) {
-            QVERIFY(!child(name)->isEnabled());
-            QVERIFY(child(name)->isReadOnly());
+            QVERIFY(!in<QLineEdit>(screen, name)->isEnabled());
+            QVERIFY(in<QLineEdit>(screen, name)->isReadOnly());
             // Their values are as easy to read as what is typed.
-            QCOMPARE(child(name)->palette().color(QPalette::Disabled, QPalette::Text),
-                     child("LightNum")->palette().color(QPalette::Active, QPalette::Text));
+            QCOMPARE(
+                in<QLineEdit>(screen, name)->palette().color(QPalette::Disabled, QPalette::Text),
+                in<QLineEdit>(screen, "LightNum")
+                    ->palette()
+                    .color(QPalette::Active, QPalette::Text));
         }
         for (const char *name : {"LightDir", "LightNum", "MinADC", "MaxADC", "MinEdgeADC",
                                  "MaxEdgeADC", "ADCThreshold", "EdgeADCThreshold"}) {
-            QVERIFY(child(name)->isEnabled());
-            QVERIFY(!child(name)->isReadOnly());
+            QVERIFY(in<QLineEdit>(screen, name)->isEnabled());
+            QVERIFY(!in<QLineEdit>(screen, name)->isReadOnly());
             QCOMPARE(text(name), QString());
         }
     }
@@ -271,14 +269,16 @@ private slots:
             const QString longest = isAxis                           ? u"X"_s
                                     : qstrcmp(name, "LightNum") == 0 ? u"499"_s
                                                                      : u"4095"_s;
-            child(name)->setText(longest);
-            child(name)->setCursorPosition(0);
+            in<QLineEdit>(screen, name)->setText(longest);
+            in<QLineEdit>(screen, name)->setCursorPosition(0);
             // The place behind the last letter is within the field.
-            child(name)->end(false);
-            QVERIFY2(child(name)->fontMetrics().horizontalAdvance(longest) + 8 <=
-                         child(name)->width(),
+            in<QLineEdit>(screen, name)->end(false);
+            QVERIFY2(in<QLineEdit>(screen, name)->fontMetrics().horizontalAdvance(longest) + 8 <=
+                         in<QLineEdit>(screen, name)->width(),
                      name);
-            QVERIFY2(child(name)->fontMetrics().height() <= child(name)->height() - 4, name);
+            QVERIFY2(in<QLineEdit>(screen, name)->fontMetrics().height() <=
+                         in<QLineEdit>(screen, name)->height() - 4,
+                     name);
         }
     }
 
@@ -287,7 +287,7 @@ private slots:
         showWithLights();
         answerLight();
         QStringList reached;
-        child("LightDir")->setFocus();
+        in<QLineEdit>(screen, "LightDir")->setFocus();
         for (int i = 0; i < 15; ++i) {
             const QWidget *focused = screen->focusWidget();
             reached.append(focused->objectName());
@@ -307,8 +307,8 @@ private slots:
         showWithLights();
         answerLight();
         for (const char *field : {"LightNum", "MinADC"}) {
-            child(field)->setFocus();
-            QTest::keyClick(child(field), Qt::Key_Return);
+            in<QLineEdit>(screen, field)->setFocus();
+            QTest::keyClick(in<QLineEdit>(screen, field), Qt::Key_Return);
         }
         QCOMPARE(text("MinADC"), QString());
         QCOMPARE(text("LightAGCSet"), u"-5"_s);
@@ -432,8 +432,8 @@ private slots:
             screen->findChild<QTimer *>()->start(60000);
         };
         waitForY(20);
-        press("ADCDefBtn");
-        press("ADCSetBtn");
+        press(screen, "ADCDefBtn");
+        press(screen, "ADCSetBtn");
         sent();
         report({0xFC, 0xA5, 0x82, 0x00, 0x00, 27, 0, 200, 20});
         QTest::qWait(50);
@@ -461,8 +461,8 @@ private slots:
         showWithLights();
         tick(2);
         QCOMPARE(sent(), QByteArrayList({ScanY}));
-        press("ADCDefBtn");
-        press("ADCSetBtn");
+        press(screen, "ADCDefBtn");
+        press(screen, "ADCSetBtn");
         QCOMPARE(sent().size(), 1);
         tick(10);
         QCOMPARE(sent(), QByteArrayList());
@@ -486,7 +486,7 @@ private slots:
         if (way == u"escape"_s)
             QTest::keyClick(screen.get(), Qt::Key_Escape);
         else if (way == u"exit"_s)
-            press("ExitBtn");
+            press(screen, "ExitBtn");
         else if (way == u"close"_s)
             screen->close();
         else
@@ -576,7 +576,7 @@ private slots:
     {
         show();
         type("MinADC", "1");
-        press("ADCDefBtn");
+        press(screen, "ADCDefBtn");
         QCOMPARE(text("MinADC"), u"3800"_s);
         QCOMPARE(text("MaxADC"), u"4000"_s);
         QCOMPARE(text("MinEdgeADC"), u"3000"_s);
@@ -589,8 +589,8 @@ private slots:
     void set_sends_the_six_fields()
     {
         show();
-        press("ADCDefBtn");
-        press("ADCSetBtn");
+        press(screen, "ADCDefBtn");
+        press(screen, "ADCSetBtn");
         QCOMPARE(sent(),
                  QByteArrayList({whole("00 A2 04 0C 00 D8 0E A0 0F B8 0B 80 0C E8 03 58 02")}));
     }
@@ -600,13 +600,13 @@ private slots:
         show();
         for (const char *name : SixFields)
             type(name, "65535");
-        press("ADCSetBtn");
+        press(screen, "ADCSetBtn");
         QCOMPARE(sent(),
                  QByteArrayList({whole("00 A2 04 0C 00 FF FF FF FF FF FF FF FF FF FF FF FF")}));
         QCOMPARE(notice(), QString());
         for (const char *name : SixFields)
             type(name, "0");
-        press("ADCSetBtn");
+        press(screen, "ADCSetBtn");
         QCOMPARE(sent(), QByteArrayList({whole("00 A2 04 0C")}));
     }
 
@@ -628,18 +628,18 @@ private slots:
         QFETCH(const QString, typed);
         show();
         for (const char *chosen : SixFields) {
-            press("ADCDefBtn");
-            child(chosen)->clear();
-            child(chosen)->insert(typed);
-            press("ADCSetBtn");
+            press(screen, "ADCDefBtn");
+            in<QLineEdit>(screen, chosen)->clear();
+            in<QLineEdit>(screen, chosen)->insert(typed);
+            press(screen, "ADCSetBtn");
             QCOMPARE(sent(), QByteArrayList());
-            QVERIFY2(screen->focusWidget() == child(chosen), chosen);
-            QCOMPARE(child(chosen)->selectedText(), typed);
-            QCOMPARE(notice(),
-                     child(chosen)->accessibleName() + u": enter a whole number from 0 to 65535"_s);
+            QVERIFY2(screen->focusWidget() == in<QLineEdit>(screen, chosen), chosen);
+            QCOMPARE(in<QLineEdit>(screen, chosen)->selectedText(), typed);
+            QCOMPARE(notice(), in<QLineEdit>(screen, chosen)->accessibleName() +
+                                   u": enter a whole number from 0 to 65535"_s);
         }
-        press("ADCDefBtn");
-        press("ADCSetBtn");
+        press(screen, "ADCDefBtn");
+        press(screen, "ADCSetBtn");
         QCOMPARE(sent().size(), 1);
         QCOMPARE(notice(), QString());
     }
@@ -648,13 +648,13 @@ private slots:
     {
         show();
         // Nor is what the frame made of them.
-        press("ADCDefBtn");
-        press("ADCSetBtn");
+        press(screen, "ADCDefBtn");
+        press(screen, "ADCSetBtn");
         QTRY_COMPARE(frames.size(), 2);
         answerSettings(0xD9);
         QVERIFY(!notice().isEmpty());
-        child("MinADC")->clear();
-        press("ADCSetBtn");
+        in<QLineEdit>(screen, "MinADC")->clear();
+        press(screen, "ADCSetBtn");
         QVERIFY(!notice().isEmpty());
         screen->close();
         show();
@@ -665,21 +665,21 @@ private slots:
     void a_smallest_value_above_the_largest_is_not_sent()
     {
         show();
-        press("ADCDefBtn");
+        press(screen, "ADCDefBtn");
         type("MinADC", "4001");
-        press("ADCSetBtn");
+        press(screen, "ADCSetBtn");
         QCOMPARE(sent(), QByteArrayList());
-        QCOMPARE(screen->focusWidget(), child("MinADC"));
-        QCOMPARE(child("MinADC")->selectedText(), u"4001"_s);
+        QCOMPARE(screen->focusWidget(), in<QLineEdit>(screen, "MinADC"));
+        QCOMPARE(in<QLineEdit>(screen, "MinADC")->selectedText(), u"4001"_s);
         QCOMPARE(notice(), u"The smallest ADC value is above the largest"_s);
         type("MinADC", "4000");
         type("MinEdgeADC", "3201");
-        press("ADCSetBtn");
+        press(screen, "ADCSetBtn");
         QCOMPARE(sent(), QByteArrayList());
-        QCOMPARE(screen->focusWidget(), child("MinEdgeADC"));
+        QCOMPARE(screen->focusWidget(), in<QLineEdit>(screen, "MinEdgeADC"));
         QCOMPARE(notice(), u"The smallest ADC value at the edges is above the largest"_s);
         type("MinEdgeADC", "3200");
-        press("ADCSetBtn");
+        press(screen, "ADCSetBtn");
         QCOMPARE(sent(),
                  QByteArrayList({whole("00 A2 04 0C 00 A0 0F A0 0F 80 0C 80 0C E8 03 58 02")}));
     }
@@ -687,8 +687,8 @@ private slots:
     void what_became_of_settings_is_not_read_behind_the_end_of_the_showing()
     {
         show();
-        press("ADCDefBtn");
-        press("ADCSetBtn");
+        press(screen, "ADCDefBtn");
+        press(screen, "ADCSetBtn");
         screen->close();
         QCOMPARE(sent().last(), ReadAdc);
         QTest::qWait(400);
@@ -702,8 +702,8 @@ private slots:
     void what_the_frame_makes_of_settings_is_read_and_shown()
     {
         show();
-        press("ADCDefBtn");
-        press("ADCSetBtn");
+        press(screen, "ADCDefBtn");
+        press(screen, "ADCSetBtn");
         sent();
         // What was read before says nothing of them.
         answerSettings(0xD0);
@@ -719,7 +719,7 @@ private slots:
         answerSettings(0xD9);
         QCOMPARE(text("MinADC"), u"3801"_s);
         QCOMPARE(notice(), u"The touch frame has set other values"_s);
-        press("ADCSetBtn");
+        press(screen, "ADCSetBtn");
         QTRY_COMPARE(frames.size(), 2);
         QCOMPARE(sent().last(), ReadAdc);
         QTRY_COMPARE(notice(), QString());
@@ -858,7 +858,7 @@ private slots:
     {
         showWithLights();
         answerLight();
-        press("LightAddBtn");
+        press(screen, "LightAddBtn");
         QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FC")}));
         QCOMPARE(text("LightAGCSet"), u"-4"_s);
         QVERIFY(!button("LightAddBtn")->isEnabled());
@@ -874,8 +874,8 @@ private slots:
         showWithLights();
         answerLight();
         for (int i = 0; i < 4; ++i)
-            press("LightAddBtn");
-        press("LightDecBtn");
+            press(screen, "LightAddBtn");
+        press(screen, "LightDecBtn");
         QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FC")}));
         QCOMPARE(text("LightAGCSet"), u"-2"_s);
         answerOffset(-4);
@@ -892,7 +892,7 @@ private slots:
         showWithLights();
         answerLight();
         auto *more = button("LightAddBtn");
-        press("LightAddBtn");
+        press(screen, "LightAddBtn");
         QVERIFY(!more->isEnabled());
         const QPointF at(more->rect().center());
         QMouseEvent again(QEvent::MouseButtonDblClick, at, more->mapToGlobal(at), Qt::LeftButton,
@@ -948,14 +948,14 @@ private slots:
     {
         showWithLights();
         answerLight();
-        press("LightAddBtn");
-        child("LightNum")->setFocus();
+        press(screen, "LightAddBtn");
+        in<QLineEdit>(screen, "LightNum")->setFocus();
         answerLight(); // still as it was before
         QVERIFY(!button("LightAddBtn")->isEnabled());
-        QCOMPARE(screen->focusWidget(), child("LightNum"));
+        QCOMPARE(screen->focusWidget(), in<QLineEdit>(screen, "LightNum"));
         answerOffset(-4);
         QVERIFY(button("LightAddBtn")->isEnabled());
-        QCOMPARE(screen->focusWidget(), child("LightNum"));
+        QCOMPARE(screen->focusWidget(), in<QLineEdit>(screen, "LightNum"));
     }
 
     void steps_that_add_up_stop_at_the_bounds_data()
@@ -974,7 +974,7 @@ private slots:
         showWithLights();
         answerOffset(from);
         for (int i = 0; i < 60; ++i)
-            press(pressed.constData());
+            press(screen, pressed.constData());
         QCOMPARE(text("LightAGCSet"), end);
     }
 
@@ -983,7 +983,7 @@ private slots:
         showWithLights();
         answerLight();
         tick();
-        press("LightAddBtn");
+        press(screen, "LightAddBtn");
         sent();
         answerLight(); // the link repeats it
         report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0x8E, 0x0F, 0x34, 0x0F, 0});
@@ -999,13 +999,13 @@ private slots:
     {
         showWithLights();
         answerLight();
-        press("LightAddBtn");
+        press(screen, "LightAddBtn");
         QTest::qWait(8100);
         report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0x8E, 0x0F, 0x34, 0x0F, 0});
         QVERIFY(button("LightAddBtn")->isEnabled());
         QCOMPARE(text("LightAGCSet"), u"-5"_s);
         sent();
-        press("LightAddBtn");
+        press(screen, "LightAddBtn");
         QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FC")}));
     }
 
@@ -1014,7 +1014,7 @@ private slots:
         showWithLights();
         answerSettings();
         answerLight();
-        press("LightAddBtn");
+        press(screen, "LightAddBtn");
         QElapsedTimer time;
         time.start();
         const auto noticeWhileAsking = [this] {
@@ -1080,11 +1080,11 @@ private slots:
         sent();
         screen->standAside(true);
         QCOMPARE(notice(), u"This waits until the light check has ended"_s);
-        press("LightChooseBtn_2");
+        press(screen, "LightChooseBtn_2");
         QCOMPARE(sent(), QByteArrayList());
         screen->standAside(false);
         sent();
-        press("LightChooseBtn_2");
+        press(screen, "LightChooseBtn_2");
         QVERIFY(sent().contains(whole("00 A2 08 04 00 01 0A 00 01")));
     }
 
@@ -1107,7 +1107,7 @@ private slots:
     {
         showWithLights();
         answerLight();
-        press("LightDecBtn");
+        press(screen, "LightDecBtn");
         QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FA")}));
         QCOMPARE(text("LightAGCSet"), u"-6"_s);
         QVERIFY(!button("LightAddBtn")->isEnabled());
@@ -1119,8 +1119,8 @@ private slots:
         show();
         report({0xFC, 0xA5, 0x80, 0x00, 0x00, 0xF4, 0x01, 0x5E, 0x01});
         report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x02, 0x5D, 0x01, 0x00, 9});
-        press("LightAddBtn");
-        press("LightChooseBtn_2");
+        press(screen, "LightAddBtn");
+        press(screen, "LightChooseBtn_2");
         tick(6);
         QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 02 5D 01 01"),
                                          whole("00 A2 08 04 00 02 5D 01 01"),
@@ -1158,7 +1158,7 @@ private slots:
              {std::pair("LightAddBtn", afterPlus), std::pair("LightDecBtn", afterMinus)}) {
             screen->OnLinkEnded();
             report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, UCHAR(offset), UCHAR(agc)});
-            press(name);
+            press(screen, name);
             if (byte.isEmpty()) {
                 QCOMPARE(sent(), QByteArrayList());
                 QCOMPARE(text("LightAGCSet"), QString::number(offset));
@@ -1180,7 +1180,7 @@ private slots:
         int steps = 0;
         for (; steps < 200; ++steps) {
             report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, UCHAR(offset), 200});
-            press("LightAddBtn");
+            press(screen, "LightAddBtn");
             const QByteArrayList frame = sent();
             if (frame.isEmpty())
                 break;
@@ -1196,13 +1196,13 @@ private slots:
     {
         showWithLights();
         answerLight();
-        press("LightChooseBtn_2");
+        press(screen, "LightChooseBtn_2");
         QCOMPARE(sent(), QByteArrayList({whole("00 A2 08 04 00 01 0A 00 01")}));
         QVERIFY(!button("LightChooseBtn_2")->isEnabled());
         report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0, 0, 0, 0, 1});
         QVERIFY(button("LightChooseBtn_2")->isEnabled());
         QCOMPARE(button("LightChooseBtn_2")->text(), u"Enable"_s);
-        press("LightChooseBtn_2");
+        press(screen, "LightChooseBtn_2");
         QCOMPARE(sent(), QByteArrayList({whole("00 A2 08 04 00 01 0A 00 00")}));
         QVERIFY(!button("LightChooseBtn_2")->isEnabled());
         answerLight();
@@ -1274,7 +1274,7 @@ private slots:
         // Neither the light before nor one that the frame has not spoken of.
         for (const char *name : {"LightAddBtn", "LightDecBtn", "LightChooseBtn_2"}) {
             QVERIFY(!button(name)->isEnabled());
-            press(name);
+            press(screen, name);
         }
         QCOMPARE(sent(), QByteArrayList());
         tick();
@@ -1286,8 +1286,8 @@ private slots:
             return;
         const QByteArray light = QByteArray::fromHex(named.toLatin1());
         report({0xFC, 0xA2, 0x87, 0x00, 0x00, UCHAR(light[0]), UCHAR(light[1]), 0, 0x02, 60});
-        press("LightAddBtn");
-        press("LightChooseBtn_2");
+        press(screen, "LightAddBtn");
+        press(screen, "LightChooseBtn_2");
         QCOMPARE(sent(), QByteArrayList({frame("00 A2 06 04 00 ", named, " 03"),
                                          frame("00 A2 08 04 00 ", named, " 01")}));
     }
@@ -1309,11 +1309,11 @@ private slots:
         type("LightDir", "X");
         type("LightNum", "7");
         report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 7, 0, 0x00, 50, 0x8C, 0x0F});
-        child("LightNum")->selectAll();
+        in<QLineEdit>(screen, "LightNum")->selectAll();
         // The poll goes on meanwhile.
         report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 7, 0, 0x00, 50, 0x8D, 0x0F});
         QCOMPARE(text("LightADC"), u"3981"_s);
-        QTest::keyClicks(child("LightNum"), u"3"_s);
+        QTest::keyClicks(in<QLineEdit>(screen, "LightNum"), u"3"_s);
         QCOMPARE(text("LightNum"), u"3"_s);
         sent();
         tick();
@@ -1324,10 +1324,10 @@ private slots:
     {
         showWithLights();
         answerLight();
-        child("LightNum")->setFocus();
-        child("LightNum")->selectAll();
+        in<QLineEdit>(screen, "LightNum")->setFocus();
+        in<QLineEdit>(screen, "LightNum")->selectAll();
         answerOffset(3);
-        QTest::keyClicks(child("LightNum"), u"5"_s);
+        QTest::keyClicks(in<QLineEdit>(screen, "LightNum"), u"5"_s);
         QCOMPARE(text("LightNum"), u"5"_s);
     }
 
@@ -1335,12 +1335,12 @@ private slots:
     {
         showWithLights();
         type("LightNum", "10");
-        child("LightDir")->setFocus();
+        in<QLineEdit>(screen, "LightDir")->setFocus();
         type("LightDir", "x");
         answerLight();
         QCOMPARE(text("LightADC"), u"3980"_s);
         QCOMPARE(text("LightDir"), u"x"_s);
-        child("LightNum")->setFocus();
+        in<QLineEdit>(screen, "LightNum")->setFocus();
         answerOffset(-3);
         QCOMPARE(text("LightDir"), u"X"_s);
         QCOMPARE(text("LightNum"), u"10"_s);
@@ -1350,7 +1350,7 @@ private slots:
     {
         showWithLights();
         answerLight();
-        press("LightChooseBtn_2");
+        press(screen, "LightChooseBtn_2");
         report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 10, 0, 0xFB, 50, 0x8E, 0x0F, 0x34, 0x0F, 0});
         QVERIFY(!button("LightChooseBtn_2")->isEnabled());
         QCOMPARE(button("LightChooseBtn_2")->text(), u"Disable"_s);
@@ -1363,7 +1363,7 @@ private slots:
     {
         show();
         answerLight();
-        press("LightChooseBtn_2");
+        press(screen, "LightChooseBtn_2");
         tick(6);
         QCOMPARE(sent(), QByteArrayList());
         QVERIFY(!button("LightChooseBtn_2")->isEnabled());
@@ -1389,7 +1389,7 @@ private slots:
         // The same while a number is being typed.
         type("LightNum", "3");
         report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x01, 24, 0, 0x02, 51, 0x11, 0x00});
-        QTest::keyClicks(child("LightNum"), u"1"_s);
+        QTest::keyClicks(in<QLineEdit>(screen, "LightNum"), u"1"_s);
         QCOMPARE(text("LightNum"), u"31"_s);
         QCOMPARE(text("LightADC"), u"16"_s);
     }
@@ -1493,8 +1493,8 @@ private slots:
         tick(3);
         QCOMPARE(sent(), QByteArrayList({ReadAdc, ScanY, ScanX}));
         // And no level of the other device is left.
-        child("LightDir")->clear();
-        child("LightNum")->clear();
+        in<QLineEdit>(screen, "LightDir")->clear();
+        in<QLineEdit>(screen, "LightNum")->clear();
         report({0xFC, 0xA5, 0x80, 0x00, 0x00, 96, 0, 54, 0});
         tick();
         QCOMPARE(withoutPanel(screen->grab().toImage()), none);
@@ -1510,20 +1510,20 @@ private slots:
     void what_was_to_be_told_of_one_device_is_not_told_of_the_next()
     {
         show();
-        press("ADCDefBtn");
-        press("ADCSetBtn");
+        press(screen, "ADCDefBtn");
+        press(screen, "ADCSetBtn");
         QTRY_COMPARE(frames.size(), 2);
         answerSettings(0xD9);
         QCOMPARE(notice(), u"The touch frame has set other values"_s);
         screen->OnLinkEnded();
         QCOMPARE(notice(), QString());
-        press("ADCSetBtn"); // of empty fields
+        press(screen, "ADCSetBtn"); // of empty fields
         QVERIFY(!notice().isEmpty());
         screen->OnLinkEnded();
         QCOMPARE(notice(), QString());
         // Nor was the next one set to anything.
-        press("ADCDefBtn");
-        press("ADCSetBtn");
+        press(screen, "ADCDefBtn");
+        press(screen, "ADCSetBtn");
         screen->OnLinkEnded();
         answerSettings(0xDA);
         QCOMPARE(text("MinADC"), u"3802"_s);
@@ -1589,9 +1589,9 @@ private slots:
     {
         showWithLights();
         // As on a low screen, where the panel reaches into the strip.
-        child<QGroupBox>("groupBox_3")->move(280, H - 480);
+        in<QGroupBox>(screen, "groupBox_3")->move(280, H - 480);
         for (const char *name : {"LightAddBtn", "label_2", "groupBox_2", "groupBox_3", "LightADC"})
-            QTest::mouseClick(child<QWidget>(name), Qt::LeftButton);
+            QTest::mouseClick(in<QWidget>(screen, name), Qt::LeftButton);
         QCOMPARE(text("LightDir"), QString());
         QCOMPARE(text("LightNum"), QString());
         release({300, H - 3});

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "dialogs/rotation_dlg.h"
+#include "tests/support/widgets.h"
 
 #include <QElapsedTimer>
 #include <QGroupBox>
@@ -47,13 +48,7 @@ private:
     std::unique_ptr<Rotation_dlg> dialog;
     QList<QByteArray> sent;
 
-    template <typename Widget = QPushButton>
-    Widget *child(const char *name) const
-    {
-        return dialog->findChild<Widget *>(QString::fromLatin1(name));
-    }
-    QLabel *shown() const { return child<QLabel>("Rotationlab"); }
-    void press(const char *name) const { QTest::mouseClick(child(name), Qt::LeftButton); }
+    QLabel *shown() const { return in<QLabel>(dialog, "Rotationlab"); }
     void receive(QByteArray report) const
     {
         QCOMPARE(report.size(), 64);
@@ -86,7 +81,7 @@ private:
     // As a user's hand on a window that is busy: events that wait for it.
     void pressDuringThePause(const char *name) const
     {
-        auto *button = child(name);
+        auto *button = in(dialog, name);
         const QPointF at = button->rect().center();
         for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
             QCoreApplication::postEvent(
@@ -135,7 +130,7 @@ private slots:
     {
         QFETCH(const QRect, geometry);
         QFETCH(const QString, text);
-        const auto *widget = child<QWidget>(QTest::currentDataTag());
+        const auto *widget = in<QWidget>(dialog, QTest::currentDataTag());
         QCOMPARE(widget->geometry(), geometry);
         const auto *group = qobject_cast<const QGroupBox *>(widget);
         QCOMPARE(group ? group->title() : widget->property("text").toString(), text);
@@ -153,7 +148,7 @@ private slots:
     void the_text_ends_before_the_rotation_begins()
     {
         dialog->show();
-        const auto *text = child<QLabel>("label_6");
+        const auto *text = in<QLabel>(dialog, "label_6");
         QVERIFY(text->x() + text->sizeHint().width() <= shown()->x());
         QVERIFY(text->sizeHint().height() <= text->height());
         QVERIFY(text->font().pointSize() <= 8);
@@ -188,7 +183,7 @@ private slots:
         }
         QCOMPARE(reached, QStringList({u"okbtn"_s, u"rotation0btn"_s, u"rotation90btn"_s,
                                        u"rotation180btn"_s, u"rotation270btn"_s}));
-        QCOMPARE(child("rotation90btn")->accessibleName(), u"90 degrees"_s);
+        QCOMPARE(in(dialog, "rotation90btn")->accessibleName(), u"90 degrees"_s);
     }
 
     void a_key_pressed_right_after_the_showing_turns_nothing()
@@ -234,7 +229,7 @@ private slots:
     {
         QFETCH(const QByteArray, set);
         QCOMPARE(set.size(), 64);
-        press(QTest::currentDataTag());
+        press(dialog, QTest::currentDataTag());
         QCOMPARE(sent, QList<QByteArray>({set, Query}));
         // Not what was sent is shown, but what the frame says.
         QCOMPARE(shown()->text(), u"-1"_s);
@@ -287,7 +282,7 @@ private slots:
     void ok_closes()
     {
         dialog->show();
-        press("okbtn");
+        press(dialog, "okbtn");
         QVERIFY(!dialog->isVisible());
         QCOMPARE(sent, {Query});
     }
@@ -305,18 +300,18 @@ private slots:
             for (const char *name :
                  {"rotation180btn", "rotation270btn", "rotation0btn", "rotation270btn"})
                 pressDuringThePause(name);
-            auto *focused = child("rotation180btn");
+            auto *focused = in(dialog, "rotation180btn");
             for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
                 QCoreApplication::postEvent(
                     focused, new QKeyEvent(type, Qt::Key_Space, Qt::NoModifier, u" "_s));
         });
         QElapsedTimer time;
         time.start();
-        press("rotation90btn");
+        press(dialog, "rotation90btn");
         QTRY_VERIFY(isSettled());
         QCOMPARE(sent, QList<QByteArray>({frame("00 A7 00 02 00 01"), Query}));
         QVERIFY(time.elapsed() < 2000);
-        press("rotation180btn");
+        press(dialog, "rotation180btn");
         QCOMPARE(sent.sliced(2), QList<QByteArray>({frame("00 A7 00 02 00 02"), Query}));
     }
 
@@ -483,7 +478,7 @@ private slots:
         dialog->getCurrentRotation();
         const QTime first = silentSince();
         QVERIFY(first.isValid());
-        press("rotation90btn");
+        press(dialog, "rotation90btn");
         QCOMPARE(silentSince(), first);
         dialog->show();
         dialog->hide();
@@ -494,7 +489,7 @@ private slots:
     {
         receive(DefaultIs0);
         receive(CurrentIs90);
-        press("rotation180btn");
+        press(dialog, "rotation180btn");
         for (int i = 0; i < 20; ++i)
             receive(CurrentIs90);
         QVERIFY(hinted());

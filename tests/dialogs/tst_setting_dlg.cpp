@@ -5,6 +5,7 @@
 #include "tests/support/clipped.h"
 #include "tests/support/hides.h"
 #include "tests/support/settingshome.h"
+#include "tests/support/widgets.h"
 
 #include <QGroupBox>
 #include <QLabel>
@@ -28,14 +29,8 @@ private:
     std::unique_ptr<QWidget> window; // stands for the main window
     Setting_dlg *dialog = nullptr;   // its child
 
-    template <typename Widget = QPushButton>
-    Widget *child(const QString &name) const
-    {
-        return dialog->findChild<Widget *>(name);
-    }
-    void click(const QString &button) const { QTest::mouseClick(child(button), Qt::LeftButton); }
-    QString use() const { return child<QLabel>(u"UseLab"_s)->text(); }
-    QString environment() const { return child<QLabel>(u"EnvironmentLab"_s)->text(); }
+    QString use() const { return in<QLabel>(dialog, "UseLab")->text(); }
+    QString environment() const { return in<QLabel>(dialog, "EnvironmentLab")->text(); }
     void open()
     {
         window = std::make_unique<QWidget>();
@@ -61,12 +56,13 @@ private slots:
         QCOMPARE(dialog->minimumSize(), QSize(332, 307));
         QCOMPARE(dialog->maximumSize(), QSize(332, 307));
         QCOMPARE(dialog->windowFlags() & Qt::WindowType_Mask, Qt::WindowFlags(7));
-        QCOMPARE(child<QGroupBox>(u"groupBox_4"_s)->title(), u"Use"_s);
-        QCOMPARE(child<QGroupBox>(u"groupBox_3"_s)->title(), u"Environment"_s);
-        QCOMPARE(child<QLabel>(u"label_7"_s)->text(), u"This equipment is mainly used for:"_s);
-        QCOMPARE(child<QLabel>(u"label_6"_s)->text(), u"The environment around you is:"_s);
+        QCOMPARE(in<QGroupBox>(dialog, "groupBox_4")->title(), u"Use"_s);
+        QCOMPARE(in<QGroupBox>(dialog, "groupBox_3")->title(), u"Environment"_s);
+        QCOMPARE(in<QLabel>(dialog, "label_7")->text(), u"This equipment is mainly used for:"_s);
+        QCOMPARE(in<QLabel>(dialog, "label_6")->text(), u"The environment around you is:"_s);
         for (const QString &name : {u"UseLab"_s, u"EnvironmentLab"_s})
-            QCOMPARE(child<QLabel>(name)->palette().color(QPalette::WindowText), QColor(0, 0, 255));
+            QCOMPARE(in<QLabel>(dialog, name)->palette().color(QPalette::WindowText),
+                     QColor(0, 0, 255));
         for (const QWidget *widget : dialog->findChildren<QWidget *>()) {
             QCOMPARE(widget->font().family(), u"Tahoma"_s);
             QCOMPARE(widget->font().pointSize(), 9);
@@ -94,7 +90,7 @@ private slots:
     void every_button_is_as_drawn()
     {
         open();
-        const auto *button = child(QString::fromLatin1(QTest::currentDataTag()));
+        const auto *button = in(dialog, QString::fromLatin1(QTest::currentDataTag()));
         QVERIFY(button != nullptr);
         QTEST(button->text(), "text");
         QTEST(button->parentWidget()->objectName(), "group");
@@ -106,10 +102,10 @@ private slots:
         open();
         for (const QString &name :
              {u"Operatebtn"_s, u"Writebtn"_s, u"Multipointbtn"_s, u"Percussionbtn"_s}) {
-            click(name);
+            press(dialog, name);
             QCOMPARE(clipped(*dialog), QStringList());
         }
-        child<QLabel>(u"EnvironmentLab"_s)->setText(u"Sunshine"_s);
+        in<QLabel>(dialog, "EnvironmentLab")->setText(u"Sunshine"_s);
         QCOMPARE(clipped(*dialog), QStringList());
     }
 
@@ -118,7 +114,7 @@ private slots:
         open();
         dialog->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(dialog));
-        child(u"Operatebtn"_s)->setFocus();
+        in(dialog, "Operatebtn")->setFocus();
         QStringList reached;
         for (int i = 0; i < 9; ++i) {
             reached.append(dialog->focusWidget()->objectName());
@@ -162,11 +158,11 @@ private slots:
         XML_CLASS().write_easysetting({.Environment = u"Indoor"_s, .Use = stored});
         const QByteArray before = home->content();
         open();
-        click(button);
+        press(dialog, button);
         QCOMPARE(use(), QString::fromLatin1(QTest::currentDataTag()));
         QCOMPARE(environment(), u"Indoor"_s);
         QCOMPARE(home->content(), before);
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QVERIFY(dialog->isVisible());
         QCOMPARE(home->element("USE"), QByteArray(QTest::currentDataTag()));
         QCOMPARE(home->element("ENVIRONMENT"), QByteArray("Indoor"));
@@ -177,10 +173,10 @@ private slots:
         XML_CLASS().write_easysetting({.Environment = u"Rain"_s, .Use = u"Operate"_s});
         open();
         QCOMPARE(environment(), u"Rain"_s);
-        click(u"Indoorbtn"_s);
+        press(dialog, "Indoorbtn");
         QCOMPARE(environment(), u"Indoor"_s);
         QCOMPARE(home->element("ENVIRONMENT"), QByteArray("Rain"));
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QCOMPARE(home->element("ENVIRONMENT"), QByteArray("Indoor"));
         QCOMPARE(home->element("USE"), QByteArray("Operate"));
     }
@@ -196,9 +192,9 @@ private slots:
     {
         QFETCH(const QString, button);
         open();
-        QVERIFY(child(button)->isVisible());
-        QVERIFY(!child(button)->isEnabled());
-        click(button);
+        QVERIFY(in(dialog, button)->isVisible());
+        QVERIFY(!in(dialog, button)->isEnabled());
+        press(dialog, button);
         QCOMPARE(environment(), u"Indoor"_s);
     }
 
@@ -207,8 +203,8 @@ private slots:
     {
         open();
         for (const QString &name : {u"Rain"_s, u"Sunshine"_s, u"Shock"_s}) {
-            child(name + u"btn"_s)->setEnabled(true);
-            click(name + u"btn"_s);
+            in(dialog, name + u"btn"_s)->setEnabled(true);
+            press(dialog, name + u"btn"_s);
             QCOMPARE(environment(), name);
         }
     }
@@ -216,8 +212,8 @@ private slots:
     void OK_keeps_the_choice_and_closes()
     {
         open();
-        click(u"Multipointbtn"_s);
-        click(u"okbtn"_s);
+        press(dialog, "Multipointbtn");
+        press(dialog, "okbtn");
         QVERIFY(!dialog->isVisible());
         QCOMPARE(home->element("USE"), QByteArray("Multipoint"));
         dialog->show();
@@ -227,10 +223,10 @@ private slots:
     void its_steps_are_there_one_by_one()
     {
         open();
-        click(u"Percussionbtn"_s);
+        press(dialog, "Percussionbtn");
         dialog->Data2Easysetting();
         QCOMPARE(use(), u"Write"_s);
-        click(u"Percussionbtn"_s);
+        press(dialog, "Percussionbtn");
         dialog->Easysetting2Data();
         dialog->Data2Easysetting();
         QCOMPARE(use(), u"Percussion"_s);
@@ -248,24 +244,24 @@ private slots:
     void the_window_tells_what_became_of_Apply()
     {
         open();
-        const auto *notice = child<QLabel>(u"noticeLab"_s);
-        click(u"Percussionbtn"_s);
+        const auto *notice = in<QLabel>(dialog, "noticeLab");
+        press(dialog, "Percussionbtn");
         QCOMPARE(notice->text(), QString());
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QCOMPARE(notice->text(), u"Kept."_s);
         QVERIFY(notice->isVisible());
         QCOMPARE(clipped(*dialog), QStringList());
-        click(u"Writebtn"_s);
+        press(dialog, "Writebtn");
         QCOMPARE(notice->text(), QString());
-        click(u"applybtn"_s);
-        click(u"canbtn"_s);
+        press(dialog, "applybtn");
+        press(dialog, "canbtn");
         dialog->show();
         QCOMPARE(notice->text(), QString());
 
         home->removeConfigDirectory();
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QCOMPARE(notice->text(), u"Not kept: cannot write "_s + home->path());
-        click(u"Indoorbtn"_s);
+        press(dialog, "Indoorbtn");
         QCOMPARE(notice->text(), QString());
     }
 
@@ -277,8 +273,8 @@ private slots:
             const QByteArray before = qgetenv("HOME");
             const auto back = qScopeGuard([&before] { qputenv("HOME", before); });
             qputenv("HOME", homeDirectory.toUtf8());
-            click(u"applybtn"_s);
-            return child<QLabel>(u"noticeLab"_s)->text();
+            press(dialog, "applybtn");
+            return in<QLabel>(dialog, "noticeLab")->text();
         };
         QCOMPARE(toldAt(home->folder()), u"Not kept: cannot write ~/.config/ForQuorvel"_s);
         // Another one whose name begins alike.
@@ -288,13 +284,13 @@ private slots:
     void OK_tells_at_the_next_opening_what_it_could_not_keep()
     {
         open();
-        const auto *notice = child<QLabel>(u"noticeLab"_s);
-        click(u"Percussionbtn"_s);
-        click(u"okbtn"_s);
+        const auto *notice = in<QLabel>(dialog, "noticeLab");
+        press(dialog, "Percussionbtn");
+        press(dialog, "okbtn");
         dialog->show();
         QCOMPARE(notice->text(), QString());
         home->removeConfigDirectory();
-        click(u"okbtn"_s);
+        press(dialog, "okbtn");
         QVERIFY(!dialog->isVisible());
         dialog->show();
         QCOMPARE(notice->text(), u"Not kept: cannot write "_s + home->path());
@@ -304,8 +300,8 @@ private slots:
     {
         open();
         const QByteArray before = home->content();
-        click(u"Percussionbtn"_s);
-        click(u"canbtn"_s);
+        press(dialog, "Percussionbtn");
+        press(dialog, "canbtn");
         QVERIFY(!dialog->isVisible());
         QCOMPARE(home->content(), before);
         QCOMPARE(home->element("USE"), QByteArray("Write"));
@@ -326,11 +322,11 @@ private slots:
         QFETCH(const int, way);
         open();
         const QByteArray before = home->content();
-        click(u"Percussionbtn"_s);
+        press(dialog, "Percussionbtn");
         QCOMPARE(use(), u"Percussion"_s);
         switch (way) {
         case 0:
-            click(u"canbtn"_s);
+            press(dialog, "canbtn");
             break;
         case 1:
             dialog->close();
@@ -350,7 +346,7 @@ private slots:
     {
         open();
         Hides hides(dialog);
-        click(u"Percussionbtn"_s);
+        press(dialog, "Percussionbtn");
         dialog->setWindowState(Qt::WindowMinimized);
         QTRY_VERIFY(hides.bySystem > 0);
         QCOMPARE(use(), u"Percussion"_s);
@@ -383,8 +379,8 @@ private slots:
     {
         XML_CLASS().write_easysetting({.Environment = u"Indoor"_s, .Use = u"<b>Write</b>"_s});
         open();
-        QCOMPARE(child<QLabel>(u"UseLab"_s)->textFormat(), Qt::PlainText);
-        QCOMPARE(child<QLabel>(u"EnvironmentLab"_s)->textFormat(), Qt::PlainText);
+        QCOMPARE(in<QLabel>(dialog, "UseLab")->textFormat(), Qt::PlainText);
+        QCOMPARE(in<QLabel>(dialog, "EnvironmentLab")->textFormat(), Qt::PlainText);
         QCOMPARE(use(), u"<b>Write</b>"_s);
     }
 
@@ -392,9 +388,9 @@ private slots:
     {
         XML_CLASS().write_smoothing({.smo_en = 0, .smo_lv = 6});
         open();
-        click(u"Operatebtn"_s);
+        press(dialog, "Operatebtn");
         XML_CLASS().write_setting({.rb_duration = 2500});
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QCOMPARE(home->element("USE"), QByteArray("Operate"));
         QCOMPARE(home->element("SMO_LV"), QByteArray("6"));
         QCOMPARE(home->element("RB_DURATION"), QByteArray("2500"));
@@ -406,9 +402,9 @@ private slots:
         open();
         QCOMPARE(use(), QString());
         QCOMPARE(environment(), QString());
-        click(u"Operatebtn"_s);
-        click(u"applybtn"_s);
-        click(u"okbtn"_s);
+        press(dialog, "Operatebtn");
+        press(dialog, "applybtn");
+        press(dialog, "okbtn");
         QVERIFY(!dialog->isVisible());
         QVERIFY(!home->hasConfigDirectory());
     }
@@ -417,18 +413,18 @@ private slots:
     {
         open();
         auto *advanced = new useradv_dlg(window.get());
-        click(u"AdvBtn"_s);
+        press(dialog, "AdvBtn");
         QVERIFY(advanced->isVisible());
         QVERIFY(QTest::qWaitForWindowActive(advanced));
         QVERIFY(dialog->isVisible());
-        click(u"AdvBtn"_s);
+        press(dialog, "AdvBtn");
         QVERIFY(advanced->isVisible());
     }
 
     void Advance_without_a_gesture_dialog_does_nothing()
     {
         open();
-        click(u"AdvBtn"_s);
+        press(dialog, "AdvBtn");
         QVERIFY(dialog->isVisible());
         Setting_dlg alone(nullptr);
         QTest::mouseClick(alone.findChild<QPushButton *>(u"AdvBtn"_s), Qt::LeftButton);
@@ -437,7 +433,7 @@ private slots:
     void a_connection_shows_what_is_stored()
     {
         open();
-        click(u"Percussionbtn"_s);
+        press(dialog, "Percussionbtn");
         XML_CLASS().write_easysetting({.Environment = u"Indoor"_s, .Use = u"Operate"_s});
         dialog->OnUSBConnect();
         QCOMPARE(use(), u"Operate"_s);
@@ -448,16 +444,16 @@ private slots:
         open();
         QSignalSpy sent(dialog, &Setting_dlg::Write03);
         for (const QString &button : {u"Operatebtn"_s, u"Indoorbtn"_s, u"applybtn"_s, u"AdvBtn"_s})
-            click(button);
+            press(dialog, button);
         dialog->OnUSBConnect();
-        click(u"okbtn"_s);
+        press(dialog, "okbtn");
         QCOMPARE(sent.size(), 0);
     }
 
     void a_report_changes_nothing()
     {
         open();
-        click(u"Percussionbtn"_s);
+        press(dialog, "Percussionbtn");
         const QByteArray before = home->content();
         QByteArray report(64, '\xFF');
         dialog->DoRecv03(reinterpret_cast<UCHAR *>(report.data()));
@@ -470,11 +466,11 @@ private slots:
     void Enter_takes_the_button_in_focus_or_else_OK()
     {
         open();
-        child(u"Percussionbtn"_s)->setFocus();
-        QTest::keyClick(child(u"Percussionbtn"_s), Qt::Key_Return);
+        in(dialog, "Percussionbtn")->setFocus();
+        QTest::keyClick(in(dialog, "Percussionbtn"), Qt::Key_Return);
         QCOMPARE(use(), u"Percussion"_s);
         QVERIFY(dialog->isVisible());
-        child(u"Percussionbtn"_s)->clearFocus();
+        in(dialog, "Percussionbtn")->clearFocus();
         QTest::keyClick(dialog, Qt::Key_Return);
         QVERIFY(!dialog->isVisible());
         QCOMPARE(home->element("USE"), QByteArray("Percussion"));

@@ -2,6 +2,7 @@
 
 #include "dialogs/smoothing_dlg.h"
 #include "tests/support/settingshome.h"
+#include "tests/support/widgets.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -28,19 +29,10 @@ class TestSmoothingDlg : public QObject
 private:
     std::unique_ptr<SettingsHome> home;
 
-    template <typename Widget = QPushButton>
-    static Widget *child(const smoothing_dlg &dialog, const char *name)
-    {
-        return dialog.findChild<Widget *>(QString::fromLatin1(name));
-    }
-    static QSlider *level(const smoothing_dlg &dialog) { return child<QSlider>(dialog, "smo_lv"); }
+    static QSlider *level(const smoothing_dlg &dialog) { return in<QSlider>(&dialog, "smo_lv"); }
     static QCheckBox *use(const smoothing_dlg &dialog)
     {
-        return child<QCheckBox>(dialog, "checkBox");
-    }
-    static void press(const smoothing_dlg &dialog, const char *name)
-    {
-        QTest::mouseClick(child(dialog, name), Qt::LeftButton);
+        return in<QCheckBox>(&dialog, "checkBox");
     }
     static void appear(smoothing_dlg &dialog)
     {
@@ -66,16 +58,16 @@ private slots:
         QCOMPARE(dialog.windowTitle(), u"MalvoTools"_s);
         QCOMPARE(dialog.minimumSize(), dialog.maximumSize());
         QCOMPARE(dialog.size(), dialog.minimumSize());
-        QCOMPARE(child<QGroupBox>(dialog, "groupBox")->title(), u"Smoothing"_s);
+        QCOMPARE(in<QGroupBox>(&dialog, "groupBox")->title(), u"Smoothing"_s);
         QCOMPARE(use(dialog)->text(), u"Use of smoothing on writing"_s);
-        QCOMPARE(child<QLabel>(dialog, "label")->text(),
+        QCOMPARE(in<QLabel>(&dialog, "label")->text(),
                  u"We strongly recommend that you use the smoothing mode, which will optimize the "
                  "use of your experience, and almost no side effects."_s);
-        QCOMPARE(child<QLabel>(dialog, "label_2")->text(), u"Smoothing Level:"_s);
-        QCOMPARE(child(dialog, "pushButton_3")->text(), u"Low"_s);
-        QCOMPARE(child(dialog, "pushButton_4")->text(), u"High"_s);
-        QCOMPARE(child(dialog, "pushButton")->text(), u"OK"_s);
-        QCOMPARE(child(dialog, "pushButton_2")->text(), u"Cancel"_s);
+        QCOMPARE(in<QLabel>(&dialog, "label_2")->text(), u"Smoothing Level:"_s);
+        QCOMPARE(in(&dialog, "pushButton_3")->text(), u"Low"_s);
+        QCOMPARE(in(&dialog, "pushButton_4")->text(), u"High"_s);
+        QCOMPARE(in(&dialog, "pushButton")->text(), u"OK"_s);
+        QCOMPARE(in(&dialog, "pushButton_2")->text(), u"Cancel"_s);
         const QSlider *slider = level(dialog);
         QCOMPARE(slider->minimum(), 4);
         QCOMPARE(slider->maximum(), 6);
@@ -98,17 +90,17 @@ private slots:
     {
         smoothing_dlg dialog(nullptr);
         appear(dialog);
-        const auto *note = child<QLabel>(dialog, "label");
+        const auto *note = in<QLabel>(&dialog, "label");
         QVERIFY(note->wordWrap());
         QVERIFY(note->heightForWidth(note->width()) <= note->height());
-        const auto *levelLabel = child<QLabel>(dialog, "label_2");
+        const auto *levelLabel = in<QLabel>(&dialog, "label_2");
         QVERIFY(levelLabel->sizeHint().width() <= levelLabel->width());
         QVERIFY(levelLabel->sizeHint().height() <= levelLabel->height());
         QVERIFY(use(dialog)->sizeHint().width() <= use(dialog)->width());
         QVERIFY(use(dialog)->sizeHint().height() <= use(dialog)->height());
         QVERIFY(level(dialog)->sizeHint().height() <= level(dialog)->height());
         for (const char *name : {"pushButton", "pushButton_2", "pushButton_3", "pushButton_4"}) {
-            const QPushButton *button = child(dialog, name);
+            const QPushButton *button = in(&dialog, name);
             QVERIFY(button->fontMetrics().horizontalAdvance(button->text()) + 8 <= button->width());
             QVERIFY(button->fontMetrics().height() + 6 <= button->height());
         }
@@ -127,10 +119,10 @@ private slots:
         }
         QCOMPARE(reached, QStringList({u"checkBox"_s, u"pushButton_3"_s, u"smo_lv"_s,
                                        u"pushButton_4"_s, u"pushButton"_s, u"pushButton_2"_s}));
-        QCOMPARE(child<QLabel>(dialog, "label_2")->buddy(), level(dialog));
+        QCOMPARE(in<QLabel>(&dialog, "label_2")->buddy(), level(dialog));
         QCOMPARE(level(dialog)->accessibleName(), u"Smoothing Level"_s);
-        QCOMPARE(child(dialog, "pushButton_3")->accessibleName(), u"Low smoothing level"_s);
-        QCOMPARE(child(dialog, "pushButton_4")->accessibleName(), u"High smoothing level"_s);
+        QCOMPARE(in(&dialog, "pushButton_3")->accessibleName(), u"Low smoothing level"_s);
+        QCOMPARE(in(&dialog, "pushButton_4")->accessibleName(), u"High smoothing level"_s);
     }
 
     void without_a_settings_file_it_shows_smoothing_on_and_level_5()
@@ -170,18 +162,18 @@ private slots:
     void high_at_level_6_stays_6()
     {
         const smoothing_dlg dialog(nullptr);
-        press(dialog, "pushButton_4");
+        press(&dialog, "pushButton_4");
         QCOMPARE(level(dialog)->value(), 6);
-        press(dialog, "pushButton_4");
+        press(&dialog, "pushButton_4");
         QCOMPARE(level(dialog)->value(), 6);
     }
 
     void low_at_level_4_stays_4()
     {
         const smoothing_dlg dialog(nullptr);
-        press(dialog, "pushButton_3");
+        press(&dialog, "pushButton_3");
         QCOMPARE(level(dialog)->value(), 4);
-        press(dialog, "pushButton_3");
+        press(&dialog, "pushButton_3");
         QCOMPARE(level(dialog)->value(), 4);
     }
 
@@ -193,7 +185,7 @@ private slots:
                                               {"pushButton_4", 6},
                                               {"pushButton_3", 5},
                                               {"pushButton_3", 4}}) {
-            press(dialog, button);
+            press(&dialog, button);
             QCOMPARE(level(dialog)->value(), reached);
         }
     }
@@ -204,11 +196,11 @@ private slots:
         smoothing_dlg dialog(nullptr);
         QCOMPARE(level(dialog)->value(), 6);
         appear(dialog);
-        press(dialog, "pushButton_2");
+        press(&dialog, "pushButton_2");
         QVERIFY(!dialog.isVisible());
         QCOMPARE(content(), smoothingFile("1", "9"));
         appear(dialog);
-        press(dialog, "pushButton");
+        press(&dialog, "pushButton");
         QVERIFY(content().contains("<SMO_LV>6</SMO_LV>"));
     }
 
@@ -217,9 +209,9 @@ private slots:
         smoothing_dlg dialog(nullptr);
         appear(dialog);
         use(dialog)->setChecked(false);
-        press(dialog, "pushButton_3");
+        press(&dialog, "pushButton_3");
         QVERIFY(content().contains("<SMO_EN>1</SMO_EN>"));
-        press(dialog, "pushButton");
+        press(&dialog, "pushButton");
         QVERIFY(!dialog.isVisible());
         QVERIFY(content().contains("<SMO_EN>0</SMO_EN>"));
         QVERIFY(content().contains("<SMO_LV>4</SMO_LV>"));
@@ -234,7 +226,7 @@ private slots:
         appear(dialog);
         QVERIFY(!use(dialog)->isChecked());
         use(dialog)->setChecked(true);
-        press(dialog, "pushButton");
+        press(&dialog, "pushButton");
         QVERIFY(content().contains("<SMO_EN>1</SMO_EN>"));
         QVERIFY(content().contains("<SMO_LV>5</SMO_LV>"));
     }
@@ -244,7 +236,7 @@ private slots:
         smoothing_dlg dialog(nullptr);
         XML_CLASS().write_easysetting({u"Rain"_s, u"Multipoint"_s});
         appear(dialog);
-        press(dialog, "pushButton");
+        press(&dialog, "pushButton");
         QVERIFY(content().contains("<ENVIRONMENT>Rain</ENVIRONMENT>"));
         QVERIFY(content().contains("<USE>Multipoint</USE>"));
     }
@@ -277,7 +269,7 @@ private slots:
         level(dialog)->setValue(6);
         switch (way) {
         case 0:
-            press(dialog, "pushButton_2");
+            press(&dialog, "pushButton_2");
             break;
         case 1:
             QTest::keyClick(&dialog, Qt::Key_Escape);
@@ -303,10 +295,10 @@ private slots:
         QVERIFY(QMetaObject::invokeMethod(&dialog, "on_pushButton_2_clicked"));
         QVERIFY(!dialog.isVisible());
         // Without the slot the form's own connection is left.
-        QPushButton *cancel = child(dialog, "pushButton_2");
+        QPushButton *cancel = in(&dialog, "pushButton_2");
         QVERIFY(disconnect(cancel, SIGNAL(clicked()), &dialog, SLOT(on_pushButton_2_clicked())));
         appear(dialog);
-        press(dialog, "pushButton_2");
+        press(&dialog, "pushButton_2");
         QVERIFY(!dialog.isVisible());
     }
 
@@ -343,7 +335,7 @@ private slots:
         const QSignalSpy sent(&dialog, &smoothing_dlg::Write03);
         appear(dialog);
         for (const char *name : {"pushButton_3", "pushButton_4", "pushButton", "pushButton_2"})
-            press(dialog, name);
+            press(&dialog, name);
         QCOMPARE(sent.size(), 0);
     }
 
@@ -367,17 +359,17 @@ private slots:
     void ok_tells_at_the_next_opening_what_it_could_not_keep()
     {
         smoothing_dlg dialog;
-        const auto *notice = child<QLabel>(dialog, "noticeLab");
+        const auto *notice = in<QLabel>(&dialog, "noticeLab");
         appear(dialog);
-        press(dialog, "pushButton");
+        press(&dialog, "pushButton");
         appear(dialog);
         QCOMPARE(notice->text(), QString());
         home->removeConfigDirectory();
-        press(dialog, "pushButton");
+        press(&dialog, "pushButton");
         QVERIFY(!dialog.isVisible());
         appear(dialog);
         QCOMPARE(notice->text(), u"Not kept: cannot write "_s + home->path());
-        press(dialog, "pushButton_4");
+        press(&dialog, "pushButton_4");
         QCOMPARE(notice->text(), QString());
     }
 

@@ -22,12 +22,6 @@ class TestSupportFileDlg : public QObject
 private:
     std::unique_ptr<SupportFile_dlg> dialog;
 
-    template <typename Widget>
-    Widget *child(const char *name) const
-    {
-        return dialog->findChild<Widget *>(QString::fromLatin1(name));
-    }
-
 private slots:
     void initTestCase() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
     void init()
@@ -42,8 +36,8 @@ private slots:
 
     void every_file_is_shown_with_its_content()
     {
-        auto *files = child<QListWidget>("fileList");
-        const auto *content = child<QPlainTextEdit>("contentView");
+        auto *files = in<QListWidget>(dialog, "fileList");
+        const auto *content = in<QPlainTextEdit>(dialog, "contentView");
         QCOMPARE(files->count(), 2);
         QCOMPARE(files->item(0)->text(), u"about.txt"_s);
         QCOMPARE(files->item(1)->toolTip(), u"frames"_s);
@@ -63,7 +57,7 @@ private slots:
         const QTemporaryDir folder;
         const QString path = folder.filePath(u"support.zip"_s);
         dialog->saveTo(path);
-        QCOMPARE(child<QLabel>("outcomeLab")->text(), u"Written to %1."_s.arg(path));
+        QCOMPARE(in<QLabel>(dialog, "outcomeLab")->text(), u"Written to %1."_s.arg(path));
         QCOMPARE(QProcess::execute(u"python3"_s, {u"-m"_s, u"zipfile"_s, u"-e"_s, path,
                                                   folder.filePath(u"out"_s)}),
                  0);
@@ -82,42 +76,42 @@ private slots:
             QCOMPARE(asked->windowModality(), Qt::WindowModal);
             chooseFile(asked, folder.filePath(u"support"_s));
         });
-        QTest::mouseClick(child<QPushButton>("saveButton"), Qt::LeftButton);
+        QTest::mouseClick(in(dialog, "saveButton"), Qt::LeftButton);
         QVERIFY(wasAsked);
         const QString path = folder.filePath(u"support.zip"_s);
-        QCOMPARE(child<QLabel>("outcomeLab")->text(), u"Written to %1."_s.arg(path));
+        QCOMPARE(in<QLabel>(dialog, "outcomeLab")->text(), u"Written to %1."_s.arg(path));
         QVERIFY(QFileInfo(path).size() > 0);
     }
 
     void whoever_changes_their_mind_writes_nothing()
     {
         whenOpen<QFileDialog>([](QFileDialog *asked) { QTest::keyClick(asked, Qt::Key_Escape); });
-        QTest::mouseClick(child<QPushButton>("saveButton"), Qt::LeftButton);
-        QCOMPARE(child<QLabel>("outcomeLab")->text(), QString());
+        QTest::mouseClick(in(dialog, "saveButton"), Qt::LeftButton);
+        QCOMPARE(in<QLabel>(dialog, "outcomeLab")->text(), QString());
         QVERIFY(dialog->isVisible());
     }
 
     void what_keeps_it_from_being_written_is_said_until_the_next_time()
     {
         dialog->saveTo(u"/nowhere/support.zip"_s);
-        const auto *outcome = child<QLabel>("outcomeLab");
+        const auto *outcome = in<QLabel>(dialog, "outcomeLab");
         QVERIFY2(outcome->text().contains(u"/nowhere/support.zip cannot be written"_s),
                  qPrintable(outcome->text()));
         dialog->setEntries({{u"about.txt"_s, {}, {}, {}}});
         QCOMPARE(outcome->text(), QString());
-        QCOMPARE(child<QPlainTextEdit>("contentView")->toPlainText(), QString());
+        QCOMPARE(in<QPlainTextEdit>(dialog, "contentView")->toPlainText(), QString());
     }
 
     void the_keyboard_reaches_everything_and_leaves()
     {
-        child<QListWidget>("fileList")->setFocus();
+        in<QListWidget>(dialog, "fileList")->setFocus();
         for (const char *next : {"contentView", "saveButton", "closeButton"}) {
             QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
             QCOMPARE(dialog->focusWidget()->objectName(), QString::fromLatin1(next));
         }
         for (const char *named : {"fileList", "contentView"})
-            QVERIFY(!child<QWidget>(named)->accessibleName().isEmpty());
-        QVERIFY(child<QPushButton>("saveButton")->isDefault());
+            QVERIFY(!in<QWidget>(dialog, named)->accessibleName().isEmpty());
+        QVERIFY(in(dialog, "saveButton")->isDefault());
         QTest::keyClick(dialog.get(), Qt::Key_Escape);
         QVERIFY(!dialog->isVisible());
     }

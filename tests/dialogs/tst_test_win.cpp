@@ -4,6 +4,7 @@
 #include "tests/support/paints.h"
 #include "tests/support/plainplot.h"
 #include "tests/support/smalldisk.h"
+#include "tests/support/widgets.h"
 
 #include <QAction>
 #include <QApplication>
@@ -191,20 +192,14 @@ private:
     std::unique_ptr<test_win> window;
     QList<QByteArray> sent;
 
-    template <typename Widget = QPushButton>
-    Widget *child(const QString &name) const
-    {
-        return window->findChild<Widget *>(name);
-    }
     QTimer *timer() const { return window->findChild<QTimer *>(); }
     QAction *logAction() const { return window->findChild<QAction *>(u"logAction"_s); }
     QMenu *menu() const { return window->findChild<QMenu *>(); }
-    void click(const QString &name) { QTest::mouseClick(child(name), Qt::LeftButton); }
     void setText(const QString &name, const QString &text)
     {
-        child<QLineEdit>(name)->setText(text);
+        in<QLineEdit>(window, name)->setText(text);
     }
-    void check(const QString &name, bool on) { child<QCheckBox>(name)->setChecked(on); }
+    void check(const QString &name, bool on) { in<QCheckBox>(window, name)->setChecked(on); }
     void tick() { QVERIFY(QMetaObject::invokeMethod(window.get(), "ontimer")); }
 
     void deliver(const Bytes &bytes)
@@ -229,7 +224,7 @@ private:
     void startContinuous()
     {
         setText(u"interal_text"_s, u"9999"_s);
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
     }
 
     // In device pixels.
@@ -338,7 +333,7 @@ private slots:
         QFETCH(const QString, name);
         QFETCH(const QString, text);
         QFETCH(const QRect, geometry);
-        const QWidget *widget = child<QWidget>(name);
+        const QWidget *widget = in<QWidget>(window, name);
         QVERIFY(widget);
         const char *property = qobject_cast<const QGroupBox *>(widget) ? "title" : "text";
         QCOMPARE(widget->property(property).toString(), text);
@@ -357,14 +352,14 @@ private slots:
         QCOMPARE(window->maximumSize(), QSize(1000, 650));
         QCOMPARE(window->font().family(), u"Tahoma"_s);
         QCOMPARE(window->font().pointSize(), 8);
-        const QPushButton *all = child(u"ALL_btn"_s);
+        const QPushButton *all = in(window, "ALL_btn");
         QCOMPARE(all->font().family(), u"Tahoma"_s);
         QCOMPARE(all->font().pointSize(), 11);
         QVERIFY(all->font().bold());
         QCOMPARE(all->styleSheet(), u"color: rgb(0, 170, 0);"_s);
-        QVERIFY(child<QCheckBox>(u"ADCche"_s)->isChecked());
-        QVERIFY(!child<QCheckBox>(u"AGCche"_s)->isChecked());
-        QVERIFY(child<QCheckBox>(u"Ripche"_s)->isChecked());
+        QVERIFY(in<QCheckBox>(window, "ADCche")->isChecked());
+        QVERIFY(!in<QCheckBox>(window, "AGCche")->isChecked());
+        QVERIFY(in<QCheckBox>(window, "Ripche")->isChecked());
     }
 
     void the_form_has_ten_actions_that_nothing_shows()
@@ -401,7 +396,7 @@ private slots:
         QFETCH(const QString, name);
         QFETCH(const QString, largest);
         QFETCH(const QString, tooLarge);
-        auto *field = child<QLineEdit>(name);
+        auto *field = in<QLineEdit>(window, name);
         const auto typed = [field](const QString &text) {
             field->clear();
             QTest::keyClicks(field, text);
@@ -420,7 +415,7 @@ private slots:
     void everything_is_reachable_by_keyboard_and_named()
     {
         QStringList reached;
-        child(u"Xbtn"_s)->setFocus();
+        in(window, "Xbtn")->setFocus();
         for (int i = 0; i < 12; ++i) {
             reached.append(QApplication::focusWidget()->objectName());
             QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
@@ -429,14 +424,14 @@ private slots:
                  QStringList({u"Xbtn"_s, u"Ybtn"_s, u"ALL_btn"_s, u"Upper_text"_s, u"Lower_text"_s,
                               u"interal_text"_s, u"AGC_text"_s, u"ADCche"_s, u"AGCche"_s,
                               u"Ripche"_s, u"def_btn"_s, u"exitbtn"_s}));
-        QCOMPARE(child<QLabel>(u"label"_s)->buddy(), child<QLineEdit>(u"Upper_text"_s));
-        QCOMPARE(child<QLabel>(u"label_2"_s)->buddy(), child<QLineEdit>(u"Lower_text"_s));
-        QCOMPARE(child<QLabel>(u"label_3"_s)->buddy(), child<QLineEdit>(u"interal_text"_s));
-        QCOMPARE(child<QLabel>(u"label_4"_s)->buddy(), child<QLineEdit>(u"AGC_text"_s));
+        QCOMPARE(in<QLabel>(window, "label")->buddy(), in<QLineEdit>(window, "Upper_text"));
+        QCOMPARE(in<QLabel>(window, "label_2")->buddy(), in<QLineEdit>(window, "Lower_text"));
+        QCOMPARE(in<QLabel>(window, "label_3")->buddy(), in<QLineEdit>(window, "interal_text"));
+        QCOMPARE(in<QLabel>(window, "label_4")->buddy(), in<QLineEdit>(window, "AGC_text"));
         for (const QString &name : {u"Xbtn"_s, u"Ybtn"_s, u"exitbtn"_s, u"groupBox"_s, u"ADCche"_s,
                                     u"AGCche"_s, u"Ripche"_s, u"def_btn"_s})
-            QVERIFY2(!child<QWidget>(name)->accessibleName().isEmpty() ||
-                         !child<QWidget>(name)->accessibleDescription().isEmpty(),
+            QVERIFY2(!in<QWidget>(window, name)->accessibleName().isEmpty() ||
+                         !in<QWidget>(window, name)->accessibleDescription().isEmpty(),
                      qPrintable(name));
         QVERIFY(!window->accessibleName().isEmpty());
     }
@@ -463,20 +458,20 @@ private slots:
         check(u"ADCche"_s, false);
         check(u"AGCche"_s, true);
         check(u"Ripche"_s, false);
-        click(u"def_btn"_s);
-        QCOMPARE(child<QLineEdit>(u"Upper_text"_s)->text(), u"1000"_s);
-        QCOMPARE(child<QLineEdit>(u"Lower_text"_s)->text(), u"650"_s);
-        QCOMPARE(child<QLineEdit>(u"interal_text"_s)->text(), u"1"_s);
-        QCOMPARE(child<QLineEdit>(u"AGC_text"_s)->text(), u"255"_s);
-        QVERIFY(child<QCheckBox>(u"ADCche"_s)->isChecked());
-        QVERIFY(!child<QCheckBox>(u"AGCche"_s)->isChecked());
-        QVERIFY(child<QCheckBox>(u"Ripche"_s)->isChecked());
+        press(window, "def_btn");
+        QCOMPARE(in<QLineEdit>(window, "Upper_text")->text(), u"1000"_s);
+        QCOMPARE(in<QLineEdit>(window, "Lower_text")->text(), u"650"_s);
+        QCOMPARE(in<QLineEdit>(window, "interal_text")->text(), u"1"_s);
+        QCOMPARE(in<QLineEdit>(window, "AGC_text")->text(), u"255"_s);
+        QVERIFY(in<QCheckBox>(window, "ADCche")->isChecked());
+        QVERIFY(!in<QCheckBox>(window, "AGCche")->isChecked());
+        QVERIFY(in<QCheckBox>(window, "Ripche")->isChecked());
         QCOMPARE(sent, QList<QByteArray>());
     }
 
     void exit_closes_the_window()
     {
-        click(u"exitbtn"_s);
+        press(window, "exitbtn");
         QVERIFY(!window->isVisible());
     }
 
@@ -484,22 +479,22 @@ private slots:
 
     void once_x_asks_for_the_counts_and_for_x()
     {
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         QCOMPARE(sent, QList<QByteArray>({AskCounts, AskX}));
         QVERIFY(!timer()->isActive());
-        QCOMPARE(child(u"ALL_btn"_s)->text(), u"All Test"_s);
+        QCOMPARE(in(window, "ALL_btn")->text(), u"All Test"_s);
     }
 
     void once_y_asks_for_the_counts_and_for_y()
     {
-        click(u"Ybtn"_s);
+        press(window, "Ybtn");
         QCOMPARE(sent, QList<QByteArray>({AskCounts, AskY}));
         QVERIFY(!timer()->isActive());
     }
 
     void once_is_once()
     {
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         QTest::qWait(50);
         QCOMPARE(sent, QList<QByteArray>({AskCounts, AskX}));
@@ -511,7 +506,7 @@ private slots:
         startContinuous();
         QCOMPARE(sent, QList<QByteArray>({AskCounts}));
         QVERIFY(timer()->isActive());
-        QCOMPARE(child(u"ALL_btn"_s)->text(), u"Stop"_s);
+        QCOMPARE(in(window, "ALL_btn")->text(), u"Stop"_s);
     }
 
     void the_timer_asks_for_x_and_y_in_turns()
@@ -527,7 +522,7 @@ private slots:
     {
         startContinuous();
         tick();
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         window->hide();
         window->show();
         startContinuous();
@@ -563,7 +558,7 @@ private slots:
 
     void the_timer_keeps_asking_by_itself()
     {
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         QTRY_VERIFY(sent.size() >= 4);
         QCOMPARE(sent.mid(0, 4), QList<QByteArray>({AskCounts, AskX, AskY, AskX}));
     }
@@ -593,7 +588,7 @@ private slots:
         // What the writer may take for each.
         connect(window.get(), &test_win::Write03, this, [] { QThread::msleep(60); });
         setText(u"interal_text"_s, u"0"_s);
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         Paints paints(window.get());
         for (int before = 1; before < 6; ++before) {
             paints.count = 0;
@@ -601,7 +596,7 @@ private slots:
             QTRY_VERIFY(paints.count > 0);
             QTRY_VERIFY(sent.size() > before);
         }
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         QVERIFY(!timer()->isActive());
         const qsizetype asked = sent.size();
         QTest::qWait(200);
@@ -630,36 +625,36 @@ private slots:
         setText(u"Upper_text"_s, upper);
         setText(u"Lower_text"_s, lower);
         setText(u"interal_text"_s, u"5"_s);
-        click(button);
+        press(window, button);
         QCOMPARE(boxes().size(), 1);
         QCOMPARE(boxes().first()->windowTitle(), u"Quorvel"_s);
         QCOMPARE(boxes().first()->text(), u"Upper limit value less than lower limit value."_s);
         QVERIFY(boxes().first()->isVisible());
         QVERIFY(!boxes().first()->isModal());
-        QCOMPARE(child<QLineEdit>(u"Upper_text"_s)->text(), u"1000"_s);
-        QCOMPARE(child<QLineEdit>(u"Lower_text"_s)->text(), u"650"_s);
-        QCOMPARE(child<QLineEdit>(u"interal_text"_s)->text(), u"5"_s);
+        QCOMPARE(in<QLineEdit>(window, "Upper_text")->text(), u"1000"_s);
+        QCOMPARE(in<QLineEdit>(window, "Lower_text")->text(), u"650"_s);
+        QCOMPARE(in<QLineEdit>(window, "interal_text")->text(), u"5"_s);
         QCOMPARE(sent, QList<QByteArray>());
         QVERIFY(!timer()->isActive());
-        QCOMPARE(child(u"ALL_btn"_s)->text(), u"All Test"_s);
-        QVERIFY(child(u"Xbtn"_s)->isEnabled());
+        QCOMPARE(in(window, "ALL_btn")->text(), u"All Test"_s);
+        QVERIFY(in(window, "Xbtn")->isEnabled());
         QVERIFY(pictureIsEmpty());
     }
 
     void a_refusal_leaves_the_picture_of_the_last_test()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         setText(u"Upper_text"_s, u"0"_s);
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         compare({{Axis::X, X1Points}});
     }
 
     void limits_one_unit_apart_are_taken()
     {
         setText(u"Upper_text"_s, u"651"_s);
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         QCOMPARE(boxes().size(), 0);
         QCOMPARE(sent.size(), 2);
     }
@@ -673,14 +668,14 @@ private slots:
             u"Ripche"_s,  u"AGC_text"_s, u"interal_text"_s, u"Upper_text"_s, u"Lower_text"_s};
         startContinuous();
         for (const QString &name : inputs)
-            QVERIFY2(!child<QWidget>(name)->isEnabled(), qPrintable(name));
-        QVERIFY(child(u"ALL_btn"_s)->isEnabled());
-        QVERIFY(child(u"exitbtn"_s)->isEnabled());
-        click(u"ALL_btn"_s);
+            QVERIFY2(!in<QWidget>(window, name)->isEnabled(), qPrintable(name));
+        QVERIFY(in(window, "ALL_btn")->isEnabled());
+        QVERIFY(in(window, "exitbtn")->isEnabled());
+        press(window, "ALL_btn");
         for (const QString &name : inputs)
-            QVERIFY2(child<QWidget>(name)->isEnabled(), qPrintable(name));
+            QVERIFY2(in<QWidget>(window, name)->isEnabled(), qPrintable(name));
         QVERIFY(!timer()->isActive());
-        QCOMPARE(child(u"ALL_btn"_s)->text(), u"All Test"_s);
+        QCOMPARE(in(window, "ALL_btn")->text(), u"All Test"_s);
     }
 
     void stop_leaves_only_the_scale()
@@ -688,7 +683,7 @@ private slots:
         startContinuous();
         deliver({Counts32, X1, Y1});
         QVERIFY(!pictureIsEmpty());
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         QVERIFY(pictureIsEmpty());
         // What was still under way is taken but not shown.
         deliver({X2, Y2});
@@ -698,10 +693,10 @@ private slots:
     void hiding_stops_the_continuous_test()
     {
         startContinuous();
-        click(u"exitbtn"_s);
+        press(window, "exitbtn");
         QVERIFY(!timer()->isActive());
-        QCOMPARE(child(u"ALL_btn"_s)->text(), u"All Test"_s);
-        QVERIFY(child(u"Xbtn"_s)->isEnabled());
+        QCOMPARE(in(window, "ALL_btn")->text(), u"All Test"_s);
+        QVERIFY(in(window, "Xbtn")->isEnabled());
         window->show();
         QVERIFY(pictureIsEmpty());
     }
@@ -712,7 +707,7 @@ private slots:
         window->showMinimized();
         QTRY_VERIFY(window->isMinimized() && !window->windowHandle()->isExposed());
         QVERIFY(timer()->isActive());
-        QCOMPARE(child(u"ALL_btn"_s)->text(), u"Stop"_s);
+        QCOMPARE(in(window, "ALL_btn")->text(), u"Stop"_s);
     }
 
     void the_picture_is_painted_again_only_when_y_is_complete()
@@ -743,7 +738,7 @@ private slots:
     {
         QFETCH(const QString, button);
         QFETCH(const int, sub);
-        click(button);
+        press(window, button);
         Paints paints(window.get());
         QCoreApplication::processEvents();
         paints.count = 0;
@@ -793,7 +788,7 @@ private slots:
     void without_a_complete_scan_only_the_limits_are_shown()
     {
         check(u"AGCche"_s, true);
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         compare({}, 1000, 650);
         deliver(Counts32);
         compare({}, 1000, 650);
@@ -802,7 +797,7 @@ private slots:
     void pages_before_the_counts_are_ignored()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver(X1);
         compare({});
         deliver({Counts32, X1});
@@ -853,7 +848,7 @@ private slots:
     {
         QFETCH(const Bytes, report);
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, report});
         compare({});
         deliver({X1, report});
@@ -863,7 +858,7 @@ private slots:
     void byte_0_of_a_report_does_not_matter()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         Bytes counts = Counts32;
         Bytes levels = X1;
         counts[0] = 0;
@@ -877,7 +872,7 @@ private slots:
     void one_light_is_a_green_dot_in_a_dark_green_ring_with_its_number()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({{0xFC, 0xA5, 0x80, 0x05, 0x00, 0x01, 0x00, 0x01, 0x00},
                  {0xFC, 0xA5, 0x81, 0x04, 0x00, 0x00, 0x00, 100}}); // row 312
         compare({{Axis::X, {{870, 312}}}});
@@ -921,7 +916,7 @@ private slots:
     void x_is_dark_green_from_point_to_point()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         compare({{Axis::X, X1Points}});
         const QImage image = picture();
@@ -940,7 +935,7 @@ private slots:
     void y_is_dark_red()
     {
         wideLimits();
-        click(u"Ybtn"_s);
+        press(window, "Ybtn");
         deliver({Counts32, Y1});
         compare({{Axis::Y, Y1Points}});
         const QImage image = picture();
@@ -963,7 +958,7 @@ private slots:
     {
         setText(u"Upper_text"_s, u"1000"_s);
         setText(u"Lower_text"_s, u"400"_s);
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         compare({{Axis::X, X1Points}}, 1000, 400);
         const QImage image = picture();
@@ -982,7 +977,7 @@ private slots:
     void limits_of_0_and_1100_lie_on_the_edges()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         const QImage image = picture();
         QCOMPARE(image.pixelColor(0, 0), Black);
         QCOMPARE(image.pixelColor(4, 0), White);
@@ -994,7 +989,7 @@ private slots:
     {
         wideLimits();
         check(u"AGCche"_s, true);
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         compare({{Axis::X, X1Points}, {Axis::X, XAgc}});
         QCOMPARE(picture().pixelColor(582, 1), DarkGreen); // the lower half of a dot
@@ -1008,7 +1003,7 @@ private slots:
         startContinuous();
         deliver({Counts32, X1, Y1});
         compare({{Axis::X, XAgc}, {Axis::Y, YAgc}});
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         check(u"AGCche"_s, false);
         startContinuous();
         deliver({Counts32, X1, Y1});
@@ -1058,7 +1053,7 @@ private slots:
     void a_level_of_255_lies_in_row_36()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({{0xFC, 0xA5, 0x80, 0x05, 0x00, 0x02, 0x00, 0x00, 0x00},
                  {0xFC, 0xA5, 0x81, 0x05, 0x00, 0x00, 0x00, 255, 0}});
         compare({{Axis::X, {{435, 36}, {870, 490}}}});
@@ -1081,7 +1076,7 @@ private slots:
     {
         QFETCH(const int, lights);
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, lights % 256, lights / 256, 0x00, 0x00});
         for (int first = 0; first < lights; first += 55)
             deliver(page(0x81, first, 100));
@@ -1149,7 +1144,7 @@ private slots:
     void a_single_test_shows_no_ripple_however_often_the_link_repeats_its_page()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver(Counts32);
         deliver(Counts32);
         for (int i = 0; i < 10; ++i)
@@ -1187,9 +1182,9 @@ private slots:
     void equal_counts_of_a_second_test_are_taken()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver(Counts32);
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         compare({{Axis::X, X1Points}});
     }
@@ -1197,9 +1192,9 @@ private slots:
     void the_last_page_of_an_earlier_test_does_not_answer_the_next()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver(X1);
         compare({});
         deliver({Counts32, X3});
@@ -1209,7 +1204,7 @@ private slots:
     void a_finished_test_survives_closing()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         window->hide();
         window->show();
@@ -1219,9 +1214,9 @@ private slots:
     void a_later_test_of_the_other_axis_shows_that_axis_alone()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
-        click(u"Ybtn"_s);
+        press(window, "Ybtn");
         deliver({Counts32, Y1});
         compare({{Axis::Y, Y1Points}});
     }
@@ -1304,10 +1299,10 @@ private slots:
     void pages_from_before_the_counts_of_a_second_test_are_not_taken()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         deliver(Bytes{0xFC, 0xA2, 0x85, 0x10, 0x00});
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({X2, Y2});
         compare({});
         deliver({Counts32, X3});
@@ -1335,10 +1330,10 @@ private slots:
 
     void a_test_waits_for_all_of_them_and_says_for_whom()
     {
-        const auto *notice = child<QLabel>(u"notice"_s);
+        const auto *notice = in<QLabel>(window, "notice");
         window->standAside(FrameUsers::LightScreen, true);
         QVERIFY(!notice->isVisible());
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         QCOMPARE(notice->text(), u"The test waits until the light setting is closed"_s);
         window->standAside(FrameUsers::LightCheck, true);
         QCOMPARE(notice->text(), u"The test waits until the light check has ended"_s);
@@ -1352,12 +1347,12 @@ private slots:
 
     void a_test_that_ended_with_its_link_does_not_go_on_behind_others()
     {
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver(Counts32);
         window->OnLinkEnded();
         sent.clear();
         window->standAside(FrameUsers::LightCheck, true);
-        QVERIFY(!child<QLabel>(u"notice"_s)->isVisible());
+        QVERIFY(!in<QLabel>(window, "notice")->isVisible());
         window->standAside(FrameUsers::LightCheck, false);
         QCOMPARE(sent, QList<QByteArray>());
     }
@@ -1372,7 +1367,7 @@ private slots:
                                       QLocale(QLocale::Arabic, QLocale::Egypt)}) {
             QLocale::setDefault(locale);
             window = std::make_unique<test_win>();
-            auto *field = child<QLineEdit>(u"Upper_text"_s);
+            auto *field = in<QLineEdit>(window, "Upper_text");
             for (const QString &typed : {u"1,000"_s, u"1.000"_s, u"\u0661\u0660\u0660\u0660"_s}) {
                 field->clear();
                 for (const QChar digit : typed)
@@ -1407,27 +1402,27 @@ private slots:
         QFETCH(const QString, name);
         QFETCH(const QString, text);
         QFETCH(const QString, words);
-        auto *field = child<QLineEdit>(name);
+        auto *field = in<QLineEdit>(window, name);
         const QString before = field->text();
         setText(name, text);
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         QCOMPARE(sent, QList<QByteArray>());
         QVERIFY(!timer()->isActive());
-        QCOMPARE(child(u"ALL_btn"_s)->text(), u"All Test"_s);
-        const auto *notice = child<QLabel>(u"notice"_s);
+        QCOMPARE(in(window, "ALL_btn")->text(), u"All Test"_s);
+        const auto *notice = in<QLabel>(window, "notice");
         QVERIFY(notice->isVisible());
         QCOMPARE(notice->text(), words);
         QCOMPARE(window->focusWidget(), field);
         QCOMPARE(field->selectedText(), text);
         setText(name, before);
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         QVERIFY(!notice->isVisible());
         QCOMPARE(sent.size(), 1);
     }
 
     void words_stand_above_the_plot_and_fit()
     {
-        auto *notice = child<QLabel>(u"notice"_s);
+        auto *notice = in<QLabel>(window, "notice");
         QVERIFY(!notice->isVisible());
         const QRect plot(70, 50, 880, 490);
         QVERIFY(!QRect(notice->mapTo(window.get(), QPoint(0, 0)), notice->size()).intersects(plot));
@@ -1449,8 +1444,8 @@ private slots:
         deliver({Counts32, X1, Y1});
         window->OnLinkEnded();
         QVERIFY(!timer()->isActive());
-        QCOMPARE(child(u"ALL_btn"_s)->text(), u"All Test"_s);
-        QVERIFY(child(u"Xbtn"_s)->isEnabled());
+        QCOMPARE(in(window, "ALL_btn")->text(), u"All Test"_s);
+        QVERIFY(in(window, "Xbtn")->isEnabled());
         QVERIFY(pictureIsEmpty());
         QVERIFY(log().endsWith(u"\nD,T,1000,400,800,600,,100,,\n"_s));
     }
@@ -1458,7 +1453,7 @@ private slots:
     void the_end_of_the_link_ends_a_single_test_and_writes_its_log()
     {
         logAction()->trigger();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x00, 0x00}); // 56
         deliver(page(0x81, 0, 1));
         window->OnLinkEnded();
@@ -1472,14 +1467,14 @@ private slots:
     void curves_of_one_device_are_not_shown_for_the_next()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         window->OnLinkEnded();
         compare({});
         // Pages that come without counts are nobody's.
         deliver(X2);
         compare({});
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         compare({{Axis::X, X1Points}});
     }
@@ -1487,11 +1482,11 @@ private slots:
     void no_level_of_one_device_is_left_in_the_curve_of_the_next()
     {
         wideLimits();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x00, 0x00}); // 56
         deliver({page(0x81, 0, 100), page(0x81, 55, 100)});
         window->OnLinkEnded();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x00, 0x00});
         deliver(page(0x81, 55, 100)); // the first page is lost
         QList<QPoint> points(55);
@@ -1506,11 +1501,11 @@ private slots:
         QCOMPARE(logAction()->text(), u"&Log to TestLog.csv"_s);
         QVERIFY(logAction()->isCheckable());
         QVERIFY(!logAction()->isChecked());
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         startContinuous();
         deliver({Counts32, X1, Y1});
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         QVERIFY(!QFile::exists(logPath()));
     }
 
@@ -1518,7 +1513,7 @@ private slots:
     {
         QContextMenuEvent mouse(QContextMenuEvent::Mouse, {300, 300},
                                 window->mapToGlobal(QPoint(300, 300)));
-        QApplication::sendEvent(child<QWidget>(u"centralwidget"_s), &mouse);
+        QApplication::sendEvent(in<QWidget>(window, "centralwidget"), &mouse);
         QTRY_VERIFY(menu()->isVisible());
         QTest::keyClick(menu(), Qt::Key_L);
         QVERIFY(logAction()->isChecked());
@@ -1527,13 +1522,13 @@ private slots:
         // The key Menu.
         QContextMenuEvent keyboard(QContextMenuEvent::Keyboard, {0, 0},
                                    window->mapToGlobal(QPoint(0, 0)));
-        QApplication::sendEvent(child(u"Xbtn"_s), &keyboard);
+        QApplication::sendEvent(in(window, "Xbtn"), &keyboard);
         QTRY_VERIFY(menu()->isVisible());
         QTest::keyClick(menu(), Qt::Key_L);
         QVERIFY(!logAction()->isChecked());
         QTRY_VERIFY(!menu()->isVisible());
 
-        for (QWidget *focused : {child<QWidget>(u"Xbtn"_s), child<QWidget>(u"Upper_text"_s)}) {
+        for (QWidget *focused : {in<QWidget>(window, "Xbtn"), in<QWidget>(window, "Upper_text")}) {
             window->activateWindow();
             QVERIFY(QTest::qWaitForWindowActive(window.get()));
             focused->setFocus();
@@ -1572,7 +1567,7 @@ private slots:
     void a_test_of_x_writes_one_row()
     {
         logAction()->trigger();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver(Counts32);
         QVERIFY(!QFile::exists(logPath()));
         deliver(X1);
@@ -1588,7 +1583,7 @@ private slots:
     void a_test_of_y_writes_two_commas_after_each_level_and_no_time()
     {
         logAction()->trigger();
-        click(u"Ybtn"_s);
+        press(window, "Ybtn");
         deliver({{0xFC, 0xA5, 0x80, 0x05, 0x00, 0x02, 0x00, 0x01, 0x00},
                  {0xFC, 0xA5, 0x82, 0x04, 0x00, 0x00, 0x00, 25}});
         QCOMPARE(log(), u"Date,Time,X000,X001,Y000,NG/PASS\n100,,\n"_s);
@@ -1606,7 +1601,7 @@ private slots:
         tick();
         deliver(X3);
         QVERIFY(!QFile::exists(logPath()));
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         const QString expected = u"Date,Time,X000,X001,X002,Y000,Y001,NG/PASS\n"
                                  "D,T,1000,400,800,600,,100,,\n"
                                  "D,T,1000,400,800,600,,100,,\n"
@@ -1622,14 +1617,14 @@ private slots:
         logAction()->trigger();
         startContinuous();
         deliver({Counts32, X1, Y1});
-        click(u"exitbtn"_s);
+        press(window, "exitbtn");
         QVERIFY(log().endsWith(u"\nD,T,1000,400,800,600,,100,,\n"_s));
     }
 
     void lights_are_numbered_with_three_digits_and_pages_follow_in_one_row()
     {
         logAction()->trigger();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x78, 0x00, 0x00, 0x00});
         deliver({page(0x81, 0, 1), page(0x81, 0, 1), page(0x81, 55, 2), page(0x81, 55, 2),
                  page(0x81, 110, 3), page(0x81, 110, 3)});
@@ -1648,7 +1643,7 @@ private slots:
         deliver({page(0x81, 0, 1), page(0x81, 110, 3)});                 // 55 is lost, then Y
         deliver({page(0x81, 0, 2), page(0x81, 55, 2)});                  // 110 is lost
         deliver({page(0x82, 0, 5), page(0x82, 55, 5)});
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         const QStringList rows = log().split(u'\n');
         QCOMPARE(rows.size(), 4);
         QCOMPARE(rows.at(1),
@@ -1672,20 +1667,20 @@ private slots:
         QCOMPARE(rows.at(2), u"D,T,"_s + u"16,"_s.repeated(55) + u"20,"_s);
         // Switched off, it is written and at its end.
         deliver({page(0x82, 0, 6), page(0x81, 0, 7)});
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         QCOMPARE(log().split(u'\n'), rows);
     }
 
     void switched_on_behind_a_test_the_log_begins_with_the_next()
     {
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         logAction()->trigger();
         deliver(X2); // late
         window->close();
         QVERIFY(!QFile::exists(logPath()));
         window->show();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X3});
         QCOMPARE(log(), u"Date,Time,X000,X001,X002,Y000,Y001,NG/PASS\nD,T,1000,200,780,\n"_s);
     }
@@ -1693,9 +1688,9 @@ private slots:
     void a_new_test_begins_a_new_log()
     {
         logAction()->trigger();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X3});
         QCOMPARE(log(), u"Date,Time,X000,X001,X002,Y000,Y001,NG/PASS\nD,T,1000,200,780,\n"_s);
     }
@@ -1703,18 +1698,18 @@ private slots:
     void the_log_of_an_unfinished_test_is_written_when_the_next_begins()
     {
         logAction()->trigger();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x00, 0x00}); // 56
         deliver(page(0x81, 0, 1));
         QVERIFY(!QFile::exists(logPath()));
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         QVERIFY(log().endsWith(u"NG/PASS\nD,T,"_s + u"4,"_s.repeated(55) + u"\n"_s));
     }
 
     void the_log_of_an_unfinished_single_test_is_written_when_the_window_closes()
     {
         logAction()->trigger();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x00, 0x00}); // 56
         deliver(page(0x81, 0, 1));
         window->hide();
@@ -1727,7 +1722,7 @@ private slots:
     void a_late_page_of_the_other_axis_does_not_end_a_test()
     {
         logAction()->trigger();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x38, 0x00, 0x02, 0x00}); // 56 and 2
         deliver({page(0x81, 0, 1), Y1});
         QVERIFY(!QFile::exists(logPath()));
@@ -1738,9 +1733,9 @@ private slots:
     void a_test_without_an_answer_writes_nothing()
     {
         logAction()->trigger();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         startContinuous();
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         QVERIFY(!QFile::exists(logPath()));
         QCOMPARE(boxes().size(), 0);
     }
@@ -1751,7 +1746,7 @@ private slots:
         logAction()->trigger();
         startContinuous();
         deliver({Counts32, X1, Y1});
-        click(u"ALL_btn"_s);
+        press(window, "ALL_btn");
         QCOMPARE(boxes().size(), 1);
         QCOMPARE(boxes().first()->windowTitle(), u"warning"_s);
         QCOMPARE(boxes().first()->text(), u"False to open ResultX.csv."_s);
@@ -1772,7 +1767,7 @@ private slots:
         QVERIFY(QFile::remove(logPath()));
         QVERIFY(QDir::current().mkdir(u"TestLog.csv"_s));
         window->show();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         QCOMPARE(boxes().size(), 1);
         QVERIFY(QDir::current().rmdir(u"TestLog.csv"_s));
@@ -1785,7 +1780,7 @@ private slots:
         deliver({Counts32, X1, Y1});
         {
             const SmallDisk disk(10);
-            click(u"ALL_btn"_s);
+            press(window, "ALL_btn");
             QCOMPARE(boxes().size(), 1);
         }
         window->hide();
@@ -1797,13 +1792,13 @@ private slots:
     {
         QCOMPARE(::mkfifo("TestLog.csv", 0600), 0);
         logAction()->trigger();
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         QCOMPARE(boxes().size(), 1);
         QVERIFY(QFile::remove(u"TestLog.csv"_s));
 
         QVERIFY(QFile::link(QDir::current().filePath(u"elsewhere"_s), u"TestLog.csv"_s));
-        click(u"Xbtn"_s);
+        press(window, "Xbtn");
         deliver({Counts32, X1});
         QVERIFY(!QFile::exists(u"elsewhere"_s));
         QCOMPARE(boxes().size(), 2);

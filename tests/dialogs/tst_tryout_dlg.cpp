@@ -4,6 +4,7 @@
 #include "dialogs/tryout_dlg.h"
 #include "tests/support/hand.h"
 #include "tests/support/paints.h"
+#include "tests/support/widgets.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -30,16 +31,11 @@ private:
     std::unique_ptr<TryOut_dlg> dialog;
     const std::unique_ptr<QPointingDevice> screen{QTest::createTouchDevice()};
 
-    template <typename Widget>
-    Widget *child(const char *name) const
-    {
-        return dialog->findChild<Widget *>(QString::fromLatin1(name));
-    }
-    GestureField *field() const { return child<GestureField>("field"); }
-    QString last() const { return child<QLabel>("lastLab")->text(); }
+    GestureField *field() const { return in<GestureField>(dialog, "field"); }
+    QString last() const { return in<QLabel>(dialog, "lastLab")->text(); }
     QStringList log() const
     {
-        const auto *list = child<QListWidget>("logList");
+        const auto *list = in<QListWidget>(dialog, "logList");
         QStringList all;
         for (int row = 0; row < list->count(); ++row)
             all.append(list->item(row)->text());
@@ -132,7 +128,7 @@ private slots:
         mouse({100, 40}, u"click 1"_s);
         QTRY_COMPARE(numbers(u"Click: down for # ms, moved # px"_s).size(), 2);
         QCOMPARE(numbers(u"Click: down for # ms, moved # px"_s)[1], 0);
-        QVERIFY(!child<QLabel>("hintLab")->isVisible());
+        QVERIFY(!in<QLabel>(dialog, "hintLab")->isVisible());
     }
 
     void a_double_click_of_a_mouse_is_told_with_what_lies_between()
@@ -274,7 +270,7 @@ private slots:
         QVERIFY2(last().startsWith(u"Tap: "_s), qPrintable(last()));
         QCOMPARE(log(), QStringList());
         // What was drawn goes with it.
-        child<QLabel>("hintLab")->hide();
+        in<QLabel>(dialog, "hintLab")->hide();
         const QImage picture = field()->grab().toImage();
         for (int x = 40; x < 90; ++x)
             QVERIFY(picture.pixelColor(x, 50).lightness() > 100);
@@ -293,7 +289,7 @@ private slots:
     void a_drawing_without_an_end_loses_its_beginning()
     {
         const auto inkAt = [this](QPoint place) {
-            child<QLabel>("hintLab")->hide();
+            in<QLabel>(dialog, "hintLab")->hide();
             const QImage picture = field()->grab().toImage();
             int dark = 0;
             for (int x = -12; x <= 12; ++x)
@@ -327,7 +323,7 @@ private slots:
             return dark;
         };
         QTest::touchEvent(field(), screen.get()).press(0, QPoint(40, 30));
-        child<QLabel>("hintLab")->hide();
+        in<QLabel>(dialog, "hintLab")->hide();
         QCOMPARE(ink(), 0);
         QTest::touchEvent(field(), screen.get()).move(0, QPoint(160, 30));
         QCOMPARE(ink(), 80);
@@ -341,13 +337,13 @@ private slots:
         QVERIFY(isInk({40, 22}) && !isInk({40, 26}));
         QVERIFY(isInk({160, 32}) && isInk({160, 28}) && !isInk({160, 38}));
         dialog->on_clearButton_clicked();
-        child<QLabel>("hintLab")->hide();
+        in<QLabel>(dialog, "hintLab")->hide();
         QCOMPARE(ink(), 0);
     }
 
     void what_is_drawn_is_seen_at_once_and_so_is_that_it_is_gone()
     {
-        child<QLabel>("hintLab")->hide();
+        in<QLabel>(dialog, "hintLab")->hide();
         QTest::touchEvent(field(), screen.get()).press(0, QPoint(40, 30));
         QVERIFY(isPaintedFor(field(), [this] {
             QTest::touchEvent(field(), screen.get()).move(0, QPoint(160, 30));
@@ -367,10 +363,10 @@ private slots:
         for (int i = 0; i < 30; ++i)
             dialog->tell(click());
         QCOMPARE(log().size(), 20);
-        QTest::mouseClick(child<QPushButton>("clearButton"), Qt::LeftButton);
+        QTest::mouseClick(in(dialog, "clearButton"), Qt::LeftButton);
         QCOMPARE(last(), QString());
         QCOMPARE(log(), QStringList());
-        QVERIFY(child<QLabel>("hintLab")->isVisible());
+        QVERIFY(in<QLabel>(dialog, "hintLab")->isVisible());
     }
 
     void every_gesture_is_spoken_once_and_as_what_it_became()
@@ -395,7 +391,7 @@ private slots:
     {
         const GestureReader::Limits limits = GestureField::limits();
         QCOMPARE(
-            child<QLabel>("limitsLab")->text(),
+            in<QLabel>(dialog, "limitsLab")->text(),
             u"On this desktop two clicks within %1 ms are a double click, two taps also within "
             "%2 px; what is down for %3 ms is held, and what moves %4 px is dragged."_s
                 .arg(limits.doubleClickMs)
@@ -406,13 +402,13 @@ private slots:
 
     void the_keyboard_reaches_everything_and_leaves()
     {
-        child<QListWidget>("logList")->setFocus();
+        in<QListWidget>(dialog, "logList")->setFocus();
         for (const char *next : {"clearButton", "closeButton"}) {
             QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
             QCOMPARE(dialog->focusWidget()->objectName(), QString::fromLatin1(next));
         }
         for (const char *named : {"logList", "field"})
-            QVERIFY(!child<QWidget>(named)->accessibleName().isEmpty());
+            QVERIFY(!in<QWidget>(dialog, named)->accessibleName().isEmpty());
         QTest::keyClick(dialog.get(), Qt::Key_Escape);
         QVERIFY(!dialog->isVisible());
     }

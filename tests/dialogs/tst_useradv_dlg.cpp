@@ -5,6 +5,7 @@
 #include "tests/support/clipped.h"
 #include "tests/support/hides.h"
 #include "tests/support/settingshome.h"
+#include "tests/support/widgets.h"
 
 #include <QCheckBox>
 #include <QGroupBox>
@@ -45,14 +46,8 @@ private:
     useradv_dlg *dialog = nullptr;   // its child
     QList<QByteArray> sent;          // 64 bytes each
 
-    template <typename Widget = QPushButton>
-    Widget *child(const QString &name) const
-    {
-        return dialog->findChild<Widget *>(name);
-    }
-    void click(const QString &button) const { QTest::mouseClick(child(button), Qt::LeftButton); }
-    QSlider *slider(const QString &name) const { return child<QSlider>(name); }
-    QCheckBox *box(const QString &name) const { return child<QCheckBox>(name); }
+    QSlider *slider(const QString &name) const { return in<QSlider>(dialog, name); }
+    QCheckBox *box(const QString &name) const { return in<QCheckBox>(dialog, name); }
     void create()
     {
         window = std::make_unique<QWidget>();
@@ -114,18 +109,18 @@ private slots:
         QCOMPARE(dialog->minimumSize(), QSize(332, 447));
         QCOMPARE(dialog->maximumSize(), QSize(332, 447));
         QCOMPARE(dialog->windowFlags() & Qt::WindowType_Mask, Qt::WindowFlags(7));
-        QCOMPARE(child<QGroupBox>(u"groupBox_2"_s)->title(), u"Right-button setting"_s);
-        QCOMPARE(child<QGroupBox>(u"groupBox"_s)->title(), u"Double-click setting"_s);
-        QCOMPARE(child<QGroupBox>(u"groupBox_3"_s)->title(), u"Wheel setting"_s);
+        QCOMPARE(in<QGroupBox>(dialog, "groupBox_2")->title(), u"Right-button setting"_s);
+        QCOMPARE(in<QGroupBox>(dialog, "groupBox")->title(), u"Double-click setting"_s);
+        QCOMPARE(in<QGroupBox>(dialog, "groupBox_3")->title(), u"Wheel setting"_s);
         QCOMPARE(box(u"checkBox"_s)->text(), u"Use your finger as an input device"_s);
         QCOMPARE(box(u"checkBox_2"_s)->text(), u"Enable press and hold for right-button"_s);
         QCOMPARE(box(u"WheelEn"_s)->text(), u"Enable Use your finger for wheel"_s);
-        QCOMPARE(child<QLabel>(u"label"_s)->text(),
+        QCOMPARE(in<QLabel>(dialog, "label")->text(),
                  u"You must restart the computer to make double-click setting take effect."_s);
-        QCOMPARE(child(u"applybtn"_s)->text(), u"Apply"_s);
-        QCOMPARE(child(u"resbtn"_s)->text(), u"Default"_s);
-        QCOMPARE(child(u"okbtn"_s)->text(), u"OK"_s);
-        QCOMPARE(child(u"canbtn"_s)->text(), u"Cancel"_s);
+        QCOMPARE(in(dialog, "applybtn")->text(), u"Apply"_s);
+        QCOMPARE(in(dialog, "resbtn")->text(), u"Default"_s);
+        QCOMPARE(in(dialog, "okbtn")->text(), u"OK"_s);
+        QCOMPARE(in(dialog, "canbtn")->text(), u"Cancel"_s);
         for (const QWidget *widget : dialog->findChildren<QWidget *>()) {
             QCOMPARE(widget->font().family(), u"Tahoma"_s);
             const QString name = widget->objectName();
@@ -161,10 +156,10 @@ private slots:
         QTEST(tested->pageStep(), "pageStep");
         QCOMPARE(tested->orientation(), Qt::Horizontal);
         QVERIFY(tested->focusPolicy() & Qt::TabFocus);
-        QTEST(child<QLabel>(label)->text(), "text");
-        QCOMPARE(child<QLabel>(label)->buddy(), tested);
+        QTEST(in<QLabel>(dialog, label)->text(), "text");
+        QCOMPARE(in<QLabel>(dialog, label)->buddy(), tested);
         tested->setValue(tested->minimum());
-        click(u"resbtn"_s);
+        press(dialog, "resbtn");
         QTEST(tested->value(), "byDefault");
     }
 
@@ -202,11 +197,11 @@ private slots:
         const QString button = QString::fromLatin1(QTest::currentDataTag()).section(u' ', 0, 0);
         open();
         const QByteArray before = home->content();
-        QCOMPARE(child(button)->text(), text);
+        QCOMPARE(in(dialog, button)->text(), text);
         slider(name)->setValue(values.first());
         const QList<int> others = shown();
         for (const int value : values.sliced(1)) {
-            click(button);
+            press(dialog, button);
             QCOMPARE(slider(name)->value(), value);
         }
         slider(name)->setValue(values.first());
@@ -219,7 +214,7 @@ private slots:
     {
         open();
         slider(u"rbspeed"_s)->setValue(500);
-        click(u"pushButton_11"_s);
+        press(dialog, "pushButton_11");
         QCOMPARE(slider(u"rbspeed"_s)->value(), 500);
     }
 
@@ -239,11 +234,12 @@ private slots:
         QFETCH(const QString, more);
         open();
         const QRect between = slider(QString::fromLatin1(QTest::currentDataTag()))->geometry();
-        const QRect left = child(less)->geometry();
-        const QRect right = child(more)->geometry();
+        const QRect left = in(dialog, less)->geometry();
+        const QRect right = in(dialog, more)->geometry();
         QVERIFY(left.right() < between.left() && between.left() - left.right() < 10);
         const QRect number =
-            child<QLabel>(QLatin1StringView(QTest::currentDataTag()) + u"Number"_s)->geometry();
+            in<QLabel>(dialog, QLatin1StringView(QTest::currentDataTag()) + u"Number"_s)
+                ->geometry();
         QVERIFY(between.right() < number.left() && number.left() - between.right() < 10);
         QVERIFY(number.right() < right.left() && right.left() - number.right() < 10);
         QCOMPARE(left.center().y(), between.center().y());
@@ -311,25 +307,25 @@ private slots:
             QStringList texts;
             for (const QString &name :
                  {u"rbspeed"_s, u"rbran"_s, u"dbspeed"_s, u"dbran"_s, u"WheelSen"_s})
-                texts += child<QLabel>(name + u"Number"_s)->text();
+                texts += in<QLabel>(dialog, name + u"Number"_s)->text();
             return texts.join(u' ');
         };
         QCOMPARE(numbers(), u"1500 3 600 30 2"_s);
         QCOMPARE(slider(u"rbspeed"_s)->toolTip(), u"1500 ms"_s);
-        click(u"pushButton_8"_s);
+        press(dialog, "pushButton_8");
         QCOMPARE(slider(u"rbspeed"_s)->toolTip(), u"2000 ms"_s);
         QCOMPARE(numbers(), u"2000 3 600 30 2"_s);
         QCOMPARE(slider(u"rbran"_s)->toolTip(), u"3"_s);
         QCOMPARE(slider(u"dbspeed"_s)->toolTip(), u"600"_s);
         QCOMPARE(slider(u"dbran"_s)->toolTip(), u"30"_s);
         QCOMPARE(slider(u"WheelSen"_s)->toolTip(), u"2"_s);
-        click(u"resbtn"_s);
+        press(dialog, "resbtn");
         QCOMPARE(slider(u"rbspeed"_s)->toolTip(), u"1500 ms"_s);
         QCOMPARE(slider(u"dbran"_s)->toolTip(), u"40"_s);
         changeEverything();
         QCOMPARE(numbers(), u"2000 5 900 60 3"_s);
         // The widest of all.
-        click(u"pushButton_8"_s);
+        press(dialog, "pushButton_8");
         QCOMPARE(numbers(), u"2500 5 900 60 3"_s);
         QCOMPARE(clipped(*dialog), QStringList());
     }
@@ -377,7 +373,7 @@ private slots:
         home->edit("WHEEL_SEN", stored);
         open();
         QTEST(slider(u"WheelSen"_s)->value(), "value");
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QCOMPARE(home->element("WHEEL_SEN"), kept);
     }
 
@@ -387,7 +383,7 @@ private slots:
         home->edit("WHEEL_SEN", "1");
         open();
         QCOMPARE(slider(u"WheelSen"_s)->value(), 3);
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 DC05 03 01 01")}));
     }
 
@@ -404,13 +400,13 @@ private slots:
         const QByteArray before = home->content();
         open();
         QCOMPARE(shown(), QList<int>({1, 1, 0, 2500, 1, 300, 60, 2}));
-        click(u"canbtn"_s);
+        press(dialog, "canbtn");
         dialog->show();
         dialog->OnUSBConnect();
         dialog->close();
         QCOMPARE(home->content(), before);
         dialog->show();
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QCOMPARE(home->element("ALL_EN"), "1"_ba);
         QCOMPARE(home->element("RB_EN"), "1"_ba);
         QCOMPARE(home->element("RB_DURATION"), "2500"_ba);
@@ -425,8 +421,8 @@ private slots:
         home->removeConfigDirectory();
         open();
         QCOMPARE(shown(), QList<int>({0, 0, 0, 500, 1, 300, 20, 3}));
-        click(u"applybtn"_s);
-        click(u"okbtn"_s);
+        press(dialog, "applybtn");
+        press(dialog, "okbtn");
         QVERIFY(!dialog->isVisible());
         QVERIFY(!home->hasConfigDirectory());
     }
@@ -438,7 +434,7 @@ private slots:
         QCOMPARE(shown(), everythingChanged());
         QVERIFY(sent.isEmpty());
         QCOMPARE(home->element("RB_DURATION"), "1500"_ba);
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QVERIFY(dialog->isVisible());
         QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 00 00 D007 05 00 01")}));
         QCOMPARE(home->element("ALL_EN"), "0"_ba);
@@ -489,7 +485,7 @@ private slots:
         QFETCH(const QByteArray, element);
         open();
         box(name)->setChecked(false);
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QCOMPARE(sent, QList<QByteArray>({expected}));
         for (const QByteArray &one : {"ALL_EN"_ba, "RB_EN"_ba, "WHEEL_EN"_ba})
             QCOMPARE(home->element(one), one == element ? "0"_ba : "1"_ba);
@@ -498,7 +494,7 @@ private slots:
     void a_duration_of_1500_is_sent_low_byte_first()
     {
         open();
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 DC05 03 01 02")}));
         QCOMPARE(UCHAR(sent.first().at(7)), UCHAR(0xDC));
         QCOMPARE(UCHAR(sent.first().at(8)), UCHAR(0x05));
@@ -507,10 +503,10 @@ private slots:
     void double_click_settings_are_never_sent()
     {
         open();
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         slider(u"dbspeed"_s)->setValue(900);
         slider(u"dbran"_s)->setValue(60);
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QCOMPARE(sent.size(), 2);
         QCOMPARE(sent.at(1), sent.at(0));
         QCOMPARE(home->element("DB_SPEED"), "900"_ba);
@@ -521,7 +517,7 @@ private slots:
     {
         open();
         changeEverything();
-        click(u"okbtn"_s);
+        press(dialog, "okbtn");
         QVERIFY(!dialog->isVisible());
         QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 00 00 D007 05 00 01")}));
         QCOMPARE(home->element("RB_DURATION"), "2000"_ba);
@@ -543,7 +539,7 @@ private slots:
         changeEverything();
         switch (way) {
         case 0:
-            click(u"canbtn"_s);
+            press(dialog, "canbtn");
             break;
         case 1:
             dialog->close();
@@ -575,7 +571,7 @@ private slots:
         open();
         changeEverything();
         const QByteArray before = home->content();
-        click(u"resbtn"_s);
+        press(dialog, "resbtn");
         QCOMPARE(shown(), QList<int>({1, 1, 1, 1500, 3, 600, 40, 2}));
         QVERIFY(dialog->isVisible());
         QCOMPARE(home->content(), before);
@@ -594,8 +590,8 @@ private slots:
                                    .wheel_sen = 3});
         const QByteArray before = home->content();
         open();
-        click(u"resbtn"_s);
-        click(u"canbtn"_s);
+        press(dialog, "resbtn");
+        press(dialog, "canbtn");
         QVERIFY(!dialog->isVisible());
         QCOMPARE(home->content(), before);
         QVERIFY(sent.isEmpty());
@@ -607,8 +603,8 @@ private slots:
     {
         open();
         QCOMPARE(home->element("DB_RAN"), "30"_ba);
-        click(u"resbtn"_s);
-        click(u"applybtn"_s);
+        press(dialog, "resbtn");
+        press(dialog, "applybtn");
         QCOMPARE(home->element("DB_RAN"), "40"_ba);
         QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 DC05 03 01 02")}));
     }
@@ -617,8 +613,8 @@ private slots:
     {
         open();
         XML_CLASS().write_easysetting({.Environment = u"Indoor"_s, .Use = u"Percussion"_s});
-        click(u"pushButton_8"_s);
-        click(u"applybtn"_s);
+        press(dialog, "pushButton_8");
+        press(dialog, "applybtn");
         QCOMPARE(home->element("RB_DURATION"), "2000"_ba);
         QCOMPARE(home->element("USE"), "Percussion"_ba);
     }
@@ -677,7 +673,7 @@ private slots:
         dialog->OnUSBConnect();
         QCOMPARE(shown(), form);
         QCOMPARE(home->content(), before);
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QCOMPARE(sent, QList<QByteArray>({expected, expected}));
     }
 
@@ -752,7 +748,7 @@ private slots:
         dialog->OnUSBConnect();
         QCOMPARE(sent.size(), 1);
         // Who presses Apply has seen what goes out.
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         QCOMPARE(sent.size(), 2);
         dialog->OnUSBConnect();
         QCOMPARE(sent.size(), 3);
@@ -805,18 +801,18 @@ private slots:
         QFETCH(const QString, line);
         QFETCH(const QString, sentence);
         open();
-        const auto *notice = child<QLabel>(u"noticeLab"_s);
+        const auto *notice = in<QLabel>(dialog, "noticeLab");
         QCOMPARE(notice->text(), QString());
         dialog->setConnected(connected);
         if (!canKeep)
             home->removeConfigDirectory();
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         const auto withFile = [this](QString words) {
             return words.replace(u"%1"_s, home->path());
         };
         QCOMPARE(notice->text(), withFile(line));
-        QCOMPARE(child(u"applybtn"_s)->toolTip(), withFile(sentence));
-        QCOMPARE(child(u"applybtn"_s)->accessibleDescription(), withFile(sentence));
+        QCOMPARE(in(dialog, "applybtn")->toolTip(), withFile(sentence));
+        QCOMPARE(in(dialog, "applybtn")->accessibleDescription(), withFile(sentence));
         QVERIFY(notice->isVisible());
         QVERIFY(notice->sizeHint().width() <= notice->width() ||
                 notice->toolTip() == notice->text());
@@ -838,10 +834,10 @@ private slots:
     {
         QFETCH(const QString, way);
         open();
-        click(u"applybtn"_s);
-        const auto *notice = child<QLabel>(u"noticeLab"_s);
+        press(dialog, "applybtn");
+        const auto *notice = in<QLabel>(dialog, "noticeLab");
         QVERIFY(!notice->text().isEmpty());
-        child<QWidget>(u"dbran"_s)->setFocus();
+        in<QWidget>(dialog, "dbran")->setFocus();
         QTest::keyClick(slider(u"dbran"_s), Qt::Key_F1);
         QVERIFY(!notice->text().isEmpty());
         if (way == "slider"_L1)
@@ -849,30 +845,30 @@ private slots:
         else if (way == "check box"_L1)
             box(u"WheelEn"_s)->click();
         else if (way == "stepper"_L1)
-            click(u"pushButton_15"_s);
+            press(dialog, "pushButton_15");
         else if (way == "Cancel"_L1)
-            click(u"canbtn"_s);
+            press(dialog, "canbtn");
         else
             dialog->OnUSBConnect();
         QCOMPARE(notice->text(), QString());
-        QCOMPARE(child(u"applybtn"_s)->toolTip(), QString());
-        QCOMPARE(child(u"applybtn"_s)->accessibleDescription(), QString());
+        QCOMPARE(in(dialog, "applybtn")->toolTip(), QString());
+        QCOMPARE(in(dialog, "applybtn")->accessibleDescription(), QString());
     }
 
     void OK_leaves_its_outcome_for_the_next_opening_unless_all_went_well()
     {
         open();
-        const auto *notice = child<QLabel>(u"noticeLab"_s);
-        click(u"okbtn"_s);
+        const auto *notice = in<QLabel>(dialog, "noticeLab");
+        press(dialog, "okbtn");
         dialog->show();
         QCOMPARE(notice->text(), u"Kept. Sent when a frame is connected by USB."_s);
         dialog->setConnected(true);
-        click(u"okbtn"_s);
+        press(dialog, "okbtn");
         dialog->show();
         QCOMPARE(notice->text(), QString());
         home->removeConfigDirectory();
-        click(u"pushButton_8"_s);
-        click(u"okbtn"_s);
+        press(dialog, "pushButton_8");
+        press(dialog, "okbtn");
         QVERIFY(!dialog->isVisible());
         dialog->show();
         QCOMPARE(notice->text(), u"Sent. Not kept: cannot write "_s + home->path());
@@ -882,21 +878,21 @@ private slots:
     {
         open();
         dialog->setConnected(true);
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         home->removeConfigDirectory();
-        click(u"applybtn"_s);
-        QCOMPARE(child<QLabel>(u"noticeLab"_s)->text(),
+        press(dialog, "applybtn");
+        QCOMPARE(in<QLabel>(dialog, "noticeLab")->text(),
                  u"Sent. Not kept: cannot write "_s + home->path());
     }
 
     void Apply_without_a_frame_says_so_at_the_button()
     {
         open();
-        QCOMPARE(child(u"applybtn"_s)->toolTip(), QString());
-        click(u"pushButton_8"_s);
-        click(u"applybtn"_s);
-        QCOMPARE(child(u"applybtn"_s)->toolTip(), Notice);
-        QCOMPARE(child(u"applybtn"_s)->accessibleDescription(), Notice);
+        QCOMPARE(in(dialog, "applybtn")->toolTip(), QString());
+        press(dialog, "pushButton_8");
+        press(dialog, "applybtn");
+        QCOMPARE(in(dialog, "applybtn")->toolTip(), Notice);
+        QCOMPARE(in(dialog, "applybtn")->accessibleDescription(), Notice);
         QCOMPARE(home->element("RB_DURATION"), "2000"_ba);
         QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 D007 03 01 02")}));
     }
@@ -905,9 +901,9 @@ private slots:
     {
         home->removeConfigDirectory();
         open();
-        click(u"pushButton_8"_s);
-        click(u"applybtn"_s);
-        const QString note = child(u"applybtn"_s)->toolTip();
+        press(dialog, "pushButton_8");
+        press(dialog, "applybtn");
+        const QString note = in(dialog, "applybtn")->toolTip();
         QVERIFY(note.contains(home->path()));
         QVERIFY(note.endsWith(u"the settings are not kept."_s));
         QVERIFY(!home->hasConfigDirectory());
@@ -919,41 +915,41 @@ private slots:
         dialog->close();
         home->edit("RB_DURATION", "2500");
         dialog->show();
-        QCOMPARE(child<QSlider>(u"rbspeed"_s)->value(), 2500);
+        QCOMPARE(in<QSlider>(dialog, "rbspeed")->value(), 2500);
     }
 
     void OK_without_a_frame_leaves_the_note_at_the_button()
     {
         open();
-        click(u"okbtn"_s);
+        press(dialog, "okbtn");
         QVERIFY(!dialog->isVisible());
         dialog->show();
-        QCOMPARE(child(u"applybtn"_s)->toolTip(), Notice);
-        QCOMPARE(child(u"applybtn"_s)->accessibleDescription(), Notice);
+        QCOMPARE(in(dialog, "applybtn")->toolTip(), Notice);
+        QCOMPARE(in(dialog, "applybtn")->accessibleDescription(), Notice);
     }
 
     void what_was_kept_without_a_frame_is_sent_on_connection_and_the_note_goes()
     {
         open();
-        click(u"pushButton_8"_s);
-        click(u"applybtn"_s);
+        press(dialog, "pushButton_8");
+        press(dialog, "applybtn");
         sent.clear();
         dialog->setConnected(true);
-        QCOMPARE(child(u"applybtn"_s)->toolTip(), Notice);
+        QCOMPARE(in(dialog, "applybtn")->toolTip(), Notice);
         dialog->OnUSBConnect();
         QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 D007 03 01 02")}));
-        QCOMPARE(child(u"applybtn"_s)->toolTip(), QString());
-        QCOMPARE(child(u"applybtn"_s)->accessibleDescription(), QString());
+        QCOMPARE(in(dialog, "applybtn")->toolTip(), QString());
+        QCOMPARE(in(dialog, "applybtn")->accessibleDescription(), QString());
     }
 
     void Apply_with_a_frame_takes_the_note_away()
     {
         open();
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         dialog->setConnected(true);
-        click(u"applybtn"_s);
-        QCOMPARE(child(u"applybtn"_s)->toolTip(), QString());
-        QCOMPARE(child(u"applybtn"_s)->accessibleDescription(), QString());
+        press(dialog, "applybtn");
+        QCOMPARE(in(dialog, "applybtn")->toolTip(), QString());
+        QCOMPARE(in(dialog, "applybtn")->accessibleDescription(), QString());
         QCOMPARE(sent.size(), 2);
     }
 
@@ -961,11 +957,11 @@ private slots:
     {
         open();
         dialog->setConnected(true);
-        click(u"applybtn"_s);
+        press(dialog, "applybtn");
         dialog->setConnected(false);
-        QCOMPARE(child(u"applybtn"_s)->toolTip(), QString());
-        click(u"applybtn"_s);
-        QCOMPARE(child(u"applybtn"_s)->toolTip(), Notice);
+        QCOMPARE(in(dialog, "applybtn")->toolTip(), QString());
+        press(dialog, "applybtn");
+        QCOMPARE(in(dialog, "applybtn")->toolTip(), Notice);
     }
 
     // Keys
@@ -990,8 +986,8 @@ private slots:
             QTest::keyClick(slider(name), Qt::Key_C);
         }
         for (const QString &name : {u"checkBox"_s, u"pushButton_5"_s, u"pushButton_6"_s}) {
-            child<QWidget>(name)->setFocus();
-            QTest::keyClick(child<QWidget>(name), Qt::Key_C);
+            in<QWidget>(dialog, name)->setFocus();
+            QTest::keyClick(in<QWidget>(dialog, name), Qt::Key_C);
         }
         slider(u"dbran"_s)->setFocus();
         for (const Qt::Key key : {Qt::Key_B, Qt::Key_D, Qt::Key_3, Qt::Key_F1})
@@ -1028,12 +1024,12 @@ private slots:
                                           {u"label_2"_s, u"dbspeed"_s},
                                           {u"label_3"_s, u"dbran"_s},
                                           {u"label_7"_s, u"WheelSen"_s}}) {
-            QTest::mouseClick(child<QLabel>(words), Qt::LeftButton);
+            QTest::mouseClick(in<QLabel>(dialog, words), Qt::LeftButton);
             QCOMPARE(dialog->focusWidget(), slider(name));
         }
         // Other words, and what lies between, have none to give it to.
-        QTest::mouseClick(child<QLabel>(u"label"_s), Qt::LeftButton);
-        QTest::mouseClick(child<QGroupBox>(u"groupBox"_s), Qt::LeftButton, {}, QPoint(3, 30));
+        QTest::mouseClick(in<QLabel>(dialog, "label"), Qt::LeftButton);
+        QTest::mouseClick(in<QGroupBox>(dialog, "groupBox"), Qt::LeftButton, {}, QPoint(3, 30));
         QTest::mouseClick(dialog, Qt::LeftButton, {}, QPoint(2, 2));
         QCOMPARE(dialog->focusWidget(), slider(u"WheelSen"_s));
         QCOMPARE(shown(), before);
@@ -1055,8 +1051,8 @@ private slots:
         QTest::keyClick(dialog, key);
         for (const QString &name : {u"checkBox"_s, u"dbran"_s, u"pushButton_11"_s, u"resbtn"_s,
                                     u"okbtn"_s, u"canbtn"_s, u"applybtn"_s}) {
-            child<QWidget>(name)->setFocus();
-            QTest::keyClick(child<QWidget>(name), key);
+            in<QWidget>(dialog, name)->setFocus();
+            QTest::keyClick(in<QWidget>(dialog, name), key);
         }
         QVERIFY(dialog->isVisible());
         QCOMPARE(shown(), everythingChanged());
@@ -1077,14 +1073,14 @@ private slots:
     void the_space_bar_presses_the_button_in_focus_and_arrows_move_a_slider()
     {
         open();
-        child(u"pushButton_8"_s)->setFocus();
-        QTest::keyClick(child(u"pushButton_8"_s), Qt::Key_Space);
+        in(dialog, "pushButton_8")->setFocus();
+        QTest::keyClick(in(dialog, "pushButton_8"), Qt::Key_Space);
         QCOMPARE(slider(u"rbspeed"_s)->value(), 2000);
         slider(u"rbspeed"_s)->setFocus();
         QTest::keyClick(slider(u"rbspeed"_s), Qt::Key_Left);
         QCOMPARE(slider(u"rbspeed"_s)->value(), 1500);
-        child(u"canbtn"_s)->setFocus();
-        QTest::keyClick(child(u"canbtn"_s), Qt::Key_Space);
+        in(dialog, "canbtn")->setFocus();
+        QTest::keyClick(in(dialog, "canbtn"), Qt::Key_Space);
         QVERIFY(!dialog->isVisible());
     }
 };

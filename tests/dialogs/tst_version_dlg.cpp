@@ -5,6 +5,7 @@
 #include "device/struct.h"
 #include "dialogs/fittext.h"
 #include "tests/support/files.h"
+#include "tests/support/widgets.h"
 
 #include <QClipboard>
 #include <QCloseEvent>
@@ -91,16 +92,11 @@ private:
     std::unique_ptr<QTemporaryDir> place;
     QString before;
 
-    template <typename Widget = QLabel>
-    static Widget *child(const Version_Dlg &dialog, const char *name)
-    {
-        return dialog.findChild<Widget *>(QString::fromLatin1(name));
-    }
     static QStringList lines(const Version_Dlg &dialog)
     {
         QStringList texts;
         for (const char *name : {"label_3", "label_4", "label_5", "label_6"})
-            texts.append(child(dialog, name)->text());
+            texts.append(in<QLabel>(&dialog, name)->text());
         return texts;
     }
     static QStringList backedUp()
@@ -112,7 +108,7 @@ private:
     {
         const QtMessageHandler handler = qInstallMessageHandler(collect);
         const auto restore = qScopeGuard([handler] { qInstallMessageHandler(handler); });
-        child<QPushButton>(dialog, "pushButton_upgrade")->click();
+        in(&dialog, "pushButton_upgrade")->click();
     }
     static void update() { update(Version_Dlg(nullptr)); }
 
@@ -145,8 +141,8 @@ private slots:
         QCOMPARE(dialog.font().family(), u"Tahoma"_s);
         QCOMPARE(dialog.font().pointSize(), 9);
         for (const char *name : {"label_2", "label_3", "label_4", "label_5", "label_6"}) {
-            QCOMPARE(child(dialog, name)->font().family(), u"Tahoma"_s);
-            QCOMPARE(child(dialog, name)->font().pointSize(), 9);
+            QCOMPARE(in<QLabel>(&dialog, name)->font().family(), u"Tahoma"_s);
+            QCOMPARE(in<QLabel>(&dialog, name)->font().pointSize(), 9);
         }
     }
 
@@ -166,7 +162,7 @@ private slots:
         QFETCH(const QRect, geometry);
         QFETCH(const QString, text);
         const Version_Dlg dialog(nullptr);
-        const QLabel *label = child(dialog, QTest::currentDataTag());
+        const QLabel *label = in<QLabel>(&dialog, QTest::currentDataTag());
         QCOMPARE(label->geometry(), geometry);
         QCOMPARE(label->text(), text);
         QCOMPARE(label->alignment(), Qt::AlignHCenter | Qt::AlignVCenter);
@@ -175,7 +171,7 @@ private slots:
     void the_title_is_in_comic_sans_ms_14_bold()
     {
         Version_Dlg dialog(nullptr);
-        const QLabel *title = child(dialog, "label");
+        const QLabel *title = in<QLabel>(&dialog, "label");
         QCOMPARE(title->font().family(), u"Comic Sans MS"_s);
         QCOMPARE(title->font().pointSize(), 14);
         QVERIFY(title->font().bold());
@@ -188,8 +184,8 @@ private slots:
     void ok_stands_alone_in_the_middle()
     {
         Version_Dlg dialog(nullptr);
-        const auto *ok = child<QPushButton>(dialog, "pushButton");
-        const auto *upgrade = child<QPushButton>(dialog, "pushButton_upgrade");
+        const auto *ok = in(&dialog, "pushButton");
+        const auto *upgrade = in(&dialog, "pushButton_upgrade");
         QCOMPARE(ok->geometry(), QRect(60, 145, 71, 25));
         QCOMPARE(ok->text(), u"OK"_s);
         QCOMPARE(upgrade->geometry(), QRect(20, 145, 71, 25));
@@ -204,7 +200,7 @@ private slots:
         Version_Dlg dialog(nullptr);
         const QSignalSpy accepted(&dialog, &QDialog::accepted);
         dialog.show();
-        QTest::mouseClick(child<QPushButton>(dialog, "pushButton"), Qt::LeftButton);
+        QTest::mouseClick(in(&dialog, "pushButton"), Qt::LeftButton);
         QCOMPARE(accepted.size(), 1);
         QVERIFY(!dialog.isVisible());
     }
@@ -268,7 +264,7 @@ private slots:
         hidver.CHECKSUM = 0x5C19E0A7;
         dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
-        auto *line = child(dialog, "label_5");
+        auto *line = in<QLabel>(&dialog, "label_5");
         const QPoint middle(line->width() / 2, line->height() / 2);
         // On "5C19E0A7".
         QTest::mouseDClick(line, Qt::LeftButton, {}, middle - QPoint(20, 0));
@@ -299,7 +295,7 @@ private slots:
         QCOMPARE(copied, QStringList{u"Service version: 3.0.1.0"_s} + lines(dialog));
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
         QCOMPARE(dialog.focusWidget()->objectName(), u"pushButton"_s);
-        QTest::keyClick(child(dialog, "label_4"), Qt::Key_Return);
+        QTest::keyClick(in<QLabel>(&dialog, "label_4"), Qt::Key_Return);
         QVERIFY(!dialog.isVisible());
     }
 
@@ -308,7 +304,7 @@ private slots:
         Version_Dlg dialog;
         hidver.CHECKSUM = 0x5C19E0A7;
         dialog.show();
-        auto *line = child(dialog, "label_5");
+        auto *line = in<QLabel>(&dialog, "label_5");
         line->setSelection(0, int(line->text().size()));
         QCOMPARE(line->selectedText(), u"SID: 5C19E0A7 - 000000"_s);
         hidver = {};
@@ -346,7 +342,7 @@ private slots:
                  QStringList({u"Device version: FFFFF.F.F.F"_s, u"Hardware: FFFF - FFFF"_s,
                               u"SID: FFFFFFFF - FFFFFFF"_s, u"PID: TELMA - FFFFFFFFF"_s}));
         for (const char *name : {"label_2", "label_3", "label_4", "label_5", "label_6"}) {
-            const QLabel *label = child(dialog, name);
+            const QLabel *label = in<QLabel>(&dialog, name);
             QVERIFY2(label->sizeHint().width() <= label->width(), name);
             QVERIFY2(label->sizeHint().height() <= label->height(), name);
             QVERIFY(label->font().pointSize() >= 6);
@@ -363,7 +359,7 @@ private slots:
                   0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF};
         dialog.show();
         for (const char *name : {"label_3", "label_4", "label_5", "label_6"}) {
-            const QLabel *label = child(dialog, name);
+            const QLabel *label = in<QLabel>(&dialog, name);
             const bool fits = label->sizeHint().width() <= label->width();
             QVERIFY2(fits || label->font().pointSize() == 6, name);
             QCOMPARE(label->toolTip(), fits ? QString() : label->text());
@@ -378,8 +374,8 @@ private slots:
         dialog.hide();
         hidver = {};
         dialog.show();
-        QCOMPARE(child(dialog, "label_4")->font().pointSize(), 9);
-        QVERIFY(child(dialog, "label_4")->toolTip().isEmpty());
+        QCOMPARE(in<QLabel>(&dialog, "label_4")->font().pointSize(), 9);
+        QVERIFY(in<QLabel>(&dialog, "label_4")->toolTip().isEmpty());
     }
 
     void a_text_gets_smaller_until_it_fits()

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <QAnyStringView>
 #include <QApplication>
 #include <QFileDialog>
 #include <QImage>
@@ -13,6 +14,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 
 // What a test looks for among the windows of the tool.
 
@@ -38,16 +40,17 @@ inline QWidgetList windowsOfTool()
     return all;
 }
 
+// Of a window, however it is held, what has this name.
 template <typename Widget = QPushButton>
-Widget *in(const QWidget *parent, const char *name)
+Widget *in(const auto &window, QAnyStringView name)
 {
-    return parent->findChild<Widget *>(QString::fromLatin1(name));
+    return std::to_address(window)->template findChild<Widget *>(name.toString());
 }
 
 // A button, as a mouse does.
-inline void press(const QWidget *parent, const char *name)
+void press(const auto &window, QAnyStringView name)
 {
-    QTest::mouseClick(in(parent, name), Qt::LeftButton);
+    QTest::mouseClick(in(window, name), Qt::LeftButton);
 }
 
 // Waits for a dialog of this kind while the one who opened it waits for its end.
