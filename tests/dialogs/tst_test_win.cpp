@@ -1237,8 +1237,9 @@ private slots:
         tick();
         QCOMPARE(sent, QList<QByteArray>());
         deliver(page(0x81, 110, 100));
-        // Its turn has waited long enough.
-        QTRY_COMPARE(sent, QList<QByteArray>({AskY}));
+        // Its turn has waited long enough, and waits for no timer either.
+        QCoreApplication::processEvents();
+        QCOMPARE(sent, QList<QByteArray>({AskY}));
         QCOMPARE(timer()->interval(), 9999 * 150);
     }
 
