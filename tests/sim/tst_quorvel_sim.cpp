@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "device/filedescriptor.h"
+#include "tests/support/farend.h"
 #include "tests/support/typedrecording.h"
 
 #include <QDir>
@@ -12,7 +12,6 @@
 
 #include <csignal>
 #include <fcntl.h>
-#include <poll.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -42,6 +41,41 @@ Outcome run(const QStringList &arguments, const QByteArray &input = {})
     }
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -2,
             process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+// The program while it runs, and what it has printed so far.
+struct Running
+{
+    explicit Running(const QStringList &arguments)
+    {
+        process.start(QStringLiteral(QUORVEL_SIM_PROGRAM), arguments);
+    }
+    bool says(const char *words)
+    {
+        process.waitForReadyRead(10);
+        out += process.readAllStandardOutput();
+        return out.contains(words);
+    }
+    bool ends()
+    {
+        const bool hasEnded = process.waitForFinished(LongEnoughMs);
+        out += process.readAllStandardOutput();
+        return hasEnded && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    }
+
+    QProcess process;
+    QByteArray out;
+};
+
+// What a frame at the end of a serial line answers: so many bytes, and what comes close behind
+// them.
+QByteArray answer(const QString &line, const QByteArray &commands, qsizetype size)
+{
+    const LineEnd host{
+        FileDescriptor(::open(QFile::encodeName(line).constData(), O_RDWR | O_NOCTTY | O_CLOEXEC))};
+    host.give(commands);
+    const QByteArray first = host.take(size, LongEnoughMs);
+    return first + host.take(size, 50);
 }
 
 // Without a plug the program needs no virtual host controller.
@@ -273,43 +307,23 @@ void TestQuorvelSim::a_serial_line_is_linked_answers_and_is_gone_at_the_end()
 {
     QTemporaryDir home;
     const QString link = home.filePath(u"frame"_s);
-    QProcess process;
-    process.start(QStringLiteral(QUORVEL_SIM_PROGRAM), {u"serial"_s, u"--link"_s, link});
-    QByteArray out;
-    const auto says = [&](const char *words) {
-        process.waitForReadyRead(10);
-        out += process.readAllStandardOutput();
-        return out.contains(words);
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(says("ok plug /dev/pts/"), LongEnoughMs);
-    QVERIFY(out.contains("ok plug " + QFileInfo(link).symLinkTarget().toUtf8() + '\n'));
+    Running sim({u"serial"_s, u"--link"_s, link});
+    QTRY_VERIFY_WITH_TIMEOUT(sim.says("ok plug /dev/pts/"), LongEnoughMs);
+    QVERIFY(sim.out.contains("ok plug " + QFileInfo(link).symLinkTarget().toUtf8() + '\n'));
 
-    const FileDescriptor terminal(
-        ::open(QFile::encodeName(link).constData(), O_RDWR | O_NOCTTY | O_CLOEXEC));
     const QByteArray commands = QByteArray::fromHex("51 56 00 A7 00 02 00 03 00 00"
                                                     "51 56 00 A7 02 00 00 00");
-    QCOMPARE(::write(terminal.get(), commands.constData(), size_t(commands.size())),
-             commands.size());
-    QByteArray answer;
-    pollfd waited{terminal.get(), POLLIN, 0};
-    while (answer.size() < 20 && ::poll(&waited, 1, LongEnoughMs) == 1) {
-        char buf[64];
-        const ssize_t count = ::read(terminal.get(), buf, sizeof buf);
-        QVERIFY(count > 0);
-        answer.append(buf, count);
-    }
-    QCOMPARE(answer.toHex(' '), "51 56 fc a7 81 02 00 00 00 00 51 56 fc a7 82 02 00 03 00 00");
+    QCOMPARE(answer(link, commands, 20).toHex(' '),
+             "51 56 fc a7 81 02 00 00 00 00 51 56 fc a7 82 02 00 03 00 00");
 
-    process.write("touch 1 2\nstate\nquit\n");
-    QVERIFY(process.waitForFinished(LongEnoughMs));
-    out += process.readAllStandardOutput();
-    QCOMPARE(process.exitCode(), 0);
-    QVERIFY2(out.contains("host > frame  rotation: set 270 degrees  [A7 00 02 00 03]"),
-             out.constData());
-    QVERIFY(out.contains("ok touch 1,2\n"));
-    QVERIFY(out.contains(" rotation=3 "));
-    QVERIFY(out.contains(" rate=9600\n"));
-    QCOMPARE(process.readAllStandardError(), "");
+    sim.process.write("touch 1 2\nstate\nquit\n");
+    QVERIFY(sim.ends());
+    QVERIFY2(sim.out.contains("host > frame  rotation: set 270 degrees  [A7 00 02 00 03]"),
+             sim.out.constData());
+    QVERIFY(sim.out.contains("ok touch 1,2\n"));
+    QVERIFY(sim.out.contains(" rotation=3 "));
+    QVERIFY(sim.out.contains(" rate=9600\n"));
+    QCOMPARE(sim.process.readAllStandardError(), "");
     QVERIFY(!QFileInfo(link).isSymLink());
 }
 
@@ -327,41 +341,20 @@ void TestQuorvelSim::a_recording_is_replayed_and_departures_are_told()
     file.close();
 
     const QString link = home.filePath(u"frame"_s);
-    QProcess process;
-    process.start(QStringLiteral(QUORVEL_SIM_PROGRAM),
-                  {u"replay"_s, file.fileName(), u"--link"_s, link});
-    QByteArray out;
-    const auto says = [&](const char *words) {
-        process.waitForReadyRead(10);
-        out += process.readAllStandardOutput();
-        return out.contains(words);
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(says("ok plug /dev/pts/"), LongEnoughMs);
-    const FileDescriptor terminal(
-        ::open(QFile::encodeName(link).constData(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    Running sim({u"replay"_s, file.fileName(), u"--link"_s, link});
+    QTRY_VERIFY_WITH_TIMEOUT(sim.says("ok plug /dev/pts/"), LongEnoughMs);
     const QByteArray commands = QByteArray::fromHex("51 56 00 A3 00 00 00 00"
                                                     "51 56 00 A7 02 00 00 00");
-    QCOMPARE(::write(terminal.get(), commands.constData(), size_t(commands.size())),
-             commands.size());
-    QByteArray answer;
-    pollfd waited{terminal.get(), POLLIN, 0};
-    while (answer.size() < 10 && ::poll(&waited, 1, LongEnoughMs) == 1) {
-        char buf[64];
-        const ssize_t count = ::read(terminal.get(), buf, sizeof buf);
-        QVERIFY(count > 0);
-        answer.append(buf, count);
-    }
-    QCOMPARE(answer.toHex(' '), "51 56 fc a7 82 02 00 01 00 00");
+    QCOMPARE(answer(link, commands, 10).toHex(' '), "51 56 fc a7 82 02 00 01 00 00");
 
-    process.write("touch 1 2\nstate\nquit\n");
-    QVERIFY(process.waitForFinished(LongEnoughMs));
-    out += process.readAllStandardOutput();
-    QCOMPARE(process.exitCode(), 0);
-    QVERIFY2(out.contains("replay  the host sends what is not in the recording: firmware: read\n"),
-             out.constData());
-    QVERIFY(out.contains(" replayed=1/1 departures=1 rate=9600\n"));
-    QVERIFY(out.contains("\nok replay replayed=1/1 departures=1\n"));
-    QCOMPARE(process.readAllStandardError(), "error: touch: a recording feels nothing\n");
+    sim.process.write("touch 1 2\nstate\nquit\n");
+    QVERIFY(sim.ends());
+    QVERIFY2(
+        sim.out.contains("replay  the host sends what is not in the recording: firmware: read\n"),
+        sim.out.constData());
+    QVERIFY(sim.out.contains(" replayed=1/1 departures=1 rate=9600\n"));
+    QVERIFY(sim.out.contains("\nok replay replayed=1/1 departures=1\n"));
+    QCOMPARE(sim.process.readAllStandardError(), "error: touch: a recording feels nothing\n");
 }
 
 void TestQuorvelSim::what_is_no_recording_is_refused()
@@ -427,19 +420,13 @@ void TestQuorvelSim::the_end_of_input_alone_ends_nothing_and_a_signal_does()
 {
     QFETCH(int, signal);
 
-    QProcess process;
-    process.start(QStringLiteral(QUORVEL_SIM_PROGRAM), {u"usb"_s, u"--unplugged"_s});
-    process.write("wait 0\n");
-    process.closeWriteChannel();
-    QByteArray out;
-    QTRY_VERIFY_WITH_TIMEOUT((process.waitForReadyRead(10), out += process.readAllStandardOutput(),
-                              out.contains("ok wait")),
-                             LongEnoughMs);
-    QVERIFY(!process.waitForFinished(200));
-    QCOMPARE(::kill(pid_t(process.processId()), signal), 0);
-    QVERIFY(process.waitForFinished(LongEnoughMs));
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 0);
+    Running sim({u"usb"_s, u"--unplugged"_s});
+    sim.process.write("wait 0\n");
+    sim.process.closeWriteChannel();
+    QTRY_VERIFY_WITH_TIMEOUT(sim.says("ok wait"), LongEnoughMs);
+    QVERIFY(!sim.process.waitForFinished(200));
+    QCOMPARE(::kill(pid_t(sim.process.processId()), signal), 0);
+    QVERIFY(sim.ends());
 }
 
 QTEST_GUILESS_MAIN(TestQuorvelSim)

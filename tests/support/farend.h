@@ -19,11 +19,41 @@
 #include <cstdlib>
 #include <ctime>
 
+// An end of a serial line that is open.
+struct LineEnd
+{
+    // Takes what comes within the time, up to size bytes.
+    QByteArray take(qsizetype size, int milliseconds = 2000) const
+    {
+        QByteArray all;
+        QDeadlineTimer deadline(milliseconds);
+        while (all.size() < size && !deadline.hasExpired()) {
+            pollfd p{.fd = fd.get(), .events = POLLIN, .revents = 0};
+            if (poll(&p, 1, int(deadline.remainingTime())) != 1 || !(p.revents & POLLIN))
+                break;
+            QByteArray part(size - all.size(), Qt::Uninitialized);
+            const ssize_t n = ::read(fd.get(), part.data(), size_t(part.size()));
+            if (n <= 0)
+                break;
+            all += part.first(n);
+        }
+        return all;
+    }
+
+    void give(const QByteArray &bytes) const
+    {
+        if (::write(fd.get(), bytes.constData(), size_t(bytes.size())) != bytes.size())
+            qFatal("the other end takes no bytes");
+    }
+
+    FileDescriptor fd;
+};
+
 // The far end of a serial line; the near end is a pseudo-terminal's node.
-struct FarEnd
+struct FarEnd : LineEnd
 {
     FarEnd()
-        : fd(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC))
+        : LineEnd{FileDescriptor(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC))}
     {
         std::array<char, 64> path{};
         if (grantpt(fd.get()) == 0 && unlockpt(fd.get()) == 0 &&
@@ -48,31 +78,6 @@ struct FarEnd
         return n;
     }
 
-    // Takes what comes within the time, up to size bytes.
-    QByteArray take(qsizetype size, int milliseconds = 2000) const
-    {
-        QByteArray all;
-        QDeadlineTimer deadline(milliseconds);
-        while (all.size() < size && !deadline.hasExpired()) {
-            pollfd p{.fd = fd.get(), .events = POLLIN, .revents = 0};
-            if (poll(&p, 1, int(deadline.remainingTime())) != 1 || !(p.revents & POLLIN))
-                break;
-            QByteArray part(size - all.size(), Qt::Uninitialized);
-            const ssize_t n = ::read(fd.get(), part.data(), size_t(part.size()));
-            if (n <= 0)
-                break;
-            all += part.first(n);
-        }
-        return all;
-    }
-
-    void give(const QByteArray &bytes) const
-    {
-        if (::write(fd.get(), bytes.constData(), size_t(bytes.size())) != bytes.size())
-            qFatal("the near end takes no bytes");
-    }
-
-    FileDescriptor fd;
     QString node;
 };
 
