@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <sys/socket.h>
@@ -34,6 +35,8 @@ struct Output
     QByteArray name; // none: it is too old to tell one
     quint32 transform;
     QList<Mode> modes;
+    quint32 version = name.isEmpty() ? 3 : 4;
+    bool hasPlace = true; // and tells it, with how it is turned
 };
 
 QByteArray number(quint32 value)
@@ -62,9 +65,10 @@ quint32 numberAt(const QByteArray &bytes, qsizetype at)
 class Compositor
 {
 public:
-    // Without outputs it never says anything.
-    Compositor(const QByteArray &path, QList<Output> theOutputs)
+    // Without outputs it never says anything. It goes away instead of the answer after so many.
+    Compositor(const QByteArray &path, QList<Output> theOutputs, int theAnswers)
         : outputs(std::move(theOutputs))
+        , answersLeft(theAnswers)
     {
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
@@ -95,6 +99,11 @@ private:
             heard.append(bytes, count);
             while (heard.size() >= 8 && heard.size() >= qsizetype(numberAt(heard, 4) >> 16)) {
                 const auto size = qsizetype(numberAt(heard, 4) >> 16);
+                const bool isEnd = numberAt(heard, 0) == 1 && (numberAt(heard, 4) & 0xFFFF) == 0;
+                if (isEnd && answersLeft-- == 0) {
+                    ::close(line);
+                    return;
+                }
                 if (!outputs.isEmpty())
                     answer(numberAt(heard, 0), numberAt(heard, 4) & 0xFFFF, heard.mid(8, size - 8));
                 heard.remove(0, size);
@@ -118,19 +127,22 @@ private:
             registry = numberAt(words, 0);
             tell(registry, 0, number(7) + text("wl_seat") + number(1));
             for (qsizetype i = 0; i < outputs.size(); ++i) {
-                const quint32 version = outputs[i].name.isEmpty() ? 3 : 4;
-                tell(registry, 0, number(quint32(10 + i)) + text("wl_output") + number(version));
+                tell(registry, 0,
+                     number(quint32(10 + i)) + text("wl_output") + number(outputs[i].version));
             }
         } else if (object == registry && request == 0) { // one of them is wanted
-            describe(numberAt(words, words.size() - 4),
-                     outputs[qsizetype(numberAt(words, 0)) - 10]);
+            const Output &output = outputs[qsizetype(numberAt(words, 0)) - 10];
+            // No newer than it has it, nor than anybody has known when this was written.
+            if (numberAt(words, words.size() - 8) == std::min(output.version, 4U))
+                describe(numberAt(words, words.size() - 4), output);
         }
     }
     void describe(quint32 object, const Output &output) const
     {
-        tell(object, 0,
-             number(0) + number(0) + number(300) + number(200) + number(0) + text("Maker") +
-                 text("Model") + number(output.transform));
+        if (output.hasPlace)
+            tell(object, 0,
+                 number(0) + number(0) + number(300) + number(200) + number(0) + text("Maker") +
+                     text("Model") + number(output.transform));
         for (const Mode &mode : output.modes)
             tell(object, 1,
                  number(mode.flags) + number(mode.width) + number(mode.height) + number(60000));
@@ -141,6 +153,7 @@ private:
     }
 
     QList<Output> outputs;
+    int answersLeft;
     int listening = -1;
     int line = -1;
     quint32 registry = 0;
@@ -157,10 +170,10 @@ private:
     QTemporaryDir place;
     WaylandOutputs *module = nullptr;
 
-    QList<WaylandOutput> asked(const QList<Output> &there)
+    QList<WaylandOutput> asked(const QList<Output> &there, int answers = 100)
     {
         const QByteArray path = QFile::encodeName(place.filePath(u"compositor"_s));
-        const Compositor compositor(path, there);
+        const Compositor compositor(path, there, answers);
         qputenv("WAYLAND_DISPLAY", path);
         QList<WaylandOutput> all;
         if (compositor.isListening)
@@ -212,6 +225,38 @@ private slots:
         QCOMPARE(all.size(), 1);
         QCOMPARE(all[0].name, QString());
         QCOMPARE(all[0].size, QSize(1280, 800));
+    }
+
+    void an_output_of_a_newer_compositor_is_asked_for_as_it_is_known()
+    {
+        const auto all = asked({{"DP-1", 0, {{1, 1280, 800}}, 9}});
+        QCOMPARE(all.size(), 1);
+        QCOMPARE(all[0].name, u"DP-1"_s);
+        QCOMPARE(all[0].size, QSize(1280, 800));
+    }
+
+    void an_output_without_a_place_is_not_turned()
+    {
+        const auto all = asked({{"DP-1", 1, {{1, 1280, 800}}, 4, false}, {"DP-2", 0, {}}});
+        QCOMPARE(all.size(), 2);
+        QCOMPARE(all[0].size, QSize(1280, 800));
+        QVERIFY(all[1].size.isEmpty()); // of which nothing is known
+    }
+
+    void a_compositor_that_goes_away_has_no_outputs_data()
+    {
+        QTest::addColumn<int>("answers");
+        QTest::newRow("before it tells of them") << 0;
+        QTest::newRow("before it tells how they are") << 1;
+    }
+    void a_compositor_that_goes_away_has_no_outputs()
+    {
+        QFETCH(const int, answers);
+        QElapsedTimer time;
+        time.start();
+        QVERIFY(asked({{"DP-1", 0, {{1, 1280, 800}}}}, answers).isEmpty());
+        QVERIFY2(time.elapsed() < 900, QByteArray::number(time.elapsed()));
+        QCOMPARE(asked({{"DP-1", 0, {{1, 1280, 800}}}}).size(), 1); // the next one
     }
 
     void a_compositor_that_says_nothing_is_waited_for_a_second()
