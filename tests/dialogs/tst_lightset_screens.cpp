@@ -241,6 +241,31 @@ private slots:
         change(u"WIDE"_s, u"1920/508x1080/285+0+0"_s, QSize(1920, 1080));
     }
 
+    // A compositor may change mode and scaling together.
+    void a_screen_that_gets_more_pixels_and_no_larger_is_followed()
+    {
+        LightSet_dlg screen;
+        present(screen);
+        const QRect place = screen.geometry();
+        const auto shown = [&screen](int ratio) {
+            QImage picture = screen.grab().toImage();
+            picture.setDevicePixelRatio(1);
+            return withoutPanel(picture, ratio);
+        };
+        const auto expected = [&place](int ratio) {
+            return withoutPanel(plainFor(place.size() * ratio).picture(), ratio);
+        };
+        QCOMPARE(screen.devicePixelRatioF(), 1.);
+        QCOMPARE(shown(1), expected(1));
+        QCOMPARE(QProcess::execute(u"swaymsg"_s, {u"output HEADLESS-1 resolution %1x%2 scale 2"_s
+                                                      .arg(2 * place.width())
+                                                      .arg(2 * place.height())}),
+                 0);
+        QTRY_COMPARE(screen.devicePixelRatioF(), 2.);
+        QTRY_COMPARE(screen.geometry(), place);
+        QTRY_COMPARE(shown(2), expected(2));
+    }
+
     // A kiosk runs the tool alone.
     void escape_leaves_at_once_without_a_window_manager()
     {
