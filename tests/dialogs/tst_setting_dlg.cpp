@@ -4,6 +4,7 @@
 #include "dialogs/useradv_dlg.h"
 #include "tests/support/clipped.h"
 #include "tests/support/hides.h"
+#include "tests/support/ordinaryuser.h"
 #include "tests/support/settingshome.h"
 #include "tests/support/widgets.h"
 
@@ -263,6 +264,20 @@ private slots:
         QCOMPARE(notice->text(), u"Not kept: cannot write "_s + home->path());
         press(dialog, "Indoorbtn");
         QCOMPARE(notice->text(), QString());
+    }
+
+    void what_a_file_that_can_only_be_read_does_not_take_is_not_called_kept()
+    {
+        open();
+        const auto *notice = in<QLabel>(dialog, "noticeLab");
+        QVERIFY(QFile::setPermissions(home->path(), QFile::ReadOwner));
+        const OrdinaryUser user;
+        press(dialog, "applybtn");
+        QCOMPARE(notice->text(), u"Kept."_s); // as it was before
+        press(dialog, "Percussionbtn");
+        press(dialog, "applybtn");
+        QCOMPARE(notice->text(), u"Not kept: cannot write "_s + home->path());
+        QCOMPARE(home->element("USE"), "Write"_ba);
     }
 
     void a_file_in_the_home_directory_is_called_from_there_on()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "dialogs/smoothing_dlg.h"
+#include "tests/support/ordinaryuser.h"
 #include "tests/support/settingshome.h"
 #include "tests/support/widgets.h"
 
@@ -371,6 +372,42 @@ private slots:
         QCOMPARE(notice->text(), u"Not kept: cannot write "_s + home->path());
         press(&dialog, "pushButton_4");
         QCOMPARE(notice->text(), QString());
+    }
+
+    void what_was_not_kept_is_told_until_the_next_change_or_closing()
+    {
+        smoothing_dlg dialog;
+        const auto *notice = in<QLabel>(&dialog, "noticeLab");
+        home->removeConfigDirectory();
+        const auto tryInVain = [&] {
+            appear(dialog);
+            press(&dialog, "pushButton");
+            appear(dialog);
+            return notice->text();
+        };
+        const QString words = u"Not kept: cannot write "_s + home->path();
+        QCOMPARE(tryInVain(), words);
+        use(dialog)->click();
+        QCOMPARE(notice->text(), QString());
+        dialog.close();
+        QCOMPARE(tryInVain(), words);
+        press(&dialog, "pushButton_2");
+        appear(dialog);
+        QCOMPARE(notice->text(), QString());
+    }
+
+    void what_a_file_that_can_only_be_read_does_not_take_is_not_called_kept()
+    {
+        smoothing_dlg dialog;
+        appear(dialog);
+        QVERIFY(QFile::setPermissions(home->path(), QFile::ReadOwner));
+        const OrdinaryUser user;
+        press(&dialog, "pushButton_4");
+        press(&dialog, "pushButton");
+        appear(dialog);
+        QCOMPARE(in<QLabel>(&dialog, "noticeLab")->text(),
+                 u"Not kept: cannot write "_s + home->path());
+        QCOMPARE(level(dialog)->value(), 5);
     }
 
     void the_send_step_sends_64_zeros()

@@ -4,6 +4,7 @@
 #include "dialogs/useradv_dlg.h"
 #include "tests/support/clipped.h"
 #include "tests/support/hides.h"
+#include "tests/support/ordinaryuser.h"
 #include "tests/support/settingshome.h"
 #include "tests/support/widgets.h"
 
@@ -764,6 +765,22 @@ private slots:
         QVERIFY(!dialog->isVisible());
     }
 
+    void a_frame_that_may_have_forgotten_is_told_what_is_kept_and_the_form_stays()
+    {
+        open();
+        press(dialog, "applybtn");
+        sent.clear();
+        const QString notice = in<QLabel>(dialog, "noticeLab")->text();
+        QVERIFY(!notice.isEmpty());
+        dialog->OnWakeUp();
+        QCOMPARE(in<QLabel>(dialog, "noticeLab")->text(), notice);
+        changeEverything();
+        dialog->OnWakeUp();
+        QCOMPARE(sent, QList<QByteArray>({frame("00A2000500 01 01 DC05 03 01 02"),
+                                          frame("00A2000500 01 01 DC05 03 01 02")}));
+        QCOMPARE(shown(), everythingChanged());
+    }
+
     void a_report_changes_nothing()
     {
         open();
@@ -883,6 +900,19 @@ private slots:
         press(dialog, "applybtn");
         QCOMPARE(in<QLabel>(dialog, "noticeLab")->text(),
                  u"Sent. Not kept: cannot write "_s + home->path());
+    }
+
+    void what_a_file_that_can_only_be_read_does_not_take_is_not_called_kept()
+    {
+        open();
+        dialog->setConnected(true);
+        QVERIFY(QFile::setPermissions(home->path(), QFile::ReadOwner));
+        const OrdinaryUser user;
+        press(dialog, "pushButton_8");
+        press(dialog, "applybtn");
+        QCOMPARE(in<QLabel>(dialog, "noticeLab")->text(),
+                 u"Sent. Not kept: cannot write "_s + home->path());
+        QCOMPARE(home->element("RB_DURATION"), "1500"_ba);
     }
 
     void Apply_without_a_frame_says_so_at_the_button()
