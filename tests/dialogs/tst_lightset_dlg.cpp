@@ -944,6 +944,20 @@ private slots:
         QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FC"), ReadAdc}));
     }
 
+    void steps_that_wait_go_out_when_the_frame_speaks_of_another_light()
+    {
+        showWithLights();
+        answerLight();
+        for (int i = 0; i < 3; ++i)
+            press(screen, "LightAddBtn");
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FC")}));
+        report({0xFC, 0xA2, 0x87, 0x00, 0x00, 0x02, 11, 0, 0x03, 50});
+        QCOMPARE(sent(), QByteArrayList({whole("00 A2 06 04 00 01 0A 00 FE")}));
+        QCOMPARE(text("LightDir") + text("LightNum"), u"Y11"_s);
+        QCOMPARE(text("LightAGCSet"), u"3"_s);
+        QVERIFY(button("LightAddBtn")->isEnabled());
+    }
+
     void a_step_that_is_unanswered_takes_the_keyboard_from_no_field()
     {
         showWithLights();
@@ -1073,7 +1087,7 @@ private slots:
         QCOMPARE(notice(), QString());
     }
 
-    void while_a_light_check_has_the_frame_no_light_is_switched()
+    void while_a_light_check_has_the_frame_no_light_is_switched_or_set()
     {
         showWithLights();
         answerLight();
@@ -1081,11 +1095,44 @@ private slots:
         screen->standAside(true);
         QCOMPARE(notice(), u"This waits until the light check has ended"_s);
         press(screen, "LightChooseBtn_2");
+        press(screen, "LightAddBtn");
+        press(screen, "LightDecBtn");
         QCOMPARE(sent(), QByteArrayList());
+        QCOMPARE(text("LightAGCSet"), u"-5"_s);
+        for (const char *name : {"LightChooseBtn_2", "LightAddBtn", "LightDecBtn"})
+            QVERIFY2(button(name)->isEnabled(), name);
         screen->standAside(false);
         sent();
         press(screen, "LightChooseBtn_2");
         QVERIFY(sent().contains(whole("00 A2 08 04 00 01 0A 00 01")));
+    }
+
+    void while_a_light_check_has_the_frame_no_settings_are_sent()
+    {
+        show();
+        screen->standAside(true);
+        press(screen, "ADCDefBtn");
+        press(screen, "ADCSetBtn");
+        QTest::qWait(400);
+        screen->standAside(false);
+        QCOMPARE(sent(), QByteArrayList({ReadAdc}));
+        // Nobody has set what the frame then says.
+        answerSettings(0xD9);
+        QCOMPARE(notice(), QString());
+    }
+
+    void what_waited_for_a_scan_stays_unasked_when_a_light_check_begins()
+    {
+        showWithLights();
+        tick(2);
+        report({0xFC, 0xA5, 0x82, 0x00, 0x00, 0, 0, 200, 20});
+        tick();
+        auto *timer = screen->findChild<QTimer *>();
+        timer->start(60000);
+        report({0xFC, 0xA5, 0x82, 0x00, 0x00, 27, 0, 200, 20});
+        screen->standAside(true);
+        QTest::qWait(50);
+        QVERIFY(!timer->isActive());
     }
 
     void pages_from_before_the_end_of_a_light_check_are_not_taken()
@@ -1294,6 +1341,12 @@ private slots:
 
     void a_light_that_the_frame_does_not_have_is_told_of()
     {
+        // Which is not known before it has told its counts.
+        show();
+        type("LightDir", "X");
+        type("LightNum", "96");
+        QCOMPARE(notice(), QString());
+        screen->close();
         showWithLights();
         answerSettings();
         type("LightDir", "X");

@@ -4,12 +4,15 @@
 // in view is found out by pointing everywhere.
 
 #include "dialogs/curves.h"
+#include "dialogs/readable.h"
 #include "modules/module.h"
+#include "tests/support/widgets.h"
 
 #include <QApplication>
 #include <QImage>
 #include <QPen>
 #include <QRegion>
+#include <QSet>
 #include <QTest>
 #include <QWheelEvent>
 #include <QWidget>
@@ -175,6 +178,41 @@ private slots:
                 value /= 2;
             QVERIFY(drawn(other) != before);
         }
+    }
+
+    void without_a_baseline_the_levels_have_the_room_of_the_changes()
+    {
+        AxisCurves compared = healthy(LightsX);
+        compared.baseline = compared.levels;
+        compared.change = QVector<double>(LightsX, 0);
+        // Where a low level is, as a share of the height.
+        const auto bottom = [this](const std::array<AxisCurves, 2> &all) {
+            curves->setCurves(all, -10);
+            const QImage before = quietPicture();
+            curves->setCurves(all, 5);
+            return difference(quietPicture(), before).boundingRect().bottom() /
+                   double(plot->height());
+        };
+        const AxisCurves x = healthy(LightsX);
+        const AxisCurves y = healthy(LightsY);
+        QVERIFY(bottom({x, y}) > 0.8);
+        QVERIFY(bottom({compared, y}) < 0.7);
+        QVERIFY(bottom({x, y}) > 0.8);
+        compared = healthy(LightsY);
+        compared.change = QVector<double>(LightsY, 0);
+        QVERIFY(bottom({x, compared}) < 0.7);
+    }
+
+    void other_levels_leave_what_is_in_view()
+    {
+        curves->zoomTo(0, 30, 31);
+        AxisCurves other = healthy(LightsX);
+        other.levels[30] = 20;
+        curves->setCurves({other, healthy(LightsY)}, 100);
+        QCOMPARE(view(0), Place(22, 39));
+        // Another frame is seen whole.
+        curves->setCurves({healthy(LightsX - 1), healthy(LightsY)}, 100);
+        QCOMPARE(view(0), Place(0, LightsX - 2));
     }
 
     void the_limit_is_drawn_at_its_level_over_both_axes()
@@ -549,6 +587,71 @@ private slots:
                 QCOMPARE(axis->property(pen).value<QPen>().color(), QColor(Qt::white));
             for (const char *color : {"tickLabelColor", "labelColor"})
                 QCOMPARE(axis->property(color).value<QColor>(), QColor(Qt::white));
+        }
+        // Words are bright and stand on black, with a frame around them.
+        pointAt(middleOf(0, 20));
+        const QImage spoken = picture();
+        const QImage words =
+            spoken.copy(difference(spoken, night).boundingRect().adjusted(2, 2, -2, -2));
+        int brightest = 0;
+        for (int x = 0; x < words.width(); ++x) {
+            for (int y = 0; y < words.height(); ++y)
+                brightest = std::max(brightest, words.pixelColor(x, y).lightness());
+        }
+        QVERIFY2(brightest > 180, qPrintable(QString::number(brightest)));
+        QVERIFY(pixelsOf(words, Qt::black) > words.width() * words.height() / 2);
+    }
+
+    void every_curve_stands_out_from_its_ground_data()
+    {
+        QTest::addColumn<QColor>("base");
+        QTest::addColumn<QColor>("text");
+        QTest::newRow("light") << QColor(Qt::white) << QColor(Qt::black);
+        QTest::newRow("dark") << QColor(35, 35, 35) << QColor(Qt::white);
+    }
+    void every_curve_stands_out_from_its_ground()
+    {
+        constexpr qreal LeastContrast = 3; // of lines
+        QFETCH(const QColor, base);
+        QFETCH(const QColor, text);
+        QPalette palette;
+        palette.setColor(QPalette::Base, base);
+        palette.setColor(QPalette::Text, text);
+        plot->setPalette(palette);
+        QSet<QRgb> colors;
+        for (const QObject *graph : plot->findChildren<QObject *>()) {
+            if (!graph->inherits("QCPGraph") || graph->property("lineStyle").toInt() == 0)
+                continue;
+            const QColor color = graph->property("pen").value<QPen>().color();
+            QVERIFY2(readable::contrast(color, base) >= LeastContrast, qPrintable(color.name()));
+            colors += color.rgb();
+        }
+        QCOMPARE(colors.size(), 3); // of levels, of what is expected, and of those before
+        AxisCurves one = healthy(LightsX);
+        one.bad = {10};
+        const QImage before = quietPicture();
+        curves->setCurves({one, healthy(LightsY)}, 100);
+        const QImage marked = quietPicture();
+        const QRect mark = difference(marked, before).boundingRect();
+        QVERIFY(!mark.isEmpty());
+        qreal most = 1;
+        for (int x = mark.left(); x <= mark.right(); ++x) {
+            for (int y = mark.top(); y <= mark.bottom(); ++y) {
+                if (marked.pixel(x, y) != before.pixel(x, y))
+                    most = std::max(most, readable::contrast(marked.pixelColor(x, y), base));
+            }
+        }
+        QVERIFY2(most >= LeastContrast, qPrintable(QString::number(most)));
+    }
+
+    void another_font_of_the_desktop_is_taken()
+    {
+        QFont larger = plot->font();
+        larger.setPointSize(larger.pointSize() + 7);
+        plot->setFont(larger);
+        for (const QObject *axis : axes()) {
+            for (const char *font : {"tickLabelFont", "labelFont"})
+                QCOMPARE(axis->property(font).value<QFont>().pointSize(), larger.pointSize());
         }
     }
 };

@@ -750,6 +750,24 @@ private slots:
         QTRY_COMPARE(paints.count, 1);
     }
 
+    void what_becomes_of_the_picture_is_seen_at_once()
+    {
+        const auto isPaintedAfter = [this](const std::function<void()> &happens) {
+            QTest::qWait(50); // for what is painted anyway
+            const Paints paints(window.get());
+            happens();
+            return QTest::qWaitFor([&] { return paints.region.contains(QPoint(500, 300)); }, 2000);
+        };
+        startContinuous();
+        deliver({Counts32, X1, Y1});
+        QVERIFY(isPaintedAfter([this] { window->on_ALL_btn_clicked(); }));
+        window->on_Xbtn_clicked();
+        deliver({Counts32, X1});
+        QVERIFY(isPaintedAfter([this] { window->on_Ybtn_clicked(); }));
+        deliver({Counts32, Y1});
+        QVERIFY(isPaintedAfter([this] { window->OnLinkEnded(); }));
+    }
+
     void painting_draws_the_picture_anew_only_after_a_change()
     {
         wideLimits();
@@ -1346,6 +1364,32 @@ private slots:
         QCOMPARE(sent, QList<QByteArray>({AskCounts, AskX}));
     }
 
+    void while_others_have_the_frame_no_tick_asks()
+    {
+        press(window, "ALL_btn");
+        deliver({0xFC, 0xA5, 0x80, 0x05, 0x00, 0x78, 0x00, 0x02, 0x00}); // 120 and 2
+        tick();
+        deliver(page(0x81, 0, 100));
+        tick(); // this one waits for the end of the scan
+        window->standAside(FrameUsers::LightCheck, true);
+        sent.clear();
+        QTest::qWait(2 * ScanWatch::SilentReports * ScanWatch::ReportMs);
+        QCOMPARE(sent, QList<QByteArray>());
+        QVERIFY(!timer()->isActive());
+    }
+
+    void what_was_not_answered_before_others_is_no_matter_behind_them()
+    {
+        const auto *notice = in<QLabel>(window, "notice");
+        press(window, "Xbtn");
+        QTRY_COMPARE(notice->text(), u"No answer from the touch frame"_s);
+        QVERIFY(notice->isVisible());
+        window->standAside(FrameUsers::LightCheck, true);
+        QCOMPARE(notice->text(), u"The test waits until the light check has ended"_s);
+        window->standAside(FrameUsers::LightCheck, false);
+        QVERIFY(!notice->isVisible());
+    }
+
     void a_test_that_ended_with_its_link_does_not_go_on_behind_others()
     {
         press(window, "Xbtn");
@@ -1419,6 +1463,16 @@ private slots:
         press(window, "ALL_btn");
         QVERIFY(!notice->isVisible());
         QCOMPARE(sent.size(), 1);
+    }
+
+    void of_several_fields_that_cannot_be_read_the_first_is_shown()
+    {
+        setText(u"Lower_text"_s, u"1101"_s);
+        setText(u"AGC_text"_s, u"256"_s);
+        press(window, "Xbtn");
+        QCOMPARE(in<QLabel>(window, "notice")->text(),
+                 u"Lower Limit: enter a whole number from 0 to 1100"_s);
+        QCOMPARE(window->focusWidget(), in<QLineEdit>(window, "Lower_text"));
     }
 
     void words_stand_above_the_plot_and_fit()
@@ -1684,6 +1738,31 @@ private slots:
         press(window, "Xbtn");
         deliver({Counts32, X3});
         QCOMPARE(log(), u"Date,Time,X000,X001,X002,Y000,Y001,NG/PASS\nD,T,1000,200,780,\n"_s);
+    }
+
+    void switched_on_before_the_counts_are_told_the_log_has_those()
+    {
+        press(window, "Xbtn");
+        deliver({Counts32, X1});
+        press(window, "Xbtn");
+        logAction()->trigger();
+        deliver({{0xFC, 0xA5, 0x80, 0x05, 0x00, 0x02, 0x00, 0x01, 0x00},
+                 {0xFC, 0xA5, 0x81, 0x05, 0x00, 0x00, 0x00, 25, 50}});
+        QCOMPARE(log(), u"Date,Time,X000,X001,Y000,NG/PASS\nD,T,100,200,\n"_s);
+    }
+
+    void a_log_goes_on_behind_others()
+    {
+        logAction()->trigger();
+        startContinuous();
+        deliver({Counts32, X1, Y1});
+        window->standAside(FrameUsers::LightCheck, true);
+        window->standAside(FrameUsers::LightCheck, false);
+        deliver({Counts32, X3, Y3});
+        press(window, "ALL_btn");
+        QCOMPARE(log(), u"Date,Time,X000,X001,X002,Y000,Y001,NG/PASS\n"
+                        "D,T,1000,400,800,600,,100,,\n"
+                        "D,T,1000,200,780,600,,200,,\n"_s);
     }
 
     void a_new_test_begins_a_new_log()
