@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using lights::Axis;
@@ -117,8 +118,7 @@ private slots:
                                                     {Qt::Key_Left, {Axis::X, 0}}};
         for (const auto &[key, place] : steps) {
             QTest::keyClick(wall.get(), Qt::Key(key));
-            QCOMPARE(chosen.takeLast(), place);
-            QVERIFY(chosen.isEmpty());
+            QCOMPARE(std::exchange(chosen, {}), {place});
             QCOMPARE(told(),
                      (place.axis == Axis::X ? u"X "_s : u"Y "_s) + QString::number(place.number));
         }
@@ -135,9 +135,8 @@ private slots:
         wall->choose({Axis::Y, 7});
         for (const int key : keys) {
             QTest::keyClick(wall.get(), Qt::Key(key));
-            QCOMPARE(opened.takeLast(), (LightPlace{Axis::Y, 7}));
+            QCOMPARE(std::exchange(opened, {}), QList<LightPlace>({{Axis::Y, 7}}));
         }
-        QVERIFY(opened.isEmpty());
         QVERIFY(chosen.isEmpty()); // by nobody here
     }
 
@@ -160,8 +159,8 @@ private slots:
         for (const LightPlace &place : {LightPlace{Axis::X, 17}, LightPlace{Axis::Y, 30}}) {
             for (const size_t edge : {0, 1}) {
                 QTest::mouseClick(wall.get(), Qt::LeftButton, {}, middleOf(place, edge).toPoint());
-                QCOMPARE(chosen.takeLast(), place);
-                QCOMPARE(opened.takeLast(), place);
+                QCOMPARE(std::exchange(chosen, {}), {place});
+                QCOMPARE(std::exchange(opened, {}), {place});
             }
         }
         QTest::mouseClick(wall.get(), Qt::LeftButton, {}, wall->rect().center());
@@ -204,6 +203,34 @@ private slots:
         wall->choose({Axis::X, 10});
         QVERIFY(marks() > 0 && marks() < many);
         QVERIFY(chosen.isEmpty());
+    }
+
+    void the_mark_of_a_thin_light_can_be_seen()
+    {
+        wall->resize(320, 240);
+        wall->setReport(report);
+        const lights::Wall places(report.measurement, QSizeF(wall->size()));
+        const QColor mark = wall->palette().color(QPalette::Highlight);
+        for (const LightPlace &place : {LightPlace{Axis::X, 20}, LightPlace{Axis::Y, 20}}) {
+            const bool isX = place.axis == Axis::X;
+            const QRectF light = places.light(place)[0];
+            QVERIFY((isX ? light.width() : light.height()) < 4);
+            wall->choose(place);
+            const QImage picture = wall->grab().toImage();
+            // Through the middle of the light.
+            const QImage line = isX ? picture.copy(0, int(light.center().y()), 320, 1)
+                                    : picture.copy(int(light.center().x()), 0, 1, 240);
+            QList<int> marked;
+            for (int at = 0; at < (isX ? 320 : 240); ++at) {
+                if (line.pixelColor(isX ? at : 0, isX ? 0 : at) == mark)
+                    marked += at;
+            }
+            QVERIFY(!marked.isEmpty());
+            const int size = marked.last() - marked.first();
+            QVERIFY2(size >= 7 && size <= 12, qPrintable(QString::number(size)));
+            const double middle = isX ? light.center().x() : light.center().y();
+            QVERIFY(qAbs((marked.first() + marked.last()) / 2. - middle) < 1.2);
+        }
     }
 
     void a_light_that_there_is_not_is_not_chosen()
