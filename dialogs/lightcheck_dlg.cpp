@@ -127,7 +127,7 @@ void LightCheck_dlg::linkBegan(lights::Measuring::Source source)
 {
     measuring.linkBegan(source);
     onMeasuringChanged();
-    showReport();
+    showUnit();
     tell({});
 }
 
@@ -135,6 +135,7 @@ void LightCheck_dlg::OnLinkEnded()
 {
     measuring.linkEnded();
     onMeasuringChanged();
+    showUnit();
     if (measuring.isRunning())
         tell(tr("The touch frame is gone. Measuring begins anew when one is there."));
 }

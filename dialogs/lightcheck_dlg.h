@@ -78,7 +78,9 @@ private:
     void fillMenu();
     void chooseBaseline(Baseline which, const std::optional<lights::Measurement> &measurement);
 
+    bool hasLights() const;
     void showReport();
+    void showUnit();
     void showFindings();
     int rowLike(const lights::Finding &before) const;
     void showCurves();

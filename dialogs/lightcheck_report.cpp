@@ -197,20 +197,24 @@ void LightCheck_dlg::saveReport(const QString &path)
 
 // Showing
 
+bool LightCheck_dlg::hasLights() const
+{
+    return report.measurement.x.lights + report.measurement.y.lights > 0;
+}
+
 void LightCheck_dlg::showReport()
 {
-    const bool hasLights = report.measurement.x.lights + report.measurement.y.lights > 0;
     const bool isPass = report.verdicts.isPass();
-    const QString verdict = !hasLights ? tr("Not measured yet")
-                            : isPass   ? tr("PASS")
-                                       : tr("SERVICE NEEDED");
+    const QString verdict = !hasLights() ? tr("Not measured yet")
+                            : isPass     ? tr("PASS")
+                                         : tr("SERVICE NEEDED");
     QPalette colors = palette();
-    if (hasLights) {
+    if (hasLights()) {
         colors.setColor(QPalette::Window, isPass ? PassColor : ServiceColor);
         colors.setColor(QPalette::WindowText, Qt::white);
     }
     ui->verdictLab->setPalette(colors);
-    ui->verdictLab->setAutoFillBackground(hasLights);
+    ui->verdictLab->setAutoFillBackground(hasLights());
     if (ui->verdictLab->text() != verdict) {
         ui->verdictLab->setText(verdict);
         QAccessibleEvent told(ui->verdictLab, QAccessible::Alert);
@@ -218,18 +222,23 @@ void LightCheck_dlg::showReport()
     }
     for (QWidget *needsLights :
          std::initializer_list<QWidget *>{ui->rememberButton, ui->compareButton, ui->reportButton})
-        needsLights->setEnabled(hasLights);
-    const lights::Unit &unit = report.measurement.unit;
-    ui->unitLab->setText(
-        !hasLights ? (measuring.isLinked() ? QString() : tr("No touch frame is linked."))
-        : unit.identification.isEmpty()
-            ? tr("Measured %1").arg(dateOf(report.measurement))
-            : tr("Unit %1, measured %2").arg(unit.identification, dateOf(report.measurement)));
+        needsLights->setEnabled(hasLights());
+    showUnit();
     showComparison();
     showFindings();
     model->setReport(report);
     ui->wall->setReport(report);
     showCurves();
+}
+
+void LightCheck_dlg::showUnit()
+{
+    const lights::Unit &unit = report.measurement.unit;
+    ui->unitLab->setText(
+        !hasLights() ? (measuring.isLinked() ? QString() : tr("No touch frame is linked."))
+        : unit.identification.isEmpty()
+            ? tr("Measured %1").arg(dateOf(report.measurement))
+            : tr("Unit %1, measured %2").arg(unit.identification, dateOf(report.measurement)));
 }
 
 void LightCheck_dlg::showComparison()

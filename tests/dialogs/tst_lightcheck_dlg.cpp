@@ -284,6 +284,10 @@ private slots:
         alone.linkBegan(lights::Measuring::Source::Usb);
         QVERIFY(in(&alone, "measureButton")->isEnabled());
         QCOMPARE(unit->text(), QString());
+        alone.OnLinkEnded();
+        QVERIFY(!in(&alone, "measureButton")->isEnabled());
+        QCOMPARE(unit->text(), u"No touch frame is linked."_s);
+        QVERIFY(!in<QLabel>(&alone, "notice")->isVisible());
     }
 
     void how_far_a_measurement_is_can_be_seen()
