@@ -220,6 +220,7 @@ private slots:
         QVERIFY(!the<QPushButton>("reportButton")->isEnabled());
         measure();
         QCOMPARE(words("verdictLab"), u"SERVICE NEEDED"_s);
+        QCOMPARE(notice(), QString());
         QVERIFY(words("unitLab").startsWith(u"Unit 21-01234-1605, measured "_s));
         QCOMPARE(dialog->shown().measurement.x.scans.size(), 16U);
         QVERIFY(the<QPushButton>("reportButton")->isEnabled());
@@ -675,6 +676,13 @@ private slots:
             told += label->isVisible() ? label->text() : QString();
         QVERIFY2(!told.filter(u"A part of Quorvel is missing: install it again. ("_s).isEmpty(),
                  qPrintable(told.join(u'\n')));
+        // Where the curves would be.
+        QStringList besides;
+        for (const QLabel *label :
+             the<QTabWidget>("tabs")->currentWidget()->findChildren<QLabel *>())
+            besides += label->text();
+        QVERIFY2(besides.join(u'\n').contains(u"A part of Quorvel is missing"_s),
+                 qPrintable(besides.join(u'\n')));
         measure();
         QCOMPARE(words("verdictLab"), u"SERVICE NEEDED"_s);
         auto *wall = the<LightWall>("wall");
@@ -1053,6 +1061,8 @@ private slots:
         press("measureButton");
         QTRY_VERIFY2_WITH_TIMEOUT(words("comparisonLab").contains(u"light X 17 has changed most"_s),
                                   qPrintable(words("comparisonLab")), 10000);
+        // How the weakest light goes on is told of a measurement, not of each scan.
+        QCOMPARE(words("comparisonLab").count(u'\n'), 0);
         press("measureButton");
     }
 
@@ -1066,10 +1076,29 @@ private slots:
         press("rememberButton");
         QVERIFY2(notice().contains(u"give it a name"_s), qPrintable(notice()));
         QCOMPARE(dialog->focusWidget(), the<QLineEdit>("nameEdit"));
-        QTest::keyClicks(the<QLineEdit>("nameEdit"), u"Hall"_s);
+        QTest::keyClicks(the<QLineEdit>("nameEdit"), u" Hall "_s);
         press("rememberButton");
         QVERIFY2(notice().startsWith(u"Remembered."_s), qPrintable(notice()));
+        QCOMPARE(dialog->shown().measurement.unit.name, u"Hall"_s);
         QVERIFY(QDir(folder->filePath(u"quorvel/lights/Hall"_s)).exists());
+        // What is measured from now on is of the same unit.
+        measure();
+        QCOMPARE(dialog->shown().measurement.unit.name, u"Hall"_s);
+    }
+
+    void what_cannot_be_remembered_is_told()
+    {
+        start({});
+        qputenv("XDG_DATA_HOME", "/dev/null");
+        dialog = new LightCheck_dlg(parent.get());
+        link->attach(dialog);
+        dialog->linkBegan(lights::Measuring::Source::Usb);
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        measure();
+        press("rememberButton");
+        QCOMPARE(notice(), u"The folder /dev/null/quorvel/lights/21-01234-1605 cannot be made."_s);
+        QCOMPARE(dialog->focusWidget(), the<QPushButton>("rememberButton")); // no name helps
     }
 
     void a_report_is_written_as_its_name_says()
@@ -1089,6 +1118,9 @@ private slots:
             if (qstrcmp(suffix, "html") == 0)
                 QVERIFY(bytes.contains("Quorvel " QUORVEL_VERSION));
         }
+        const QString loud = folder->filePath(u"REPORT.CSV"_s);
+        dialog->saveReport(loud);
+        QCOMPARE(notice(), u"Written to %1."_s.arg(loud));
         dialog->saveReport(u"/nowhere/report.html"_s);
         QVERIFY(notice().startsWith(u"/nowhere/report.html cannot be written"_s));
         dialog->saveReport(folder->filePath(u"report.txt"_s));
@@ -1104,6 +1136,7 @@ private slots:
         for (const auto &[steps, name] : kinds) {
             whenOpen<QFileDialog>([&, steps = steps](QFileDialog *asked) {
                 QCOMPARE(asked->windowModality(), Qt::WindowModal);
+                QCOMPARE(asked->acceptMode(), QFileDialog::AcceptSave); // asks before replacing
                 auto *kind = asked->findChild<QComboBox *>(u"fileTypeCombo"_s);
                 for (int i = 0; i < steps; ++i)
                     QTest::keyClick(kind, Qt::Key_Down);
