@@ -138,10 +138,29 @@ private slots:
         press(2501, {50, 50});
         release(2600, {50, 50});
         QCOMPARE(seen.last(), gesture(Kind::Click, 99, 0));
+        press(4001, {50, 50});
+        release(4080, {50, 50});
+        QCOMPARE(seen.last(), gesture(Kind::LateClick, 1500, 0));
         // One is the mouse's, the other a finger's.
-        press(2700, {50, 50}, Finger);
-        release(2750, {50, 50}, Finger);
+        press(4200, {50, 50}, Finger);
+        release(4250, {50, 50}, Finger);
         QCOMPARE(seen.last(), gesture(Kind::Click, 50, 0, Finger));
+    }
+
+    void a_click_after_a_drag_or_a_hold_is_told_alone()
+    {
+        press(1000, {50, 50});
+        release(1050, {50, 50});
+        press(1100, {50, 50});
+        release(1200, {90, 50});
+        press(1300, {50, 50});
+        release(1350, {50, 50});
+        QCOMPARE(seen.last(), gesture(Kind::Click, 50, 0));
+        press(1400, {50, 50});
+        release(2200, {50, 50});
+        press(2300, {50, 50});
+        release(2340, {50, 50});
+        QCOMPARE(seen.last(), gesture(Kind::Click, 40, 0));
     }
 
     void two_taps_are_a_double_tap_within_time_and_distance_data()
@@ -234,6 +253,34 @@ private slots:
                                        gesture(Kind::HeldRightClick, 1510, 3, Mouse, true)}));
     }
 
+    void only_what_the_right_button_follows_at_once_was_held_for_it()
+    {
+        press(1000, {50, 50});
+        release(1080, {50, 50});
+        rightPress(1180, {50, 50});
+        QCOMPARE(seen.last(), gesture(Kind::HeldRightClick, 180, 0, Mouse, true));
+        rightRelease(1190, {50, 50});
+        // The wheel came between.
+        press(3000, {50, 50});
+        release(4500, {50, 50});
+        turn(4510, {0, 120});
+        rightPress(4520, {50, 50});
+        rightRelease(4550, {50, 50});
+        QCOMPARE(seen.last(), gesture(Kind::RightClick, 30, 0));
+    }
+
+    void a_right_button_within_a_double_click_is_nothing()
+    {
+        press(1000, {50, 50});
+        release(1080, {50, 50});
+        doublePress(1100, {50, 50});
+        QCOMPARE(seen.size(), 2);
+        rightPress(1120, {50, 50});
+        rightRelease(1130, {50, 50});
+        release(1140, {50, 50});
+        QCOMPARE(seen.size(), 2);
+    }
+
     void what_was_held_makes_one_right_click_only()
     {
         press(1000, {50, 50});
@@ -256,6 +303,14 @@ private slots:
         rightRelease(1271, {50, 50});
         QCOMPARE(seen,
                  QList<Gesture>({gesture(Kind::Click, 80, 0), gesture(Kind::RightClick, 90, 4)}));
+    }
+
+    void a_finger_does_not_move_the_right_button()
+    {
+        rightPress(1000, {50, 50});
+        move(1010, {300, 50}, Finger);
+        rightRelease(1090, {50, 50});
+        QCOMPARE(seen, QList<Gesture>({gesture(Kind::RightClick, 90, 0)}));
     }
 
     void a_drag_tells_how_far_it_got()
@@ -328,6 +383,11 @@ private slots:
         take({.type = PointerEvent::Type::Cancel, .ms = 1050, .at = {50, 50}, .byTouch = true});
         release(1100, {50, 50}, Finger);
         QCOMPARE(seen, QList<Gesture>());
+        // One of a finger takes nothing from the mouse.
+        press(2000, {50, 50});
+        take({.type = PointerEvent::Type::Cancel, .ms = 2050, .at = {50, 50}, .byTouch = true});
+        release(2100, {50, 50});
+        QCOMPARE(seen, QList<Gesture>({gesture(Kind::Click, 100, 0)}));
     }
 
     void a_press_whose_release_was_lost_is_forgotten()

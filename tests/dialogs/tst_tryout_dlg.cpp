@@ -222,6 +222,13 @@ private slots:
                           Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(field(), &event);
         QCOMPARE(last(), u"Wheel: less than a step in 0 ms"_s);
+        // As a touchpad ends its gesture.
+        dialog->on_clearButton_clicked();
+        QWheelEvent end(QPointF(50, 50), field()->mapToGlobal(QPointF(50, 50)), {}, {},
+                        Qt::NoButton, Qt::NoModifier, Qt::ScrollEnd, false);
+        QCoreApplication::sendEvent(field(), &end);
+        QVERIFY(end.isAccepted());
+        QCOMPARE(last(), QString());
     }
 
     void a_finger_taps_twice()
@@ -339,6 +346,42 @@ private slots:
         dialog->on_clearButton_clicked();
         in<QLabel>(dialog, "hintLab")->hide();
         QCOMPARE(ink(), 0);
+    }
+
+    void each_press_begins_a_way_of_its_own()
+    {
+        const auto inkAt = [this](int y) {
+            in<QLabel>(dialog, "hintLab")->hide();
+            const QImage picture = field()->grab().toImage();
+            int dark = 0;
+            for (int x = 60; x < 140; ++x)
+                dark += picture.pixelColor(x, y).lightness() < 100 ? 1 : 0;
+            return dark;
+        };
+        const auto moveTo = [this](QPoint at) {
+            QMouseEvent moved(QEvent::MouseMove, at, field()->mapToGlobal(QPointF(at)),
+                              Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(field(), &moved);
+        };
+        for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
+            // The end is where it was let go, be it told of before or not.
+            QTest::mousePress(field(), button, {}, QPoint(40, 30));
+            QTest::mouseRelease(field(), button, {}, QPoint(160, 30));
+            QCOMPARE(inkAt(30), 80);
+            moveTo({160, 50});
+            moveTo({40, 50});
+            QCOMPARE(inkAt(50), 0);
+            QTest::mousePress(field(), button, {}, QPoint(40, 70));
+            QTest::mouseRelease(field(), button, {}, QPoint(160, 70));
+            QCOMPARE(inkAt(70), 80);
+            QCOMPARE(inkAt(30), 0);
+        }
+        // A right button that comes of holding belongs to what is held.
+        QTest::mousePress(field(), Qt::LeftButton, {}, QPoint(40, 30));
+        QTest::mousePress(field(), Qt::RightButton, {}, QPoint(160, 30));
+        QTest::mouseRelease(field(), Qt::RightButton, {}, QPoint(160, 30));
+        QTest::mouseRelease(field(), Qt::LeftButton, {}, QPoint(160, 30));
+        QCOMPARE(inkAt(30), 80);
     }
 
     void what_is_drawn_is_seen_at_once_and_so_is_that_it_is_gone()
