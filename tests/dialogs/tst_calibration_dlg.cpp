@@ -671,6 +671,35 @@ private slots:
         QCOMPARE(sent->take(), QByteArrayList());
     }
 
+    // The window hides a moment later.
+    void a_lost_device_that_is_still_heard_of_is_not_answered()
+    {
+        show();
+        reply(*screen, 1);
+        sent->take();
+        screen->OnLinkEnding(true);
+        QVERIFY(screen->isVisible());
+        reply(*screen, 2);
+        QCOMPARE(sent->take(), QByteArrayList());
+        QCOMPARE(screen->currentTarget(), 0);
+    }
+
+    void a_calibration_that_begins_during_the_question_resets_the_one_before()
+    {
+        show();
+        bringToCheck();
+        sent->take();
+        QTimer::singleShot(200, screen.get(), [this] {
+            QVERIFY(qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget()));
+            screen->show();
+        });
+        reply(*screen, 0xFF, 1, 1);
+        QCOMPARE(sent->take(), QByteArrayList({Reset, Begin}));
+        QVERIFY(screen->isVisible());
+        screen->close();
+        QCOMPARE(sent->take(), QByteArrayList({Reset}));
+    }
+
     void a_device_lost_during_the_question_takes_the_question_away()
     {
         show();

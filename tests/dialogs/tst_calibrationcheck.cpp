@@ -85,6 +85,16 @@ private slots:
         QCOMPARE(check.meanInMillimetres(), 1.0);
     }
 
+    void pixels_need_not_be_square()
+    {
+        CalibrationCheck check(
+            {.pixels = {2000, 1000}, .millimetres = {420, 200}, .scale = 1}); // 0.21 x 0.2 mm
+        touchAll(check, {{100, 0}, {0, 100}, {-100, 0}});
+        QCOMPARE(check.distanceInMillimetres(0), 21.0);
+        QCOMPARE(check.distanceInMillimetres(1), 20.0);
+        QCOMPARE(check.distanceInMillimetres(2), 21.0);
+    }
+
     // Every touch is near some cross, as the frame is turned by 180 degrees.
     void a_frame_that_is_turned_does_not_pass()
     {
@@ -135,6 +145,9 @@ private slots:
         QTest::newRow("pixels of 0.2 mm") << QSizeF(400, 200) << 1.0 << 20.0;
         QTest::newRow("pixels of 0.5 mm") << QSizeF(1000, 500) << 1.0 << 12.0;
         QTest::newRow("pixels of 0.2 mm, scaled") << QSizeF(400, 200) << 2.0 << 24.0;
+        // Good whichever way the touch is off.
+        QTest::newRow("wider than high") << QSizeF(500, 230) << 1.0 << 16.0;
+        QTest::newRow("higher than wide") << QSizeF(460, 250) << 1.0 << 16.0;
     }
     void the_verdict_has_the_greater_of_two_limits()
     {

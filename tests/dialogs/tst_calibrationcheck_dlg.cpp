@@ -2,6 +2,7 @@
 
 #include "dialogs/calibrationcheck_dlg.h"
 #include "tests/support/hand.h"
+#include "tests/support/hides.h"
 #include "tests/support/paints.h"
 #include "tests/support/widgets.h"
 
@@ -13,6 +14,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -42,17 +44,21 @@ private:
         QTest::touchEvent(page.get(), screen.get()).release(0, at);
     }
     // Each cross, so far beside it: a second after each other, as the events have it.
-    void pressAll(QPoint beside)
+    void pressAll(const std::function<QPoint(int)> &beside)
     {
         for (int number = 0; number < CalibrationCheck::Crosses; ++number) {
             QCOMPARE(page->check().asked(), number);
-            const QPointF at = page->check().cross(number) + beside;
+            const QPointF at = page->check().cross(number) + beside(number);
             QMouseEvent press(QEvent::MouseButtonPress, at, page->mapToGlobal(at), Qt::LeftButton,
                               Qt::LeftButton, Qt::NoModifier);
             press.setTimestamp(1000 * quint64(number + 1));
             QCoreApplication::sendEvent(page.get(), &press);
         }
         QVERIFY(page->check().isFinished());
+    }
+    void pressAll(QPoint beside)
+    {
+        pressAll([beside](int) { return beside; });
     }
 
 private slots:
@@ -175,6 +181,30 @@ private slots:
         QCOMPARE(result(), QString());
     }
 
+    void no_other_key_takes_one_back()
+    {
+        touch({400, 300});
+        const QString after = result();
+        for (const Qt::Key key : {Qt::Key_A, Qt::Key_Space, Qt::Key_Delete, Qt::Key_Left})
+            QTest::keyClick(page.get(), key);
+        QCOMPARE(page->check().asked(), 1);
+        QCOMPARE(result(), after);
+    }
+
+    void minimised_it_keeps_its_touches_and_is_still_left_by_itself()
+    {
+        touch({50, 50});
+        const auto *hides = new Hides(page.get());
+        page->setWindowState(page->windowState() | Qt::WindowMinimized);
+        QTRY_VERIFY(hides->bySystem > 0);
+        QVERIFY(page->findChild<QTimer *>()->isActive());
+        page->setWindowState(Qt::WindowFullScreen);
+        page->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(page.get()));
+        QCOMPARE(page->check().asked(), 1);
+        QCOMPARE(task(), u"Touch the middle of cross 2 of 9."_s);
+    }
+
     void escape_leaves_at_any_time_and_the_next_showing_begins_anew()
     {
         touch({50, 50});
@@ -223,6 +253,20 @@ private slots:
         QVERIFY(in<QLabel>(page, "taskLab")->font().bold());
     }
 
+    void the_task_stands_between_the_crosses_of_the_middle_and_of_the_bottom()
+    {
+        const auto *panel = in<QWidget>(page, "panel");
+        const auto isInPlace = [this, panel] {
+            const QRect place = panel->geometry();
+            return qAbs(place.center().x() - 640) <= 1 &&
+                   place.top() > page->check().cross(8).y() + 20 &&
+                   place.bottom() < page->check().cross(6).y() - 20;
+        };
+        QVERIFY(isInPlace());
+        pressAll({0, 3});
+        QVERIFY(isInPlace());
+    }
+
     void the_cross_that_is_asked_for_stands_out()
     {
         const auto ink = [this](int number) {
@@ -256,21 +300,28 @@ private slots:
         QVERIFY(isInk(0, {1, -1}));
         QVERIFY(!isInk(0, {0, 6}));
         QVERIFY(!isInk(0, {0, 8}));
-        page->findChild<QPushButton *>(u"againButton"_s)->click();
-        pressAll({3, 0});
-        QVERIFY(isInk(page->check().worst(), {0, 8}));
-        QVERIFY(!isInk(page->check().worst() + 1, {0, 8}));
+        QTest::keyClick(page.get(), Qt::Key_Backspace);
+        touch({80, 20});
+        QVERIFY(isInk(0, {-15, 15}));
+        QVERIFY(!isInk(0, {-15, 10}) && !isInk(0, {-15, 20}));
+        QTest::keyClick(page.get(), Qt::Key_Backspace);
+        pressAll([](int number) { return QPoint(number == 5 ? 12 : 3, 0); });
+        QCOMPARE(page->check().worst(), 5);
+        for (int number = 0; number < CalibrationCheck::Crosses; ++number)
+            QCOMPARE(isInk(number, {0, 8}), number == 5);
+        // The ring goes round the dot and does not hide it.
+        QVERIFY(isInk(5, {0, 2}) && !isInk(5, {0, 5}));
     }
 
-    // Where a hand does not hide them, and the edge does not cut them off.
+    // Where a hand does not hide them, the edge does not cut them off and no arm crosses them.
     void words_stand_below_the_upper_crosses_and_above_the_others()
     {
         const QImage picture = page->grab().toImage();
         const QColor ground = picture.pixelColor(2, 2);
-        const auto isWritten = [&](int number, int from) {
+        const auto isWritten = [&](int number, int from, int rows = 20) {
             const QPoint cross = page->check().cross(number);
             for (int x = -8; x <= 8; ++x)
-                for (int y = from; y < from + 20; ++y)
+                for (int y = from; y < from + rows; ++y)
                     if (picture.pixelColor(cross + QPoint(x, y)) != ground)
                         return true;
             return false;
@@ -282,6 +333,7 @@ private slots:
             const bool isUpper = cross.y() < 800 / 3;
             QVERIFY2(isWritten(number, 28) == isUpper, qPrintable(u"cross %1"_s.arg(number + 1)));
             QVERIFY2(isWritten(number, -48) != isUpper, qPrintable(u"cross %1"_s.arg(number + 1)));
+            QVERIFY(!isWritten(number, 22, 4) && !isWritten(number, -25, 4));
         }
     }
 

@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QProcess>
 #include <QPushButton>
@@ -107,6 +108,18 @@ private slots:
         const QImage touched = page.grab().toImage();
         for (const QPoint beside : {QPoint(4, 0), QPoint(-4, 0), QPoint(0, 4), QPoint(0, -4)})
             QCOMPARE(touched.pixelColor(touch + beside), ink);
+        // And so is the ring of the worst.
+        for (int number = 1; number < CalibrationCheck::Crosses; ++number) {
+            const QPointF at = QPointF(page.check().cross(number)) / 2;
+            QMouseEvent press(QEvent::MouseButtonPress, at, page.mapToGlobal(at), Qt::LeftButton,
+                              Qt::LeftButton, Qt::NoModifier);
+            press.setTimestamp(1000 * quint64(number));
+            QCoreApplication::sendEvent(&page, &press);
+        }
+        QCOMPARE(page.check().worst(), 0);
+        const QImage finished = page.grab().toImage();
+        for (const QPoint beside : {QPoint(0, 16), QPoint(0, -16), QPoint(11, 11), QPoint(11, -11)})
+            QVERIFY(finished.pixelColor(touch + beside).lightness() < 200);
     }
 
     void nothing_covers_a_cross_on_a_small_screen() { look(1); }

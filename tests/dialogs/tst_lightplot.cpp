@@ -553,6 +553,18 @@ private slots:
         }
     }
 
+    void a_picture_that_was_dropped_is_drawn_again_when_it_is_wanted()
+    {
+        LightPlot plot;
+        plot.setScreen({1000, 600}, 1);
+        plot.setCounts(10, 10);
+        const Levels some = levels(10, [](int i) { return std::pair(100 + i, i); });
+        QVERIFY(scan(plot, some, some));
+        const QImage before = image(plot);
+        plot.dropPicture();
+        QCOMPARE(firstDifference(image(plot), before), QByteArray("none"));
+    }
+
     void without_a_screen_there_is_no_picture()
     {
         LightPlot plot;
