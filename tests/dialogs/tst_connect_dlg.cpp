@@ -8,7 +8,9 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
@@ -254,6 +256,27 @@ private slots:
         QCOMPARE(asked.first().first().toString(), u"ttyUSB0"_s);
     }
 
+    void a_port_is_called_by_what_is_known_of_it_wherever_it_stands_in_the_list()
+    {
+        editFile({{"CONNECT", "2"}});
+        systemPorts = {{u"ttyUSB0"_s, u"Adapter"_s}, {u"ttyS0"_s, QString()}};
+        appear();
+        auto *ports = box("portBox");
+        ports->setEditText(u"ttyUSB0"_s);
+        QCOMPARE(ports->toolTip(), u"ttyUSB0: Adapter"_s);
+        // Names of files: none is another one in capitals.
+        for (const QString &other : {u"TTYUSB0"_s, u"ttyUSB"_s, u"/dev/ttyUSB0"_s}) {
+            ports->setEditText(other);
+            QCOMPARE(ports->toolTip(), other);
+        }
+        // Typed before it is plugged in.
+        ports->setEditText(u"ttyACM0"_s);
+        QCOMPARE(ports->toolTip(), u"ttyACM0"_s);
+        systemPorts.append({u"ttyACM0"_s, u"Board"_s});
+        press(dialog, "refreshButton");
+        QCOMPARE(ports->toolTip(), u"ttyACM0: Board"_s);
+    }
+
     void long_adapter_names_are_shortened_within_the_list()
     {
         editFile({{"CONNECT", "2"}});
@@ -407,6 +430,21 @@ private slots:
         press(dialog, "refreshButton");
         QCOMPARE(items("portBox"), QStringList());
         QCOMPARE(box("portBox")->currentText(), u"being typed"_s);
+    }
+
+    void a_frame_on_usb_is_neither_looked_for_nor_wants_a_port()
+    {
+        editFile({{"CONNECT", "2"}});
+        appear();
+        QVERIFY(button("findButton")->isEnabled());
+        usb()->setChecked(true);
+        QVERIFY(!button("findButton")->isEnabled());
+        for (const char *name :
+             {"portLabel", "portBox", "refreshButton", "rateLabel", "rateBox", "dataBitsLabel",
+              "dataBitsBox", "parityLabel", "parityBox", "stopBitsLabel", "stopBitsBox"})
+            QVERIFY2(!in<QWidget>(dialog, name)->isEnabled(), name);
+        box("portBox")->setEditText(QString());
+        QVERIFY(button("openButton")->isEnabled());
     }
 
     // Choices
@@ -573,6 +611,12 @@ private slots:
         QVERIFY(uart()->isChecked() && !usb()->isChecked());
         press(dialog, "openButton");
         QCOMPARE(home->element("CONNECT"), "2");
+        dialog->close();
+        editFile({{"CONNECT", "7"}});
+        appear();
+        QTest::mouseClick(usb(), Qt::LeftButton, {}, QPoint(10, 10));
+        QVERIFY(usb()->isChecked() && !uart()->isChecked());
+        QVERIFY(button("openButton")->isEnabled());
     }
 
     void a_port_name_that_a_field_cannot_show_is_kept()
@@ -596,13 +640,23 @@ private slots:
         QVERIFY(state().contains(home->path() + u" cannot be written"_s));
     }
 
-    void choices_that_cannot_be_kept_say_so()
+    void choices_that_cannot_be_kept_say_so_until_they_can_data()
     {
+        QTest::addColumn<QString>("next");
+        for (const char *next : {"openButton", "findButton"})
+            QTest::newRow(next) << QString::fromLatin1(next);
+    }
+    void choices_that_cannot_be_kept_say_so_until_they_can()
+    {
+        QFETCH(const QString, next);
         appear();
         home->removeConfigDirectory();
         uart()->setChecked(true);
         press(dialog, "openButton");
         QVERIFY(state().contains(home->path() + u" cannot be written"_s));
+        QVERIFY(QDir().mkdir(QFileInfo(home->path()).path()));
+        press(dialog, next);
+        QVERIFY2(!state().contains(u" cannot be written"_s), qPrintable(state()));
     }
 
     // State
@@ -711,6 +765,18 @@ private slots:
         QCOMPARE(line.asked.size(), before);
     }
 
+    void a_rate_without_a_name_is_not_told()
+    {
+        Line line(*dialog);
+        editFile({{"CONNECT", "2"}, {"BAUDRATE", "22"}});
+        appear();
+        press(dialog, "openButton");
+        Frame report{};
+        dialog->DoRecv03(report.data());
+        QVERIFY2(state().endsWith(u"\nA touch frame answers there.\nA frame answers."_s),
+                 qPrintable(state()));
+    }
+
     void a_port_that_does_not_open_is_not_asked()
     {
         Line line(*dialog);
@@ -756,6 +822,17 @@ private slots:
         QCOMPARE(box("rateBox")->currentText(), u"19200"_s);
         QCOMPARE(home->element("BAUDRATE"), "14");
         QCOMPARE(line.closings, 0);
+    }
+
+    void find_leaves_out_a_rate_without_a_name()
+    {
+        Line line(*dialog);
+        line.frameAt = 14; // 19200
+        editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}, {"BAUDRATE", "22"}});
+        appear();
+        press(dialog, "findButton");
+        QTRY_VERIFY(state().contains(u"A frame answers at 19200 baud."_s));
+        QCOMPARE(line.rates, QList<int>({12, 14}));
     }
 
     void find_says_what_it_tried_in_vain_and_closes_the_port()
@@ -859,6 +936,17 @@ private slots:
                           u"Nothing has come from a touch frame there yet."_s);
     }
 
+    void a_port_that_is_closed_takes_what_was_wrong_with_it_along()
+    {
+        appear();
+        connect(dialog.get(), &connect_dlg::closeUart, this,
+                [this] { dialog->setState(Link::None, QString(), QString()); });
+        dialog->setState(Link::Serial, u"ttyUSB0"_s, u"It hangs."_s);
+        QVERIFY(state().endsWith(u"\nIt hangs."_s));
+        press(dialog, "closeButton");
+        QCOMPARE(state(), u"No touch frame is connected, no serial port is open."_s);
+    }
+
     void a_failure_is_forgotten_with_the_dialog()
     {
         appear();
@@ -882,6 +970,16 @@ private slots:
         QCOMPARE(state(), u"No touch frame is connected, no serial port is open.\n"
                           u"No touch frame was found by USB. One that is plugged in is connected "
                           u"at once."_s);
+    }
+
+    void usb_with_a_frame_that_cannot_be_used_says_why()
+    {
+        appear();
+        connect(dialog.get(), &connect_dlg::useUsb, this,
+                [this] { dialog->setState(Link::None, QString(), u"It may not be read."_s); });
+        press(dialog, "openButton");
+        QCOMPARE(state(), u"No touch frame is connected, no serial port is open.\n"
+                          u"It may not be read."_s);
     }
 
     void usb_taking_over_from_an_open_port_shows()
