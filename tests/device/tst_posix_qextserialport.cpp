@@ -28,6 +28,13 @@ namespace {
 // What a driver answers instead of the pseudo-terminal's; nothing: that answers itself.
 std::optional<int> unsentByDriver;
 std::optional<unsigned> hardwareStatus; // or TIOCSER_TEMT
+struct DriverSettings
+{
+    tcflag_t control = 0;
+    tcflag_t input = 0;
+    unsigned rate = 9600;
+};
+std::optional<DriverSettings> driverSettings;
 
 } // namespace
 
@@ -47,7 +54,28 @@ extern "C" int ioctl(int fd, unsigned long request, ...) noexcept
         *static_cast<unsigned *>(argument) = *hardwareStatus;
         return 0;
     }
+    if (request == TCGETS2 && driverSettings) {
+        constexpr tcflag_t Format = CSIZE | PARENB | PARODD | CMSPAR | CSTOPB | CRTSCTS;
+        const int result = real(fd, request, argument);
+        auto *said = static_cast<termios2 *>(argument);
+        said->c_cflag = (said->c_cflag & ~Format) | driverSettings->control;
+        said->c_iflag = (said->c_iflag & ~tcflag_t(IXON)) | driverSettings->input;
+        said->c_ospeed = driverSettings->rate;
+        return result;
+    }
     return real(fd, request, argument);
+}
+
+// The C library compares what it has set with what a pseudo-terminal took of it. Its header and the
+// kernel's exclude each other, so this has another name here.
+extern "C" int setAttributes(int fd, int when, const void *attributes) noexcept
+    __asm__("tcsetattr");
+
+extern "C" int setAttributes(int fd, int when, const void *attributes) noexcept
+{
+    using Set = int (*)(int, int, const void *);
+    static const auto real = reinterpret_cast<Set>(::dlsym(RTLD_NEXT, "tcsetattr"));
+    return driverSettings ? 0 : real(fd, when, attributes);
 }
 
 namespace {
@@ -112,6 +140,8 @@ private slots:
     void two_stop_bits_after_five_data_bits_are_refused();
     void a_parity_that_another_program_left_behind_is_taken_back();
     void a_setting_that_the_port_drops_is_refused();
+    void a_setting_is_in_force_when_the_driver_says_so();
+    void a_rate_is_in_force_when_the_driver_is_within_2_percent_of_it();
     void settings_that_the_port_drops_at_open_are_named();
     void stop_bits_and_flow_control_reach_the_port();
     void settings_of_no_meaning_leave_the_defaults();
@@ -853,6 +883,75 @@ void TestPosixQextSerialPort::a_setting_that_the_port_drops_is_refused()
     port.close();
     QVERIFY(port.open(QIODevice::ReadWrite));
     QCOMPARE(port.errorString(), QString());
+}
+
+// A pseudo-terminal has one format, drivers of hardware have more.
+void TestPosixQextSerialPort::a_setting_is_in_force_when_the_driver_says_so()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    const QScopedValueRollback driver(driverSettings, std::optional(DriverSettings()));
+    const auto agree = [&port](const auto &all, const auto &set, const QString &reason) {
+        for (const auto &[unused, said] : all) {
+            for (const auto &[wanted, needed] : all) {
+                driverSettings = said;
+                const bool same = said.control == needed.control && said.input == needed.input;
+                QCOMPARE(set(wanted), same);
+                QVERIFY2(same || port.errorString().contains(reason),
+                         qPrintable(port.errorString()));
+            }
+        }
+    };
+    const std::pair<ParityType, DriverSettings> parities[] = {
+        {PAR_NONE, {.control = 0}},
+        {PAR_ODD, {.control = PARENB | PARODD}},
+        {PAR_EVEN, {.control = PARENB}},
+        {PAR_MARK, {.control = PARENB | PARODD | CMSPAR}},
+        {PAR_SPACE, {.control = PARENB | CMSPAR}}};
+    agree(
+        parities, [&port](ParityType parity) { return port.setParity(parity); },
+        u"does not do this parity"_s);
+    // Without a parity it does not matter of what kind it would be.
+    driverSettings = DriverSettings{.control = PARODD};
+    QVERIFY2(port.setParity(PAR_NONE), qPrintable(port.errorString()));
+
+    const std::pair<DataBitsType, DriverSettings> sizes[] = {{DATA_5, {.control = CS5}},
+                                                             {DATA_6, {.control = CS6}},
+                                                             {DATA_7, {.control = CS7}},
+                                                             {DATA_8, {.control = CS8}}};
+    agree(
+        sizes, [&port](DataBitsType bits) { return port.setDataBits(bits); }, u" data bits"_s);
+    const std::pair<StopBitsType, DriverSettings> stops[] = {{STOP_1, {.control = 0}},
+                                                             {STOP_2, {.control = CSTOPB}}};
+    agree(
+        stops, [&port](StopBitsType bits) { return port.setStopBits(bits); },
+        u"does not do this number of stop bits"_s);
+    const std::pair<FlowType, DriverSettings> flows[] = {{FLOW_OFF, {.control = 0}},
+                                                         {FLOW_HARDWARE, {.control = CRTSCTS}},
+                                                         {FLOW_XONXOFF, {.input = IXON}}};
+    agree(
+        flows, [&port](FlowType flow) { return port.setFlowControl(flow); },
+        u"does not do this flow control"_s);
+}
+
+void TestPosixQextSerialPort::a_rate_is_in_force_when_the_driver_is_within_2_percent_of_it()
+{
+    FarEnd far;
+    Posix_QextSerialPort port(far.node, {});
+    QVERIFY(port.open(QIODevice::ReadWrite));
+    const QScopedValueRollback driver(driverSettings, std::optional(DriverSettings()));
+    for (const unsigned rate : {56448U, 57600U, 58752U}) {
+        driverSettings->rate = rate;
+        QVERIFY2(port.setBaudRate(BAUD57600), qPrintable(port.errorString()));
+    }
+    for (const unsigned rate : {56447U, 58753U}) {
+        driverSettings->rate = rate;
+        QVERIFY(!port.setBaudRate(BAUD57600));
+        QCOMPARE(
+            port.errorString(),
+            u"%1 runs at %2 baud instead of 57600. Choose another rate."_s.arg(far.node).arg(rate));
+    }
 }
 
 void TestPosixQextSerialPort::settings_that_the_port_drops_at_open_are_named()
