@@ -276,6 +276,39 @@ private slots:
                                                                                     far.node));
     }
 
+    void a_file_that_a_running_program_of_roots_has_left_keeps_the_port_in_use_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("user");
+        const qint64 pid = QCoreApplication::applicationPid();
+        QTest::newRow("by its number") << QByteArray::number(pid) + "\nquorvel\n\n"
+                                       << u"tst_devicelock (process %1)"_s.arg(pid);
+        QTest::newRow("without a number") << QByteArray("?\n") << u"another program"_s;
+    }
+    void a_file_that_a_running_program_of_roots_has_left_keeps_the_port_in_use()
+    {
+        QFETCH(const QByteArray, content);
+        QFETCH(const QString, user);
+        if (geteuid() != 0)
+            QFAIL("needs root, to be two users");
+        const FarEnd far;
+        QCOMPARE(chmod(qPrintable(far.node), 0666), 0);
+        QFile left(u"/var/lock/LCK..pts_%1"_s.arg(far.node.section(u'/', -1)));
+        QVERIFY(left.open(QIODevice::WriteOnly));
+        left.write(content);
+        left.close();
+        Posix_QextSerialPort port(far.node, {});
+        QCOMPARE(seteuid(65534), 0);
+        const bool opened = port.open(QIODevice::ReadWrite);
+        QCOMPARE(seteuid(0), 0);
+        QVERIFY(left.remove());
+        QVERIFY(!opened);
+        QVERIFY(port.isInUse());
+        QVERIFY2(port.errorString().startsWith(
+                     u"The serial port %1 is in use by %2."_s.arg(far.node, user)),
+                 qPrintable(port.errorString()));
+    }
+
     void a_link_waits_for_a_port_and_opens_it_when_it_is_free()
     {
         const FarEnd far;
@@ -362,6 +395,29 @@ private slots:
         file.close();
         QCOMPARE(devicelock::lockFileUser(file.fileName()),
                  (DeviceUser{QCoreApplication::applicationPid(), u"tst_devicelock"_s}));
+    }
+
+    void every_other_process_that_has_a_device_open_is_listed_by_number()
+    {
+        const QTemporaryDir proc;
+        const FarEnd far;
+        const auto opens = [&proc](const QString &name, const QString &what) {
+            const QString descriptors = proc.filePath(name + u"/fd"_s);
+            return QDir().mkpath(descriptors) && QFile::link(what, descriptors + u"/3"_s);
+        };
+        QVERIFY(opens(u"30"_s, far.node));
+        QVERIFY(opens(u"4"_s, far.node));
+        QVERIFY(opens(u"1"_s, far.node));
+        QVERIFY(opens(u"5"_s, u"/dev/null"_s));
+        QVERIFY(opens(u"6"_s, proc.path()));
+        QVERIFY(opens(u"sys"_s, far.node));
+        QVERIFY(opens(QString::number(QCoreApplication::applicationPid()), far.node));
+        QFile comm(proc.filePath(u"4/comm"_s));
+        QVERIFY(comm.open(QIODevice::WriteOnly));
+        comm.write("terminal\n");
+        comm.close();
+        QCOMPARE(devicelock::openedBy(far.node, proc.path()),
+                 (QList<DeviceUser>{{1, {}}, {4, u"terminal"_s}, {30, {}}}));
     }
 
     void what_is_not_there_is_opened_by_nobody()

@@ -15,6 +15,7 @@ class TestFrameLog : public QObject
 private slots:
     void a_line_has_time_direction_words_and_bytes();
     void a_report_read_again_gives_no_line_until_another_comes();
+    void the_first_report_gives_a_line_although_nothing_is_in_it();
     void a_new_reply_with_the_same_bytes_gives_a_line();
 };
 
@@ -41,6 +42,17 @@ void TestFrameLog::a_report_read_again_gives_no_line_until_another_comes()
         QStringList({u"     0.007  frame > host  the same again, 1000 x"_s,
                      u"     0.007  frame > host  rotation: now 0 degrees  [A7 82 02 00 00]"_s}));
     QCOMPARE(log.report(deviceFrame("A7 82 02 00 01"), true).size(), 1);
+    // Once is told too.
+    QVERIFY(log.report(deviceFrame("A7 82 02 00 01"), false).isEmpty());
+    QCOMPARE(log.report(deviceFrame("A7 82 02 00 02"), true).first(),
+             u"     0.007  frame > host  the same again, 1 x"_s);
+}
+
+void TestFrameLog::the_first_report_gives_a_line_although_nothing_is_in_it()
+{
+    FrameLog log([] { return 7ms; });
+    QCOMPARE(log.report({}, false).size(), 1);
+    QVERIFY(log.report({}, false).isEmpty());
 }
 
 void TestFrameLog::a_new_reply_with_the_same_bytes_gives_a_line()

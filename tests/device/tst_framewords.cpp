@@ -28,7 +28,10 @@ void TestFrameWords::a_command_is_told_in_words_data()
         QTest::newRow(bytes) << QByteArray(bytes) << QString::fromLatin1(words);
     };
     row("01 00", "calibration: begin");
+    row("01 01", "calibration: step 1");
+    row("01 02", "calibration: step 2");
     row("01 03", "calibration: step 3");
+    row("01 04", "calibration: step 4");
     row("01 05 80 07 38 01 56 05 00 03 D6 0C 38 04",
         "calibration: check, screen 1920,312 1366x768 of 3286x1080");
     row("01 06", "calibration: discard");
@@ -51,7 +54,7 @@ void TestFrameWords::a_command_is_told_in_words_data()
     row("A5 01", "scan: read X");
     row("A5 02", "scan: read Y");
     row("A7 00 02 00 03", "rotation: set 270 degrees");
-    row("A7 00 02 00 07", "rotation: set code 7");
+    row("A7 00 02 00 04", "rotation: set code 4");
     row("A7 02", "rotation: read");
     row("B1 00 03 00 13", "serial rate: set code 19");
     row("77 42", "unknown: class 0x77, sub-command 0x42");
@@ -74,6 +77,9 @@ void TestFrameWords::a_report_is_told_in_words_data()
     };
     row("", "nothing yet");
     row("01 00", "calibration: begun");
+    row("01 01", "calibration: ready for step 1");
+    row("01 02", "calibration: ready for step 2");
+    row("01 03", "calibration: ready for step 3");
     row("01 04", "calibration: ready for step 4");
     row("01 05", "calibration: ready to check");
     row("01 FF 00 FE 03", "calibration: finished, off by -2 % and 3 %");

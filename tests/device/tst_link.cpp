@@ -339,6 +339,20 @@ private slots:
         QCOMPARE(hidver.SVNNUM, 0x3813u);
     }
 
+    void one_number_of_a_version_is_enough_to_know_it()
+    {
+        Fake fake;
+        fake.plug();
+        QVERIFY(fake.link.readVersion());
+        for (quint32 HID_VER::*number : {&HID_VER::SVNNUM, &HID_VER::CHECKSUM, &HID_VER::P_FID,
+                                         &HID_VER::P_DATE, &HID_VER::P_NUM}) {
+            QVERIFY(fake.link.lacksVersion());
+            hidver.*number = 1;
+            QVERIFY(!fake.link.lacksVersion());
+            hidver.*number = 0;
+        }
+    }
+
     void an_older_frame_has_no_firmware_to_tell_of()
     {
         Fake fake;

@@ -175,6 +175,17 @@ private slots:
         QCOMPARE(adapter.LastProblem(), NodeProblem());
     }
 
+    void a_node_that_goes_before_it_is_opened_for_use_is_a_problem_and_not_open()
+    {
+        FakeHiddev io;
+        io.nodes["/dev/usb/hiddev0"].laterOpenError = ENODEV;
+        OP_HID_Adapter adapter(io);
+        adapter.DoFindDev(u"col03"_s, true);
+        QVERIFY(!adapter.IsDevOpened());
+        QCOMPARE(adapter.LastProblem(), (NodeProblem{u"/dev/usb/hiddev0"_s, ENODEV}));
+        QCOMPARE(io.openDescriptors(), size_t(0));
+    }
+
     // Its vendor cannot be read then either.
     void a_node_for_which_there_is_no_descriptor_is_named_and_found_when_there_is_one()
     {
@@ -508,6 +519,20 @@ private slots:
                  "Applications: 1\n"
                  "Bus: 3 Devnum: 7 Ifnum: 0\n"
                  "Path: /dev/usb/hiddev0\n\tManufacturer: Maker\n\tProduct: Frame\n");
+    }
+
+    void names_without_an_end_are_cut()
+    {
+        FakeHiddev io;
+        io.nodes["/dev/usb/hiddev0"] = {};
+        io.stringsHaveNoEnd = true;
+        OP_HID_Adapter adapter(io);
+        QVERIFY(adapter.DoFindDev(u"col03"_s, true));
+        Capture output(stdout);
+        QVERIFY(!adapter.GetVersion());
+        const QByteArray name(255, 'x');
+        QVERIFY2(output.text().endsWith("\tManufacturer: " + name + "\n\tProduct: " + name + '\n'),
+                 output.text());
     }
 
     void a_release_above_0x7FFF_is_not_taken_for_negative()

@@ -7,8 +7,13 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
+#include <array>
+#include <grp.h>
 #include <optional>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -55,6 +60,20 @@ private slots:
         QVERIFY(other.groupExists && !other.userIsMember && !other.sessionIsMember);
         const NodeRights nameless = of({QString(), {46}});
         QVERIFY(nameless.groupExists && !nameless.userIsMember && nameless.sessionIsMember);
+    }
+
+    void this_user_has_the_groups_of_the_session()
+    {
+        if (::geteuid() != 0)
+            QFAIL("needs root, to join groups");
+        std::vector<gid_t> before(size_t(std::max(0, ::getgroups(0, nullptr))));
+        QVERIFY(::getgroups(int(before.size()), before.data()) >= 0);
+        const std::array<gid_t, 2> joined = {46, 4711};
+        QCOMPARE(::setgroups(joined.size(), joined.data()), 0);
+        const NodeRights::User user = NodeRights::User::current();
+        QCOMPARE(::setgroups(before.size(), before.data()), 0);
+        QCOMPARE(user.name, u"root"_s);
+        QCOMPARE(user.groups, QList<gid_t>({::getegid(), 46, 4711}));
     }
 
     void a_node_has_an_owner_a_group_and_rights()

@@ -27,8 +27,9 @@ public:
         quint16 vendor = 0x5156;
         quint16 product = 0x0001;
         quint16 version = 0x3010;
-        int openError = 0;    // errno of an open that fails
-        bool inSysfs = false; // sysfs tells the vendor
+        int openError = 0;      // errno of an open that fails
+        int laterOpenError = 0; // the same, of each but the first
+        bool inSysfs = false;   // sysfs tells the vendor
         int usages = 63;
         std::optional<DeviceUser> heldBy{}; // another program has its lock
     };
@@ -40,6 +41,7 @@ public:
     std::array<int, 64> inputReport{};
     std::array<int, 64> usagesSet{};
     bool reportSent = false;
+    bool stringsHaveNoEnd = false;
 
     QStringList opened; // paths, in order
     QList<int> closed;  // descriptors, in order
@@ -67,8 +69,10 @@ public:
             errno = ENOENT;
             return -1;
         }
-        if (found->second.openError) {
-            errno = found->second.openError;
+        const bool isLater = opened.count(opened.last()) > 1;
+        if (const int error = isLater && found->second.laterOpenError ? found->second.laterOpenError
+                                                                      : found->second.openError) {
+            errno = error;
             return -1;
         }
         const int descriptor = nextDescriptor;
@@ -112,6 +116,10 @@ public:
         }
         case HIDIOCGSTRING: {
             auto *text = static_cast<hiddev_string_descriptor *>(argument);
+            if (stringsHaveNoEnd) {
+                std::memset(text->value, 'x', sizeof text->value);
+                return int(sizeof text->value);
+            }
             std::strcpy(text->value, text->index == 1   ? "Maker"
                                      : text->index == 2 ? "Frame"
                                                         : "another string");
