@@ -2,6 +2,8 @@
 
 // The real program, started as a user starts it.
 
+#include "tests/support/deadpipe.h"
+
 #include <QDir>
 #include <QDirIterator>
 #include <QElapsedTimer>
@@ -495,16 +497,37 @@ private slots:
         server.waitForFinished();
     }
 
-    void a_closed_output_does_not_end_the_program()
+    void output_that_nobody_reads_does_not_end_the_program()
     {
-        QProcess *process = start({u"--demo"_s});
+        QProcess process;
+        writeToNobody(process);
+        // It tells of every frame.
+        process.start(Program, {u"--demo"_s});
+        const auto killed = qScopeGuard([&process] {
+            process.kill();
+            process.waitForFinished();
+        });
         QTRY_VERIFY_WITH_TIMEOUT(demoShown(), 10000);
-        process->closeReadChannel(QProcess::StandardOutput);
-        process->closeReadChannel(QProcess::StandardError);
-        // The demonstration tells of a frame soon, to nobody.
-        QVERIFY(!process->waitForFinished(1500));
-        QCOMPARE(::kill(pid_t(process->processId()), SIGTERM), 0);
-        QVERIFY(endsWith(process, 0));
+        QVERIFY(!process.waitForFinished(500));
+        QCOMPARE(::kill(pid_t(process.processId()), SIGTERM), 0);
+        QVERIFY(endsWith(&process, 0));
+    }
+
+    void a_start_has_its_exit_code_although_nobody_reads_what_it_says_data()
+    {
+        QTest::addColumn<QString>("argument");
+        QTest::addColumn<int>("code");
+        QTest::newRow("help") << u"--help"_s << 0;
+        QTest::newRow("a complaint") << u"--nonense"_s << 2;
+    }
+    void a_start_has_its_exit_code_although_nobody_reads_what_it_says()
+    {
+        QFETCH(const QString, argument);
+        QFETCH(const int, code);
+        QProcess process;
+        writeToNobody(process);
+        process.start(Program, {argument});
+        QVERIFY(endsWith(&process, code));
     }
 
     void no_option_of_ours_contains_a_described_one()
