@@ -271,6 +271,23 @@ private slots:
         QVERIFY(manual()->windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
     }
 
+    void the_manual_comes_back_where_it_was_left()
+    {
+        constexpr int SettleMs = 200; // until the window manager has placed it
+        const QPoint place(81, 92);
+        action()->trigger();
+        QVERIFY(QTest::qWaitForWindowExposed(manual()));
+        QTest::qWait(SettleMs);
+        QVERIFY(hand::move(manual()->winId(), place));
+        QTRY_COMPARE(manual()->geometry().topLeft(), place);
+        manual()->close();
+        QTRY_VERIFY(!manual());
+        action()->trigger();
+        QVERIFY(QTest::qWaitForWindowExposed(manual()));
+        QTest::qWait(SettleMs);
+        QCOMPARE(manual()->geometry().topLeft(), place);
+    }
+
     void f1_with_another_key_is_left_to_the_window()
     {
         QTest::keyClick(main.get(), Qt::Key_F1, Qt::ShiftModifier);

@@ -149,11 +149,16 @@ private:
     }
     void dismissReset()
     {
-        QTimer::singleShot(100, this, [] {
+        QTimer::singleShot(100, this, [this] {
             auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
             QVERIFY(box);
             QCOMPARE(box->windowTitle(), u"Reset"_s);
             QCOMPARE(box->text(), u"Reset the device"_s);
+            const QPixmap picture = box->iconPixmap();
+            QVERIFY(!picture.isNull());
+            QCOMPARE(
+                picture.toImage(),
+                window->windowIcon().pixmap(picture.deviceIndependentSize().toSize()).toImage());
             box->accept();
         });
         press(window, "pushButton_2");
@@ -1019,7 +1024,12 @@ private slots:
 
     void closing_the_visible_window_hides_it()
     {
+        QTRY_VERIFY(docked());
+        Capture errors(stderr);
         QVERIFY(!window->close());
+        // Where there is a tray to hide in, nothing has to be said.
+        QCOMPARE(errors.text(), "");
+        QVERIFY(!window->findChild<QMessageBox *>());
         QVERIFY(!window->isVisible());
         QVERIFY(window->findChild<QTimer *>(u"checkTimer"_s)->isActive());
     }
@@ -1096,6 +1106,7 @@ private slots:
         const QList<QAction *> actions = menu->actions();
         QCOMPARE(actions.first()->text(), u"Show"_s);
         QVERIFY(actions[1]->isSeparator());
+        QVERIFY(actions[actions.size() - 2]->isSeparator());
         QCOMPARE(actions.last()->text(), u"Exit"_s);
         window->hide();
         actions[0]->trigger();
@@ -1285,6 +1296,7 @@ private slots:
         auto *box = window->findChild<QMessageBox *>();
         QVERIFY(QTest::qWaitForWindowExposed(box));
         QVERIFY(!box->isModal());
+        QCOMPARE(box->windowTitle(), u"What to do next"_s);
         QCOMPARE(box->text(), in<QLabel>(window, "stalab")->toolTip());
         QVERIFY(!box->text().isEmpty());
         // For whoever looks it up elsewhere, by keyboard.
@@ -1295,6 +1307,7 @@ private slots:
         QCOMPARE(words->selectedText(), box->text());
         connectFrame();
         QCOMPARE(in(window, "nextbtn")->text(), u"&Details"_s);
+        QCOMPARE(box->windowTitle(), u"Details"_s);
         QCOMPARE(box->text(), u"Linked by USB, at /dev/usb/fake."_s);
     }
 
@@ -1411,9 +1424,14 @@ private slots:
         QCOMPARE(window->connectState(), MainWindow::SerialOpen);
         QVERIFY(deviceButtonsEnabled(true));
         QCOMPARE(status(), Linked);
+        QCOMPARE(in(window, "nextbtn")->text(), u"&Details"_s);
+        QTRY_VERIFY(docked());
+        QTRY_COMPARE(docked()->toolTip(), u"Quorvel: a touch frame is linked"_s);
         window->CLoseUart();
         QCOMPARE(window->connectState(), MainWindow::SerialClosed);
         QVERIFY(deviceButtonsEnabled(false));
+        QCOMPARE(in(window, "nextbtn")->text(), u"&What to do next"_s);
+        QTRY_COMPARE(docked()->toolTip(), u"Quorvel: no touch frame is linked"_s);
     }
 
     void opening_tells_the_device_its_rate_at_three_rates()

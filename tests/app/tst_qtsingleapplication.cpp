@@ -374,6 +374,11 @@ void TestQtSingleApplication::a_program_that_was_replaced_while_it_runs_is_found
     Start second(program, {QString(), u"serve"_s}, environment);
     QVERIFY(second.line().startsWith(u"sent"));
     QCOMPARE(first.line(), u"got -W"_s);
+    // It is no dead one either, whose place nobody would wait for.
+    QVERIFY(QFile::remove(runtime(u"probe.socket"_s)));
+    Start sender(program, {QString(), u"send"_s, u"-W"_s, u"300"_s}, environment);
+    const QString line = sender.line();
+    QVERIFY2(line.startsWith(u"failed ") && line.sliced(7).toInt() >= 300, qPrintable(line));
 }
 
 void TestQtSingleApplication::programs_of_other_names_do_not_meet_data()

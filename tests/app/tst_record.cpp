@@ -160,8 +160,13 @@ private slots:
 
     void nobody_has_to_record()
     {
-        whenOpen<QFileDialog>([](QFileDialog *dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+        QStringList filters;
+        whenOpen<QFileDialog>([&filters](QFileDialog *dialog) {
+            filters = dialog->nameFilters();
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
         entry()->trigger();
+        QCOMPARE(filters, QStringList{u"Recordings (*.pcap)"_s});
         QCOMPARE(entry()->text(), u"&Record..."_s);
         QVERIFY(QDir(place->path()).entryList({u"*.pcap"_s}).isEmpty());
     }
@@ -182,13 +187,14 @@ private slots:
         // The file dialog asks whether it may be replaced, and the user does not look.
         whenOpen<QMessageBox>([&said](QMessageBox *question) {
             whenOpen<QMessageBox>([&said](QMessageBox *refusal) {
-                said = refusal->text();
+                said = refusal->windowTitle() + u": "_s + refusal->text();
                 QTest::keyClick(refusal, Qt::Key_Return);
             });
             question->button(QMessageBox::Yes)->click();
         });
         choose(path);
-        QCOMPARE(said, path + u": exists and is no recording: choose another name"_s);
+        QCOMPARE(said,
+                 u"No recording: %1: exists and is no recording: choose another name"_s.arg(path));
         QCOMPARE(entry()->text(), u"&Record..."_s);
         QCOMPARE(file.size(), 47);
     }
