@@ -155,6 +155,14 @@ private slots:
         QCOMPARE(screen->calibratedScreen(), QRect(1920, 0, 1920, 1080));
     }
 
+    void a_chosen_screen_is_moved_to_before_it_is_covered()
+    {
+        const QPoint place = QGuiApplication::primaryScreen()->availableGeometry().topLeft();
+        screen->move(place + QPoint(200, 100));
+        screen->setPrimaryScr(0, oneScreen(1280, 800));
+        QCOMPARE(screen->pos(), place);
+    }
+
     void values_wider_than_16_bits_are_cut()
     {
         screen->setPrimaryScr(0, oneScreen(0x12345, 0x101));

@@ -12,6 +12,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <memory>
 #include <sys/socket.h>
@@ -66,9 +67,10 @@ class Compositor
 {
 public:
     // Without outputs it never says anything. It goes away instead of the answer after so many.
-    Compositor(const QByteArray &path, QList<Output> theOutputs, int theAnswers)
+    Compositor(const QByteArray &path, QList<Output> theOutputs, int theAnswers, bool inPieces)
         : outputs(std::move(theOutputs))
         , answersLeft(theAnswers)
+        , isSlow(inPieces)
     {
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
@@ -113,8 +115,16 @@ private:
     }
     void tell(quint32 object, quint32 event, const QByteArray &words) const
     {
-        const QByteArray bytes =
-            number(object) + number(quint32(words.size() + 8) << 16 | event) + words;
+        QByteArray bytes = number(object) + number(quint32(words.size() + 8) << 16 | event) + words;
+        if (isSlow) {
+            say(bytes.first(4));
+            bytes.remove(0, 4);
+            std::this_thread::sleep_for(std::chrono::milliseconds(5)); // it is read meanwhile
+        }
+        say(bytes);
+    }
+    void say(const QByteArray &bytes) const
+    {
         if (::send(line, bytes.constData(), size_t(bytes.size()), MSG_NOSIGNAL) != bytes.size())
             qWarning("the program does not listen");
     }
@@ -154,6 +164,7 @@ private:
 
     QList<Output> outputs;
     int answersLeft;
+    bool isSlow;
     int listening = -1;
     int line = -1;
     quint32 registry = 0;
@@ -170,10 +181,10 @@ private:
     QTemporaryDir place;
     WaylandOutputs *module = nullptr;
 
-    QList<WaylandOutput> asked(const QList<Output> &there, int answers = 100)
+    QList<WaylandOutput> asked(const QList<Output> &there, int answers = 100, bool inPieces = false)
     {
         const QByteArray path = QFile::encodeName(place.filePath(u"compositor"_s));
-        const Compositor compositor(path, there, answers);
+        const Compositor compositor(path, there, answers, inPieces);
         qputenv("WAYLAND_DISPLAY", path);
         QList<WaylandOutput> all;
         if (compositor.isListening)
@@ -217,6 +228,14 @@ private slots:
         const auto all = asked({{"DP-1", transform, {{1, 1920, 1080}}}});
         QCOMPARE(all.size(), 1);
         QTEST(all[0].size, "size");
+    }
+
+    void what_comes_in_pieces_is_put_together()
+    {
+        const auto all = asked({{"DP-1", 0, {{1, 1280, 800}}}}, 100, true);
+        QCOMPARE(all.size(), 1);
+        QCOMPARE(all[0].name, u"DP-1"_s);
+        QCOMPARE(all[0].size, QSize(1280, 800));
     }
 
     void an_output_of_an_old_compositor_has_no_name()
