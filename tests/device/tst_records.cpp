@@ -96,6 +96,8 @@ private slots:
     {
         const char *typed = "FC A2 87 0B 00 01 2C 01 80 30 34 12 78 56 01";
         both(LightReport{{1, 300}, -128, 0x30, 0x1234, 0x5678, true}, typed);
+        both(LightReport{{2, 7}, 127, 0x31, 0x4321, 0x8765, false},
+             "FC A2 87 0B 00 02 07 00 7F 31 21 43 65 87 00");
         others<LightReport>(typed);
     }
 
@@ -158,6 +160,8 @@ private slots:
         QCOMPARE(read->checksum, 0xFFFFFFFFu);
         QCOMPARE(read->number, 0x34567u);
         QCOMPARE(read->date, 0xDBCAu);
+        both(FirmwareRecord{0x003812, 0x5A17C0DE, 0x34567, 0xDBCA, 0x02},
+             "FC A3 80 0E 00 12 38 00 DE C0 17 5A 67 45 A3 BC 0D 02");
         QCOMPARE(int(read->family), 2);
     }
 
