@@ -40,6 +40,14 @@ struct Output
     bool hasPlace = true; // and tells it, with how it is turned
 };
 
+// After so many answers a compositor says nothing more.
+struct Patience
+{
+    int answers = 100;
+    bool goesAway = false;
+    bool inPieces = false; // says each of them
+};
+
 QByteArray number(quint32 value)
 {
     return {reinterpret_cast<const char *>(&value), sizeof value};
@@ -66,11 +74,10 @@ quint32 numberAt(const QByteArray &bytes, qsizetype at)
 class Compositor
 {
 public:
-    // Without outputs it never says anything. It goes away instead of the answer after so many.
-    Compositor(const QByteArray &path, QList<Output> theOutputs, int theAnswers, bool inPieces)
+    // Without outputs it never says anything.
+    Compositor(const QByteArray &path, QList<Output> theOutputs, const Patience &thePatience)
         : outputs(std::move(theOutputs))
-        , answersLeft(theAnswers)
-        , isSlow(inPieces)
+        , patience(thePatience)
     {
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
@@ -102,9 +109,12 @@ private:
             while (heard.size() >= 8 && heard.size() >= qsizetype(numberAt(heard, 4) >> 16)) {
                 const auto size = qsizetype(numberAt(heard, 4) >> 16);
                 const bool isEnd = numberAt(heard, 0) == 1 && (numberAt(heard, 4) & 0xFFFF) == 0;
-                if (isEnd && answersLeft-- == 0) {
-                    ::close(line);
-                    return;
+                if (isEnd && patience.answers-- == 0) {
+                    if (patience.goesAway) {
+                        ::close(line);
+                        return;
+                    }
+                    outputs.clear();
                 }
                 if (!outputs.isEmpty())
                     answer(numberAt(heard, 0), numberAt(heard, 4) & 0xFFFF, heard.mid(8, size - 8));
@@ -116,7 +126,7 @@ private:
     void tell(quint32 object, quint32 event, const QByteArray &words) const
     {
         QByteArray bytes = number(object) + number(quint32(words.size() + 8) << 16 | event) + words;
-        if (isSlow) {
+        if (patience.inPieces) {
             say(bytes.first(4));
             bytes.remove(0, 4);
             std::this_thread::sleep_for(std::chrono::milliseconds(5)); // it is read meanwhile
@@ -163,8 +173,7 @@ private:
     }
 
     QList<Output> outputs;
-    int answersLeft;
-    bool isSlow;
+    Patience patience;
     int listening = -1;
     int line = -1;
     quint32 registry = 0;
@@ -181,10 +190,10 @@ private:
     QTemporaryDir place;
     WaylandOutputs *module = nullptr;
 
-    QList<WaylandOutput> asked(const QList<Output> &there, int answers = 100, bool inPieces = false)
+    QList<WaylandOutput> asked(const QList<Output> &there, const Patience &patience = {})
     {
         const QByteArray path = QFile::encodeName(place.filePath(u"compositor"_s));
-        const Compositor compositor(path, there, answers, inPieces);
+        const Compositor compositor(path, there, patience);
         qputenv("WAYLAND_DISPLAY", path);
         QList<WaylandOutput> all;
         if (compositor.isListening)
@@ -232,7 +241,7 @@ private slots:
 
     void what_comes_in_pieces_is_put_together()
     {
-        const auto all = asked({{"DP-1", 0, {{1, 1280, 800}}}}, 100, true);
+        const auto all = asked({{"DP-1", 0, {{1, 1280, 800}}}}, {.inPieces = true});
         QCOMPARE(all.size(), 1);
         QCOMPARE(all[0].name, u"DP-1"_s);
         QCOMPARE(all[0].size, QSize(1280, 800));
@@ -273,7 +282,7 @@ private slots:
         QFETCH(const int, answers);
         QElapsedTimer time;
         time.start();
-        QVERIFY(asked({{"DP-1", 0, {{1, 1280, 800}}}}, answers).isEmpty());
+        QVERIFY(asked({{"DP-1", 0, {{1, 1280, 800}}}}, {answers, true}).isEmpty());
         QVERIFY2(time.elapsed() < 900, QByteArray::number(time.elapsed()));
         QCOMPARE(asked({{"DP-1", 0, {{1, 1280, 800}}}}).size(), 1); // the next one
     }
@@ -285,6 +294,11 @@ private slots:
         QVERIFY(asked({}).isEmpty());
         QVERIFY2(time.elapsed() >= 950 && time.elapsed() < 5000,
                  QByteArray::number(time.elapsed()));
+    }
+
+    void outputs_of_which_nothing_more_is_told_are_none()
+    {
+        QVERIFY(asked({{"DP-1", 0, {{1, 1280, 800}}}}, {1, false}).isEmpty());
     }
 
     void without_a_compositor_there_are_no_outputs()
