@@ -319,6 +319,26 @@ private slots:
         QVERIFY(picture() == nothing);
     }
 
+    void no_curve_runs_through_what_is_told()
+    {
+        QRect words;
+        const auto wordsOver = [&](double level) {
+            AxisCurves one = healthy(LightsX);
+            one.levels.fill(level);
+            one.expected.fill(level);
+            curves->setCurves({one, healthy(LightsY)}, 100);
+            const QImage nothing = quietPicture();
+            pointAt(middleOf(0, 20));
+            const QImage shown = picture();
+            words = difference(shown, nothing).boundingRect() | words;
+            return shown;
+        };
+        const QImage below = wordsOver(100);
+        const QImage behind = wordsOver(255);
+        QVERIFY(difference(below, behind).boundingRect().top() < words.bottom());
+        QVERIFY(behind.copy(words) == below.copy(words));
+    }
+
     void a_change_stands_below_the_level_of_its_light()
     {
         AxisCurves one = healthy(LightsX);
