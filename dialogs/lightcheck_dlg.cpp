@@ -14,7 +14,6 @@
 #include "ui_lightcheck_dlg.h"
 #include "windowplace.h"
 
-#include <QAccessible>
 #include <QHeaderView>
 #include <QMenu>
 #include <QScreen>
@@ -237,8 +236,6 @@ void LightCheck_dlg::chooseLight(const LightPlace &place, const QObject *by)
     if (curves) {
         curves->widget()->setAccessibleName(
             tr("Curves of the levels. %1").arg(wordsFor(report, place)));
-        QAccessibleEvent event(curves->widget(), QAccessible::NameChanged);
-        QAccessible::updateAccessibility(&event);
     }
     if (by != ui->table) {
         const QSignalBlocker blocker(ui->table->selectionModel());

@@ -85,6 +85,7 @@ private slots:
         label->show();
         announce(label, QString());
         QCOMPARE(heard, QStringList());
+        QCOMPARE(window.children(), QObjectList({label})); // not even that there is nothing
     }
 
     void however_much_is_said_the_window_stays_as_it_is()
@@ -110,7 +111,7 @@ private slots:
         QWidget one;
         QWidget other;
         QDialog within(&one);
-        for (QWidget *window : std::initializer_list<QWidget *>{&one, &other, &within}) {
+        for (QWidget *window : std::initializer_list<QWidget *>{&within, &one, &other}) {
             window->show();
             const qsizetype before = window->children().size();
             announce(window, u"Some words"_s);

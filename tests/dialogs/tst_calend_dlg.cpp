@@ -52,6 +52,7 @@ private slots:
     {
         const CalEnd_dlg question(nullptr);
         QCOMPARE(question.windowTitle(), u"MalvoTools"_s);
+        QCOMPARE(question.windowModality(), Qt::WindowModal); // the tray still answers
         QCOMPARE(question.minimumSize(), QSize(421, 106));
         QCOMPARE(question.maximumSize(), QSize(421, 106));
         QCOMPARE(question.font().family(), u"Tahoma"_s);

@@ -700,6 +700,7 @@ private slots:
         QTimer::singleShot(200, screen.get(), [this] {
             QVERIFY(qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget()));
             screen->show();
+            QVERIFY(!QApplication::activeModalWidget());
         });
         reply(*screen, 0xFF, 1, 1);
         QCOMPARE(sent->take(), QByteArrayList({Reset, Begin}));

@@ -47,6 +47,8 @@ private slots:
         QVERIFY(users.has(FrameUsers::LightScreen));
         QVERIFY(!users.has(FrameUsers::LightCheck));
         users.set(FrameUsers::LightCheck, true);
+        QVERIFY(users.has(FrameUsers::LightScreen));
+        QVERIFY(users.has(FrameUsers::LightCheck));
         users.set(FrameUsers::LightScreen, false);
         QVERIFY(!users.has(FrameUsers::LightScreen));
         QVERIFY(users.has(FrameUsers::LightCheck));

@@ -358,9 +358,9 @@ private slots:
                 dark += picture.pixelColor(x, y).lightness() < 100 ? 1 : 0;
             return dark;
         };
-        const auto moveTo = [this](QPoint at) {
+        const auto dragMiddleButtonTo = [this](QPoint at) {
             QMouseEvent moved(QEvent::MouseMove, at, field()->mapToGlobal(QPointF(at)),
-                              Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+                              Qt::NoButton, Qt::MiddleButton, Qt::NoModifier);
             QCoreApplication::sendEvent(field(), &moved);
         };
         for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
@@ -368,8 +368,8 @@ private slots:
             QTest::mousePress(field(), button, {}, QPoint(40, 30));
             QTest::mouseRelease(field(), button, {}, QPoint(160, 30));
             QCOMPARE(inkAt(30), 80);
-            moveTo({160, 50});
-            moveTo({40, 50});
+            dragMiddleButtonTo({160, 50});
+            dragMiddleButtonTo({40, 50});
             QCOMPARE(inkAt(50), 0);
             QTest::mousePress(field(), button, {}, QPoint(40, 70));
             QTest::mouseRelease(field(), button, {}, QPoint(160, 70));
