@@ -5,7 +5,6 @@
 #include "tests/support/widgets.h"
 
 #include <QMouseEvent>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <memory>

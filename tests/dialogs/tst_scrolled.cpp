@@ -2,8 +2,6 @@
 
 #include "dialogs/scrolled.h"
 
-#include <QAbstractButton>
-#include <QApplication>
 #include <QDialog>
 #include <QPushButton>
 #include <QScrollBar>
