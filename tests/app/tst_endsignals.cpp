@@ -76,7 +76,7 @@ private slots:
         while (!begun)
             std::this_thread::sleep_for(1ms);
         std::this_thread::sleep_for(20ms);
-        ::pthread_kill(reader.native_handle(), SIGTERM);
+        ::pthread_kill(reader.native_handle(), SIGINT);
         std::this_thread::sleep_for(20ms);
         const ssize_t written = ::write(writeEnd.get(), "x", 1);
         reader.join();
