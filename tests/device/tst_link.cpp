@@ -202,6 +202,19 @@ private slots:
         }
     }
 
+    void what_a_removed_frame_said_last_does_not_come_from_the_next()
+    {
+        Fake fake;
+        fake.plug();
+        std::this_thread::sleep_for(200ms); // its reports wait
+        fake.unplug();
+        const int before = fake.adapter->reads;
+        QVERIFY(before > 0);
+        fake.plug();
+        QTRY_VERIFY(!fake.receiver.frames.isEmpty());
+        QCOMPARE(int(UCHAR(fake.receiver.frames.first()[60])), before + 1);
+    }
+
     void a_frame_that_came_back_before_anybody_looked_is_linked_anew()
     {
         const auto adapter = std::make_shared<sim::SimAdapter>(sim::Profile());
