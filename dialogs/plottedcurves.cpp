@@ -293,8 +293,10 @@ void PlottedCurves::takeColors()
                 axis->setTickLabelFont(font());
                 axis->setLabelFont(font());
                 axis->grid()->setPen(QPen(faint, 0));
-                axis->grid()->setZeroLinePen(QPen(text, 0));
+                axis->grid()->setZeroLinePen(QPen(faint, 0));
             }
+            // No change. A line like that at light 0 would look like the mark of the chosen one.
+            rect->axis(QCPAxis::atLeft)->grid()->setZeroLinePen(QPen(text, 0));
         }
         panel.level->setPen(QPen(curves.level, 1));
         panel.expected->setPen(QPen(curves.expected, 1, Qt::DashLine));

@@ -439,6 +439,18 @@ private slots:
         QCOMPARE(chosen.size(), 2);
     }
 
+    void the_first_light_looks_chosen_only_when_it_is()
+    {
+        for (const int axis : {0, 1}) {
+            const QPoint at = middleOf(axis, 0).toPoint();
+            curves->choose(axis, 9);
+            const QImage before = quietPicture();
+            curves->choose(axis, 0);
+            const QRegion marked = difference(before, quietPicture());
+            QVERIFY(marked.intersects(QRect(at - QPoint(4, 0), QSize(9, 1))));
+        }
+    }
+
     void a_hand_that_trembles_clicks_and_one_that_drags_does_not()
     {
         const QPointF at = middleOf(0, 30);
