@@ -17,6 +17,15 @@ LightReport report(LightName light, int offset, int agc = 100)
 {
     return {.light = light, .offset = offset, .agc = agc};
 }
+// Chosen, and reported once.
+LightControl known(LightName light, int offset, int agc = 100)
+{
+    LightControl control;
+    control.choose(light);
+    if (!control.take(report(light, offset, agc)))
+        qFatal("the first report does not count");
+    return control;
+}
 Request set(LightName light, int offset)
 {
     return {.sub = command::settings::SetLight, .light = light, .offset = offset};
@@ -78,18 +87,14 @@ private slots:
         QFETCH(const int, from);
         QFETCH(const int, gain);
         QFETCH(const int, by);
-        LightControl control;
-        control.choose(Y7);
-        QVERIFY(control.take(report(Y7, from, gain)));
+        LightControl control = known(Y7, from, gain);
         control.step(by);
         QTEST(control.offset(), "to");
     }
 
     void steps_add_up_behind_one_that_is_not_answered()
     {
-        LightControl control;
-        control.choose(X7);
-        QVERIFY(control.take(report(X7, 0)));
+        LightControl control = known(X7, 0);
         control.step(1);
         QVERIFY(control.next() == set(X7, 1));
         QVERIFY(control.isStepping() && !control.isSwitching());
@@ -108,9 +113,7 @@ private slots:
 
     void what_is_not_sent_goes_out_when_another_light_is_chosen()
     {
-        LightControl control;
-        control.choose(X7);
-        QVERIFY(control.take(report(X7, 20)));
+        LightControl control = known(X7, 20);
         control.step(1);
         QVERIFY(!control.choose(X7));
         QVERIFY(control.choose(Y7) == set(X7, 21));
@@ -124,9 +127,7 @@ private slots:
 
     void a_step_is_awaited_while_another_light_is_chosen_and_stepped()
     {
-        LightControl control;
-        control.choose(X7);
-        QVERIFY(control.take(report(X7, 0)));
+        LightControl control = known(X7, 0);
         control.step(1);
         QVERIFY(control.next());
         control.choose(Y7);
@@ -141,9 +142,7 @@ private slots:
 
     void a_report_from_before_a_step_does_not_count()
     {
-        LightControl control;
-        control.choose(X7);
-        QVERIFY(control.take(report(X7, 0)));
+        LightControl control = known(X7, 0);
         control.step(1);
         QVERIFY(control.next());
         QVERIFY(!control.take(report(X7, 0)));
@@ -155,9 +154,7 @@ private slots:
     // The second is written before the first is answered.
     void of_two_switchings_the_second_is_awaited()
     {
-        LightControl control;
-        control.choose(X7);
-        QVERIFY(control.take(report(X7, 0)));
+        LightControl control = known(X7, 0);
         const Request off = control.switchTo(true);
         QVERIFY(off == (Request{.sub = command::settings::SwitchLight, .light = X7, .off = true}));
         const Request on = control.switchTo(false);
@@ -173,9 +170,7 @@ private slots:
 
     void a_step_and_a_switching_are_awaited_side_by_side()
     {
-        LightControl control;
-        control.choose(X7);
-        QVERIFY(control.take(report(X7, 0)));
+        LightControl control = known(X7, 0);
         control.step(1);
         QVERIFY(control.next());
         control.switchTo(true);
@@ -190,9 +185,7 @@ private slots:
 
     void forgotten_is_all_that_was_chosen_and_written()
     {
-        LightControl control;
-        control.choose(X7);
-        QVERIFY(control.take(report(X7, 9)));
+        LightControl control = known(X7, 9);
         control.step(1);
         QVERIFY(control.next());
         control.forget();
