@@ -176,7 +176,7 @@ private slots:
         press(window, "calbtn");
         QTRY_VERIFY(frame->sentBytes(2).contains("01 00"));
         const auto line = openLine(*window);
-        QCOMPARE(frame->sentBytes(2).last(), QByteArray("01 06"));
+        QCOMPARE(frame->lastSent(2), QByteArray("01 06"));
         QVERIFY(!calibrationScreen()->isVisible());
         QCOMPARE(line->take(1, 100), QByteArray());
     }

@@ -1384,7 +1384,7 @@ private slots:
             frame->setReport(QByteArray::fromHex(QByteArray("FC 01 ") + step));
             if (QByteArray(step) == "FF")
                 break;
-            QTRY_COMPARE(frame->sentBytes(2).last(), QByteArray("01 ") + step);
+            QTRY_COMPARE(frame->lastSent(2), QByteArray("01 ") + step);
         }
         // The question runs an event loop of its own, so this happens inside of it.
         bool asked = false;

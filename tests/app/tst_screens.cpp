@@ -46,7 +46,7 @@ private:
         Calibration_Dlg *screen = calibrationScreen();
         QTRY_VERIFY(screen->isVisible());
         QVERIFY(QTest::qWaitForWindowExposed(screen));
-        QTRY_COMPARE(frame->sentBytes(2).last(), QByteArray("01 00"));
+        QTRY_COMPARE(frame->lastSent(2), QByteArray("01 00"));
         QCOMPARE(screen->calibratedScreen(), native);
 
         const int left = native.width() / 8;
@@ -55,7 +55,7 @@ private:
             {left, top}, {left * 7, top}, {left * 7, top * 7}, {left, top * 7}};
         for (int step = 1; step <= 4; ++step) {
             frame->setReport(QByteArray("\xFC\x01", 2) + char(step));
-            QTRY_COMPARE(frame->sentBytes(2).last(), "01 0" + QByteArray::number(step));
+            QTRY_COMPARE(frame->lastSent(2), "01 0" + QByteArray::number(step));
             const QPoint target = targets[step - 1];
             // Without a compositor the half-transparent window stands opaque on the glass. The
             // middle of the cross is white, and so is the edge of the middle ring.
@@ -69,9 +69,9 @@ private:
             QCOMPARE(glass.pixelColor(0, 0), QColor(Qt::blue));
         }
         frame->setReport(QByteArray("\xFC\x01\x05", 3));
-        QTRY_COMPARE(frame->sentBytes(14).last(), check);
+        QTRY_COMPARE(frame->lastSent(14), check);
         QTest::keyClick(screen, Qt::Key_Escape);
-        QTRY_COMPARE(frame->sentBytes(2).last(), QByteArray("01 06"));
+        QTRY_COMPARE(frame->lastSent(2), QByteArray("01 06"));
     }
 
 private slots:

@@ -515,7 +515,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(fake.adapter->sent().size(), 65, 20000);
         QTest::qWait(150);
         QCOMPARE(fake.adapter->sent().size(), 65);
-        QCOMPARE(fake.adapter->sentBytes(2).last(), QByteArray("a7 02"));
+        QCOMPARE(fake.adapter->lastSent(2), QByteArray("a7 02"));
     }
 
     void a_failed_send_is_told_and_the_next_goes_out()

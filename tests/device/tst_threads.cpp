@@ -497,7 +497,7 @@ private slots:
             QTRY_VERIFY(changed);
             QVERIFY(writer.wait());
         }
-        QCOMPARE(adapter.sentBytes(1).last(), "a3");
+        QCOMPARE(adapter.lastSent(1), "a3");
     }
 };
 

@@ -70,6 +70,12 @@ public:
             bytes.append(one.frame.mid(1, count).toHex(' '));
         return bytes;
     }
+    // The same of the last one; nothing while there is none.
+    QByteArray lastSent(int count = 8)
+    {
+        const QList<QByteArray> bytes = sentBytes(count);
+        return bytes.isEmpty() ? QByteArray() : bytes.last();
+    }
     void forgetSent()
     {
         const std::lock_guard guard(lock);
