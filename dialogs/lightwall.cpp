@@ -6,7 +6,6 @@
 #include "lights/reportpicture.h"
 #include "paper/painted.h"
 
-#include <QAccessible>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -77,8 +76,6 @@ void LightWall::speak()
     if (name == accessibleName())
         return;
     setAccessibleName(name);
-    QAccessibleEvent event(this, QAccessible::NameChanged);
-    QAccessible::updateAccessibility(&event);
 }
 
 void LightWall::paintEvent(QPaintEvent *)

@@ -4,7 +4,9 @@
 
 #include "dialogs/announce.h"
 #include "dialogs/lightcheck_dlg.h"
+#include "dialogs/lightwall.h"
 #include "sim/firmware.h"
+#include "tests/support/madeupreport.h"
 #include "tests/support/widgets.h"
 
 #include <QAccessible>
@@ -29,6 +31,7 @@ class TestAnnounce : public QObject
 private:
     static inline QStringList heard; // as screen readers do: notifications that come up
     static inline QStringList alerts;
+    static inline QStringList renamed;
 
     static void hear(QAccessibleEvent *event)
     {
@@ -40,6 +43,8 @@ private:
             heard += words;
         if (event->type() == QAccessible::Alert)
             alerts += words;
+        if (event->type() == QAccessible::NameChanged)
+            renamed += words;
     }
 
 public:
@@ -60,6 +65,7 @@ private slots:
     {
         heard.clear();
         alerts.clear();
+        renamed.clear();
     }
 
     void words_about_what_is_seen_are_heard_each_time()
@@ -118,6 +124,18 @@ private slots:
             QCOMPARE(window->children().size(), before + 1);
         }
         QCOMPARE(heard.size(), 3);
+    }
+
+    void a_light_that_is_chosen_on_the_wall_is_told_once()
+    {
+        const lights::Report report = madeUpReport(210);
+        LightWall wall;
+        wall.setReport(report);
+        wall.show();
+        renamed.clear();
+        wall.choose({lights::Axis::X, 17});
+        QCOMPARE(renamed, QStringList({wall.accessibleName()}));
+        QVERIFY2(renamed.first().contains(u"X 17"_s), qPrintable(renamed.first()));
     }
 
     void the_verdict_of_a_light_check_is_an_alert_when_it_is_another_one()
