@@ -731,7 +731,7 @@ private slots:
                 return;
             poll.stop();
             shown = dialog->findChild<QLabel *>(u"Rotationlab"_s)->text();
-            QTest::mouseClick(dialog->findChild<QPushButton *>(u"okbtn"_s), Qt::LeftButton);
+            press(dialog, "okbtn");
         });
         poll.start(20);
         press(window, "rotationButton");

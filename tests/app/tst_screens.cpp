@@ -8,6 +8,7 @@
 #include "tests/support/calibrating.h"
 #include "tests/support/fakeadapter.h"
 #include "tests/support/photograph.h"
+#include "tests/support/widgets.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -42,7 +43,7 @@ private:
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         QTRY_COMPARE(window.screen(), wanted);
-        QTest::mouseClick(window.findChild<QPushButton *>(u"calbtn"_s), Qt::LeftButton);
+        press(&window, "calbtn");
         Calibration_Dlg *screen = calibrationScreen();
         QTRY_VERIFY(screen->isVisible());
         QVERIFY(QTest::qWaitForWindowExposed(screen));

@@ -15,6 +15,7 @@
 #include "tests/support/settingshome.h"
 #include "tests/support/shownwindow.h"
 #include "tests/support/targets.h"
+#include "tests/support/widgets.h"
 
 #include <QApplication>
 #include <QDir>
@@ -51,7 +52,7 @@ private:
     }
     void beginCalibration()
     {
-        QTest::mouseClick(window->findChild<QPushButton *>(u"calbtn"_s), Qt::LeftButton);
+        press(window, "calbtn");
         QTRY_VERIFY(calibrationScreen()->isVisible());
     }
     int step() const
@@ -216,7 +217,7 @@ private slots:
         QTRY_VERIFY(frame->transfers() > 12);
         QTest::qWait(200);
         QCOMPARE(hidver.CHECKSUM, 0u);
-        QTest::mouseClick(window->findChild<QPushButton *>(u"pushButton"_s), Qt::LeftButton);
+        press(window, "pushButton");
         QCOMPARE(shown->text(), u"SID: 00000000 - 000000"_s);
         QTRY_COMPARE(shown->text(), u"SID: 5A17C0DE - 003812"_s);
     }
@@ -270,7 +271,7 @@ private slots:
         QTRY_COMPARE(shown->toolTip(), QString());
         // A press right behind the pause of the showing is dropped.
         QTest::qWait(50);
-        QTest::mouseClick(dialog->findChild<QPushButton *>(u"rotation270btn"_s), Qt::LeftButton);
+        press(dialog, "rotation270btn");
         QTRY_COMPARE(shown->text(), u"270"_s);
         QTRY_COMPARE(shown->toolTip(), QString());
         int turn = -1;
@@ -290,13 +291,13 @@ private slots:
         window->OnDeviceRemoved();
         QVERIFY(dialog->isVisible());
         QTest::qWait(50);
-        QTest::mouseClick(dialog->findChild<QPushButton *>(u"rotation90btn"_s), Qt::LeftButton);
+        press(dialog, "rotation90btn");
         QTest::qWait(200);
         QCOMPARE(shown->text(), u"-1"_s);
         QVERIFY(shown->toolTip().contains(u"has not answered since"_s));
         frame->plug();
         QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
-        QTest::mouseClick(dialog->findChild<QPushButton *>(u"rotation90btn"_s), Qt::LeftButton);
+        press(dialog, "rotation90btn");
         QTRY_COMPARE(shown->text(), u"90"_s);
         QTRY_COMPARE(shown->toolTip(), QString());
     }

@@ -7,6 +7,7 @@
 #include "device/posix_qextserialport.h"
 #include "tests/support/farend.h"
 #include "tests/support/filenode.h"
+#include "tests/support/files.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -76,6 +77,25 @@ struct Node
 
     QTemporaryDir folder;
     FileNode io{QFile::encodeName(path())};
+};
+
+// A port that anybody may use, and a lock file of root's beside it; somebody else opens that port.
+struct LeftByRoot
+{
+    explicit LeftByRoot(const QByteArray &content)
+    {
+        writeFile(file, content);
+        if (chmod(qPrintable(far.node), 0666) != 0 || seteuid(65534) != 0)
+            qFatal("this cannot be two users");
+        opens = port.open(QIODevice::ReadWrite);
+        if (seteuid(0) != 0 || !QFile::remove(file))
+            qFatal("this cannot be root again");
+    }
+
+    FarEnd far;
+    QString file = u"/var/lock/LCK..pts_%1"_s.arg(far.node.section(u'/', -1));
+    Posix_QextSerialPort port{far.node, {}};
+    bool opens = false;
 };
 
 } // namespace
@@ -257,23 +277,13 @@ private slots:
         constexpr int NoProcess = 4'194'305; // one more than there can be
         if (geteuid() != 0)
             QFAIL("needs root, to be two users");
-        const FarEnd far;
-        QCOMPARE(chmod(qPrintable(far.node), 0666), 0);
-        QFile left(u"/var/lock/LCK..pts_%1"_s.arg(far.node.section(u'/', -1)));
-        QVERIFY(left.open(QIODevice::WriteOnly));
-        left.write(QByteArray::number(NoProcess) + "\nquorvel\n\n");
-        left.close();
-        Posix_QextSerialPort port(far.node, {});
-        QCOMPARE(seteuid(65534), 0);
-        const bool opened = port.open(QIODevice::ReadWrite);
-        QCOMPARE(seteuid(0), 0);
-        QVERIFY(left.remove());
-        QVERIFY(!opened);
-        QVERIFY(!port.isInUse());
-        QCOMPARE(port.errorString(),
+        LeftByRoot left(QByteArray::number(NoProcess) + "\nquorvel\n\n");
+        QVERIFY(!left.opens);
+        QVERIFY(!left.port.isInUse());
+        QCOMPARE(left.port.errorString(),
                  u"A program that has ended left the file %1 behind, which keeps the serial port "
-                 "%2 closed. Remove that file, as its owner root or as root."_s.arg(left.fileName(),
-                                                                                    far.node));
+                 "%2 closed. Remove that file, as its owner root or as root."_s.arg(left.file,
+                                                                                    left.far.node));
     }
 
     void a_file_that_a_running_program_of_roots_has_left_keeps_the_port_in_use_data()
@@ -291,22 +301,12 @@ private slots:
         QFETCH(const QString, user);
         if (geteuid() != 0)
             QFAIL("needs root, to be two users");
-        const FarEnd far;
-        QCOMPARE(chmod(qPrintable(far.node), 0666), 0);
-        QFile left(u"/var/lock/LCK..pts_%1"_s.arg(far.node.section(u'/', -1)));
-        QVERIFY(left.open(QIODevice::WriteOnly));
-        left.write(content);
-        left.close();
-        Posix_QextSerialPort port(far.node, {});
-        QCOMPARE(seteuid(65534), 0);
-        const bool opened = port.open(QIODevice::ReadWrite);
-        QCOMPARE(seteuid(0), 0);
-        QVERIFY(left.remove());
-        QVERIFY(!opened);
-        QVERIFY(port.isInUse());
-        QVERIFY2(port.errorString().startsWith(
-                     u"The serial port %1 is in use by %2."_s.arg(far.node, user)),
-                 qPrintable(port.errorString()));
+        LeftByRoot left(content);
+        QVERIFY(!left.opens);
+        QVERIFY(left.port.isInUse());
+        QVERIFY2(left.port.errorString().startsWith(
+                     u"The serial port %1 is in use by %2."_s.arg(left.far.node, user)),
+                 qPrintable(left.port.errorString()));
     }
 
     void a_link_waits_for_a_port_and_opens_it_when_it_is_free()

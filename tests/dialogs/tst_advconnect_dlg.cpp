@@ -90,7 +90,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         in<QComboBox>(&dialog, "Tuio_Protocol_cBox")->setCurrentIndex(1);
         for (const char *name : {"btnOK", "btnCancel"}) {
-            QTest::mouseClick(in(&dialog, name), Qt::LeftButton);
+            press(&dialog, name);
             QVERIFY(dialog.isVisible());
         }
         dialog.close();

@@ -3,6 +3,7 @@
 #include "dialogs/advset_dlg.h"
 #include "dialogs/lightset_dlg.h"
 #include "dialogs/test_win.h"
+#include "tests/support/widgets.h"
 
 #include <QMetaMethod>
 #include <QPushButton>
@@ -22,12 +23,6 @@ private:
     test_win *test = nullptr;
     LightSet_dlg *lights = nullptr;
     advset_dlg *menu = nullptr;
-
-    void press(const char *name) const
-    {
-        QTest::mouseClick(menu->findChild<QPushButton *>(QString::fromLatin1(name)),
-                          Qt::LeftButton);
-    }
 
 private slots:
     void init()
@@ -81,7 +76,7 @@ private slots:
 
     void test_shows_the_signal_test_window_that_is_there()
     {
-        press("testbtn");
+        press(menu, "testbtn");
         QVERIFY(test->isVisible());
         QVERIFY(!lights->isVisible());
         QVERIFY(menu->isVisible());
@@ -90,9 +85,9 @@ private slots:
 
     void pressing_test_twice_shows_the_same_window_with_its_curves()
     {
-        press("testbtn");
+        press(menu, "testbtn");
         QVERIFY(QTest::qWaitForWindowExposed(test));
-        QTest::mouseClick(test->findChild<QPushButton *>(u"Xbtn"_s), Qt::LeftButton);
+        press(test, "Xbtn");
         UCHAR counts[64] = {0xFC, 0xA5, 0x80, 0x00, 0x00, 0x03, 0x00, 0x02, 0x00};
         test->DoRecv03(counts);
         UCHAR page[64] = {0xFC, 0xA5, 0x81, 0x00, 0x00, 0x00, 0x00, 200, 180, 220};
@@ -100,11 +95,11 @@ private slots:
         const QImage curves = test->grab().toImage();
         QVERIFY(curves != test_win().grab().toImage());
 
-        press("testbtn");
+        press(menu, "testbtn");
         QVERIFY(test->isVisible());
         QCOMPARE(test->grab().toImage(), curves);
         test->close();
-        press("testbtn");
+        press(menu, "testbtn");
         QVERIFY(test->isVisible());
         QCOMPARE(test->grab().toImage(), curves);
         QCOMPARE(window->findChildren<test_win *>().size(), 1);
@@ -112,11 +107,11 @@ private slots:
 
     void a_visible_window_stays_where_it_is()
     {
-        press("testbtn");
+        press(menu, "testbtn");
         QVERIFY(QTest::qWaitForWindowExposed(test));
         test->move(123, 77);
         QTRY_COMPARE(test->pos(), QPoint(123, 77));
-        press("testbtn");
+        press(menu, "testbtn");
         QTest::qWait(100);
         QCOMPARE(test->pos(), QPoint(123, 77));
     }
@@ -124,11 +119,11 @@ private slots:
     void light_setting_shows_the_screen_that_is_there_and_once()
     {
         QSignalSpy sent(lights, &LightSet_dlg::Write03);
-        press("testbtn_2");
+        press(menu, "testbtn_2");
         QVERIFY(lights->isVisible());
         QVERIFY(!test->isVisible());
         QCOMPARE(sent.size(), 1);
-        press("testbtn_2");
+        press(menu, "testbtn_2");
         QVERIFY(lights->isVisible());
         QCOMPARE(sent.size(), 1);
         QCOMPARE(window->findChildren<LightSet_dlg *>().size(), 1);
@@ -136,10 +131,10 @@ private slots:
 
     void exit_hides_the_menu_and_stops_neither_screen()
     {
-        press("testbtn");
-        press("testbtn_2");
+        press(menu, "testbtn");
+        press(menu, "testbtn_2");
         QSignalSpy polled(lights, &LightSet_dlg::Write03);
-        press("canbtn");
+        press(menu, "canbtn");
         QVERIFY(!menu->isVisible());
         QVERIFY(test->isVisible());
         QVERIFY(lights->isVisible());
@@ -156,8 +151,7 @@ private slots:
         advset_dlg alone;
         alone.show();
         for (const char *name : {"testbtn", "testbtn_2"})
-            QTest::mouseClick(alone.findChild<QPushButton *>(QString::fromLatin1(name)),
-                              Qt::LeftButton);
+            press(&alone, name);
         QVERIFY(alone.isVisible());
         QVERIFY(!test->isVisible());
         QVERIFY(!lights->isVisible());

@@ -141,22 +141,13 @@ private:
     LightSet_dlg *screen = nullptr;
     LightCheck_dlg *dialog = nullptr;
 
-    template <typename Widget>
-    Widget *the(const char *name) const
-    {
-        return dialog->findChild<Widget *>(QString::fromLatin1(name));
-    }
-    QString words(const char *label) const { return the<QLabel>(label)->text(); }
+    QString words(const char *label) const { return in<QLabel>(dialog, label)->text(); }
     QString notice() const
     {
-        const auto *label = the<QLabel>("notice");
+        const auto *label = in<QLabel>(dialog, "notice");
         return label->isVisible() ? label->text() : QString();
     }
-    void press(const char *button) const
-    {
-        QTest::mouseClick(the<QPushButton>(button), Qt::LeftButton);
-    }
-    bool isMeasuring() const { return the<QPushButton>("measureButton")->text() == u"&Stop"_s; }
+    bool isMeasuring() const { return in(dialog, "measureButton")->text() == u"&Stop"_s; }
     void start(const sim::Profile &profile = wornFrame())
     {
         parent = std::make_unique<QWidget>();
@@ -173,13 +164,13 @@ private:
     }
     void measure()
     {
-        press("measureButton");
+        press(dialog, "measureButton");
         QVERIFY(isMeasuring());
         QTRY_VERIFY_WITH_TIMEOUT(!isMeasuring(), 20000);
     }
     int rowOf(const QString &name) const
     {
-        const auto *rows = the<QTableView>("table")->model();
+        const auto *rows = in<QTableView>(dialog, "table")->model();
         for (int row = 0; row < rows->rowCount(); ++row) {
             if (rows->index(row, 0).data().toString() == name)
                 return row;
@@ -189,7 +180,7 @@ private:
     // What can be compared with, as the menu has it: the newest, others, a file, nothing.
     QList<QAction *> baselines() const
     {
-        auto *menu = the<QPushButton>("compareButton")->menu();
+        auto *menu = in(dialog, "compareButton")->menu();
         emit menu->aboutToShow();
         QList<QAction *> entries = menu->actions();
         entries.removeIf([](const QAction *entry) { return entry->isSeparator(); });
@@ -197,7 +188,7 @@ private:
     }
     QString chosenRow() const
     {
-        return the<QTableView>("table")->currentIndex().siblingAtColumn(0).data().toString();
+        return in<QTableView>(dialog, "table")->currentIndex().siblingAtColumn(0).data().toString();
     }
 
 private slots:
@@ -217,16 +208,16 @@ private slots:
     {
         start();
         QCOMPARE(words("verdictLab"), u"Not measured yet"_s);
-        QVERIFY(!the<QPushButton>("reportButton")->isEnabled());
+        QVERIFY(!in(dialog, "reportButton")->isEnabled());
         measure();
         QCOMPARE(words("verdictLab"), u"SERVICE NEEDED"_s);
         QCOMPARE(notice(), QString());
         QVERIFY(words("unitLab").startsWith(u"Unit 21-01234-1605, measured "_s));
         QCOMPARE(dialog->shown().measurement.x.scans.size(), 16U);
-        QVERIFY(the<QPushButton>("reportButton")->isEnabled());
+        QVERIFY(in(dialog, "reportButton")->isEnabled());
         QStringList findings;
-        for (int i = 0; i < the<QListWidget>("findingsList")->count(); ++i)
-            findings += the<QListWidget>("findingsList")->item(i)->text();
+        for (int i = 0; i < in<QListWidget>(dialog, "findingsList")->count(); ++i)
+            findings += in<QListWidget>(dialog, "findingsList")->item(i)->text();
         QVERIFY(findings.contains(u"X 17: dead. See whether light X 17 is covered; if not, replace "
                                   "its board."_s));
         QVERIFY(!findings.filter(u"Touches at light X 17 are missed."_s).isEmpty());
@@ -237,14 +228,14 @@ private slots:
         start({});
         measure();
         QCOMPARE(words("verdictLab"), u"PASS"_s);
-        QCOMPARE(the<QListWidget>("findingsList")->count(), 0);
+        QCOMPARE(in<QListWidget>(dialog, "findingsList")->count(), 0);
     }
 
     void a_verdict_is_read_on_a_colour_of_its_own()
     {
         start({});
         const auto look = [this] {
-            const auto *verdict = the<QLabel>("verdictLab");
+            const auto *verdict = in<QLabel>(dialog, "verdictLab");
             const QRect place(verdict->mapTo(dialog, QPoint()), verdict->size());
             const QImage label = dialog->grab(place).toImage();
             return std::pair(label.pixelColor(1, 1), pixelsOf(label, Qt::white));
@@ -270,7 +261,7 @@ private slots:
         start(upright);
         measure();
         QCOMPARE(words("verdictLab"), u"PASS"_s);
-        QVERIFY(the<QPushButton>("reportButton")->isEnabled());
+        QVERIFY(in(dialog, "reportButton")->isEnabled());
     }
 
     void without_a_frame_nothing_can_be_measured()
@@ -294,27 +285,27 @@ private slots:
     void how_far_a_measurement_is_can_be_seen()
     {
         start();
-        const auto *progress = the<QProgressBar>("progress");
+        const auto *progress = in<QProgressBar>(dialog, "progress");
         QVERIFY(!progress->isVisible());
-        press("measureButton");
+        press(dialog, "measureButton");
         QVERIFY(progress->isVisible());
         QTRY_VERIFY_WITH_TIMEOUT(!isMeasuring(), 20000);
         QVERIFY(!progress->isVisible());
         QCOMPARE(progress->value(), progress->maximum());
         // A series has no end to come nearer to.
-        the<QCheckBox>("followBox")->setChecked(true);
-        press("measureButton");
+        in<QCheckBox>(dialog, "followBox")->setChecked(true);
+        press(dialog, "measureButton");
         QVERIFY(isMeasuring());
         QVERIFY(!progress->isVisible());
-        press("measureButton");
+        press(dialog, "measureButton");
     }
 
     void the_table_has_every_light_and_sorts_by_what_is_asked()
     {
         start();
         measure();
-        the<QTabWidget>("tabs")->setCurrentIndex(1);
-        auto *table = the<QTableView>("table");
+        in<QTabWidget>(dialog, "tabs")->setCurrentIndex(1);
+        auto *table = in<QTableView>(dialog, "table");
         QCOMPARE(table->model()->rowCount(), 100);
         QCOMPARE(table->horizontalHeader()->length(), table->viewport()->width());
         QCOMPARE(rowOf(u"X 2"_s), 2); // not behind X 19
@@ -331,7 +322,7 @@ private slots:
     void the_table_tells_what_was_measured()
     {
         start();
-        auto *table = the<QTableView>("table");
+        auto *table = in<QTableView>(dialog, "table");
         auto *sorted = qobject_cast<QSortFilterProxyModel *>(table->model());
         QAbstractItemModelTester tester(sorted->sourceModel());
         QVERIFY(!sorted->sourceModel()->data(QModelIndex()).isValid());
@@ -376,17 +367,17 @@ private slots:
     {
         start();
         measure();
-        the<QTabWidget>("tabs")->setCurrentIndex(1);
-        auto *table = the<QTableView>("table");
+        in<QTabWidget>(dialog, "tabs")->setCurrentIndex(1);
+        auto *table = in<QTableView>(dialog, "table");
         table->sortByColumn(2, Qt::AscendingOrder); // X 17, Y 30, and the healthy ones
         QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
                           table->visualRect(table->model()->index(1, 2)).center());
-        QVERIFY(the<LightWall>("wall")->accessibleName().contains(u"Y 30: weak, level "_s));
-        QVERIFY(the<QWidget>("curves")->accessibleName().contains(u"Y 30: weak, level "_s));
+        QVERIFY(in<LightWall>(dialog, "wall")->accessibleName().contains(u"Y 30: weak, level "_s));
+        QVERIFY(in<QWidget>(dialog, "curves")->accessibleName().contains(u"Y 30: weak, level "_s));
         QTest::qWait(50);
-        const Paints paints(the<LightWall>("wall"));
+        const Paints paints(in<LightWall>(dialog, "wall"));
         QTest::keyClick(table, Qt::Key_Up);
-        QVERIFY(the<LightWall>("wall")->accessibleName().contains(u"X 17: dead, level "_s));
+        QVERIFY(in<LightWall>(dialog, "wall")->accessibleName().contains(u"X 17: dead, level "_s));
         QTRY_VERIFY(paints.count > 0);
         QTest::keyClick(table, Qt::Key_Down);
         QVERIFY(!screen->isVisible());
@@ -401,14 +392,14 @@ private slots:
     {
         start();
         measure();
-        auto *list = the<QListWidget>("findingsList");
+        auto *list = in<QListWidget>(dialog, "findingsList");
         const auto weak = list->findItems(u"Y 30: weak"_s, Qt::MatchStartsWith);
         QCOMPARE(weak.size(), 1);
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
                           list->visualItemRect(weak.first()).center());
         QCOMPARE(chosenRow(), u"Y 30"_s);
-        QVERIFY(the<LightWall>("wall")->accessibleName().contains(u"Y 30: weak, level "_s));
-        QVERIFY(the<QWidget>("curves")->accessibleName().contains(u"Y 30: weak, level "_s));
+        QVERIFY(in<LightWall>(dialog, "wall")->accessibleName().contains(u"Y 30: weak, level "_s));
+        QVERIFY(in<QWidget>(dialog, "curves")->accessibleName().contains(u"Y 30: weak, level "_s));
         // Who takes the choice back still sees where that was.
         QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::ControlModifier,
                           list->visualItemRect(weak.first()).center());
@@ -426,10 +417,10 @@ private slots:
                 {.axis = command::settings::AxisX, .number = number, .level = 0});
         start(broken);
         measure();
-        auto *list = the<QListWidget>("findingsList");
+        auto *list = in<QListWidget>(dialog, "findingsList");
         const auto board = list->findItems(u"X 10 to X 17: "_s, Qt::MatchStartsWith);
         QCOMPARE(board.size(), 1);
-        auto *wall = the<LightWall>("wall");
+        auto *wall = in<LightWall>(dialog, "wall");
         const QColor marks = wall->palette().color(QPalette::Highlight);
         QVERIFY(boxOf(wall->grab().toImage(), marks).isEmpty());
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
@@ -444,7 +435,7 @@ private slots:
         };
         QVERIFY(isMarked(10, 17));
         // The curves show them larger.
-        auto *curves = the<QWidget>("curves");
+        auto *curves = in<QWidget>(dialog, "curves");
         QCoreApplication::processEvents();
         const QImage larger = curves->grab().toImage();
         QTest::keyClick(curves, Qt::Key_0);
@@ -457,14 +448,14 @@ private slots:
     {
         start();
         measure();
-        auto *wall = the<LightWall>("wall");
+        auto *wall = in<LightWall>(dialog, "wall");
         const QImage without = wall->grab().toImage();
         Paints paints(wall);
         wall->setFocus();
         QTRY_VERIFY(paints.count > 0);
         QVERIFY(wall->grab().toImage() != without);
         paints.count = 0;
-        the<QListWidget>("findingsList")->setFocus();
+        in<QListWidget>(dialog, "findingsList")->setFocus();
         QTRY_VERIFY(paints.count > 0);
         QVERIFY(wall->grab().toImage() == without);
     }
@@ -472,18 +463,18 @@ private slots:
     void the_frame_cannot_be_squeezed_until_no_light_is_seen()
     {
         start();
-        the<QSplitter>("columns")->setSizes({1, 2000});
-        the<QSplitter>("rows")->setSizes({1, 2000});
+        in<QSplitter>(dialog, "columns")->setSizes({1, 2000});
+        in<QSplitter>(dialog, "rows")->setSizes({1, 2000});
         QTest::qWait(50);
-        QVERIFY(the<LightWall>("wall")->width() >= 200);
-        QVERIFY(the<LightWall>("wall")->height() >= 120);
+        QVERIFY(in<LightWall>(dialog, "wall")->width() >= 200);
+        QVERIFY(in<LightWall>(dialog, "wall")->height() >= 120);
     }
 
     void the_keyboard_walks_along_the_frame_and_the_curves()
     {
         start();
         measure();
-        auto *wall = the<LightWall>("wall");
+        auto *wall = in<LightWall>(dialog, "wall");
         wall->setFocus();
         for (int i = 0; i < 17; ++i)
             QTest::keyClick(wall, Qt::Key_Right);
@@ -493,7 +484,7 @@ private slots:
         QCOMPARE(chosenRow(), u"Y 0"_s);
         QTest::keyClick(wall, Qt::Key_End);
         QCOMPARE(chosenRow(), u"Y 39"_s);
-        auto *curves = the<QWidget>("curves");
+        auto *curves = in<QWidget>(dialog, "curves");
         curves->setFocus();
         QTest::keyClick(curves, Qt::Key_Left);
         QCOMPARE(chosenRow(), u"Y 38"_s);
@@ -513,11 +504,11 @@ private slots:
     void the_keyboard_goes_back_along_the_frame_and_round_its_corner()
     {
         start();
-        auto *wall = the<LightWall>("wall");
+        auto *wall = in<LightWall>(dialog, "wall");
         wall->setFocus();
         QTest::keyClick(wall, Qt::Key_Right); // before there are lights
         QCOMPARE(wall->accessibleName(), u"The frame and its lights"_s);
-        auto *curves = the<QWidget>("curves");
+        auto *curves = in<QWidget>(dialog, "curves");
         curves->setFocus();
         QTest::keyClick(curves, Qt::Key_Right);
         QCOMPARE(curves->accessibleName(), u"Curves of the levels"_s);
@@ -533,8 +524,8 @@ private slots:
             QCOMPARE(chosenRow(), light);
         }
         // Whoever has the table beside it sees the row.
-        the<QTabWidget>("tabs")->setCurrentIndex(1);
-        const auto *table = the<QTableView>("table");
+        in<QTabWidget>(dialog, "tabs")->setCurrentIndex(1);
+        const auto *table = in<QTableView>(dialog, "table");
         QTest::qWait(50);
         Paints paints(table->viewport());
         QTest::keyClick(wall, Qt::Key_End);
@@ -561,7 +552,7 @@ private slots:
     {
         start();
         measure();
-        auto *wall = the<LightWall>("wall");
+        auto *wall = in<LightWall>(dialog, "wall");
         const lights::Wall places(dialog->shown().measurement, QSizeF(wall->size()));
         const auto pointAt = [wall](QPointF at) {
             QMouseEvent moved(QEvent::MouseMove, at, wall->mapToGlobal(at), Qt::NoButton,
@@ -580,7 +571,7 @@ private slots:
     {
         start();
         measure();
-        auto *wall = the<LightWall>("wall");
+        auto *wall = in<LightWall>(dialog, "wall");
         const lights::Wall places(dialog->shown().measurement, QSizeF(wall->size()));
         const QPoint at = places.light({Axis::X, 17})[1].center().toPoint();
         QTest::mouseClick(wall, Qt::RightButton, {}, at);
@@ -593,7 +584,7 @@ private slots:
     {
         start();
         measure();
-        auto *wall = the<LightWall>("wall");
+        auto *wall = in<LightWall>(dialog, "wall");
         wall->choose({Axis::Y, 39});
         QVERIFY(wall->accessibleName().contains(u"Y 39: "_s));
         wall->choose({Axis::Y, 40});
@@ -603,7 +594,7 @@ private slots:
         smaller.oddLights = {};
         link->firmware = sim::Firmware(smaller, [] { return 0ms; });
         measure();
-        QCOMPARE(the<QTableView>("table")->model()->rowCount(), 99);
+        QCOMPARE(in<QTableView>(dialog, "table")->model()->rowCount(), 99);
         QCOMPARE(wall->accessibleName(), u"The frame and its lights"_s);
     }
 
@@ -611,7 +602,7 @@ private slots:
     {
         start();
         measure();
-        auto *curves = the<QWidget>("curves");
+        auto *curves = in<QWidget>(dialog, "curves");
         // Somewhere in the left half are the lights of X.
         const QPoint at(curves->width() / 4, curves->height() / 3);
         QTest::mouseClick(curves, Qt::LeftButton, {}, at);
@@ -629,7 +620,7 @@ private slots:
         start();
         measure();
         dialog->OnLinkEnded();
-        auto *wall = the<LightWall>("wall");
+        auto *wall = in<LightWall>(dialog, "wall");
         wall->choose({Axis::Y, 30});
         wall->setFocus();
         QTest::keyClick(wall, Qt::Key_Return);
@@ -644,7 +635,7 @@ private slots:
         constexpr const char *Without = "QUORVEL_TEST_WITHOUT_CURVES";
         if (!qEnvironmentVariableIsSet(Without)) {
             start();
-            QVERIFY(the<QWidget>("curves"));
+            QVERIFY(in<QWidget>(dialog, "curves"));
             QFile maps(u"/proc/self/maps"_s);
             QVERIFY(maps.open(QIODevice::ReadOnly));
             const auto part = QRegularExpression(u"/\\S*/quorvel-curves\\.so"_s)
@@ -670,7 +661,7 @@ private slots:
             return;
         }
         start();
-        QVERIFY(!the<QWidget>("curves"));
+        QVERIFY(!in<QWidget>(dialog, "curves"));
         QStringList told;
         for (const QLabel *label : dialog->findChildren<QLabel *>())
             told += label->isVisible() ? label->text() : QString();
@@ -679,17 +670,17 @@ private slots:
         // Where the curves would be.
         QStringList besides;
         for (const QLabel *label :
-             the<QTabWidget>("tabs")->currentWidget()->findChildren<QLabel *>())
+             in<QTabWidget>(dialog, "tabs")->currentWidget()->findChildren<QLabel *>())
             besides += label->text();
         QVERIFY2(besides.join(u'\n').contains(u"A part of Quorvel is missing"_s),
                  qPrintable(besides.join(u'\n')));
         measure();
         QCOMPARE(words("verdictLab"), u"SERVICE NEEDED"_s);
-        auto *wall = the<LightWall>("wall");
+        auto *wall = in<LightWall>(dialog, "wall");
         wall->setFocus();
         QTest::keyClick(wall, Qt::Key_End);
         QCOMPARE(chosenRow(), u"X 59"_s);
-        the<QListWidget>("findingsList")->setCurrentRow(0);
+        in<QListWidget>(dialog, "findingsList")->setCurrentRow(0);
         QVERIFY(wall->accessibleName() != u"The frame and its lights"_s);
     }
 
@@ -697,7 +688,7 @@ private slots:
     {
         start();
         measure();
-        auto *wall = the<LightWall>("wall");
+        auto *wall = in<LightWall>(dialog, "wall");
         wall->choose({Axis::Y, 30});
         wall->setFocus();
         QTest::keyClick(wall, Qt::Key_Return);
@@ -714,7 +705,7 @@ private slots:
     {
         start();
         measure();
-        auto *wall = the<LightWall>("wall");
+        auto *wall = in<LightWall>(dialog, "wall");
         const lights::Wall places(dialog->shown().measurement, QSizeF(wall->size()));
         QTest::mouseClick(wall, Qt::LeftButton, {},
                           places.light({Axis::X, 17})[1].center().toPoint());
@@ -726,8 +717,8 @@ private slots:
     void a_series_follows_the_frame_until_it_is_stopped()
     {
         start({});
-        the<QCheckBox>("followBox")->setChecked(true);
-        press("measureButton");
+        in<QCheckBox>(dialog, "followBox")->setChecked(true);
+        press(dialog, "measureButton");
         QTRY_COMPARE_WITH_TIMEOUT(words("verdictLab"), u"PASS"_s, 5000);
         link->firmware.command(command::LightRequest{.sub = command::settings::SwitchLight,
                                                      .light = {command::settings::AxisX, 50},
@@ -739,9 +730,9 @@ private slots:
         QTRY_VERIFY2(following.match(notice()).hasMatch(), qPrintable(notice()));
         QVERIFY(isMeasuring());
         // Each scan of it is seen.
-        Paints paints(the<LightWall>("wall"));
+        Paints paints(in<LightWall>(dialog, "wall"));
         QTRY_VERIFY(paints.count > 2);
-        press("measureButton");
+        press(dialog, "measureButton");
         QVERIFY(!isMeasuring());
         QCOMPARE(notice(), QString());
         link->asked.clear();
@@ -752,9 +743,9 @@ private slots:
     void a_series_keeps_the_finding_that_is_looked_at()
     {
         start();
-        the<QCheckBox>("followBox")->setChecked(true);
-        press("measureButton");
-        auto *list = the<QListWidget>("findingsList");
+        in<QCheckBox>(dialog, "followBox")->setChecked(true);
+        press(dialog, "measureButton");
+        auto *list = in<QListWidget>(dialog, "findingsList");
         const auto row = [list](const QString &begin) {
             const auto found = list->findItems(begin, Qt::MatchStartsWith);
             return found.isEmpty() ? -1 : list->row(found.first());
@@ -780,21 +771,21 @@ private slots:
         dialog->linkBegan(lights::Measuring::Source::Usb);
         QTRY_COMPARE_WITH_TIMEOUT(row(u"Y 30: "_s), -1, 10000);
         QCOMPARE(list->currentRow(), -1);
-        press("measureButton");
+        press(dialog, "measureButton");
     }
 
     void who_opens_a_light_looks_at_no_series_any_more()
     {
         start();
-        the<QCheckBox>("followBox")->setChecked(true);
-        press("measureButton");
+        in<QCheckBox>(dialog, "followBox")->setChecked(true);
+        press(dialog, "measureButton");
         QTRY_VERIFY(!dialog->shown().measurement.x.scans.empty());
-        auto *wall = the<LightWall>("wall");
+        auto *wall = in<LightWall>(dialog, "wall");
         wall->choose({Axis::Y, 30});
         wall->setFocus();
         QTest::keyClick(wall, Qt::Key_Return);
         QVERIFY(!isMeasuring());
-        QVERIFY(the<QCheckBox>("followBox")->isEnabled());
+        QVERIFY(in<QCheckBox>(dialog, "followBox")->isEnabled());
         QTRY_VERIFY(screen->isVisible());
         QTRY_VERIFY(!screen->findChild<QLineEdit *>(u"LightAGC"_s)->text().isEmpty());
         screen->close();
@@ -805,26 +796,26 @@ private slots:
         start();
         test->show();
         test->findChild<QLineEdit *>(u"interal_text"_s)->setText(u"1"_s);
-        QTest::mouseClick(test->findChild<QPushButton *>(u"ALL_btn"_s), Qt::LeftButton);
+        press(test, "ALL_btn");
         QTRY_VERIFY(link->asked.contains("00 A5"));
-        the<QCheckBox>("followBox")->setChecked(true);
-        press("measureButton");
+        in<QCheckBox>(dialog, "followBox")->setChecked(true);
+        press(dialog, "measureButton");
         link->asked.clear();
         QTRY_VERIFY_WITH_TIMEOUT(dialog->shown().measurement.x.scans.size() == 16, 20000);
         QVERIFY(!link->asked.contains("00 A5"));
         QCOMPARE(test->findChild<QLabel *>(u"notice"_s)->text(),
                  u"The test waits until the light check has ended"_s);
         link->asked.clear();
-        press("measureButton");
+        press(dialog, "measureButton");
         QTRY_VERIFY(link->asked.contains("00 A5"));
-        QTest::mouseClick(test->findChild<QPushButton *>(u"ALL_btn"_s), Qt::LeftButton);
+        press(test, "ALL_btn");
     }
 
     void the_light_screen_stands_aside_and_goes_on_afterwards()
     {
         start();
-        the<QCheckBox>("followBox")->setChecked(true);
-        press("measureButton");
+        in<QCheckBox>(dialog, "followBox")->setChecked(true);
+        press(dialog, "measureButton");
         screen->show();
         QVERIFY(QTest::qWaitForWindowExposed(screen));
         QTest::qWait(600);
@@ -841,7 +832,7 @@ private slots:
     void an_unplug_is_survived()
     {
         start();
-        press("measureButton");
+        press(dialog, "measureButton");
         link->unplugged = true;
         dialog->OnLinkEnded();
         QVERIFY(isMeasuring());
@@ -854,18 +845,18 @@ private slots:
         QCOMPARE(words("verdictLab"), u"SERVICE NEEDED"_s);
         dialog->OnLinkEnded();
         QCOMPARE(words("verdictLab"), u"SERVICE NEEDED"_s); // and says of which unit
-        QVERIFY(!the<QPushButton>("measureButton")->isEnabled());
+        QVERIFY(!in(dialog, "measureButton")->isEnabled());
     }
 
     void a_frame_that_falls_silent_is_told()
     {
         start();
         link->silentAfter = 10;
-        press("measureButton");
+        press(dialog, "measureButton");
         QTRY_VERIFY_WITH_TIMEOUT(!isMeasuring(), 15000);
         QVERIFY(!notice().isEmpty());
         QCOMPARE(words("verdictLab"), u"Not measured yet"_s);
-        press("measureButton");
+        press(dialog, "measureButton");
         QCOMPARE(notice(), QString());
     }
 
@@ -873,7 +864,7 @@ private slots:
     {
         start({});
         measure();
-        press("rememberButton");
+        press(dialog, "rememberButton");
         QVERIFY2(notice().startsWith(u"Remembered."_s), qPrintable(notice()));
         // Not with itself.
         baselines().first()->trigger();
@@ -889,11 +880,11 @@ private slots:
                  qPrintable(sentences[0]));
         QVERIFY2(sentences[1].startsWith(u"The weakest light is X 17 at level "_s),
                  qPrintable(sentences[1]));
-        auto *table = the<QTableView>("table");
+        auto *table = in<QTableView>(dialog, "table");
         const QString change = table->model()->index(rowOf(u"X 17"_s), 5).data().toString();
         QVERIFY2(change.toDouble() < -50, qPrintable(change));
         // Not compared with anything.
-        auto *menu = the<QPushButton>("compareButton")->menu();
+        auto *menu = in(dialog, "compareButton")->menu();
         emit menu->aboutToShow();
         QCOMPARE(menu->actions().size(), 5); // the newest, its date, a line, a file, nothing
         menu->actions().last()->trigger();
@@ -911,7 +902,7 @@ private slots:
             QString problem;
             QVERIFY2(lights::History().remember(earlier, &problem), qPrintable(problem));
         }
-        press("rememberButton");
+        press(dialog, "rememberButton");
         // The newest, twelve dates, a file, nothing.
         QCOMPARE(baselines().size(), 15);
         QVERIFY(baselines().first()->isChecked());
@@ -945,7 +936,7 @@ private slots:
         link->firmware = sim::Firmware(frameWithWeakX17(), [] { return 0ms; });
         measure();
         QCOMPARE(words("comparisonLab"), QString());
-        QVERIFY(!the<QLabel>("comparisonLab")->isVisible());
+        QVERIFY(!in<QLabel>(dialog, "comparisonLab")->isVisible());
         whenOpen<QFileDialog>([&](QFileDialog *asked) {
             QCOMPARE(asked->windowModality(), Qt::WindowModal);
             QCOMPARE(asked->fileMode(), QFileDialog::ExistingFile);
@@ -954,13 +945,13 @@ private slots:
         baselines().at(1)->trigger();
         const QString changed = u"light X 17 has changed most"_s;
         QVERIFY2(words("comparisonLab").contains(changed), qPrintable(words("comparisonLab")));
-        QVERIFY(the<QLabel>("comparisonLab")->isVisible());
+        QVERIFY(in<QLabel>(dialog, "comparisonLab")->isVisible());
         for (const QAction *one : baselines())
             QVERIFY(!one->isChecked());
         // The next measurement too.
         measure();
         QVERIFY(words("comparisonLab").contains(changed));
-        press("rememberButton");
+        press(dialog, "rememberButton");
         QVERIFY(baselines().first()->isChecked());
         measure();
         QVERIFY(!words("comparisonLab").isEmpty());
@@ -981,7 +972,7 @@ private slots:
         dialog->saveReport(then);
         link->firmware = sim::Firmware(frameWithWeakX17(), [] { return 0ms; });
         measure();
-        const auto picture = [this] { return the<QWidget>("curves")->grab().toImage(); };
+        const auto picture = [this] { return in<QWidget>(dialog, "curves")->grab().toImage(); };
         QTRY_VERIFY(pixelsOf(picture(), bad) > 5);
         QVERIFY(pixelsOf(picture(), isToBe) > 50);
         const int grey = pixelsOf(picture(), was); // of letters
@@ -997,7 +988,7 @@ private slots:
         start({});
         dialog->OnLinkEnded();
         dialog->linkBegan(lights::Measuring::Source::OlderUsb);
-        auto *name = the<QLineEdit>("nameEdit");
+        auto *name = in<QLineEdit>(dialog, "nameEdit");
         QTest::keyClicks(name, u"Hall"_s);
         measure();
         const QString hall = folder->filePath(u"hall.json"_s);
@@ -1022,7 +1013,7 @@ private slots:
     {
         start({});
         measure();
-        press("rememberButton");
+        press(dialog, "rememberButton");
         const QDir place(folder->filePath(u"quorvel/lights/21-01234-1605"_s));
         QCOMPARE(place.entryList({u"*.json"_s}).size(), 1);
         QFile damaged(place.filePath(u"00000000.json"_s));
@@ -1043,27 +1034,27 @@ private slots:
         QVERIFY(!words("comparisonLab").isEmpty()); // with the other one
         // By a series too.
         beginAnew();
-        the<QCheckBox>("followBox")->setChecked(true);
-        press("measureButton");
+        in<QCheckBox>(dialog, "followBox")->setChecked(true);
+        press(dialog, "measureButton");
         QTRY_VERIFY2(notice().startsWith(u"Following the touch frame: "_s) &&
                          notice().contains(damaged.fileName()),
                      qPrintable(notice()));
-        press("measureButton");
+        press(dialog, "measureButton");
     }
 
     void a_series_is_compared_with_what_was_remembered()
     {
         start({});
         measure();
-        press("rememberButton");
+        press(dialog, "rememberButton");
         link->firmware = sim::Firmware(frameWithWeakX17(), [] { return 0ms; });
-        the<QCheckBox>("followBox")->setChecked(true);
-        press("measureButton");
+        in<QCheckBox>(dialog, "followBox")->setChecked(true);
+        press(dialog, "measureButton");
         QTRY_VERIFY2_WITH_TIMEOUT(words("comparisonLab").contains(u"light X 17 has changed most"_s),
                                   qPrintable(words("comparisonLab")), 10000);
         // How the weakest light goes on is told of a measurement, not of each scan.
         QCOMPARE(words("comparisonLab").count(u'\n'), 0);
-        press("measureButton");
+        press(dialog, "measureButton");
     }
 
     void a_unit_that_tells_nothing_is_asked_for_a_name()
@@ -1073,11 +1064,11 @@ private slots:
         dialog->linkBegan(lights::Measuring::Source::OlderUsb);
         measure();
         QVERIFY2(words("unitLab").startsWith(u"Measured "_s), qPrintable(words("unitLab")));
-        press("rememberButton");
+        press(dialog, "rememberButton");
         QVERIFY2(notice().contains(u"give it a name"_s), qPrintable(notice()));
-        QCOMPARE(dialog->focusWidget(), the<QLineEdit>("nameEdit"));
-        QTest::keyClicks(the<QLineEdit>("nameEdit"), u" Hall "_s);
-        press("rememberButton");
+        QCOMPARE(dialog->focusWidget(), in<QLineEdit>(dialog, "nameEdit"));
+        QTest::keyClicks(in<QLineEdit>(dialog, "nameEdit"), u" Hall "_s);
+        press(dialog, "rememberButton");
         QVERIFY2(notice().startsWith(u"Remembered."_s), qPrintable(notice()));
         QCOMPARE(dialog->shown().measurement.unit.name, u"Hall"_s);
         QVERIFY(QDir(folder->filePath(u"quorvel/lights/Hall"_s)).exists());
@@ -1096,9 +1087,9 @@ private slots:
         dialog->show();
         QVERIFY(QTest::qWaitForWindowActive(dialog));
         measure();
-        press("rememberButton");
+        press(dialog, "rememberButton");
         QCOMPARE(notice(), u"The folder /dev/null/quorvel/lights/21-01234-1605 cannot be made."_s);
-        QCOMPARE(dialog->focusWidget(), the<QPushButton>("rememberButton")); // no name helps
+        QCOMPARE(dialog->focusWidget(), in(dialog, "rememberButton")); // no name helps
     }
 
     void a_report_is_written_as_its_name_says()
@@ -1142,13 +1133,13 @@ private slots:
                     QTest::keyClick(kind, Qt::Key_Down);
                 chooseFile(asked, folder->filePath(u"report"_s));
             });
-            press("reportButton");
+            press(dialog, "reportButton");
             const QString path = folder->filePath(QString::fromLatin1(name));
             QCOMPARE(notice(), u"Written to %1."_s.arg(path));
             QVERIFY(QFile::exists(path));
         }
         whenOpen<QFileDialog>([](QFileDialog *asked) { QTest::keyClick(asked, Qt::Key_Escape); });
-        press("reportButton");
+        press(dialog, "reportButton");
         QVERIFY(notice().endsWith(u"report.csv."_s));
     }
 
@@ -1156,7 +1147,7 @@ private slots:
     {
         start();
         measure();
-        the<QPushButton>("measureButton")->setFocus();
+        in(dialog, "measureButton")->setFocus();
         QStringList reached;
         for (int i = 0; i < 20; ++i) {
             QWidget *focus = dialog->focusWidget();
@@ -1181,8 +1172,8 @@ private slots:
     {
         start();
         const auto *hides = new Hides(dialog);
-        the<QCheckBox>("followBox")->setChecked(true);
-        press("measureButton");
+        in<QCheckBox>(dialog, "followBox")->setChecked(true);
+        press(dialog, "measureButton");
         dialog->showMinimized();
         QTRY_COMPARE(hides->bySystem, 1);
         QVERIFY(isMeasuring());
@@ -1190,14 +1181,14 @@ private slots:
         QTRY_VERIFY(!link->asked.isEmpty());
         dialog->showNormal();
         QVERIFY(isMeasuring());
-        press("measureButton");
+        press(dialog, "measureButton");
     }
 
     void closing_ends_the_measurement()
     {
         start();
-        the<QCheckBox>("followBox")->setChecked(true);
-        press("measureButton");
+        in<QCheckBox>(dialog, "followBox")->setChecked(true);
+        press(dialog, "measureButton");
         QTRY_VERIFY(!dialog->shown().measurement.x.scans.empty());
         dialog->close();
         link->asked.clear();
@@ -1218,7 +1209,7 @@ private slots:
         QTRY_COMPARE(dialog->size(), QSize(800, 560));
         for (const char *name : {"measureButton", "reportButton", "wall", "findingsList", "curves",
                                  "verdictLab", "closeButton"}) {
-            const auto *widget = the<QWidget>(name);
+            const auto *widget = in<QWidget>(dialog, name);
             const QRect place(widget->mapTo(dialog, QPoint()), widget->size());
             QVERIFY2(dialog->rect().contains(place), name);
         }

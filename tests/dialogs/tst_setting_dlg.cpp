@@ -442,7 +442,7 @@ private slots:
         press(dialog, "AdvBtn");
         QVERIFY(dialog->isVisible());
         Setting_dlg alone(nullptr);
-        QTest::mouseClick(alone.findChild<QPushButton *>(u"AdvBtn"_s), Qt::LeftButton);
+        press(&alone, "AdvBtn");
     }
 
     void a_connection_shows_what_is_stored()

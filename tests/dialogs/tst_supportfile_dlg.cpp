@@ -76,7 +76,7 @@ private slots:
             QCOMPARE(asked->windowModality(), Qt::WindowModal);
             chooseFile(asked, folder.filePath(u"support"_s));
         });
-        QTest::mouseClick(in(dialog, "saveButton"), Qt::LeftButton);
+        press(dialog, "saveButton");
         QVERIFY(wasAsked);
         const QString path = folder.filePath(u"support.zip"_s);
         QCOMPARE(in<QLabel>(dialog, "outcomeLab")->text(), u"Written to %1."_s.arg(path));
@@ -86,7 +86,7 @@ private slots:
     void whoever_changes_their_mind_writes_nothing()
     {
         whenOpen<QFileDialog>([](QFileDialog *asked) { QTest::keyClick(asked, Qt::Key_Escape); });
-        QTest::mouseClick(in(dialog, "saveButton"), Qt::LeftButton);
+        press(dialog, "saveButton");
         QCOMPARE(in<QLabel>(dialog, "outcomeLab")->text(), QString());
         QVERIFY(dialog->isVisible());
     }

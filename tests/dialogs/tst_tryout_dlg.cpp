@@ -406,7 +406,7 @@ private slots:
         for (int i = 0; i < 30; ++i)
             dialog->tell(click());
         QCOMPARE(log().size(), 20);
-        QTest::mouseClick(in(dialog, "clearButton"), Qt::LeftButton);
+        press(dialog, "clearButton");
         QCOMPARE(last(), QString());
         QCOMPARE(log(), QStringList());
         QVERIFY(in<QLabel>(dialog, "hintLab")->isVisible());

@@ -171,7 +171,7 @@ private slots:
         Version_Dlg dialog(nullptr);
         const QSignalSpy accepted(&dialog, &QDialog::accepted);
         dialog.show();
-        QTest::mouseClick(in(&dialog, "pushButton"), Qt::LeftButton);
+        press(&dialog, "pushButton");
         QCOMPARE(accepted.size(), 1);
         QVERIFY(!dialog.isVisible());
     }

@@ -31,7 +31,7 @@ protected:
     {
         if (auto *question = qobject_cast<CalEnd_dlg *>(QApplication::activeModalWidget())) {
             ++asked;
-            QTest::mouseClick(in(question, button), Qt::LeftButton);
+            press(question, button);
         }
     }
 
