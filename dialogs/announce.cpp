@@ -17,7 +17,6 @@ public:
     explicit Announcer(QWidget *window)
         : QWidget(window)
     {
-        setAttribute(Qt::WA_TransparentForMouseEvents);
         resize(0, 0);
         QWidget::show();
     }

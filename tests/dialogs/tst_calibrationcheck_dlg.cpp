@@ -118,6 +118,24 @@ private slots:
         QCOMPARE(result(), u"Cross 1: 10.0 px off, which is 2.6 mm."_s);
     }
 
+    // A mouse made out of it would have whole pixels only, and come late.
+    void a_touch_makes_no_mouse_event()
+    {
+        struct Mice : QObject
+        {
+            int seen = 0;
+            bool eventFilter(QObject * /*watched*/, QEvent *event) override
+            {
+                seen += event->type() == QEvent::MouseButtonPress ? 1 : 0;
+                return false;
+            }
+        } mice;
+        page->installEventFilter(&mice);
+        touch({60, 50});
+        QCOMPARE(page->check().asked(), 1);
+        QCOMPARE(mice.seen, 0);
+    }
+
     void a_second_finger_and_other_buttons_do_not_count()
     {
         QTest::touchEvent(page.get(), screen.get()).press(0, QPoint(50, 50));

@@ -67,7 +67,8 @@ private:
             QTRY_COMPARE(page.check().asked(), number + 1);
             QTest::qWait(310);
         }
-        QVERIFY(page.rect().contains(panel->geometry()));
+        // Nor do they go up to the edges, where a bezel may be.
+        QVERIFY(page.rect().adjusted(5, 0, -5, 0).contains(panel->geometry()));
         for (const char *name : {"taskLab", "resultLab", "againButton", "closeButton"}) {
             const auto *widget = page.findChild<QWidget *>(QString::fromLatin1(name));
             QVERIFY(widget->isVisible());

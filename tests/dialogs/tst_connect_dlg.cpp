@@ -851,6 +851,21 @@ private slots:
         QCOMPARE(box("rateBox")->currentText(), u"115200"_s);
     }
 
+    void find_after_a_search_that_was_stopped_begins_anew()
+    {
+        Line line(*dialog);
+        editFile({{"CONNECT", "2"}, {"UARTPORT", "ttyUSB0"}, {"BAUDRATE", "19"}});
+        appear();
+        press(dialog, "findButton");
+        press(dialog, "findButton");
+        QCOMPARE(line.rates, QList<int>({19}));
+        press(dialog, "findButton");
+        QTRY_COMPARE_WITH_TIMEOUT(button("findButton")->text(), u"Fi&nd"_s, 10'000);
+        QCOMPARE(line.rates, QList<int>({19, 19, 12, 14, 15, 17}));
+        QVERIFY2(state().contains(u"No frame answers at 115200, 9600, 19200, 38400, 57600 baud."_s),
+                 qPrintable(state()));
+    }
+
     void find_can_be_stopped_data()
     {
         QTest::addColumn<QString>("how");

@@ -670,8 +670,12 @@ private slots:
         // Where the curves would be.
         QStringList besides;
         for (const QLabel *label :
-             in<QTabWidget>(dialog, "tabs")->currentWidget()->findChildren<QLabel *>())
+             in<QTabWidget>(dialog, "tabs")->currentWidget()->findChildren<QLabel *>()) {
             besides += label->text();
+            // A long reason makes no wide window.
+            QVERIFY(label->minimumSizeHint().width() <
+                    label->fontMetrics().horizontalAdvance(label->text()));
+        }
         QVERIFY2(besides.join(u'\n').contains(u"A part of Quorvel is missing"_s),
                  qPrintable(besides.join(u'\n')));
         measure();

@@ -1121,8 +1121,36 @@ private slots:
         QCOMPARE(notice(), QString());
     }
 
-    void what_waited_for_a_scan_stays_unasked_when_a_light_check_begins()
+    void a_light_check_that_does_not_measure_changes_nothing()
     {
+        showWithLights();
+        tick();
+        sent();
+        screen->standAside(false);
+        QCOMPARE(sent(), QByteArrayList());
+        QCOMPARE(notice(), QString());
+    }
+
+    void a_light_that_is_opened_from_elsewhere_stays_chosen()
+    {
+        showWithLights();
+        screen->chooseLight({LightPlot::Axis::Y, 7});
+        // The frame still tells of the one that it had chosen.
+        answerLight();
+        QCOMPARE(text("LightDir"), u"Y"_s);
+        QCOMPARE(text("LightNum"), u"7"_s);
+        QCOMPARE(text("LightADC"), QString());
+    }
+
+    void what_waited_for_a_scan_stays_unasked_when_another_window_needs_the_frame_data()
+    {
+        QTest::addColumn<bool>("closed");
+        QTest::newRow("a light check begins") << false;
+        QTest::newRow("the screen is closed") << true;
+    }
+    void what_waited_for_a_scan_stays_unasked_when_another_window_needs_the_frame()
+    {
+        QFETCH(const bool, closed);
         showWithLights();
         tick(2);
         report({0xFC, 0xA5, 0x82, 0x00, 0x00, 0, 0, 200, 20});
@@ -1130,7 +1158,10 @@ private slots:
         auto *timer = screen->findChild<QTimer *>();
         timer->start(60000);
         report({0xFC, 0xA5, 0x82, 0x00, 0x00, 27, 0, 200, 20});
-        screen->standAside(true);
+        if (closed)
+            screen->close();
+        else
+            screen->standAside(true);
         QTest::qWait(50);
         QVERIFY(!timer->isActive());
     }

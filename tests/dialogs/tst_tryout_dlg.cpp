@@ -117,6 +117,16 @@ private slots:
         QVERIFY(dialog->width() <= whole.width() && dialog->height() < whole.height());
     }
 
+    void the_field_has_an_edge()
+    {
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+        const QImage image = field()->grab().toImage();
+        const int row = image.height() - 1;
+        QVERIFY(image.pixelColor(image.width() / 2, row) !=
+                image.pixelColor(image.width() / 2, row - 5));
+    }
+
     // Its own right clicks are what is tried.
     void the_field_hands_no_right_click_on_for_a_menu()
     {
