@@ -268,6 +268,10 @@ private slots:
                  QSize(720, 560).boundedTo(main->screen()->availableSize() * 9 / 10));
         const QSize page = manual()->findChild<QTextBrowser *>()->size();
         QVERIFY(page.width() > 680 && page.height() > 460);
+        // The way out is at the other end of the row, and no button is wider than its words need.
+        QVERIFY(button(u"C&lose"_s)->geometry().right() > 680);
+        for (const auto *one : manual()->findChildren<QPushButton *>())
+            QCOMPARE(one->width(), one->sizeHint().width());
         QVERIFY(manual()->windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
     }
 

@@ -17,6 +17,7 @@
 
 #include <cstdarg>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <thread>
 
@@ -121,6 +122,7 @@ private slots:
     void bytes_of_several_writes_are_waited_for_together();
     void a_byte_has_3_milliseconds_more_to_pass_an_adapter();
     void a_rate_waits_for_a_slow_reader();
+    void bytes_have_left_before_the_port_closes_data();
     void bytes_have_left_before_the_port_closes();
     void a_line_that_takes_nothing_keeps_its_rate();
     void a_line_that_takes_nothing_is_waited_for_as_long_as_the_time_out_says_data();
@@ -507,19 +509,31 @@ void TestPosixQextSerialPort::a_rate_waits_for_a_slow_reader()
              QByteArray::number(takenWhenRateChanged));
 }
 
+void TestPosixQextSerialPort::bytes_have_left_before_the_port_closes_data()
+{
+    QTest::addColumn<bool>("gone");
+    QTest::newRow("is closed") << false;
+    QTest::newRow("is gone") << true;
+}
+
 void TestPosixQextSerialPort::bytes_have_left_before_the_port_closes()
 {
+    QFETCH(const bool, gone);
     FarEnd far;
-    Posix_QextSerialPort port(far.node, {.BaudRate = BAUD256000, .Timeout_Millisec = 2000});
-    QVERIFY(port.open(QIODevice::ReadWrite));
+    auto port = std::make_unique<Posix_QextSerialPort>(
+        far.node, PortSettings{.BaudRate = BAUD256000, .Timeout_Millisec = 2000});
+    QVERIFY(port->open(QIODevice::ReadWrite));
     const QByteArray bytes(Posix_QextSerialPort::MaxWaiting, 'x');
-    QCOMPARE(write(port, bytes), bytes.size());
+    QCOMPARE(write(*port, bytes), bytes.size());
     QByteArray got;
     std::thread reader([&] { got = far.take(bytes.size(), 3000); });
-    port.close();
+    if (gone)
+        port.reset();
+    else
+        port->close();
     reader.join();
     QCOMPARE(got.size(), bytes.size());
-    QVERIFY(!port.isOpen());
+    QVERIFY(!port || !port->isOpen());
 }
 
 void TestPosixQextSerialPort::a_line_that_takes_nothing_keeps_its_rate()
