@@ -215,9 +215,15 @@ class Reader:
         Atspi.Action.do_action(until(f"{name!r} to be usable", usable)[0], 0)
 
     def open_menu(self, window):
-        self.activate(window)
-        self.key("alt+m")
-        until("the menu", lambda: self.menus)
+        # A busy desktop loses a key now and then; who sees no menu presses it again.
+        for _ in range(4):
+            self.activate(window)
+            self.key("alt+m")
+            try:
+                return until("the menu", lambda: self.menus, patience=PATIENCE / 4)
+            except Missed:
+                pass
+        raise Missed(f"no menu of {window.get_name()!r} comes up")
 
     def choose(self, window, letter):
         """An entry of the main window's menu."""
