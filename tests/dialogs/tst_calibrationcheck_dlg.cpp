@@ -118,7 +118,7 @@ private slots:
         QCOMPARE(result(), u"Cross 1: 10.0 px off, which is 2.6 mm."_s);
     }
 
-    // A mouse made out of it would have whole pixels only, and come late.
+    // It is taken as it comes, not as what the toolkit would make of it for who knows mice only.
     void a_touch_makes_no_mouse_event()
     {
         struct Mice : QObject
