@@ -1,81 +1,148 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
 # What the lane style passes, as CTest tests: clang-format, shellcheck, clang-tidy on each source, and
-# what looks at the files of packages. The target "generated" makes the headers that forms and
-# metaobjects need.
+# what looks at the files of packages. The target "generated" makes what sources include and forms and
+# metaobjects become, without the libraries that AUTOMOC and AUTOUIC would wait for.
 #
 # A library that is a unity build is read as one: its headers, Qt's among them, are looked at once
-# instead of once a source. Configuring fails for a source that no target compiles, since nothing
-# would look at it.
+# instead of once a source. So are the programs of a folder that have one source each, every one in a
+# namespace of its own behind the headers of all. Configuring fails for a source that no target
+# compiles, since nothing would look at it.
 
 find_program(QUORVEL_CLANG_FORMAT NAMES clang-format-14 clang-format REQUIRED)
 find_program(QUORVEL_CLANG_TIDY NAMES clang-tidy REQUIRED)
 find_program(QUORVEL_CCACHE NAMES ccache REQUIRED)
-add_custom_target(generated)
+
+# Programs that define what another declares, or that need other headers of the terminal or of the tests.
+set(read_alone tst_connection tst_hotplug tst_machine_around tst_mainwindow tst_serial_program tst_serialsession)
 
 function(quorvel_style_test name)
     add_test(NAME "${name}" COMMAND ${ARGN} WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
     set_tests_properties("${name}" PROPERTIES LABELS style TIMEOUT 600)
 endfunction()
 
-# quorvel_tidy(NAME FILE WEIGHT): the heaviest begin first.
+# quorvel_tidy(NAME FILE WEIGHT): the heaviest begin first. NAME begins with the folder whose checks are
+# passed, since FILE may be one that includes others.
 function(quorvel_tidy name file weight)
-    set(config)
-    if(QUORVEL_STYLE STREQUAL "FULL")
-        set(config "--config-file=${PROJECT_SOURCE_DIR}/.clang-tidy")
+    set(checks .clang-tidy)
+    string(REGEX MATCH "^[a-z]+" top "${name}")
+    if(NOT QUORVEL_STYLE STREQUAL "FULL" AND EXISTS "${PROJECT_SOURCE_DIR}/${top}/.clang-tidy")
+        set(checks "${top}/.clang-tidy")
     endif()
-    quorvel_style_test("clang-tidy ${name}" scripts/tidy "${PROJECT_BINARY_DIR}" "${file}" ${config})
+    quorvel_style_test("clang-tidy ${name}" scripts/tidy "${PROJECT_BINARY_DIR}" "${file}"
+                       "--config-file=${PROJECT_SOURCE_DIR}/${checks}")
     set_tests_properties("clang-tidy ${name}" PROPERTIES COST ${weight})
 endfunction()
 
-function(quorvel_style_of_targets directory compiled)
+# quorvel_targets_below(DIRECTORY): adds its targets to the global property of that name.
+function(quorvel_targets_below directory)
     get_property(targets DIRECTORY "${directory}" PROPERTY BUILDSYSTEM_TARGETS)
-    foreach(target IN LISTS targets)
-        get_target_property(type ${target} TYPE)
-        # The toolkit's macros make libraries of resources, whose sources come with the build.
-        if(NOT type MATCHES "EXECUTABLE|_LIBRARY" OR type STREQUAL "INTERFACE_LIBRARY" OR target MATCHES "_resources_[0-9]+$")
-            continue()
-        endif()
-        add_dependencies(generated ${target}_autogen)
-        get_target_property(sources ${target} SOURCES)
-        get_target_property(folder ${target} SOURCE_DIR)
-        get_target_property(unity ${target} UNITY_BUILD)
-        list(FILTER sources INCLUDE REGEX "\\.cpp$")
-        set(sum 0)
-        foreach(source IN LISTS sources)
-            get_filename_component(source "${source}" ABSOLUTE BASE_DIR "${folder}")
-            file(SIZE "${source}" size)
-            math(EXPR sum "${sum} + ${size}")
-            if(NOT unity AND NOT source IN_LIST ${compiled})
-                file(RELATIVE_PATH name "${PROJECT_SOURCE_DIR}" "${source}")
-                quorvel_tidy("${name}" "${source}" ${size})
-            endif()
-            list(APPEND ${compiled} "${source}")
-        endforeach()
-        if(unity)
-            set_target_properties(${target} PROPERTIES UNITY_BUILD_CODE_BEFORE_INCLUDE
-                                  "// NOLINTNEXTLINE(bugprone-suspicious-include)")
-            get_target_property(binary ${target} BINARY_DIR)
-            math(EXPR sum "${sum} * 3")
-            quorvel_tidy(${target} "${binary}/CMakeFiles/${target}.dir/Unity/unity_0_cxx.cxx" ${sum})
-        endif()
-    endforeach()
+    set_property(GLOBAL APPEND PROPERTY quorvel_targets_below ${targets})
     get_property(subdirectories DIRECTORY "${directory}" PROPERTY SUBDIRECTORIES)
     foreach(subdirectory IN LISTS subdirectories)
-        quorvel_style_of_targets("${subdirectory}" ${compiled})
+        quorvel_targets_below("${subdirectory}")
     endforeach()
-    set(${compiled} "${${compiled}}" PARENT_SCOPE)
 endfunction()
-set(quorvel_compiled)
-quorvel_style_of_targets("${PROJECT_SOURCE_DIR}" quorvel_compiled)
+quorvel_targets_below("${PROJECT_SOURCE_DIR}")
+get_property(targets GLOBAL PROPERTY quorvel_targets_below)
+
+set(made_folder "${PROJECT_BINARY_DIR}/made")
+set(made)
+set(compiled)
+set(folders)
+foreach(target IN LISTS targets)
+    get_target_property(type ${target} TYPE)
+    # The toolkit's macros make libraries of resources, whose sources come with the build.
+    if(NOT type MATCHES "EXECUTABLE|_LIBRARY" OR type STREQUAL "INTERFACE_LIBRARY" OR target MATCHES "_resources_[0-9]+$")
+        continue()
+    endif()
+    set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
+    target_include_directories(${target} PRIVATE "${made_folder}")
+    get_target_property(sources ${target} SOURCES)
+    get_target_property(folder ${target} SOURCE_DIR)
+    get_target_property(unity ${target} UNITY_BUILD)
+    list(TRANSFORM sources PREPEND "${folder}/" REGEX "^[^/]")
+    set(forms ${sources})
+    list(FILTER forms INCLUDE REGEX "\\.ui$")
+    foreach(form IN LISTS forms)
+        get_filename_component(name "${form}" NAME_WE)
+        set(header "${made_folder}/ui_${name}.h")
+        add_custom_command(OUTPUT "${header}" COMMAND Qt6::uic -o "${header}" "${form}" DEPENDS "${form}" VERBATIM)
+        list(APPEND made "${header}")
+    endforeach()
+    list(FILTER sources INCLUDE REGEX "\\.cpp$")
+    list(LENGTH sources count)
+    set(sum 0)
+    foreach(source IN LISTS sources)
+        get_filename_component(name "${source}" NAME_WE)
+        file(SIZE "${source}" size)
+        math(EXPR sum "${sum} + ${size}")
+        file(STRINGS "${source}" includes REGEX "^#include \"${name}\\.moc\"$")
+        if(includes AND NOT source IN_LIST compiled)
+            qt_generate_moc("${source}" "${made_folder}/${name}.moc" TARGET ${target})
+            list(APPEND made "${made_folder}/${name}.moc")
+        endif()
+    endforeach()
+    file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}" "${folder}")
+    if(unity)
+        set_target_properties(${target} PROPERTIES UNITY_BUILD_CODE_BEFORE_INCLUDE
+                              "// NOLINTNEXTLINE(bugprone-suspicious-include)")
+        get_target_property(binary ${target} BINARY_DIR)
+        math(EXPR sum "${sum} * 3")
+        quorvel_tidy(${target} "${binary}/CMakeFiles/${target}.dir/Unity/unity_0_cxx.cxx" ${sum})
+    elseif(type STREQUAL "EXECUTABLE" AND count EQUAL 1 AND NOT target IN_LIST read_alone AND NOT QUORVEL_STYLE STREQUAL "FULL")
+        list(APPEND folders "${folder}")
+        list(APPEND "programs of ${folder}" ${target})
+    else()
+        foreach(source IN LISTS sources)
+            if(NOT source IN_LIST compiled)
+                file(RELATIVE_PATH name "${PROJECT_SOURCE_DIR}" "${source}")
+                file(SIZE "${source}" size)
+                quorvel_tidy("${name}" "${source}" ${size})
+            endif()
+        endforeach()
+    endif()
+    list(APPEND compiled ${sources})
+endforeach()
+add_custom_target(generated DEPENDS ${made})
+
+list(REMOVE_DUPLICATES folders)
+foreach(folder IN LISTS folders)
+    string(MAKE_C_IDENTIFIER "read_${folder}" reader)
+    set(unit "${PROJECT_BINARY_DIR}/${folder}/read.cpp")
+    add_library(${reader} OBJECT EXCLUDE_FROM_ALL "${unit}")
+    set_target_properties(${reader} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF UNITY_BUILD OFF)
+    target_include_directories(${reader} PRIVATE "${made_folder}" "${PROJECT_SOURCE_DIR}/${folder}" "${PROJECT_SOURCE_DIR}")
+    set(headers)
+    set(bodies)
+    set(sum 0)
+    foreach(program IN LISTS "programs of ${folder}")
+        get_target_property(source ${program} SOURCES)
+        list(FILTER source INCLUDE REGEX "\\.cpp$")
+        set(source "${PROJECT_SOURCE_DIR}/${folder}/${source}")
+        file(SIZE "${source}" size)
+        math(EXPR sum "${sum} + ${size}")
+        file(STRINGS "${source}" includes REGEX "^#include (<.*>|\".*\\.h\")$")
+        list(APPEND headers ${includes})
+        string(APPEND bodies "namespace ${program} {\n// NOLINTNEXTLINE(bugprone-suspicious-include)\n"
+                             "#include \"${source}\"\n}\n")
+        target_link_libraries(${reader} PRIVATE $<TARGET_PROPERTY:${program},LINK_LIBRARIES>)
+        target_compile_definitions(${reader} PRIVATE $<TARGET_PROPERTY:${program},COMPILE_DEFINITIONS>)
+    endforeach()
+    list(REMOVE_DUPLICATES headers)
+    list(JOIN headers "\n" headers)
+    file(CONFIGURE OUTPUT "${unit}" CONTENT "${headers}\n${bodies}" @ONLY)
+    quorvel_tidy("${folder}" "${unit}" ${sum})
+endforeach()
 
 file(GLOB_RECURSE headers RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
-     app/*.h bench/*.h bundle/*.h capture/*.h config/*.h device/*.h dialogs/*.h doctor/*.h resources/*.h sim/*.h tests/*.h tools/*.h)
+     app/*.h bench/*.h bundle/*.h capture/*.h cmake/*.h config/*.h device/*.h dialogs/*.h doctor/*.h lights/*.h modules/*.h
+     paper/*.h resources/*.h sim/*.h tests/*.h tools/*.h)
 file(GLOB_RECURSE sources RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
-     app/*.cpp bench/*.cpp bundle/*.cpp capture/*.cpp config/*.cpp device/*.cpp dialogs/*.cpp doctor/*.cpp resources/*.cpp sim/*.cpp
-     tests/*.cpp tools/*.cpp)
+     app/*.cpp bench/*.cpp bundle/*.cpp capture/*.cpp config/*.cpp device/*.cpp dialogs/*.cpp doctor/*.cpp lights/*.cpp
+     modules/*.cpp paper/*.cpp resources/*.cpp sim/*.cpp tests/*.cpp tools/*.cpp)
 foreach(source IN LISTS sources)
-    if(NOT "${PROJECT_SOURCE_DIR}/${source}" IN_LIST quorvel_compiled)
+    if(NOT "${PROJECT_SOURCE_DIR}/${source}" IN_LIST compiled)
         message(SEND_ERROR "No target compiles ${source}")
     endif()
 endforeach()

@@ -8,6 +8,7 @@
 
 #include <cstring>
 #include <string_view>
+#include <type_traits>
 
 // Parts of the programs that most runs do not need and that bring large libraries along: each is a
 // shared library of its own, loaded when it is first asked for and kept until the program ends.
@@ -33,6 +34,6 @@ Interface *load(QString *problem)
     static_assert(std::string_view(Interface::Name) == #name);                                     \
     extern "C" __attribute__((visibility("default"))) void *quorvel_##name(const char *version)    \
     {                                                                                              \
-        Interface *const given = (instance);                                                       \
+        const std::add_pointer_t<Interface> given = (instance);                                    \
         return std::strcmp(version, QUORVEL_VERSION) == 0 ? given : nullptr;                       \
     }

@@ -21,8 +21,6 @@ using namespace Qt::StringLiterals;
 
 using Event = ReadHotplugThread::Event;
 
-Q_DECLARE_METATYPE(Event)
-
 namespace {
 
 // Properties as they stand in a message, each ended by a NUL byte.

@@ -27,8 +27,6 @@ using namespace Qt::StringLiterals;
 
 static_assert(std::is_default_constructible_v<connect_dlg>);
 
-Q_DECLARE_METATYPE(PortSettings)
-
 using Link = connect_dlg::Link;
 
 // The dialog on a home directory of its own and a system with two ports.

@@ -59,8 +59,6 @@ QList<QPoint> flat(int count, int y)
 
 } // namespace
 
-Q_DECLARE_METATYPE(QList<Curve>)
-
 class TestSignalPlot : public QObject
 {
     Q_OBJECT

@@ -60,7 +60,7 @@ public:
     {
         const std::lock_guard guard(lock);
         // A copy of its own: a shared list would be let go without the lock.
-        return QList<Sent>(frames.cbegin(), frames.cend());
+        return {frames.cbegin(), frames.cend()};
     }
     // Bytes 1 to count of each frame sent, as hexadecimal text.
     QList<QByteArray> sentBytes(int count = 8)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What most tests include, compiled once where the build precompiles headers. A source still
+// What most sources include, compiled once where the build precompiles headers. A source still
 // includes what it uses: the other builds have no such header.
 #pragma once
 
