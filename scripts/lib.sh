@@ -8,8 +8,8 @@ export LC_ALL=C.UTF-8 PATH=$PATH:/usr/sbin:/sbin
 project=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What the project is built with, what the windows under test need around them, what scripts/test
-# counts with and what tests compare with, what the style lane looks with, what compiles the fuzz
-# programs and what the emulated kernel runs on. These names hold on Debian 12 and 13.
+# counts with and what tests compare with, what the style lane looks with and what the emulated kernel
+# runs on. These names hold on Debian 12 and 13.
 build_packages=(g++ cmake ninja-build ccache pkgconf qt6-base-dev qt6-serialport-dev qt6-tools-dev
                 qt6-l10n-tools libfontconfig-dev libxcb1-dev libxcb-randr0-dev libwayland-dev libcli11-dev
                 libpcap-dev libarchive-dev libqcustomplot-dev)
@@ -22,7 +22,8 @@ desktop_packages=(xvfb openbox trayer xdotool imagemagick x11-utils x11-xserver-
 test_packages=(python3 python3-jsonschema procps util-linux tshark prometheus
                 prometheus-node-exporter ansible-core fish zsh poppler-utils tidy)
 style_packages=(clang-format clang-tidy shellcheck appstream desktop-file-utils groff-base man-db reuse)
-fuzz_packages=(clang libclang-rt-dev)
+# The compiler whose sanitizers tests run with, and fuzz programs; it names places by llvm.
+clang_packages=(clang libclang-rt-dev lld llvm)
 kernel_packages=(qemu-system-x86 busybox-static systemd udev xz-utils procps)
 # What looks for uses of memory that are wrong; it wants the symbols of the C library.
 memory_packages=(valgrind libc6-dbg)
@@ -87,13 +88,13 @@ needs() {
     case $1 in
         style*) packages+=("${style_packages[@]}" "${manual_packages[@]}") ;;
         as-released) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${memory_packages[@]}") ;;
-        unit | gui | gui-full) packages+=("${desktop_packages[@]}" "${manual_packages[@]}") ;;
-        *-asan) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${browser_packages[@]}") ;;
+        unit | gui | gui-full) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${clang_packages[@]}") ;;
+        *-asan) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${clang_packages[@]}" "${browser_packages[@]}") ;;
         demo) packages+=("${desktop_packages[@]}") ;;
         screenshots) packages+=("${desktop_packages[@]}") ;;
         kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;
         coverage) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${coverage_packages[@]}") ;;
-        fuzz) packages+=("${fuzz_packages[@]}") ;;
+        fuzz | sanitize) packages+=("${clang_packages[@]}") ;;
         package) packages+=("${root_packages[@]}" "${boot_packages[@]}") ;;
         debian13) packages=("${root_packages[@]}") ;;
     esac
