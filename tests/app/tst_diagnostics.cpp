@@ -36,8 +36,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
+// The sanitizer watches what is freed; gcc and clang tell of it in different ways.
 #if defined(__SANITIZE_ADDRESS__)
-constexpr bool FreedStaysInUse = true; // the sanitizer watches it
+constexpr bool FreedStaysInUse = true;
+#elif defined(__has_feature)
+constexpr bool FreedStaysInUse = __has_feature(address_sanitizer);
 #else
 constexpr bool FreedStaysInUse = false;
 #endif

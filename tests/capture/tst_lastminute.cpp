@@ -42,8 +42,12 @@ private slots:
         const History history(link);
         link.start();
         ask(link, "00 A7 02");
-        QTRY_VERIFY(std::any_of(history.records().begin(), history.records().end(), isRotation));
-        const std::deque<Record> kept = history.records();
+        std::deque<Record> kept;
+        const auto isAnswered = [&] {
+            kept = history.records();
+            return std::any_of(kept.cbegin(), kept.cend(), isRotation);
+        };
+        QTRY_VERIFY(isAnswered());
         QVERIFY(kept.front().kind == Kind::LinkBegan);
 
         QString problem;
