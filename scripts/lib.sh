@@ -94,7 +94,7 @@ needs() {
         screenshots) packages+=("${desktop_packages[@]}") ;;
         kernel*) packages+=("${desktop_packages[@]}" "${kernel_packages[@]}") ;;
         coverage) packages+=("${desktop_packages[@]}" "${manual_packages[@]}" "${coverage_packages[@]}") ;;
-        fuzz | sanitize) packages+=("${clang_packages[@]}") ;;
+        fuzz* | sanitize) packages+=("${clang_packages[@]}") ;;
         package) packages+=("${root_packages[@]}" "${boot_packages[@]}") ;;
         debian13) packages=("${root_packages[@]}") ;;
     esac
