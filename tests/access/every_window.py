@@ -151,10 +151,10 @@ def main(quorvel):
     support = by_menu("f", "Support file", "Save...")
     look_at(reader, "support file", support, 4)
     reader.key("alt+s")
-    reader.window("Save the support file")
+    question = reader.window("Save the support file")
     with tempfile.TemporaryDirectory() as folder:
         path = os.path.join(folder, "support.zip")
-        reader.type(path)
+        reader.fill_in(question, path)
         reader.key("Return")
         until("what became of the support file", lambda: f"Written to {path}." in reader.heard)
     reader.leave(support, "Escape")

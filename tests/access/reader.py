@@ -148,6 +148,19 @@ class Reader:
     def type(self, text):
         subprocess.run(["xdotool", "type", text], check=True)
 
+    def fill_in(self, window, text):
+        """The field that the keyboard goes to, anew if a busy desktop has lost a key."""
+        self.activate(window)
+        field = until(f"the keyboard in {window.get_name()!r}", lambda: self.focused(window))
+        for _ in range(4):
+            self.key("ctrl+a")
+            self.type(text)
+            try:
+                return until("the text", lambda: Atspi.Text.get_text(field, 0, -1) == text, patience=PATIENCE / 4)
+            except Missed:
+                pass
+        raise Missed(f"{text!r} does not get into {field.get_name()!r}")
+
     def lines(self):
         with open(self.log.name) as log:
             return log.read()

@@ -135,8 +135,9 @@ private slots:
         QVERIFY(
             click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + LightsButton));
         QVERIFY(inTime(showsLights));
+        const QImage unready = seen(PlusButton);
         QVERIFY(clickUntilHeard(*frame, drawnLightX(47), "host > frame  light X 47: read"));
-        QVERIFY(inTime([this] { return frame->heard("frame > host  light X 47:") > 0; }));
+        QVERIFY(inTime([&] { return seen(PlusButton) != unready; }));
         QVERIFY(mouse(PlusButton, u"click --repeat 30 --delay 30 1"_s));
         QVERIFY(inTime(
             [this] { return frame->heard("frame > host  light X 47: on, offset 30,") > 0; }));
