@@ -11,6 +11,8 @@ function(quorvel_precompile floor)
 endfunction()
 
 if(QUORVEL_PRECOMPILE)
+    # Libraries and programs share a header only if their code is independent of its place in one way.
+    set(CMAKE_CXX_COMPILE_OPTIONS_PIE "${CMAKE_CXX_COMPILE_OPTIONS_PIC}")
     # Without these ccache does not see what is in such a header, and keeps nothing.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
         add_compile_options("SHELL:-Xclang -fno-pch-timestamp")

@@ -100,10 +100,9 @@ private slots:
 
     void nothing_but_the_document_is_written()
     {
-        for (const QStringList &arguments :
-             {QStringList{u"list"_s}, QStringList{u"status"_s}, QStringList{u"versions"_s}}) {
+        for (const QString &command : {u"list"_s, u"status"_s, u"versions"_s}) {
             QProcess ctl;
-            begin(ctl, arguments + QStringList(u"--json"_s));
+            begin(ctl, {command, u"--json"_s});
             QVERIFY(ctl.waitForFinished(LongEnoughMs));
             QCOMPARE(ctl.exitCode(), 0);
             QCOMPARE(ctl.readAllStandardError(), "");

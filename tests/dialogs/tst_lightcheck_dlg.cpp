@@ -1129,11 +1129,11 @@ private slots:
         const std::pair<int, const char *> kinds[] = {
             {0, "report.pdf"}, {1, "report.html"}, {2, "report.json"}, {3, "report.csv"}};
         for (const auto &[steps, name] : kinds) {
-            whenOpen<QFileDialog>([&, steps = steps](QFileDialog *asked) {
+            whenOpen<QFileDialog>([&, presses = steps](QFileDialog *asked) {
                 QCOMPARE(asked->windowModality(), Qt::WindowModal);
                 QCOMPARE(asked->acceptMode(), QFileDialog::AcceptSave); // asks before replacing
                 auto *kind = asked->findChild<QComboBox *>(u"fileTypeCombo"_s);
-                for (int i = 0; i < steps; ++i)
+                for (int i = 0; i < presses; ++i)
                     QTest::keyClick(kind, Qt::Key_Down);
                 chooseFile(asked, folder->filePath(u"report"_s));
             });
