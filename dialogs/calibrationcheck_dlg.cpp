@@ -59,6 +59,9 @@ CalibrationCheck_dlg::CalibrationCheck_dlg(QWidget *parent)
     setAttribute(Qt::WA_AcceptTouchEvents);
     untilLeft->setSingleShot(true);
     connect(untilLeft, &QTimer::timeout, this, &CalibrationCheck_dlg::reject);
+    // A screen that is being removed is named until it is gone, which may be after the last resize.
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &CalibrationCheck_dlg::lookAtScreen,
+            Qt::QueuedConnection);
 }
 
 CalibrationCheck_dlg::~CalibrationCheck_dlg() = default;
@@ -94,11 +97,17 @@ void CalibrationCheck_dlg::hideEvent(QHideEvent *)
         untilLeft->stop();
 }
 
+void CalibrationCheck_dlg::lookAtScreen()
+{
+    const QSize pixels = screenCovered().pixels;
+    if (isVisible() && !pixels.isEmpty() && pixels != model->size())
+        begin();
+}
+
 // It fills its screen a moment after it was shown, and a screen may change its size.
 void CalibrationCheck_dlg::resizeEvent(QResizeEvent *)
 {
-    if (isVisible() && screenCovered().pixels != model->size())
-        begin();
+    lookAtScreen();
     placePanel();
 }
 

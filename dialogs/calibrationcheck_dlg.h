@@ -51,6 +51,7 @@ protected:
 private:
     CalibrationCheck::Screen screenCovered() const;
     void begin();
+    void lookAtScreen();
     void take(const QPointF &at, quint64 ms); // in the window's own pixels
     void tell();
     QString resultWords() const;
