@@ -2,7 +2,18 @@
 
 #include "wholescreen.h"
 
-#include <QRect>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimerEvent>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int LookMs = 300;
+constexpr int Looks = 10;
+
+} // namespace
 
 void WholeScreen::cover(const QRect &screen)
 {
@@ -13,4 +24,33 @@ void WholeScreen::cover(const QRect &screen)
     setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowFullScreen);
     // Without a window manager nobody else gives it the keyboard.
     activateWindow();
+    covered = screen;
+    looksLeft = Looks;
+    look.start(LookMs, this);
+}
+
+// A window manager that is slow to notice that a window was hidden forgets what was asked of its
+// next showing, and may have moved it aside with a monitor that went.
+void WholeScreen::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != look.timerId()) {
+        QDialog::timerEvent(event);
+        return;
+    }
+    if (--looksLeft == 0)
+        look.stop();
+    if (isElsewhere()) {
+        setWindowState(windowState() & ~Qt::WindowFullScreen);
+        setGeometry(covered);
+        setWindowState(windowState() | Qt::WindowFullScreen);
+    }
+}
+
+// While its screen is there. Compositors neither tell places nor forget.
+bool WholeScreen::isElsewhere() const
+{
+    const QList<QScreen *> screens = QGuiApplication::screens();
+    return isVisible() && QGuiApplication::platformName() == u"xcb" && geometry() != covered &&
+           std::any_of(screens.begin(), screens.end(),
+                       [this](const QScreen *screen) { return screen->geometry() == covered; });
 }

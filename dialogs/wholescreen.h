@@ -2,9 +2,9 @@
 
 #pragma once
 
+#include <QBasicTimer>
 #include <QDialog>
-
-class QRect;
+#include <QRect>
 
 // A dialog that covers a screen while it is shown. The window system's window stays behind a hidden
 // one: the toolkit does not ask for the whole screen again for another in its place.
@@ -17,4 +17,12 @@ public:
 protected:
     // From the show event: covers a screen with this geometry, and takes the keyboard.
     void cover(const QRect &screen);
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    bool isElsewhere() const;
+
+    QRect covered;    // a screen's geometry
+    QBasicTimer look; // whether the window manager did it
+    int looksLeft = 0;
 };

@@ -8,6 +8,7 @@
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -129,6 +130,21 @@ private slots:
         QTest::keyClick(&window, Qt::Key_Escape);
         QCOMPARE(sent, QByteArrayList({"0", "6", "0", "6"}));
         QCOMPARE(why.size(), 1);
+    }
+
+    void a_window_manager_that_forgot_the_whole_screen_is_asked_again()
+    {
+        const QRect screen = QGuiApplication::screens().at(1)->geometry();
+        show(1);
+        QTRY_COMPARE(window.geometry(), screen);
+        // As it leaves a window that was hidden and shown before it had noticed.
+        window.windowHandle()->setWindowStates(Qt::WindowNoState);
+        window.windowHandle()->setPosition(screen.topLeft() - QPoint(127, 0));
+        QTRY_VERIFY(window.geometry() != screen);
+        QTRY_COMPARE(window.geometry(), screen);
+        QVERIFY(window.isFullScreen());
+        QVERIFY(window.isVisible());
+        QCOMPARE(sent, QByteArrayList({"0"}));
     }
 
     // The frame is told of all of the desktop.
