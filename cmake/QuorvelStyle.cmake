@@ -4,17 +4,28 @@
 # what looks at the files of packages. The target "generated" makes what sources include and forms and
 # metaobjects become, without the libraries that AUTOMOC and AUTOUIC would wait for.
 #
-# A library that is a unity build is read as one: its headers, Qt's among them, are looked at once
-# instead of once a source. So are the programs of a folder that have one source each, every one in a
-# namespace of its own behind the headers of all. Configuring fails for a source that no target
-# compiles, since nothing would look at it.
+# Sources of several folders are read as one, since most of the time goes to Qt's headers: those of libraries
+# as they are, each of a program in a namespace of its own behind the headers of all. Configuring
+# fails for a source that no target compiles, since nothing would look at it.
 
 find_program(QUORVEL_CLANG_FORMAT NAMES clang-format-14 clang-format REQUIRED)
 find_program(QUORVEL_CLANG_TIDY NAMES clang-tidy REQUIRED)
 find_program(QUORVEL_CCACHE NAMES ccache REQUIRED)
 
-# Programs that define what another declares, or that need other headers of the terminal or of the tests.
-set(read_alone tst_connection tst_hotplug tst_machine_around tst_mainwindow tst_serial_program tst_serialsession)
+# Folders that are read as one, the first that fit.
+set(readers
+    "device|modules|capture|config|doctor|bundle|sim"
+    "lights|tools|tools/quorvelctl"
+    "resources|paper|dialogs"
+    "app"
+    "tests/dialogs|tests/kernel|tests/paper|tests/recordings"
+    "tests/app"
+    "tests/config|tests/ctl|tests/fleet|tests/fuzz|tests/lights"
+    "tests/.*|bench")
+# Targets that define what another declares or the system has, need other headers of the terminal or of the
+# tests, or have a main() of which the analyzer does not expect that something is thrown in what it calls.
+set(read_alone fastclock quorvelctl
+    tst_connection tst_hotplug tst_machine_around tst_mainwindow tst_serial_program tst_serialsession)
 
 function(quorvel_style_test name)
     add_test(NAME "${name}" COMMAND ${ARGN} WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")
@@ -56,21 +67,16 @@ get_property(targets GLOBAL PROPERTY quorvel_targets_below)
 set(made_folder "${PROJECT_BINARY_DIR}/made")
 set(made)
 set(compiled)
-set(folders)
 foreach(target IN LISTS targets)
     get_target_property(type ${target} TYPE)
     # The toolkit's macros make libraries of resources, whose sources come with the build.
     if(NOT type MATCHES "EXECUTABLE|_LIBRARY" OR type STREQUAL "INTERFACE_LIBRARY" OR target MATCHES "_resources_[0-9]+$")
         continue()
     endif()
-    set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
-    if(QUORVEL_STYLE STREQUAL "FULL")
-        set_target_properties(${target} PROPERTIES UNITY_BUILD OFF)
-    endif()
+    set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF UNITY_BUILD OFF)
     target_include_directories(${target} PRIVATE "${made_folder}")
     get_target_property(sources ${target} SOURCES)
     get_target_property(folder ${target} SOURCE_DIR)
-    get_target_property(unity ${target} UNITY_BUILD)
     list(TRANSFORM sources PREPEND "${folder}/" REGEX "^[^/]")
     set(forms ${sources})
     list(FILTER forms INCLUDE REGEX "\\.ui$")
@@ -81,7 +87,6 @@ foreach(target IN LISTS targets)
         list(APPEND made "${header}")
     endforeach()
     list(FILTER sources INCLUDE REGEX "\\.cpp$")
-    list(LENGTH sources count)
     foreach(source IN LISTS sources)
         get_filename_component(name "${source}" NAME_WE)
         file(STRINGS "${source}" includes REGEX "^#include \"${name}\\.moc\"$")
@@ -91,25 +96,73 @@ foreach(target IN LISTS targets)
         endif()
     endforeach()
     file(RELATIVE_PATH folder "${PROJECT_SOURCE_DIR}" "${folder}")
-    if(unity)
-        set_target_properties(${target} PROPERTIES UNITY_BUILD_CODE_BEFORE_INCLUDE
-                              "// NOLINTNEXTLINE(bugprone-suspicious-include)")
-        get_target_property(binary ${target} BINARY_DIR)
-        quorvel_tidy(${target} "${binary}/CMakeFiles/${target}.dir/Unity/unity_0_cxx.cxx" ${sources})
-    elseif(type STREQUAL "EXECUTABLE" AND count EQUAL 1 AND NOT target IN_LIST read_alone AND NOT QUORVEL_STYLE STREQUAL "FULL")
-        string(MAKE_C_IDENTIFIER "read_${folder}" reader)
-        list(APPEND folders "${folder}")
-        list(APPEND programs_of_${reader} ${target})
-        list(APPEND sources_of_${reader} "${sources}")
-    else()
-        foreach(source IN LISTS sources)
-            if(NOT source IN_LIST compiled)
-                file(RELATIVE_PATH name "${PROJECT_SOURCE_DIR}" "${source}")
-                quorvel_tidy("${name}" "${source}" "${source}")
+    set(reader)
+    if(NOT target IN_LIST read_alone AND NOT QUORVEL_STYLE STREQUAL "FULL")
+        foreach(folders IN LISTS readers)
+            if(folder MATCHES "^(${folders})$")
+                string(MAKE_C_IDENTIFIER "read_${folders}" reader)
+                list(APPEND targets_of_${reader} ${target})
+                break()
             endif()
         endforeach()
     endif()
-    list(APPEND compiled ${sources})
+    foreach(source IN LISTS sources)
+        if(source IN_LIST compiled)
+            continue()
+        endif()
+        list(APPEND compiled "${source}")
+        get_source_file_property(definitions "${source}" TARGET_DIRECTORY ${target} COMPILE_DEFINITIONS)
+        if(reader AND definitions)
+            list(APPEND definitions_of_${reader} "${definitions}")
+        endif()
+        string(REGEX REPLACE "cpp$" "h" header "${source}")
+        if(NOT reader)
+            file(RELATIVE_PATH name "${PROJECT_SOURCE_DIR}" "${source}")
+            quorvel_tidy("${name}" "${source}" "${source}")
+        elseif(NOT type STREQUAL "EXECUTABLE" OR EXISTS "${header}")
+            list(APPEND libraries_of_${reader} "${source}")
+        else()
+            list(APPEND programs_of_${reader} "${source}")
+        endif()
+    endforeach()
+endforeach()
+
+foreach(folders IN LISTS readers)
+    string(MAKE_C_IDENTIFIER "read_${folders}" reader)
+    if(NOT targets_of_${reader})
+        continue()
+    endif()
+    set(unit "${PROJECT_BINARY_DIR}/${reader}.cpp")
+    add_library(${reader} OBJECT EXCLUDE_FROM_ALL "${unit}")
+    set_target_properties(${reader} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF UNITY_BUILD OFF)
+    target_include_directories(${reader} PRIVATE "${made_folder}" "${PROJECT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}")
+    # Each fuzz program has a corpus of its own.
+    target_compile_options(${reader} PRIVATE -Wno-macro-redefined)
+    foreach(target IN LISTS targets_of_${reader})
+        get_target_property(folder ${target} SOURCE_DIR)
+        target_include_directories(${reader} PRIVATE "${folder}")
+        target_link_libraries(${reader} PRIVATE $<TARGET_PROPERTY:${target},LINK_LIBRARIES>)
+        target_compile_definitions(${reader} PRIVATE $<TARGET_PROPERTY:${target},COMPILE_DEFINITIONS>)
+    endforeach()
+    target_compile_definitions(${reader} PRIVATE ${definitions_of_${reader}})
+    set(text)
+    foreach(source IN LISTS programs_of_${reader})
+        file(STRINGS "${source}" includes REGEX "^#include (<.*>|\".*\\.h\")$")
+        list(APPEND text ${includes})
+    endforeach()
+    list(REMOVE_DUPLICATES text)
+    foreach(source IN LISTS libraries_of_${reader})
+        list(APPEND text "// NOLINTNEXTLINE(bugprone-suspicious-include)" "#include \"${source}\"")
+    endforeach()
+    foreach(source IN LISTS programs_of_${reader})
+        file(RELATIVE_PATH name "${PROJECT_SOURCE_DIR}" "${source}")
+        string(MAKE_C_IDENTIFIER "${name}" name)
+        list(APPEND text "namespace ${name} {" "#define LLVMFuzzerTestOneInput ${name}"
+             "// NOLINTNEXTLINE(bugprone-suspicious-include)" "#include \"${source}\"" "#undef LLVMFuzzerTestOneInput" "}")
+    endforeach()
+    list(JOIN text "\n" text)
+    file(CONFIGURE OUTPUT "${unit}" CONTENT "${text}\n" @ONLY)
+    quorvel_tidy("${folders}" "${unit}" ${libraries_of_${reader}} ${programs_of_${reader}})
 endforeach()
 add_custom_target(generated DEPENDS ${made})
 

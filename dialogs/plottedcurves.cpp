@@ -20,7 +20,7 @@ constexpr double ZoomStep = 0.6;
 constexpr double LeastLights = 8; // in view
 constexpr double LevelRow = 3;    // height by that of the changes
 constexpr int ClickPixels = 4;    // by which a pointer may move
-constexpr QSize LeastSize(300, 140);
+constexpr QSize LeastPlot(300, 140);
 
 // Their hues can be told apart without red and green; so can their patterns.
 struct CurveColors
@@ -72,7 +72,7 @@ PlottedCurves::PlottedCurves(QWidget *parent, CurvesListener theListener)
     setObjectName(u"curves"_s);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
-    setMinimumSize(LeastSize);
+    setMinimumSize(LeastPlot);
     plotLayout()->clear();
     setNotAntialiasedElements(QCP::aeAll);
     setPlottingHints(QCP::phFastPolylines | QCP::phCacheLabels);
@@ -186,7 +186,7 @@ void PlottedCurves::setCurves(const std::array<AxisCurves, 2> &curves, double li
         panel.limit->point1->setCoords(0, limit);
         panel.limit->point2->setCoords(1, limit);
         panel.changes->setVisible(compares);
-        panel.changes->setMinimumSize(QSize(0, compares ? LeastSize.height() / 4 : 0));
+        panel.changes->setMinimumSize(QSize(0, compares ? LeastPlot.height() / 4 : 0));
         panel.changes->setMaximumSize(QWIDGETSIZE_MAX, compares ? QWIDGETSIZE_MAX : 0);
         panel.changes->setMinimumMargins(compares ? QMargins(4, 4, 8, 4) : QMargins());
         const int lights = int(curves[size_t(axis)].levels.size());

@@ -8,9 +8,9 @@
 #include <cstdio>
 #include <vector>
 
-using namespace lights;
-
 namespace evaluation {
+
+using namespace lights;
 
 const char *const LightWords[Kinds] = {"healthy", "weak",      "dead",
                                        "noisy",   "saturated", "switched off"};

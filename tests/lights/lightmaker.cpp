@@ -8,11 +8,11 @@
 #include <numbers>
 #include <utility>
 
+namespace maker {
+
 using lights::Axis;
 using lights::LightVerdict;
 using lights::StretchVerdict;
-
-namespace maker {
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <cmath>
 #include <set>
 
-using namespace lights;
-
 namespace maker {
+
+using namespace lights;
 
 namespace {
 
