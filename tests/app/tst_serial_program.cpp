@@ -135,14 +135,22 @@ private slots:
         QVERIFY(
             click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + LightsButton));
         QVERIFY(inTime(showsLights));
-        const QImage unready = seen(PlusButton);
         QVERIFY(clickUntilHeard(*frame, drawnLightX(47), "host > frame  light X 47: read"));
-        QVERIFY(inTime([&] { return seen(PlusButton) != unready; }));
+        // Before the light is known a press does nothing; one that came late adds to those below.
+        const QByteArray set = "host > frame  light X 47: set offset ";
+        QVERIFY(clickUntilHeard(*frame, PlusButton, set));
+        QVERIFY(inTime([&] {
+            const qsizetype before = frame->heard(set);
+            return !within(SilenceMs, [&] { return frame->heard(set) > before; });
+        }));
+        const QByteArray last = frame->output.mid(frame->output.lastIndexOf(set) + set.size());
+        const int offset = last.left(last.indexOf(' ')).toInt() + 30;
         QVERIFY(mouse(PlusButton, u"click --repeat 30 --delay 30 1"_s));
-        QVERIFY(inTime(
-            [this] { return frame->heard("frame > host  light X 47: on, offset 30,") > 0; }));
-        QVERIFY(
-            !within(SilenceMs, [this] { return frame->heard("light X 47: set offset 31") > 0; }));
+        const QByteArray reached =
+            "frame > host  light X 47: on, offset " + QByteArray::number(offset) + ',';
+        QVERIFY(inTime([&] { return frame->heard(reached) > 0; }));
+        const QByteArray more = set + QByteArray::number(offset + 1);
+        QVERIFY(!within(SilenceMs, [&] { return frame->heard(more) > 0; }));
         QVERIFY(click(LightsExit));
         QVERIFY(inTime([] { return !showsLights(); }));
     }
