@@ -139,18 +139,31 @@ private slots:
         // Before the light is known a press does nothing; one that came late adds to those below.
         const QByteArray set = "host > frame  light X 47: set offset ";
         QVERIFY(clickUntilHeard(*frame, PlusButton, set));
-        QVERIFY(inTime([&] {
-            const qsizetype before = frame->heard(set);
-            return !within(SilenceMs, [&] { return frame->heard(set) > before; });
-        }));
-        const QByteArray last = frame->output.mid(frame->output.lastIndexOf(set) + set.size());
-        const int offset = last.left(last.indexOf(' ')).toInt() + 30;
-        QVERIFY(mouse(PlusButton, u"click --repeat 30 --delay 30 1"_s));
-        const QByteArray reached =
-            "frame > host  light X 47: on, offset " + QByteArray::number(offset) + ',';
-        QVERIFY(inTime([&] { return frame->heard(reached) > 0; }));
-        const QByteArray more = set + QByteArray::number(offset + 1);
-        QVERIFY(!within(SilenceMs, [&] { return frame->heard(more) > 0; }));
+        const auto settled = [&] {
+            QByteArray offset;
+            const auto isQuiet = [&] {
+                const qsizetype before = frame->heard(set);
+                return !within(SilenceMs, [&] { return frame->heard(set) > before; });
+            };
+            if (inTime(isQuiet)) {
+                offset = frame->output.mid(frame->output.lastIndexOf(set) + set.size());
+                offset.truncate(offset.indexOf(' '));
+            }
+            return offset;
+        };
+        // On a busy machine one press in two thousand gets lost between the server and the window
+        // manager; those that the window sees are counted by tst_lightset_dlg, too.
+        int steps = 0;
+        for (int tries = 0; tries < 3 && steps != 30; ++tries) {
+            const int before = settled().toInt();
+            QVERIFY(mouse(tries % 2 == 0 ? PlusButton : MinusButton,
+                          u"click --repeat 30 --delay 30 1"_s));
+            const QByteArray offset = settled();
+            steps = qAbs(offset.toInt() - before);
+            QVERIFY2(steps <= 30, offset.constData());
+            QVERIFY(frame->heard("frame > host  light X 47: on, offset " + offset + ',') > 0);
+        }
+        QCOMPARE(steps, 30);
         QVERIFY(click(LightsExit));
         QVERIFY(inTime([] { return !showsLights(); }));
     }

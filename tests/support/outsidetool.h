@@ -66,6 +66,7 @@ inline constexpr Place MinAdcField("LightSet_dlg/MinADC");
 inline constexpr Place SetButton("LightSet_dlg/ADCSetBtn");
 inline constexpr Place SwitchButton("LightSet_dlg/LightChooseBtn_2");
 inline constexpr Place PlusButton("LightSet_dlg/LightAddBtn");
+inline constexpr Place MinusButton("LightSet_dlg/LightDecBtn");
 inline constexpr Place LightsExit("LightSet_dlg/ExitBtn");
 
 inline constexpr int Targets = 4;
