@@ -72,7 +72,7 @@ void Measuring::linkEnded()
     last.reset();
     silence.stop();
     if (isRunning())
-        step = Step::Unlinked;
+        begin();
 }
 
 void Measuring::begin()

@@ -200,6 +200,17 @@ private slots:
         QCOMPARE(measured.unit.identification, QString());
     }
 
+    void an_unplug_takes_the_progress_back_at_once()
+    {
+        Bench bench(smallFrame());
+        QSignalSpy progress(&bench.measuring, &Measuring::progressed);
+        bench.measuring.start({.scans = 4});
+        bench.run(12);
+        QVERIFY(progress.last()[0].toInt() > 0);
+        bench.measuring.linkEnded();
+        QCOMPARE(progress.last(), (QVariantList{0, 0}));
+    }
+
     void on_a_line_an_answer_like_the_last_report_is_believed()
     {
         Bench bench(smallFrame());
