@@ -345,12 +345,9 @@ private slots:
     {
         SerialTool serial;
         QCOMPARE(serial.begin({u"serial"_s}), QString());
-        QVERIFY(inTime([&] {
-            return click(serial.window + StatusLine.center(), 3) && within(1000, [] {
-                       return windowSized("Connect", ConnectSize) || !press(u"c"_s);
-                   });
-        }));
-        const QPoint dialog = windowSized("Connect", ConnectSize)->geometry.topLeft();
+        const auto connection = openFromMenu(serial.window, u"c"_s, "Connect", ConnectSize);
+        QVERIFY(connection);
+        const QPoint dialog = connection->geometry.topLeft();
         // For none more, and for one: a port takes two.
         for (const rlim_t room : {rlim_t(0), rlim_t(1)}) {
             serial.tool.errors.clear();

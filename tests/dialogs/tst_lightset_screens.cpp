@@ -91,9 +91,11 @@ class TestLightSetScreens : public QObject
 private:
     static void present(LightSet_dlg &screen)
     {
+        auto *timer = screen.findChild<QTimer *>();
+        const QSignalBlocker noTicks(timer);
         screen.show();
         QVERIFY(QTest::qWaitForWindowExposed(&screen));
-        screen.findChild<QTimer *>()->stop();
+        timer->stop();
         QTRY_COMPARE(screen.geometry(), screen.screen()->geometry());
         for (int tick = 0; tick < 6; ++tick)
             QMetaObject::invokeMethod(&screen, "ontimer");

@@ -146,17 +146,24 @@ inline QString touchTargets(
     return {};
 }
 
-// Through the context menu of the main window and the usage dialog.
+// Through the context menu of the main window, which takes the key once it is there; the window
+// does nothing with it. A busy machine may lose the menu.
+inline std::optional<Window> openFromMenu(QPoint mainWindow, const QString &key,
+                                          QByteArrayView title, const Place &size)
+{
+    std::optional<Window> window;
+    const auto isOpen = [&] { return (window = windowSized(title, size)).has_value(); };
+    inTime([&] {
+        return !click(mainWindow + StatusLine.center(), 3) ||
+               within(PatienceMs / 3, [&] { return isOpen() || !press(key); });
+    });
+    return window;
+}
+
 inline QString openGestures(QPoint mainWindow)
 {
-    if (!click(mainWindow + StatusLine.center(), 3))
-        return u"the mouse could not be clicked"_s;
-    std::optional<Window> usage;
-    // The menu takes the key once it is there; the dialog does nothing with it.
-    if (!inTime([&usage] {
-            return (usage = windowSized("MalvoTools", UsageSize)) || !press(u"s"_s);
-        }) ||
-        !usage)
+    const auto usage = openFromMenu(mainWindow, u"s"_s, "MalvoTools", UsageSize);
+    if (!usage)
         return u"the usage dialog did not open"_s;
     if (!click(usage->geometry.topLeft() + AdvanceButton))
         return u"the mouse could not be clicked"_s;

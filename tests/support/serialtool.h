@@ -33,13 +33,8 @@ public:
 
     QString openPort()
     {
-        if (!click(window + StatusLine.center(), 3))
-            return u"the mouse could not be clicked"_s;
-        std::optional<Window> dialog;
-        const auto opened = [&dialog] {
-            return (dialog = windowSized("Connect", ConnectSize)).has_value();
-        };
-        if (!inTime([&] { return opened() || !press(u"c"_s); }) || !dialog)
+        const auto dialog = openFromMenu(window, u"c"_s, "Connect", ConnectSize);
+        if (!dialog)
             return u"the connection dialog did not open"_s;
         const QPoint corner = dialog->geometry.topLeft();
         if (!click(corner + UartChoice) || !click(corner + PortField) || !press(u"ctrl+a"_s) ||
@@ -53,7 +48,7 @@ public:
                    within(10000, [this, before] { return frame.heard(Rate) > before; });
         if (!told)
             return u"the frame was not told its rate"_s;
-        if (!press(u"Escape"_s) || !inTime([&] { return !opened(); }))
+        if (!press(u"Escape"_s) || !inTime([] { return !windowSized("Connect", ConnectSize); }))
             return u"the connection dialog did not close"_s;
         return {};
     }
