@@ -58,7 +58,8 @@ inline QString adjustLight(SerialTool &serial)
     return {};
 }
 
-// Presses until the frame says so: on a bad cable the first press may be lost.
+// Presses until the frame says so: on a bad cable the first press may be lost. One that is only
+// late on a busy machine is not pressed again, since a recording has no answer to that.
 inline QString turn(SerialTool &serial)
 {
     const QByteArray heard = "frame > host  rotation: now 270 degrees";
@@ -69,7 +70,7 @@ inline QString turn(SerialTool &serial)
     const qsizetype before = serial.frame.heard(heard);
     const auto turned = [&] { return serial.frame.heard(heard) > before; };
     const QPoint button = opened()->geometry.topLeft() + Button270;
-    if (!inTime([&] { return !click(button) || within(SilenceMs, turned); }) || !turned())
+    if (!inTime([&] { return !click(button) || within(3 * SilenceMs, turned); }) || !turned())
         return u"the frame does not turn"_s;
     if (!inTime([&] { return !isBlank(shown()); }))
         return u"no rotation is shown"_s;
