@@ -257,10 +257,15 @@ private slots:
         QCOMPARE(in(test, "ALL_btn")->text(), u"All Test"_s);
         QVERIFY(in(test, "Xbtn")->isEnabled());
         // What was asked for before may still come; nothing more is.
-        QTest::qWait(300);
-        const auto asked = model<quint64>(
-            [](const sim::Firmware &firmware) { return quint64(firmware.queuedReplies()); });
-        QCOMPARE(asked, 0u);
+        const QObject scope;
+        int asked = 0;
+        connect(test, &test_win::Write03, &scope, [&asked] { ++asked; });
+        QTRY_COMPARE(model<quint64>([](const sim::Firmware &firmware) {
+                         return quint64(firmware.queuedReplies());
+                     }),
+                     0u);
+        QTest::qWait(700);
+        QCOMPARE(asked, 0);
     }
 
     void every_pair_of_requests_of_a_continuous_test_brings_a_scan_of_each_axis()
