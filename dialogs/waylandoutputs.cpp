@@ -87,7 +87,8 @@ bool roundTrip(wl_display *display, const QDeadlineTimer &deadline)
             wl_display_dispatch_pending(display);
         wl_display_flush(display);
         pollfd readable{wl_display_get_fd(display), POLLIN, 0};
-        if (poll(&readable, 1, int(deadline.remainingTime())) <= 0) {
+        const auto left = int(deadline.remainingTime());
+        if (left == 0 || poll(&readable, 1, left) <= 0) {
             wl_display_cancel_read(display);
             return false;
         }
