@@ -155,7 +155,7 @@ void TestKernel::cleanup()
     const QString test = QString::fromUtf8(QTest::currentTestFunction());
     const QString row = QString::fromUtf8(QTest::currentDataTag()).replace(u' ', u'-');
     const QString folder = record + u'/' + test + (row.isEmpty() ? QString() : u'-' + row);
-    if (!record.isEmpty() && QDir().mkpath(folder)) {
+    if (!record.isEmpty() && QDir(folder).removeRecursively() && QDir().mkpath(folder)) {
         const auto write = [&folder](const QString &name, const QByteArray &text) {
             QFile file(folder + u'/' + name);
             if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
