@@ -112,6 +112,27 @@ private:
         });
         return seen.get();
     }
+    bool everyPairBringsScans()
+    {
+        window.reset();
+        start();
+        auto *test = the<test_win>();
+        test->show();
+        const QObject scope;
+        int asked = 0;
+        connect(test, &test_win::Write03, &scope,
+                [&asked](const UCHAR *buf) { asked += buf[2] == 1 || buf[2] == 2 ? 1 : 0; });
+        // The first page of X is the one from light 0, its last from light 55; Y has one.
+        const QList<QByteArray> *xPages = reports(0xA5, 0x81);
+        const QList<QByteArray> *yPages = reports(0xA5, 0x82);
+        press(test, "ALL_btn");
+        const bool enough = QTest::qWaitFor([&asked] { return asked >= 40; }, 60000);
+        press(test, "ALL_btn");
+        const int pairs = asked / 2;
+        return enough && QTest::qWaitFor([=] {
+                   return xPages->size() >= 2 * pairs && yPages->size() >= pairs;
+               });
+    }
 
 private slots:
     void initTestCase()
@@ -268,23 +289,14 @@ private slots:
         QCOMPARE(asked, 0);
     }
 
+    // A window that has heard nothing for three reports asks anew, and what it asked for is lost: a
+    // busy machine may bring it there, but not each time.
     void every_pair_of_requests_of_a_continuous_test_brings_a_scan_of_each_axis()
     {
-        start();
-        auto *test = the<test_win>();
-        test->show();
-        int asked = 0;
-        connect(test, &test_win::Write03, this,
-                [&asked](const UCHAR *buf) { asked += buf[2] == 1 || buf[2] == 2 ? 1 : 0; });
-        // The first page of X is the one from light 0, its last from light 55; Y has one.
-        const QList<QByteArray> *xPages = reports(0xA5, 0x81);
-        const QList<QByteArray> *yPages = reports(0xA5, 0x82);
-        press(test, "ALL_btn");
-        QTRY_VERIFY_WITH_TIMEOUT(asked >= 40, 60000);
-        press(test, "ALL_btn");
-        const int pairs = asked / 2;
-        QTRY_VERIFY(xPages->size() >= 2 * pairs);
-        QTRY_VERIFY(yPages->size() >= pairs);
+        bool all = false;
+        for (int tries = 0; tries < 3 && !all; ++tries)
+            all = everyPairBringsScans();
+        QVERIFY(all);
     }
 
     // The last page of each axis comes only behind all others.
