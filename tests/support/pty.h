@@ -54,8 +54,15 @@ public:
         }
         return bytes;
     }
-    void hangUp() { master = FileDescriptor(); }
+    void hangUp()
+    {
+        const QByteArray node = path().toLocal8Bit();
+        numberKept = FileDescriptor(::open(node.constData(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+        master = FileDescriptor();
+    }
 
 private:
     FileDescriptor master;
+    // Else another test would be given the number while the tool still has its lock.
+    FileDescriptor numberKept;
 };
