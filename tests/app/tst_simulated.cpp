@@ -13,6 +13,7 @@
 #include "sim/sim_adapter.h"
 #include "tests/support/calibrating.h"
 #include "tests/support/settingshome.h"
+#include "tests/support/settled.h"
 #include "tests/support/shownwindow.h"
 #include "tests/support/targets.h"
 #include "tests/support/widgets.h"
@@ -270,7 +271,7 @@ private slots:
         QTRY_COMPARE(shown->text(), u"0"_s);
         QTRY_COMPARE(shown->toolTip(), QString());
         // A press right behind the pause of the showing is dropped.
-        QTest::qWait(50);
+        QTRY_VERIFY(isSettled(dialog));
         press(dialog, "rotation270btn");
         QTRY_COMPARE(shown->text(), u"270"_s);
         QTRY_COMPARE(shown->toolTip(), QString());
@@ -290,13 +291,14 @@ private slots:
         frame->unplug();
         window->OnDeviceRemoved();
         QVERIFY(dialog->isVisible());
-        QTest::qWait(50);
+        QTRY_VERIFY(isSettled(dialog));
         press(dialog, "rotation90btn");
         QTest::qWait(200);
         QCOMPARE(shown->text(), u"-1"_s);
         QVERIFY(shown->toolTip().contains(u"has not answered since"_s));
         frame->plug();
         QTRY_COMPARE(window->connectState(), MainWindow::UsbConnected);
+        QTRY_VERIFY(isSettled(dialog));
         press(dialog, "rotation90btn");
         QTRY_COMPARE(shown->text(), u"90"_s);
         QTRY_COMPARE(shown->toolTip(), QString());

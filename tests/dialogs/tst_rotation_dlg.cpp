@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "dialogs/rotation_dlg.h"
+#include "tests/support/settled.h"
 #include "tests/support/widgets.h"
 
 #include <QElapsedTimer>
@@ -71,13 +72,6 @@ private:
     }
 
     // What came during the pause has been dropped, and presses count again.
-    bool isSettled() const
-    {
-        const QList<QTimer *> timers = dialog->findChildren<QTimer *>();
-        return std::none_of(timers.begin(), timers.end(), [](const QTimer *timer) {
-            return timer->isActive() && timer->interval() == 0;
-        });
-    }
     // As a user's hand on a window that is busy: events that wait for it.
     void pressDuringThePause(const char *name) const
     {
@@ -291,7 +285,7 @@ private slots:
     {
         dialog->show();
         QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
-        QTRY_VERIFY(isSettled());
+        QTRY_VERIFY(isSettled(dialog.get()));
         sent.clear();
         // The query is out, the pause begins.
         connect(dialog.get(), &Rotation_dlg::Write03, this, [this] {
@@ -308,7 +302,7 @@ private slots:
         QElapsedTimer time;
         time.start();
         press(dialog, "rotation90btn");
-        QTRY_VERIFY(isSettled());
+        QTRY_VERIFY(isSettled(dialog.get()));
         QCOMPARE(sent, QList<QByteArray>({frame("00 A7 00 02 00 01"), Query}));
         QVERIFY(time.elapsed() < 2000);
         press(dialog, "rotation180btn");
