@@ -12,7 +12,6 @@
 #include <QPushButton>
 #include <QShowEvent>
 #include <QTest>
-#include <QTimer>
 
 #include <algorithm>
 #include <memory>
