@@ -350,15 +350,17 @@ void TestSerial::a_line_that_takes_no_bytes_gets_no_command_at_a_wrong_rate()
 {
     std::optional<FarEnd> line;
     FileDescriptor other;
+    bool stopped = false;
     bool opened = false;
     const auto opening = quickest(1s, [&] {
         line.emplace();
         other = FileDescriptor(::open(line->node.toLocal8Bit().constData(),
                                       O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
         // Stopped rather than full: newer toolkits drop what waits on a line that they open.
-        ::ioctl(other.get(), TCXONC, TCOOFF);
+        stopped = ::ioctl(other.get(), TCXONC, TCOOFF) == 0;
         return took([&] { opened = window->OpenUart(line->node, {.BaudRate = BAUD256000}); });
     });
+    QVERIFY(stopped);
     QVERIFY(opened);
     QVERIFY2(opening < 1s, QByteArray::number(qint64(opening / 1ms)));
     QVERIFY2(window->uartProblem().contains(u"does not take the bytes that wait"),

@@ -13,7 +13,6 @@
 #include <QShowEvent>
 #include <QTest>
 
-#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -70,7 +69,6 @@ private:
         return shown()->toolTip().isEmpty() && shown()->accessibleDescription().isEmpty();
     }
 
-    // What came during the pause has been dropped, and presses count again.
     // As a user's hand on a window that is busy: events that wait for it.
     void pressDuringThePause(const char *name) const
     {
