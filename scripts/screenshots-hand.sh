@@ -110,6 +110,15 @@ await() {
 # click WINDOW X Y: at a place in it, in its own pixels.
 click() { press "$1" "$(native "$2")" "$(native "$3")"; }
 
+# click_until WINDOW X Y COMMAND...: the same, again while the command is false.
+click_until() { press_until $patience "$1" "$(native "$2")" "$(native "$3")" "${@:4}"; }
+
+# click_to_open WINDOW X Y NAME TITLE W H: a click that opens a window, to which $window is set.
+click_to_open() {
+    click_until "$1" "$2" "$3" has_window "${@:5}" || fail "the window of '$4' did not appear"
+    window=$(window_sized "${@:5}")
+}
+
 # leave TITLE W H: closes a window as its user does.
 leave() {
     xdotool windowactivate --sync "$(window_sized "$@")" key alt+F4
@@ -139,12 +148,14 @@ open_usage() {
     open usage "${usage[@]}"
 }
 open_gestures() {
-    click "$(window_sized "${usage[@]}")" 49 283
-    open gestures "${gestures[@]}"
+    click_to_open "$(window_sized "${usage[@]}")" 49 283 gestures "${gestures[@]}"
 }
 open_diagnostics() {
-    click "$(window_sized "${gestures[@]}")" 70 268
-    xdotool key c
+    asks_for_diagnostics() {
+        click "$(window_sized "${gestures[@]}")" 70 268 && xdotool key c &&
+            until_true $((patience / 3)) has_window "${diagnostics[@]}"
+    }
+    until_true $patience asks_for_diagnostics
     open diagnostics "${diagnostics[@]}"
     menu_window=$window
 }

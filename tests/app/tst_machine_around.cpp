@@ -59,10 +59,7 @@ public:
         }
         return {};
     }
-    bool opensCalibration()
-    {
-        return click(window + CalibrationButton) && inTime(showsCalibration);
-    }
+    bool opensCalibration() { return clickUntil(window + CalibrationButton, showsCalibration); }
     // A calibration that is open, from this target to where it is kept.
     QString keepCalibration(int first = 0)
     {
@@ -72,8 +69,9 @@ public:
                 return question() && !showsCalibration() && !isBlank(seen(question()->geometry));
             }))
             return u"the question does not come"_s;
-        if (!click(question()->geometry.topLeft() + YesButton) ||
-            !inTime([this] { return said("calibration: save"); }))
+        if (!clickUntil(
+                question()->geometry.topLeft() + YesButton,
+                [this] { return said("calibration: save"); }, SilenceMs))
             return u"the calibration is not saved"_s;
         return {};
     }
@@ -264,9 +262,7 @@ private slots:
         Demo demo;
         QCOMPARE(demo.begin(), QString());
         for (int i = 0; i < Showings; ++i) {
-            QVERIFY(inTime([&] {
-                return click(demo.window + CalibrationButton) && within(1000, showsCalibration);
-            }));
+            QVERIFY(demo.opensCalibration());
             QVERIFY2(inTime([] { return showsTarget(targetAt(0)); }),
                      qPrintable(QString::number(i)));
             QVERIFY(press(u"Escape"_s));
@@ -358,20 +354,18 @@ private slots:
             QVERIFY(next > 3);
             QVERIFY(setDescriptors(serial.tool, next + room));
             const qsizetype rates = serial.frame.heard("host > frame  serial rate");
-            QVERIFY2(inTime([&] {
-                         return click(dialog + OpenButton) &&
-                                within(1000, [&] { return serial.tool.errors.contains(NoRoom); });
-                     }),
+            QVERIFY2(clickUntil(
+                         dialog + OpenButton, [&] { return serial.tool.errors.contains(NoRoom); },
+                         SilenceMs),
                      serial.tool.errors);
             QVERIFY2(!serial.tool.errors.contains("in use"), serial.tool.errors);
             QCOMPARE(serial.frame.heard("host > frame  serial rate"), rates);
 
             QVERIFY(setDescriptors(serial.tool, RLIM_INFINITY));
-            QVERIFY(inTime([&] {
-                return click(dialog + OpenButton) && within(1000, [&] {
-                           return serial.frame.heard("host > frame  serial rate") > rates;
-                       });
-            }));
+            QVERIFY(clickUntil(
+                dialog + OpenButton,
+                [&] { return serial.frame.heard("host > frame  serial rate") > rates; },
+                SilenceMs));
         }
         QVERIFY(press(u"Escape"_s));
         QCOMPARE(serial.end(), QString());

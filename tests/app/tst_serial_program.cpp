@@ -20,6 +20,19 @@ bool showsLights()
     return windowSized("Dialog", wholeScreen().size()).has_value();
 }
 
+// From the menu of the diagnostics.
+bool openLights()
+{
+    return clickUntil(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + LightsButton,
+                      showsLights);
+}
+
+bool openSignalTest()
+{
+    return clickUntil(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + TestButton,
+                      [] { return windowSized("MalvoTools", SignalTestSize).has_value(); });
+}
+
 } // namespace
 
 class TestSerialProgram : public QObject
@@ -31,6 +44,12 @@ private:
     VirtualFrame *frame = nullptr; // of serial
     Program *tool = nullptr;       // of serial
     QPoint window;                 // the main one's corner
+
+    bool startTest(const Window &test) const
+    {
+        return clickUntil(test.geometry.topLeft() + AllTestButton,
+                          [this] { return frame->heard("host > frame  scan: read X") > 0; });
+    }
 
 private slots:
     void init()
@@ -58,9 +77,10 @@ private slots:
         QCOMPARE(touchTargets(*frame, window, Targets), QString());
         QVERIFY(inTime([] { return question().has_value(); }));
         QVERIFY(inTime([] { return !isBlank(seen(question().value_or(Window()).geometry)); }));
-        QVERIFY(click(question()->geometry.topLeft() + YesButton));
-        QVERIFY(inTime([this] { return frame->heard("host > frame  calibration: save") == 1; }));
-        QVERIFY(inTime([this] { return frame->stateHas("kept=1"); }));
+        QVERIFY(clickUntil(
+            question()->geometry.topLeft() + YesButton,
+            [this] { return frame->stateHas("kept=1"); }, SilenceMs));
+        QCOMPARE(frame->heard("host > frame  calibration: save"), 1);
         // Programs that watch over frames look it up.
         QVERIFY(inTime([] { return LastCalibration::load().has_value(); }));
         QCOMPARE(LastCalibration::load()->deviation, 0);
@@ -70,8 +90,7 @@ private slots:
     void the_frame_is_turned()
     {
         const auto opened = [] { return windowSized("Quorvel", RotationSize); };
-        QVERIFY(click(window + RotationButton));
-        QVERIFY(inTime([&] { return opened().has_value(); }));
+        QVERIFY(clickUntil(window + RotationButton, [&] { return opened().has_value(); }));
         QVERIFY(inTime([this] { return frame->heard("host > frame  rotation: read") > 0; }));
         const auto shown = [&] {
             return seen(RotationShown.translated(opened()->geometry.topLeft()));
@@ -80,13 +99,10 @@ private slots:
         const QImage before = shown();
         // A press in the dialog's pause is none.
         const QPoint button = opened()->geometry.topLeft() + Button270;
-        QVERIFY(inTime([&] {
-            return click(button) &&
-                   within(SilenceMs, [this] { return frame->stateHas("rotation=3"); });
-        }));
+        QVERIFY(clickUntil(
+            button, [this] { return frame->stateHas("rotation=3"); }, SilenceMs));
         QVERIFY(inTime([&] { return shown() != before; }));
-        QVERIFY(click(opened()->geometry.topLeft() + RotationOk));
-        QVERIFY(inTime([&] { return !opened(); }));
+        QVERIFY(clickUntil(opened()->geometry.topLeft() + RotationOk, [&] { return !opened(); }));
     }
 
     void gestures_reach_the_frame()
@@ -104,37 +120,30 @@ private slots:
     void both_axes_of_a_signal_test_are_drawn()
     {
         constexpr int Many = 100;
-        const auto opened = [] { return windowSized("MalvoTools", SignalTestSize); };
         QCOMPARE(openDiagnostics(window), QString());
-        QVERIFY(click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + TestButton));
-        QVERIFY(inTime([&] { return opened().has_value(); }));
-        QVERIFY(click(opened()->geometry.topLeft() + AllTestButton));
+        QVERIFY(openSignalTest());
+        const Window test = *windowSized("MalvoTools", SignalTestSize);
+        QVERIFY(startTest(test));
         QVERIFY(inTime([&] {
-            return plotted(*opened(), Qt::darkGreen) > Many &&
-                   plotted(*opened(), Qt::darkRed) > Many;
+            return plotted(test, Qt::darkGreen) > Many && plotted(test, Qt::darkRed) > Many;
         }));
     }
 
     void a_light_is_adjusted()
     {
         QCOMPARE(openDiagnostics(window), QString());
-        QVERIFY(
-            click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + LightsButton));
-        QVERIFY(inTime([] { return windowSized("Dialog", wholeScreen().size()).has_value(); }));
+        QVERIFY(openLights());
         QVERIFY(clickUntilHeard(*frame, drawnLightX(47), "host > frame  light X 47: read"));
         QVERIFY(clickUntilHeard(*frame, PlusButton, "host > frame  light X 47: set offset 1"));
         QVERIFY(
             inTime([this] { return frame->heard("frame > host  light X 47: on, offset 1") > 0; }));
-        QVERIFY(click(LightsExit));
-        QVERIFY(inTime([] { return !showsLights(); }));
+        QVERIFY(clickUntil(LightsExit, [] { return !showsLights(); }));
     }
 
     void thirty_presses_are_thirty_steps()
     {
         QCOMPARE(openDiagnostics(window), QString());
-        QVERIFY(
-            click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + LightsButton));
-        QVERIFY(inTime(showsLights));
+        QVERIFY(openLights());
         QVERIFY(clickUntilHeard(*frame, drawnLightX(47), "host > frame  light X 47: read"));
         // Before the light is known a press does nothing; one that came late adds to those below.
         const QByteArray set = "host > frame  light X 47: set offset ";
@@ -164,8 +173,7 @@ private slots:
             QVERIFY(frame->heard("frame > host  light X 47: on, offset " + offset + ',') > 0);
         }
         QCOMPARE(steps, 30);
-        QVERIFY(click(LightsExit));
-        QVERIFY(inTime([] { return !showsLights(); }));
+        QVERIFY(clickUntil(LightsExit, [] { return !showsLights(); }));
     }
 
     void the_light_screen_and_a_running_signal_test_keep_to_their_own_pages()
@@ -176,21 +184,18 @@ private slots:
         };
         QCOMPARE(openDiagnostics(window), QString());
         const Window menu = *windowSized("MalvoTools", DiagnosticsSize);
-        QVERIFY(click(menu.geometry.topLeft() + TestButton));
-        QVERIFY(inTime([] { return windowSized("MalvoTools", SignalTestSize).has_value(); }));
+        QVERIFY(openSignalTest());
         const Window test = *windowSized("MalvoTools", SignalTestSize);
-        QVERIFY(click(test.geometry.topLeft() + AllTestButton));
+        QVERIFY(startTest(test));
         QVERIFY(inTime([&] { return plotted(test, Qt::darkGreen) > 0 && asked() > 2; }));
 
         QVERIFY(bringToFront(menu));
-        QVERIFY(click(menu.geometry.topLeft() + LightsButton));
-        QVERIFY(inTime(showsLights));
+        QVERIFY(openLights());
         // These settings tell both windows how to read a page.
         QVERIFY(inTime([this] { return frame->heard("host > frame  adc: read settings") > 0; }));
         QVERIFY(clickUntilHeard(*frame, drawnLightX(47), "host > frame  light X 47: read"));
         const qsizetype countedBefore = counted();
-        QVERIFY(click(LightsExit));
-        QVERIFY(inTime([] { return !showsLights(); }));
+        QVERIFY(clickUntil(LightsExit, [] { return !showsLights(); }));
         QVERIFY(inTime([&] { return counted() > countedBefore; }));
         const qsizetype askedAgain = frame->output.lastIndexOf("scan: read light counts");
         QVERIFY(inTime(
@@ -201,10 +206,9 @@ private slots:
     void the_largest_frame_is_drawn_to_its_ends()
     {
         QCOMPARE(openDiagnostics(window), QString());
-        QVERIFY(click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + TestButton));
-        QVERIFY(inTime([] { return windowSized("MalvoTools", SignalTestSize).has_value(); }));
+        QVERIFY(openSignalTest());
         const Window test = *windowSized("MalvoTools", SignalTestSize);
-        QVERIFY(click(test.geometry.topLeft() + AllTestButton));
+        QVERIFY(startTest(test));
         QVERIFY(inTime([this] {
             return frame->heard("frame > host  scan: X page from light 495") > 1 &&
                    frame->heard("frame > host  scan: Y page from light 330") > 1;
@@ -215,8 +219,7 @@ private slots:
 
     void a_frame_is_not_reset_by_an_end_of_the_program()
     {
-        QVERIFY(click(window + ResetButton));
-        QVERIFY(inTime([] { return windowTitled("Reset").has_value(); }));
+        QVERIFY(clickUntil(window + ResetButton, [] { return windowTitled("Reset").has_value(); }));
         Program second;
         QVERIFY(second.start(QStringLiteral(QUORVEL_PROGRAM), {u"-close"_s}));
         QVERIFY(second.endsWell());
@@ -226,8 +229,7 @@ private slots:
 
     void a_frame_is_reset_when_the_box_is_answered()
     {
-        QVERIFY(click(window + ResetButton));
-        QVERIFY(inTime([] { return windowTitled("Reset").has_value(); }));
+        QVERIFY(clickUntil(window + ResetButton, [] { return windowTitled("Reset").has_value(); }));
         QVERIFY(press(u"Return"_s));
         QVERIFY(inTime([this] { return frame->heard("host > frame  reset") > 0; }));
     }
@@ -255,8 +257,9 @@ private slots:
         QCOMPARE(touchTargets(*frame, window, Targets), QString());
         QVERIFY(inTime([] { return question().has_value(); }));
         QVERIFY(inTime([] { return !isBlank(seen(question().value_or(Window()).geometry)); }));
-        QVERIFY(click(question()->geometry.topLeft() + YesButton));
-        QVERIFY(inTime([this] { return frame->stateHas("kept=1"); }));
+        QVERIFY(clickUntil(
+            question()->geometry.topLeft() + YesButton,
+            [this] { return frame->stateHas("kept=1"); }, SilenceMs));
     }
 };
 

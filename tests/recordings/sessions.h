@@ -16,9 +16,7 @@ using Touch = std::function<bool(QPoint place)>;
 
 inline QString calibrate(SerialTool &serial, const Touch &touch)
 {
-    if (!click(serial.window + CalibrationButton))
-        return u"the mouse could not be clicked"_s;
-    if (!inTime(showsCalibration))
+    if (!clickUntil(serial.window + CalibrationButton, showsCalibration))
         return u"the calibration screen did not open"_s;
     for (int target = 0; target < Targets; ++target) {
         const QPoint place = targetAt(target);
@@ -29,10 +27,13 @@ inline QString calibrate(SerialTool &serial, const Touch &touch)
     }
     if (!inTime([] { return question().has_value(); }))
         return u"nobody asks whether to keep the calibration"_s;
-    if (!inTime([] { return !isBlank(seen(question().value_or(Window()).geometry)); }) ||
-        !click(question()->geometry.topLeft() + YesButton))
-        return u"the question could not be answered"_s;
-    if (!inTime([&serial] { return serial.frame.heard("host > frame  calibration: save") == 1; }))
+    if (!inTime([] { return !isBlank(seen(question().value_or(Window()).geometry)); }))
+        return u"the question stays empty"_s;
+    const auto saved = [&serial] { return serial.frame.heard("host > frame  calibration: save"); };
+    if (!clickUntil(
+            question()->geometry.topLeft() + YesButton, [&saved] { return saved() > 0; },
+            SilenceMs) ||
+        saved() != 1)
         return u"the calibration was not saved"_s;
     return {};
 }
@@ -41,10 +42,9 @@ inline QString adjustLight(SerialTool &serial)
 {
     if (QString problem = openDiagnostics(serial.window); !problem.isEmpty())
         return problem;
-    if (!click(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + LightsButton))
-        return u"the mouse could not be clicked"_s;
     const auto screen = [] { return windowSized("Dialog", wholeScreen().size()).has_value(); };
-    if (!inTime(screen))
+    if (!clickUntil(windowSized("MalvoTools", DiagnosticsSize)->geometry.topLeft() + LightsButton,
+                    screen))
         return u"the light screen did not open"_s;
     if (!clickUntilHeard(serial.frame, drawnLightX(47), "host > frame  light X 47: read"))
         return u"the light was not read"_s;
@@ -53,7 +53,7 @@ inline QString adjustLight(SerialTool &serial)
     if (!inTime(
             [&serial] { return serial.frame.heard("frame > host  light X 47: on, offset 1") > 0; }))
         return u"the light did not answer"_s;
-    if (!click(LightsExit) || !inTime([&screen] { return !screen(); }))
+    if (!clickUntil(LightsExit, [&screen] { return !screen(); }))
         return u"the light screen did not close"_s;
     return {};
 }
@@ -64,17 +64,17 @@ inline QString turn(SerialTool &serial)
 {
     const QByteArray heard = "frame > host  rotation: now 270 degrees";
     const auto opened = [] { return windowSized("Quorvel", RotationSize); };
-    if (!click(serial.window + RotationButton) || !inTime([&] { return opened().has_value(); }))
+    if (!clickUntil(serial.window + RotationButton, [&] { return opened().has_value(); }))
         return u"the rotation dialog did not open"_s;
     const auto shown = [&] { return seen(RotationShown.translated(opened()->geometry.topLeft())); };
     const qsizetype before = serial.frame.heard(heard);
     const auto turned = [&] { return serial.frame.heard(heard) > before; };
     const QPoint button = opened()->geometry.topLeft() + Button270;
-    if (!inTime([&] { return !click(button) || within(3 * SilenceMs, turned); }) || !turned())
+    if (!clickUntil(button, turned, 3 * SilenceMs))
         return u"the frame does not turn"_s;
     if (!inTime([&] { return !isBlank(shown()); }))
         return u"no rotation is shown"_s;
-    if (!click(opened()->geometry.topLeft() + RotationOk) || !inTime([&] { return !opened(); }))
+    if (!clickUntil(opened()->geometry.topLeft() + RotationOk, [&] { return !opened(); }))
         return u"the rotation dialog did not close"_s;
     return {};
 }

@@ -40,6 +40,15 @@ inline bool inTime(const std::function<bool()> &condition)
     return within(PatienceMs, condition);
 }
 
+// Clicks again while the condition is false: on a busy machine one press in some thousands gets
+// lost between the server and the window manager.
+inline bool clickUntil(QPoint place, const std::function<bool()> &condition,
+                       int ms = PatienceMs / 3)
+{
+    bool isDone = false;
+    return inTime([&] { return !click(place) || (isDone = within(ms, condition)); }) && isDone;
+}
+
 // Windows as the window manager lists them.
 
 struct Window

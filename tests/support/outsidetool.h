@@ -128,9 +128,7 @@ inline QString touchTargets(
     std::array<qsizetype, Targets> before{};
     for (int target = 0; target < count; ++target)
         before.at(size_t(target)) = asked(target + 1);
-    if (!click(mainWindow + CalibrationButton))
-        return u"the mouse could not be clicked"_s;
-    if (!inTime(showsCalibration))
+    if (!clickUntil(mainWindow + CalibrationButton, showsCalibration))
         return u"the calibration screen did not open"_s;
     for (int target = 0; target < count; ++target) {
         const QPoint place = targetAt(target);
@@ -165,9 +163,8 @@ inline QString openGestures(QPoint mainWindow)
     const auto usage = openFromMenu(mainWindow, u"s"_s, "MalvoTools", UsageSize);
     if (!usage)
         return u"the usage dialog did not open"_s;
-    if (!click(usage->geometry.topLeft() + AdvanceButton))
-        return u"the mouse could not be clicked"_s;
-    if (!inTime([] { return windowSized("Advanced Setting", GesturesSize).has_value(); }))
+    if (!clickUntil(usage->geometry.topLeft() + AdvanceButton,
+                    [] { return windowSized("Advanced Setting", GesturesSize).has_value(); }))
         return u"the gesture dialog did not open"_s;
     return {};
 }
@@ -177,21 +174,19 @@ inline QString openDiagnostics(QPoint mainWindow)
 {
     if (QString problem = openGestures(mainWindow); !problem.isEmpty())
         return problem;
-    if (!click(windowSized("Advanced Setting", GesturesSize)->geometry.topLeft() +
-               DoubleClickRange))
-        return u"the mouse could not be clicked"_s;
-    if (!press(u"c"_s))
-        return u"the key could not be pressed"_s;
-    if (!inTime([] { return windowSized("MalvoTools", DiagnosticsSize).has_value(); }))
-        return u"the menu of the diagnostics did not open"_s;
-    return {};
+    const QPoint gestures = windowSized("Advanced Setting", GesturesSize)->geometry.topLeft();
+    const auto isOpen = [] { return windowSized("MalvoTools", DiagnosticsSize).has_value(); };
+    const bool opened = clickUntil(gestures + DoubleClickRange, [&isOpen] {
+        return isOpen() || (press(u"c"_s) && within(SilenceMs, isOpen));
+    });
+    return opened ? QString() : u"the menu of the diagnostics did not open"_s;
 }
 
 // On the light screen a click does nothing until counts and light have been read.
 inline bool clickUntilHeard(const VirtualFrame &frame, QPoint place, const QByteArray &words)
 {
-    const auto heard = [&] { return frame.heard(words) > 0; };
-    return inTime([&] { return !click(place) || within(SilenceMs, heard); }) && heard();
+    return clickUntil(
+        place, [&] { return frame.heard(words) > 0; }, SilenceMs);
 }
 
 // How many pixels of the signal test's curves have a colour.

@@ -41,6 +41,15 @@ is_painted() { [ "$(import -window "$1" -format %k info:- 2>/dev/null || echo 0)
 # press WINDOW X Y: a click at a place in a window.
 press() { xdotool mousemove --window "$1" "$2" "$3" click 1; }
 
+# press_until SECONDS WINDOW X Y COMMAND...: false when the command is not true in time. On a busy
+# machine one press in some thousands gets lost between the server and the window manager.
+press_until() {
+    local seconds=$1 place=("${@:2:3}")
+    shift 4
+    does_press() { press "${place[@]}" && until_true $((seconds / 3)) "$@"; }
+    until_true "$seconds" does_press "$@"
+}
+
 # touch_screen X Y: a click at a place on the screen.
 touch_screen() { xdotool mousemove "$1" "$2" click 1; }
 
