@@ -154,9 +154,14 @@ private slots:
         link.start();
         const QDeadlineTimer atLeast(3s);
         const QDeadlineTimer atMost(30s);
+        qsizetype asked = 0;
         while (!atLeast.hasExpired() || (receiver.pages().size() < 10 && !atMost.hasExpired())) {
-            send(link, "00 A5 00");
-            send(link, "00 A5 01");
+            // A scan that is asked for again sooner than reports come stays at its first page.
+            if (const qsizetype read = receiver.frames.size(); asked == 0 || read >= asked + 3) {
+                send(link, "00 A5 00");
+                send(link, "00 A5 01");
+                asked = read;
+            }
             adapter->touch(QPoint(10, 10));
             QTest::qWait(100);
         }
