@@ -54,8 +54,10 @@ public:
                     return said("calibration: step " + QByteArray::number(target + 1));
                 }))
                 return u"target %1 is not shown"_s.arg(target);
-            if (!click(place))
-                return u"target %1 cannot be clicked"_s.arg(target);
+            const QByteArray next =
+                target + 1 < Targets ? "step " + QByteArray::number(target + 2) : "check";
+            if (!clickUntil(place, [&] { return said("calibration: " + next); }))
+                return u"target %1 was not touched"_s.arg(target);
         }
         return {};
     }

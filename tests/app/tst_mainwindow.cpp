@@ -757,6 +757,7 @@ private slots:
         frame->version = version;
         frame->present = true;
         window->OnDeviceAdded();
+        QTRY_COMPARE(frame->sentBytes(3), sent);
         QTest::qWait(200);
         QCOMPARE(frame->sentBytes(3), sent);
         const quint32 expected = sent.size() == 1 ? 0 : 77;
@@ -1173,13 +1174,13 @@ private slots:
                 menu->close();
             } else if (modal && (opened || turns > 100)) {
                 static_cast<QDialog *>(modal)->reject();
-            } else if (modal && !isModal) {
-                isModal = true;
-                QProcess::startDetached(u"xdotool"_s,
-                                        {u"mousemove"_s, QString::number(icon.x()),
-                                         QString::number(icon.y()), u"click"_s, u"3"_s});
             } else if (modal) {
-                ++turns;
+                isModal = true;
+                // A busy machine may lose the menu.
+                if (turns++ % 40 == 0)
+                    QProcess::startDetached(u"xdotool"_s,
+                                            {u"mousemove"_s, QString::number(icon.x()),
+                                             QString::number(icon.y()), u"click"_s, u"3"_s});
             }
         });
         poll.start(50);
@@ -1248,7 +1249,7 @@ private slots:
             shown->show();
             QVERIFY(QTest::qWaitForWindowExposed(shown));
             QTest::qWait(200);
-            QCOMPARE(shown->geometry().topLeft(), place);
+            QTRY_COMPARE(shown->geometry().topLeft(), place);
         }
     }
 
