@@ -44,7 +44,9 @@ public:
             window = shown.value_or(Window()).geometry.topLeft();
             return shown.has_value();
         };
-        return inTime(shows) ? QString() : u"the tool shows no window"_s;
+        return inTime(shows) ? QString()
+                             : u"the tool shows no window: %1%2"_s.arg(
+                                   QString::fromUtf8(tool.errors), QString::fromUtf8(tool.output));
     }
     QString touch(int first, int last)
     {
